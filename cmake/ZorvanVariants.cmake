@@ -1,0 +1,32 @@
+# The variants, read from the list that the sources expand too: their names and each one's instruction set.
+
+set(ZORVAN_VARIANTS_LIST ${PROJECT_SOURCE_DIR}/zorvan/primitives/frame/Variants.def)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ZORVAN_VARIANTS_LIST})
+file(STRINGS ${ZORVAN_VARIANTS_LIST} zorvan_variant_lines REGEX "^VARIANT\\(")
+foreach(line IN LISTS zorvan_variant_lines)
+  string(REGEX MATCH "^VARIANT\\((.*), \"(.*)\"\\)$" matched "${line}")
+  if(NOT matched)
+    message(FATAL_ERROR "Not a line of the form VARIANT(tag, \"options\"): ${line}")
+  endif()
+  list(APPEND ZORVAN_VARIANTS ${CMAKE_MATCH_1})
+  separate_arguments(ZORVAN_OPTIONS_${CMAKE_MATCH_1} UNIX_COMMAND "-march=x86-64 -mtune=generic ${CMAKE_MATCH_2}")
+endforeach()
+
+# Kernels state their vectors themselves: a compiler that vectorises the short heads and tails of rows, or
+# turns them into calls, makes them slower.
+set(zorvan_kernel_options
+  -fno-builtin
+  $<$<CXX_COMPILER_ID:GNU>:-fno-tree-vectorize -fno-tree-loop-distribute-patterns>
+  $<$<CXX_COMPILER_ID:Clang>:-fno-vectorize -fno-slp-vectorize>)
+
+# Builds the families' sources once for each variant, as object libraries zorvan_kernels_<variant>. Inside,
+# ZORVAN_VARIANT is the tag.
+function(zorvan_add_kernels)
+  foreach(variant IN LISTS ZORVAN_VARIANTS)
+    set(target zorvan_kernels_${variant})
+    add_library(${target} OBJECT ${ARGN})
+    target_link_libraries(${target} PRIVATE zorvan_library_compile)
+    target_compile_definitions(${target} PRIVATE ZORVAN_VARIANT=${variant})
+    target_compile_options(${target} PRIVATE ${ZORVAN_OPTIONS_${variant}} ${zorvan_kernel_options})
+  endforeach()
+endfunction()

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+namespace Zorvan {
+
+using u8 = std::uint8_t;
+using u16 = std::uint16_t;
+using s16 = std::int16_t;
+
+}  // namespace Zorvan
+
+/// Applies X to every pixel type that images can be made, filled and copied with.
+#define ZORVAN_IPP_PIXEL_TYPES(X) \
+  X(::Zorvan::u8)                 \
+  X(::Zorvan::u16)                \
+  X(::Zorvan::s16)                \
+  X(int)                          \
+  X(float)
+
+/// Applies X to every element type that the containers exist for.
+#define ZORVAN_IPP_ELEMENT_TYPES(X) \
+  ZORVAN_IPP_PIXEL_TYPES(X)         \
+  X(unsigned int)                   \
+  X(double)                         \
+  X(std::int64_t)                   \
+  X(std::uint64_t)

@@ -1,0 +1,104 @@
+#pragma once
+
+// The operation objects behind the facades, and the one run that all facades share.
+//
+// A concrete Method class knows one operation shape: it derives from the base that counts its images, holds
+// the operation's fixed arguments and implements Execute, which picks the entry for the pixel type. Objects
+// live on the stack of one facade call.
+
+#include <cstdint>
+#include <tuple>
+#include <type_traits>
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/foundation/IppException.h"
+#include "zorvan/foundation/IppIMemory.h"
+
+namespace Zorvan::Ipp::Image::Methods {
+
+template <class T>
+class Method_1M {
+ public:
+  virtual int Execute(T* image, int step, Size roi) = 0;
+
+ protected:
+  ~Method_1M() = default;
+};
+
+template <class T1, class T2>
+class Method_2M {
+ public:
+  virtual int Execute(T1* first, int firstStep, T2* second, int secondStep, Size roi) = 0;
+
+ protected:
+  ~Method_2M() = default;
+};
+
+template <class T1, class T2, class T3>
+class Method_3M {
+ public:
+  virtual int Execute(T1* first, int firstStep, T2* second, int secondStep, T3* third, int thirdStep,
+                      Size roi) = 0;
+
+ protected:
+  ~Method_3M() = default;
+};
+
+/// Holds the result of an operation that gives a figure: all zero until Execute has run.
+template <class R>
+class MethodBase_R {
+ public:
+  R result{};
+};
+
+template <class T, class R>
+class Method_1M_R : public Method_1M<T>, public MethodBase_R<R> {};
+
+template <class T1, class T2, class R>
+class Method_2M_R : public Method_2M<T1, T2>, public MethodBase_R<R> {};
+
+/// The images of a call, in the order of the facade's parameters.
+template <class... T>
+std::tuple<IppIMemory<T>&...> over(IppIMemory<T>&... images) {
+  return {images...};
+}
+
+/// Raises 29 unless `rect` fits `image`. The sums wrap on 32 bits; nothing else of the rectangle is tested.
+template <class T>
+void requireFit(Rect rect, const IppIMemory<T>& image) {
+  const auto wrappedSum = [](std::int32_t a, std::int32_t b) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+  };
+  if (wrappedSum(rect.x, rect.width) > image.width() || wrappedSum(rect.y, rect.height) > image.height()) {
+    throw IppException(ippStsWrongIntersectROI);
+  }
+}
+
+inline void raiseUnlessZero(int status) {
+  if (status != 0) throw IppException(static_cast<eIppResultStatus>(status));
+}
+
+/// Executes `method` on the region of each image, each with its own width and step, and raises every status
+/// but zero. Tests no rectangle.
+template <class Method, class... T>
+void execute(Method& method, std::tuple<IppIMemory<T>&...> images, Rect rect) {
+  const auto operands = std::apply(
+      [rect](auto&... image) {
+        return std::tuple_cat(std::make_tuple(image.ToIppStream(rect), image.imageStep())...);
+      },
+      images);
+  const Size roi{rect.width, rect.height};
+  raiseUnlessZero(std::apply([&](auto... operand) { return method.Execute(operand..., roi); }, operands));
+}
+
+/// The run of every facade call: tests `rect` against each image in order, builds the Method object from its
+/// fixed arguments, executes it, and returns its result where it has one.
+template <class Method, class... T, class... Fixed>
+auto Run(std::tuple<IppIMemory<T>&...> images, Rect rect, Fixed... fixed) {
+  std::apply([rect](auto&... image) { (requireFit(rect, image), ...); }, images);
+  Method method(fixed...);
+  execute(method, images, rect);
+  if constexpr (requires { method.result; }) return method.result;
+}
+
+}  // namespace Zorvan::Ipp::Image::Methods

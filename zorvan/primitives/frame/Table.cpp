@@ -1,0 +1,49 @@
+#include "zorvan/primitives/frame/Table.h"
+
+#include <cstddef>
+
+#include "zorvan/primitives/frame/Processor.h"
+#include "zorvan/primitives/frame/Routines.h"
+
+namespace Zorvan::Primitives {
+
+#define STUB(name, Result, Parameters, Arguments)                            \
+  Result name Parameters {                                                   \
+    return table.name.routine[1 + std::ptrdiff_t{variantIndex}] Arguments; \
+  }
+#define ENTRY(...) STUB(__VA_ARGS__)
+#include "zorvan/primitives/frame/Entries.def"
+#undef STUB
+
+namespace {
+
+// The status of the selection is of no interest to the caller of an entry: every path selects a variant.
+void coreFirstCall() { static_cast<void>(coreSelectVariant()); }
+
+#define FIRST_CALL(name, Result, Parameters, Arguments) \
+  Result name##_firstCall Parameters {                  \
+    coreFirstCall();                                    \
+    return Primitives::name Arguments;                  \
+  }
+#define ENTRY(...) FIRST_CALL(__VA_ARGS__)
+#include "zorvan/primitives/frame/Entries.def"
+#undef FIRST_CALL
+
+}  // namespace
+
+constinit const Table table = {
+#define ROW(name, Result, Parameters, Arguments)                                                             \
+  {{&name##_firstCall, &Routines<VariantSse2>::name, &Routines<VariantSsse3>::name,                           \
+    &Routines<VariantSse42>::name, &Routines<VariantAvx>::name, &Routines<VariantAvx2>::name,                 \
+    &Routines<VariantAvx512>::name, nullptr}},
+#define COMMON_ROW(name, Result, Parameters, Arguments)                                              \
+  {{&name##_firstCall, &CommonRoutines::name, &CommonRoutines::name, &CommonRoutines::name,           \
+    &CommonRoutines::name, &CommonRoutines::name, &CommonRoutines::name, nullptr}},
+#define ENTRY(...) ROW(__VA_ARGS__)
+#define COMMON_ENTRY(...) COMMON_ROW(__VA_ARGS__)
+#include "zorvan/primitives/frame/Entries.def"
+#undef ROW
+#undef COMMON_ROW
+};
+
+}  // namespace Zorvan::Primitives
