@@ -7,10 +7,8 @@
 
 namespace Zorvan::Primitives {
 
-#define STUB(name, Result, Parameters, Arguments)                            \
-  Result name Parameters {                                                   \
-    return table.name.routine[1 + std::ptrdiff_t{variantIndex}] Arguments; \
-  }
+#define STUB(name, Result, Parameters, Arguments) \
+  Result name Parameters { return table.name.routine[1 + std::ptrdiff_t{variantIndex}] Arguments; }
 #define ENTRY(...) STUB(__VA_ARGS__)
 #include "zorvan/primitives/frame/Entries.def"
 #undef STUB
@@ -32,12 +30,12 @@ void coreFirstCall() { static_cast<void>(coreSelectVariant()); }
 }  // namespace
 
 constinit const Table table = {
-#define ROW(name, Result, Parameters, Arguments)                                                             \
-  {{&name##_firstCall, &Routines<VariantSse2>::name, &Routines<VariantSsse3>::name,                           \
-    &Routines<VariantSse42>::name, &Routines<VariantAvx>::name, &Routines<VariantAvx2>::name,                 \
+#define ROW(name, Result, Parameters, Arguments)                                              \
+  {{&name##_firstCall, &Routines<VariantSse2>::name, &Routines<VariantSsse3>::name,           \
+    &Routines<VariantSse42>::name, &Routines<VariantAvx>::name, &Routines<VariantAvx2>::name, \
     &Routines<VariantAvx512>::name, nullptr}},
-#define COMMON_ROW(name, Result, Parameters, Arguments)                                              \
-  {{&name##_firstCall, &CommonRoutines::name, &CommonRoutines::name, &CommonRoutines::name,           \
+#define COMMON_ROW(name, Result, Parameters, Arguments)                                     \
+  {{&name##_firstCall, &CommonRoutines::name, &CommonRoutines::name, &CommonRoutines::name, \
     &CommonRoutines::name, &CommonRoutines::name, &CommonRoutines::name, nullptr}},
 #define ENTRY(...) ROW(__VA_ARGS__)
 #define COMMON_ENTRY(...) COMMON_ROW(__VA_ARGS__)

@@ -1,0 +1,109 @@
+#pragma once
+
+// Vectors of bytes and the ways to load and store them, in every width that the variant being built has.
+// Plain `load` and `store` take any address; the aligned and streaming forms take multiples of the width.
+//
+// This header is compiled once per variant, so all of it has internal linkage.
+
+#include <immintrin.h>
+
+#include <cstdint>
+
+#include "zorvan/foundation/PixelTypes.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// A value from or to any address.
+template <class T>
+inline T loadAs(const void* address) {
+  T value;
+  __builtin_memcpy(&value, address, sizeof value);
+  return value;
+}
+template <class T>
+inline void storeAs(void* address, T value) {
+  __builtin_memcpy(address, &value, sizeof value);
+}
+
+/// Bytes from `address` up to the next multiple of `boundary`, a power of two.
+inline std::int64_t bytesToBoundary(const void* address, std::int64_t boundary) {
+  return static_cast<std::int64_t>(-reinterpret_cast<std::uintptr_t>(address) &
+                                   static_cast<std::uintptr_t>(boundary - 1));
+}
+inline bool isAligned(const void* address, std::int64_t boundary) {
+  return bytesToBoundary(address, boundary) == 0;
+}
+
+/// Makes streaming stores visible in order. Ends every path that used them.
+inline void fenceStores() { _mm_sfence(); }
+
+struct Vector16 {
+  static constexpr int size = 16;
+  __m128i bits;
+
+  static Vector16 load(const void* p) { return {_mm_loadu_si128(static_cast<const __m128i*>(p))}; }
+  static Vector16 loadAligned(const void* p) { return {_mm_load_si128(static_cast<const __m128i*>(p))}; }
+  void store(void* p) const { _mm_storeu_si128(static_cast<__m128i*>(p), bits); }
+  void storeAligned(void* p) const { _mm_store_si128(static_cast<__m128i*>(p), bits); }
+  void stream(void* p) const { _mm_stream_si128(static_cast<__m128i*>(p), bits); }
+
+  static Vector16 broadcast(std::uint8_t value) { return {_mm_set1_epi8(static_cast<char>(value))}; }
+  static Vector16 broadcast(std::uint16_t value) { return {_mm_set1_epi16(static_cast<short>(value))}; }
+  static Vector16 broadcast(std::uint32_t value) { return {_mm_set1_epi32(static_cast<int>(value))}; }
+};
+
+/// Stores the first `count` bytes, below 16, of a vector in pieces of 8, 4, 2 and 1.
+inline void storeLowBytes(Vector16 vector, void* address, std::int64_t count) {
+  auto* dst = static_cast<unsigned char*>(address);
+  __m128i rest = vector.bits;
+  if (count & 8) {
+    _mm_storeu_si64(dst, rest);
+    dst += 8;
+    rest = _mm_srli_si128(rest, 8);
+  }
+  if (count & 4) {
+    storeAs(dst, _mm_cvtsi128_si32(rest));
+    dst += 4;
+    rest = _mm_srli_si128(rest, 4);
+  }
+  const int last = _mm_cvtsi128_si32(rest);
+  if (count & 2) {
+    storeAs(dst, static_cast<std::uint16_t>(last));
+    dst += 2;
+  }
+  if (count & 1) *dst = static_cast<unsigned char>(last >> (8 * (count & 2)));
+}
+
+#ifdef __AVX__
+struct Vector32 {
+  static constexpr int size = 32;
+  __m256i bits;
+
+  static Vector32 load(const void* p) { return {_mm256_loadu_si256(static_cast<const __m256i*>(p))}; }
+  static Vector32 loadAligned(const void* p) { return {_mm256_load_si256(static_cast<const __m256i*>(p))}; }
+  void store(void* p) const { _mm256_storeu_si256(static_cast<__m256i*>(p), bits); }
+  void storeAligned(void* p) const { _mm256_store_si256(static_cast<__m256i*>(p), bits); }
+  void stream(void* p) const { _mm256_stream_si256(static_cast<__m256i*>(p), bits); }
+
+  static Vector32 broadcast(std::uint8_t value) { return {_mm256_set1_epi8(static_cast<char>(value))}; }
+  static Vector32 broadcast(std::uint16_t value) { return {_mm256_set1_epi16(static_cast<short>(value))}; }
+  static Vector32 broadcast(std::uint32_t value) { return {_mm256_set1_epi32(static_cast<int>(value))}; }
+};
+#endif
+
+#ifdef __AVX512F__
+struct Vector64 {
+  static constexpr int size = 64;
+  __m512i bits;
+
+  static Vector64 load(const void* p) { return {_mm512_loadu_si512(p)}; }
+  static Vector64 loadAligned(const void* p) { return {_mm512_load_si512(p)}; }
+  void store(void* p) const { _mm512_storeu_si512(p, bits); }
+  void storeAligned(void* p) const { _mm512_store_si512(p, bits); }
+  void stream(void* p) const { _mm512_stream_si512(static_cast<__m512i*>(p), bits); }
+};
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives

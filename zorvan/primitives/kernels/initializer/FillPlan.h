@@ -1,0 +1,71 @@
+#pragma once
+
+// What a fill does before it touches a pixel: whether the rows run together as one, and which stores are
+// used. Pure, so that each limit can be tested from both sides on any machine.
+
+#include <bit>
+#include <cstdint>
+
+#include "zorvan/foundation/Geometry.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+enum class FillStores { plain, streaming, unphased };
+
+struct FillPlan {
+  std::int64_t rows;
+  std::int64_t rowBytes;
+  FillStores stores;
+};
+
+/// The older variants: a limit in bytes, and 16-bit fills that never stream although they ask.
+struct RowFillLimits {
+  static constexpr std::int64_t askAboveBytes = 0x80000;
+};
+
+template <int pixelBytes, class Ask>
+constexpr FillPlan planRowFill(Size roi, int dstStep, Ask askCache) {
+  const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
+  const std::int64_t total = rowBytes * roi.height;
+  bool streaming = false;
+  if (total > RowFillLimits::askAboveBytes) {
+    const auto cache = askCache();
+    streaming = pixelBytes != 2 && cache.known && total >= cache.bytes;
+  }
+  const bool fused = rowBytes == dstStep;
+  return {fused ? 1 : roi.height, fused ? total : rowBytes,
+          streaming ? FillStores::streaming : FillStores::plain};
+}
+
+/// The newest two variants: limits in pixels that all stand for 6 MiB, the cache compared in pixels.
+template <int pixelBytes>
+struct WideFillLimits {
+  static constexpr std::int64_t askAbovePixels = 0x600000 / pixelBytes;
+  static constexpr int cacheShift = pixelBytes / 2;  // 1, 2, 4 bytes: 0, 1, 2
+};
+
+/// `oddRows`: some row starts at an odd address. Only 16-bit fills care: their pattern has no phase for it.
+template <int pixelBytes, class Ask>
+constexpr FillPlan planWideFill(Size roi, int dstStep, bool oddRows, Ask askCache) {
+  using Limits = WideFillLimits<pixelBytes>;
+  const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
+  if (pixelBytes == 2 && oddRows) return {roi.height, rowBytes, FillStores::unphased};
+
+  const int productBits = std::bit_width(static_cast<std::uint32_t>(roi.width)) +
+                          std::bit_width(static_cast<std::uint32_t>(roi.height));
+  if (productBits >= 32) return {roi.height, rowBytes, FillStores::streaming};
+
+  const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
+  bool streaming = false;
+  if (pixels > Limits::askAbovePixels) {
+    const auto cache = askCache();
+    streaming = cache.known && pixels >= (cache.bytes >> Limits::cacheShift);
+  }
+  const bool fused = rowBytes == dstStep;
+  return {fused ? 1 : roi.height, fused ? pixels * pixelBytes : rowBytes,
+          streaming ? FillStores::streaming : FillStores::plain};
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

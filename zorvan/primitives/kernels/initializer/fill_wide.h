@@ -1,0 +1,84 @@
+#pragma once
+
+// Fills a row with 32-byte stores: the plain fill of the two newest variants.
+//
+// The head runs to a 64-byte boundary in pieces of 1 to 32 bytes, the body goes 128 bytes a turn with one
+// 64-byte block at its end, streaming where the plan says so, and the tail goes in pieces of 32 to 1 bytes.
+// A row that starts inside a 32-bit pixel's alignment turns the value instead, so that the body's stores stay
+// aligned. The caller fences after the last row.
+
+#include <bit>
+
+#include "zorvan/primitives/kernels/common/Vectors.h"
+
+#ifdef __AVX2__
+namespace Zorvan::Primitives {
+namespace {
+
+template <bool streaming>
+inline void fillBody(Vector32 lanes, unsigned char* dst, std::int64_t length) {
+  const auto put = [lanes](unsigned char* p) {
+    if constexpr (streaming) {
+      lanes.stream(p);
+    } else {
+      lanes.storeAligned(p);
+    }
+  };
+  for (; length >= 128; dst += 128, length -= 128) {
+    put(dst);
+    put(dst + 32);
+    put(dst + 64);
+    put(dst + 96);
+  }
+  if (length >= 64) {
+    put(dst);
+    put(dst + 32);
+  }
+}
+
+/// Fills `length` bytes in phase with `dst`: the pixels' size divides the address.
+template <bool streaming>
+inline void fillInPhase(Vector32 lanes, unsigned char* dst, std::int64_t length) {
+  const Vector16 half{_mm256_castsi256_si128(lanes.bits)};
+  const std::int64_t toBoundary = bytesToBoundary(dst, 64);
+  const std::int64_t head = toBoundary < length ? toBoundary : length;
+  if (head != 0) {
+    const std::int64_t last = _mm_cvtsi128_si64(half.bits);
+    if (head & 1) storeAs(dst, static_cast<std::uint8_t>(last)), dst += 1;
+    if (head & 2) storeAs(dst, static_cast<std::uint16_t>(last)), dst += 2;
+    if (head & 4) storeAs(dst, static_cast<std::uint32_t>(last)), dst += 4;
+    if (head & 8) storeAs(dst, last), dst += 8;
+    if (head & 16) half.store(dst), dst += 16;
+    if (head & 32) lanes.store(dst), dst += 32;
+    length -= head;
+  }
+  fillBody<streaming>(lanes, dst, length);
+  dst += length & ~std::int64_t{63};
+  if (length & 32) lanes.store(dst), dst += 32;
+  if (length & 16) half.store(dst), dst += 16;
+  storeLowBytes(half, dst, length & 15);
+}
+
+template <bool streaming, class T>
+inline void fillWide(T value, unsigned char* dst, std::int64_t length) {
+  if constexpr (sizeof(T) == 4) {
+    for (; length != 0 && !isAligned(dst, 4); --length) {
+      *dst++ = static_cast<unsigned char>(value);
+      value = std::rotr(value, 8);
+    }
+  }
+  fillInPhase<streaming>(Vector32::broadcast(value), dst, length);
+}
+
+/// Fills a row of 16-bit pixels at any address, also an odd one, with plain stores only.
+inline void fillUnphased(std::uint16_t value, unsigned char* dst, std::int64_t length) {
+  const Vector32 lanes = Vector32::broadcast(value);
+  for (; length >= 32; dst += 32, length -= 32) lanes.store(dst);
+  const Vector16 half{_mm256_castsi256_si128(lanes.bits)};
+  if (length & 16) half.store(dst), dst += 16;
+  storeLowBytes(half, dst, length & 15);
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
+#endif
