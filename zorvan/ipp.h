@@ -1,0 +1,10 @@
+#pragma once
+
+/// The whole exported surface of the library.
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/foundation/IppException.h"
+#include "zorvan/foundation/IppIMemory.h"
+#include "zorvan/foundation/IppSMemory.h"
+#include "zorvan/foundation/Status.h"
+#include "zorvan/operations/initializer/Initializer.h"
