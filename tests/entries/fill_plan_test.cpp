@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+
+#include "zorvan/primitives/kernels/initializer/FillPlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+struct Answer {
+  bool known;
+  int bytes;
+};
+
+/// Answers the question about the cache and counts how often it is asked.
+struct Cache {
+  Answer answer;
+  int asked = 0;
+  auto ask() {
+    return [this] { return ++asked, answer; };
+  }
+};
+
+constexpr int kMiB = 1 << 20;
+
+TEST(RowFillPlan, RowsFuseOnlyWithoutAGap) {
+  Cache cache{{true, kMiB}};
+  for (const int step : {39, 40, 41}) {
+    const FillPlan plan = planRowFill<4>({10, 3}, step, cache.ask());
+    EXPECT_EQ(plan.rows, step == 40 ? 1 : 3);
+    EXPECT_EQ(plan.rowBytes, step == 40 ? 120 : 40);
+  }
+  EXPECT_EQ(cache.asked, 0);
+}
+
+TEST(RowFillPlan, AsksForTheCacheAboveHalfAMebibyte) {
+  for (const int width : {0x8000, 0x8000 - 1, 0x8000 + 1}) {
+    Cache cache{{true, 1}};
+    const FillPlan plan = planRowFill<1>({width, 16}, width, cache.ask());
+    EXPECT_EQ(cache.asked, width > 0x8000 ? 1 : 0);
+    EXPECT_EQ(plan.stores, width > 0x8000 ? FillStores::streaming : FillStores::plain);
+  }
+}
+
+TEST(RowFillPlan, StreamsFromTheCacheSizeOn) {
+  for (const int bytes : {2 * kMiB - 4, 2 * kMiB, 2 * kMiB + 4}) {
+    Cache cache{{true, 2 * kMiB}};
+    const FillPlan plan = planRowFill<4>({bytes / 4, 1}, bytes, cache.ask());
+    EXPECT_EQ(plan.stores, bytes >= 2 * kMiB ? FillStores::streaming : FillStores::plain);
+  }
+}
+
+TEST(RowFillPlan, SixteenBitFillsAskAndNeverStream) {
+  Cache cache{{true, 1}};
+  EXPECT_EQ(planRowFill<2>({1 << 20, 2}, 0, cache.ask()).stores, FillStores::plain);
+  EXPECT_EQ(cache.asked, 1);
+}
+
+TEST(RowFillPlan, AnUnknownCacheKeepsPlainStores) {
+  Cache cache{{false, -1}};
+  EXPECT_EQ(planRowFill<1>({1 << 20, 2}, 0, cache.ask()).stores, FillStores::plain);
+  EXPECT_EQ(cache.asked, 1);
+}
+
+TEST(RowFillPlan, TotalsBeyond32BitsAreWhole) {
+  Cache cache{{false, -1}};
+  const FillPlan plan = planRowFill<4>({1 << 20, 1 << 12}, 1 << 22, cache.ask());
+  EXPECT_EQ(plan.rows, 1);
+  EXPECT_EQ(plan.rowBytes, std::int64_t{1} << 34);
+}
+
+template <int pixelBytes>
+void expectWideLimits() {
+  const int limit = 0x600000 / pixelBytes;
+  for (const int pixels : {limit - 1, limit, limit + 1}) {
+    Cache cache{{true, 1}};
+    const FillPlan plan = planWideFill<pixelBytes>({pixels, 1}, 0, false, cache.ask());
+    EXPECT_EQ(cache.asked, pixels > limit ? 1 : 0) << pixels;
+    EXPECT_EQ(plan.stores, pixels > limit ? FillStores::streaming : FillStores::plain) << pixels;
+  }
+  const int cachePixels = 2 * limit;
+  for (const int pixels : {cachePixels - 1, cachePixels, cachePixels + 1}) {
+    Cache cache{{true, cachePixels * pixelBytes + pixelBytes - 1}};  // the odd bytes are shifted out
+    const FillPlan plan = planWideFill<pixelBytes>({pixels, 1}, 0, false, cache.ask());
+    EXPECT_EQ(plan.stores, pixels >= cachePixels ? FillStores::streaming : FillStores::plain) << pixels;
+  }
+}
+
+TEST(WideFillPlan, LimitsCountPixels) {
+  expectWideLimits<1>();
+  expectWideLimits<2>();
+  expectWideLimits<4>();
+}
+
+TEST(WideFillPlan, AnUnknownCacheKeepsPlainStores) {
+  Cache cache{{false, 0}};
+  EXPECT_EQ(planWideFill<1>({0x600001, 1}, 0, false, cache.ask()).stores, FillStores::plain);
+}
+
+TEST(WideFillPlan, ProductsOf32BitsStreamUnfusedWithoutAsking) {
+  Cache cache{{true, 1 << 30}};
+  const FillPlan below = planWideFill<1>({0x7FFF, 0xFFFF}, 0x7FFF, false, cache.ask());  // 15 + 16 bits
+  EXPECT_EQ(below.rows, 1);
+  EXPECT_EQ(cache.asked, 1);
+  const FillPlan at = planWideFill<1>({0x8000, 0xFFFF}, 0x8000, false, cache.ask());  // 16 + 16 bits
+  EXPECT_EQ(at.rows, 0xFFFF);
+  EXPECT_EQ(at.rowBytes, 0x8000);
+  EXPECT_EQ(at.stores, FillStores::streaming);
+  EXPECT_EQ(cache.asked, 1);
+}
+
+TEST(WideFillPlan, RowsFuseOnlyWithoutAGap) {
+  Cache cache{{true, kMiB}};
+  for (const int step : {38, 40, 42}) {
+    const FillPlan plan = planWideFill<2>({20, 3}, step, false, cache.ask());
+    EXPECT_EQ(plan.rows, step == 40 ? 1 : 3);
+    EXPECT_EQ(plan.rowBytes, step == 40 ? 120 : 40);
+  }
+}
+
+TEST(WideFillPlan, OddRowsMatterTo16BitPixelsOnly) {
+  Cache cache{{true, 0}};
+  EXPECT_EQ(planWideFill<2>({0x300001, 1}, 0, true, cache.ask()).stores, FillStores::unphased);
+  EXPECT_EQ(cache.asked, 0);
+  EXPECT_EQ(planWideFill<1>({16, 1}, 0, true, cache.ask()).stores, FillStores::plain);
+  EXPECT_EQ(planWideFill<4>({16, 1}, 0, true, cache.ask()).stores, FillStores::plain);
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,115 @@
+#include "tests/support/Cases.h"
+
+#include <algorithm>
+#include <set>
+
+namespace Zorvan::Test {
+namespace {
+
+constexpr int kShifts[] = {0, 1, 2, 3, 4, 8, 12, 15, 16, 17, 20, 31, 32, 33, 48, 63};
+
+Placement placementOf(Random& random) {
+  switch (random.below(4)) {
+    case 0:
+      return {Placement::Edge::front, 0};
+    case 1:
+      return {Placement::Edge::back, 0};
+    default:
+      return {Placement::Edge::inside, random.oneOf(kShifts)};
+  }
+}
+
+int layoutsPerSize(Level level) {
+  switch (level) {
+    case Level::few:
+      return 2;
+    case Level::quick:
+      return 3;
+    default:
+      return 14;
+  }
+}
+
+const char* nameOf(StepKind kind) {
+  constexpr const char* names[] = {"tight", "one pixel more", "odd bytes more", "whole lines more",
+                                   "zero",  "negative"};
+  return names[static_cast<int>(kind)];
+}
+
+const char* nameOf(Content content) {
+  constexpr const char* names[] = {"random", "half empty", "runs",  "special values",
+                                   "empty",  "full",       "blocks"};
+  return names[static_cast<int>(content)];
+}
+
+std::string nameOf(Placement placement) {
+  if (placement.edge == Placement::Edge::front) return "behind a page's start";
+  if (placement.edge == Placement::Edge::back) return "before a page's end";
+  return "shifted by " + std::to_string(placement.shift);
+}
+
+}  // namespace
+
+int Layout::step(int rowBytes, int pixelBytes) const {
+  switch (stepKind) {
+    case StepKind::tight:
+      return rowBytes;
+    case StepKind::onePixelMore:
+      return rowBytes + pixelBytes;
+    case StepKind::oddBytesMore:
+      return (rowBytes + 7) | 1;
+    case StepKind::wholeLinesMore:
+      return (rowBytes + 127) / 64 * 64;
+    case StepKind::zero:
+      return 0;
+    case StepKind::negative:
+      return -(rowBytes + 3 * pixelBytes);
+  }
+  return rowBytes;
+}
+
+std::string Case::text() const {
+  std::string text = "region " + std::to_string(roi.width) + " by " + std::to_string(roi.height);
+  for (const Layout& layout : images) {
+    text += "\n  image: step " + std::string(nameOf(layout.stepKind)) + ", " + nameOf(layout.placement) +
+            ", " + nameOf(layout.content);
+  }
+  return text + "\n  seed " + std::to_string(seed);
+}
+
+std::vector<int> widthsOf(const CaseRange& range, Level level) {
+  std::set<int> widths;
+  const int last = level == Level::full ? 300 : 140;
+  const int stride = level == Level::few ? 7 : level == Level::quick ? 3 : 1;
+  for (int width = 1; width <= last; width += width < 20 && level != Level::few ? 1 : stride)
+    widths.insert(width);
+  for (const int block : {16, 32, 64, 128, 256}) {
+    for (const int width : {block - 1, block, block + 1}) widths.insert(width);
+  }
+  for (const int limit : range.moreWidths) {
+    for (const int width : {limit - 1, limit, limit + 1}) {
+      if (width > 0) widths.insert(width);
+    }
+  }
+  return {widths.begin(), widths.end()};
+}
+
+void forEachCase(const CaseRange& range, int imageCount, const std::function<void(const Case&)>& use) {
+  const Level level = options().level;
+  Random random(options().seed);
+  for (const int width : widthsOf(range, level)) {
+    for (int height = 1; height <= range.heights; ++height) {
+      for (int i = 0; i < layoutsPerSize(level); ++i) {
+        Case c{{width, height}, {}, random.next()};
+        const bool allTight = i == 0;  // the only way to rows that run together
+        for (int image = 0; image < imageCount; ++image) {
+          c.images.push_back({allTight ? StepKind::tight : random.oneOf(range.stepKinds), placementOf(random),
+                              random.oneOf(allContents)});
+        }
+        use(c);
+      }
+    }
+  }
+}
+
+}  // namespace Zorvan::Test

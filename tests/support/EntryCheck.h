@@ -1,0 +1,306 @@
+#pragma once
+
+// Compares one routine of an entry with the plain reference, over all cases.
+//
+// One body serves every entry whose parameters follow the house's shape: a pixel pointer followed by a row
+// step is an image, `Size` is the region, a pointer without a step receives a result, and what is left are
+// values. Both sides get the same bytes, the surroundings of every image are compared too, and images lie
+// against unreadable pages.
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cstring>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include "tests/support/Cache.h"
+#include "tests/support/Cases.h"
+#include "tests/support/Faults.h"
+#include "tests/support/Guarded.h"
+#include "tests/support/Pixels.h"
+
+namespace Zorvan::Test {
+
+/// What a family says of its entries besides their signatures.
+struct CheckRules {
+  CaseRange range = {};
+  /// The figures that `int` arguments other than steps (a scale factor, an operator, a hint) take in turn.
+  std::vector<int> parameters = {0};
+  /// Regions above the limits of the entry, run at the full level with each forced answer about the cache.
+  std::vector<Size> largeRegions = {};
+  std::vector<int> forcedCacheBytes = {0, 1 << 20, 1 << 30};
+  /// Cases that the contract leaves open.
+  bool (*isOpen)(const Case&) = [](const Case&) { return false; };
+};
+
+/// True where both results stand for the same: bytes, unless a family says otherwise.
+struct SameBytes {
+  static bool agree(const Block& expected, const Block& actual) { return expected.sameBytes(actual); }
+};
+
+template <class Routine>
+class EntryCall;
+
+template <class Result, class... Parameters>
+class EntryCall<Result(Parameters...)> {
+ public:
+  using Arguments = std::tuple<Parameters...>;
+
+  static constexpr bool isRoi(std::size_t i) { return kinds()[i] == Kind::roi; }
+
+  static constexpr int imageCount() {
+    int count = 0;
+    for (const Kind kind : kinds()) count += kind == Kind::image;
+    return count;
+  }
+  static constexpr int pointerCount() {
+    int count = 0;
+    for (const Kind kind : kinds()) count += kind == Kind::image || kind == Kind::result;
+    return count;
+  }
+  static constexpr int parameterCount() {
+    int count = 0;
+    for (const Kind kind : kinds()) count += kind == Kind::parameter;
+    return count;
+  }
+
+  /// Lays the images of `c` out, on one of the two sides of a comparison. `parameter` is the figure of `int`
+  /// arguments.
+  EntryCall(const Case& c, int parameter, int side) {
+    build(c, parameter, side, std::index_sequence_for<Parameters...>{});
+  }
+
+  Result run(Result (*routine)(Parameters...)) const { return std::apply(routine, arguments_); }
+
+  /// Makes the n-th pointer null, counted over images and results.
+  void setNull(int n) { setNull(n, std::index_sequence_for<Parameters...>{}); }
+
+  const std::vector<Block>& blocks() const { return blocks_; }
+
+ private:
+  enum class Kind { image, step, roi, result, parameter, value };
+
+  template <class P>
+  static constexpr bool isPixelPointer() {
+    using Pixel = std::remove_const_t<std::remove_pointer_t<P>>;
+    return std::is_pointer_v<P> && std::is_arithmetic_v<Pixel> && !std::is_same_v<Pixel, double>;
+  }
+
+  static constexpr auto kinds() {
+    constexpr std::size_t count = sizeof...(Parameters);
+    constexpr bool pixelPointer[] = {isPixelPointer<Parameters>()...};
+    constexpr bool pointer[] = {std::is_pointer_v<Parameters>...};
+    constexpr bool integer[] = {std::is_same_v<Parameters, int>...};
+    constexpr bool roi[] = {std::is_same_v<Parameters, Size>...};
+    std::array<Kind, count> kinds{};
+    for (std::size_t i = 0; i < count; ++i) {
+      const bool first = i == 0;
+      if (roi[i]) {
+        kinds[i] = Kind::roi;
+      } else if (pixelPointer[i] && i + 1 < count && integer[i + 1]) {
+        kinds[i] = Kind::image;
+      } else if (pointer[i]) {
+        kinds[i] = Kind::result;
+      } else if (integer[i] && !first && kinds[i - 1] == Kind::image) {
+        kinds[i] = Kind::step;
+      } else if (integer[i] && !first) {
+        kinds[i] = Kind::parameter;
+      } else {
+        kinds[i] = Kind::value;  // in front: a pixel value, also where it is an int
+      }
+    }
+    return kinds;
+  }
+
+  template <std::size_t... i>
+  void build(const Case& c, int parameter, int side, std::index_sequence<i...>) {
+    blocks_.reserve(sizeof...(i));
+    int image = 0;
+    (buildArgument<i>(c, parameter, side, image), ...);
+  }
+
+  template <std::size_t i>
+  void buildArgument(const Case& c, int parameter, int side, int& image) {
+    using P = std::tuple_element_t<i, Arguments>;
+    constexpr Kind kind = kinds()[i];
+    auto& argument = std::get<i>(arguments_);
+    const std::uint64_t seed = c.seed + i;
+    const int slot = static_cast<int>(2 * i) + side;
+    if constexpr (kind == Kind::image) {
+      using Pixel = std::remove_const_t<std::remove_pointer_t<P>>;
+      constexpr int pixelBytes = sizeof(Pixel);
+      const Layout& layout = c.images[static_cast<std::size_t>(image++)];
+      const int rowBytes = c.roi.width * pixelBytes;
+      const int step = layout.step(rowBytes, pixelBytes);
+      const std::size_t span =
+          static_cast<std::size_t>(c.roi.height - 1) * static_cast<std::size_t>(std::abs(step));
+      const Block& block =
+          blocks_.emplace_back(slot, span + static_cast<std::size_t>(rowBytes), layout.placement, seed);
+      unsigned char* const first = block.data() + (step < 0 ? span : 0);
+      for (int r = 0; r < c.roi.height; ++r) {
+        fillPixels<Pixel>(first + std::ptrdiff_t{r} * step, static_cast<std::size_t>(c.roi.width),
+                          layout.content, seed + static_cast<std::uint64_t>(r));
+      }
+      argument = reinterpret_cast<Pixel*>(first);
+      std::get<i + 1>(arguments_) = step;
+    } else if constexpr (kind == Kind::result) {
+      using Target = std::remove_const_t<std::remove_pointer_t<P>>;
+      const Block& block =
+          blocks_.emplace_back(slot, sizeof(Target), Placement{Placement::Edge::inside, 0}, seed);
+      argument = reinterpret_cast<Target*>(block.data());
+    } else if constexpr (kind == Kind::roi) {
+      argument = c.roi;
+    } else if constexpr (kind == Kind::parameter) {
+      argument = parameter;
+    } else if constexpr (kind == Kind::value) {
+      Random random(seed);
+      argument = random.below(2) != 0 ? random.oneOf(specialValues<P>()) : randomValue<P>(random);
+    }
+  }
+
+  template <std::size_t... i>
+  void setNull(int n, std::index_sequence<i...>) {
+    int pointer = 0;
+    const auto clear = [&](auto& argument) {
+      if constexpr (std::is_pointer_v<std::remove_reference_t<decltype(argument)>>) {
+        if (pointer++ == n) argument = nullptr;
+      }
+    };
+    (clear(std::get<i>(arguments_)), ...);
+  }
+
+ public:
+  /// Replaces the region, with all images as they are.
+  void setRoi(Size roi) {
+    std::apply(
+        [roi](auto&... argument) {
+          const auto set = [roi](auto& a) {
+            if constexpr (std::is_same_v<std::remove_reference_t<decltype(a)>, Size>) a = roi;
+          };
+          (set(argument), ...);
+        },
+        arguments_);
+  }
+
+ private:
+  Arguments arguments_{};
+  std::vector<Block> blocks_;
+};
+
+/// Compares one routine with the reference. Stops at the first few differences.
+template <class Agreement, class Result, class... Parameters>
+class EntryCheck {
+ public:
+  using Routine = Result(Parameters...);
+  using Call = EntryCall<Routine>;
+
+  EntryCheck(Routine* reference, Routine* actual, const CheckRules& rules)
+      : reference_(reference), actual_(actual), rules_(rules) {}
+
+  void all() {
+    cases();
+    refusals();
+    if (options().level == Level::full) largeCases();
+  }
+
+ private:
+  static constexpr int kDifferencesShown = 3;
+
+  void cases() {
+    std::size_t turn = 0;
+    forEachCase(rules_.range, Call::imageCount(),
+                [&](const Case& c) { compare(c, rules_.parameters[turn++ % rules_.parameters.size()], ""); });
+  }
+
+  /// Null pointers before sizes before all else, and nothing written: every combination of a bad pointer and
+  /// a bad size.
+  void refusals() {
+    Case c{{5, 2}, {}, options().seed};
+    c.images.assign(static_cast<std::size_t>(Call::imageCount()),
+                    {StepKind::onePixelMore, {Placement::Edge::inside, 0}, Content::random});
+    for (int null = -1; null < Call::pointerCount(); ++null) {
+      for (const Size roi : {Size{5, 2}, Size{0, 2}, Size{5, 0}, Size{-1, 2}, Size{5, -1}, Size{0, 0}}) {
+        compare(c, rules_.parameters[0],
+                "argument " + std::to_string(null) + " null, region " + std::to_string(roi.width) + " by " +
+                    std::to_string(roi.height),
+                [&](Call& call) {
+                  if (null >= 0) call.setNull(null);
+                  call.setRoi(roi);
+                });
+      }
+    }
+  }
+
+  void largeCases() {
+    std::uint64_t seed = options().seed;
+    for (const Size roi : rules_.largeRegions) {
+      for (const int bytes : rules_.forcedCacheBytes) {
+        for (const StepKind kind : {StepKind::tight, StepKind::oddBytesMore, StepKind::wholeLinesMore}) {
+          const ForcedCache cache(bytes);
+          Case c{roi, {}, ++seed};
+          for (int image = 0; image < Call::imageCount(); ++image) {
+            const int shift = (image + static_cast<int>(seed)) % 3;
+            c.images.push_back({kind,
+                                {Placement::Edge::inside, shift == 0 ? 0 : shift * 13},
+                                image % 2 == 0 ? Content::random : Content::blocks});
+          }
+          compare(c, rules_.parameters[0], "cache of " + std::to_string(bytes) + " bytes");
+        }
+      }
+    }
+    const ForcedCache unknown(0, 0, 37);
+    for (const Size roi : rules_.largeRegions) {
+      Case c{roi, {}, ++seed};
+      c.images.assign(static_cast<std::size_t>(Call::imageCount()),
+                      {StepKind::tight, {Placement::Edge::inside, 16}, Content::random});
+      compare(c, rules_.parameters[0], "cache unknown");
+    }
+  }
+
+  template <class Change>
+  void compare(const Case& c, int parameter, const std::string& note, Change change) {
+    if (differences_ >= kDifferencesShown || rules_.isOpen(c)) return;
+    Call expected(c, parameter, 0), actual(c, parameter, 1);
+    change(expected);
+    change(actual);
+    Result expectedResult{}, actualResult{};
+    expectedResult = expected.run(reference_);
+    const std::string fault = faultOf([&] { actualResult = actual.run(actual_); });
+    const std::string where = c.text() + "\n  parameter " + std::to_string(parameter) + " " + note;
+    if (!fault.empty()) return fail(fault + "\n" + where);
+    if (expectedResult != actualResult) {
+      return fail("status " + std::to_string(actualResult) + " instead of " + std::to_string(expectedResult) +
+                  "\n" + where);
+    }
+    for (std::size_t b = 0; b < expected.blocks().size(); ++b) {
+      if (!Agreement::agree(expected.blocks()[b], actual.blocks()[b])) {
+        return fail("block " + std::to_string(b) + ": " +
+                    expected.blocks()[b].difference(actual.blocks()[b]) + "\n" + where);
+      }
+    }
+  }
+  void compare(const Case& c, int parameter, const std::string& note) {
+    compare(c, parameter, note, [](Call&) {});
+  }
+
+  void fail(const std::string& text) {
+    ++differences_;
+    ADD_FAILURE() << text;
+  }
+
+  Routine* reference_;
+  Routine* actual_;
+  const CheckRules& rules_;
+  int differences_ = 0;
+};
+
+template <class Agreement = SameBytes, class Result, class... Parameters>
+void checkEntry(Result (*reference)(Parameters...), Result (*actual)(Parameters...),
+                const CheckRules& rules) {
+  EntryCheck<Agreement, Result, Parameters...>(reference, actual, rules).all();
+}
+
+}  // namespace Zorvan::Test

@@ -1,0 +1,115 @@
+#pragma once
+
+// What test images hold: random pixels are not enough, so there are also runs, extremes, mostly empty ones
+// and the values that a format treats specially.
+
+#include <cstring>
+#include <limits>
+#include <type_traits>
+#include <vector>
+
+#include "tests/support/Random.h"
+
+namespace Zorvan::Test {
+
+enum class Content { random, halfEmpty, runs, special, empty, full, blocks };
+inline constexpr Content allContents[] = {Content::random,  Content::halfEmpty, Content::runs,
+                                          Content::special, Content::blocks,    Content::empty,
+                                          Content::full};
+
+template <class T>
+const std::vector<T>& specialValues() {
+  using Limits = std::numeric_limits<T>;
+  if constexpr (std::is_floating_point_v<T>) {
+    static const std::vector<T> values = {T(0),
+                                          T(-0.0),
+                                          T(1),
+                                          T(-1),
+                                          T(0.5),
+                                          T(-0.5),
+                                          T(1.5),
+                                          T(2.5),
+                                          Limits::max(),
+                                          Limits::lowest(),
+                                          Limits::min(),
+                                          -Limits::min(),
+                                          T(16777216),
+                                          T(16777217.0),
+                                          T(255),
+                                          T(256),
+                                          T(255.5),
+                                          Limits::denorm_min(),
+                                          T(3.7),
+                                          -Limits::denorm_min(),
+                                          Limits::infinity(),
+                                          -Limits::infinity(),
+                                          Limits::quiet_NaN()};
+    return values;
+  } else {
+    static const std::vector<T> values = {T(0),
+                                          T(1),
+                                          T(-1),
+                                          T(2),
+                                          T(127),
+                                          T(128),
+                                          T(254),
+                                          T(255),
+                                          T(256),
+                                          T(32767),
+                                          T(32768),
+                                          T(65535),
+                                          Limits::min(),
+                                          Limits::max(),
+                                          static_cast<T>(Limits::min() + 1),
+                                          static_cast<T>(Limits::max() - 1)};
+    return values;
+  }
+}
+
+template <class T>
+T randomValue(Random& random) {
+  if constexpr (std::is_floating_point_v<T>) {
+    return static_cast<T>((random.below(2000001) - 1000000) * 0.0078125);
+  } else {
+    return static_cast<T>(random.next());
+  }
+}
+
+/// Fills `count` pixels at any address.
+template <class T>
+void fillPixels(void* at, std::size_t count, Content content, std::uint64_t seed) {
+  Random random(seed);
+  const auto& special = specialValues<T>();
+  T run{};
+  int left = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    T value{};
+    switch (content) {
+      case Content::random:
+        value = randomValue<T>(random);
+        break;
+      case Content::halfEmpty:
+        value = random.below(2) != 0 ? randomValue<T>(random) : T{};
+        break;
+      case Content::special:
+        value = random.oneOf(special);
+        break;
+      case Content::runs:
+      case Content::blocks:
+        if (left-- == 0) {
+          left = random.below(content == Content::runs ? 24 : 200);
+          run = random.below(3) == 0 ? T{} : random.oneOf(special);
+        }
+        value = run;
+        break;
+      case Content::empty:
+        break;
+      case Content::full:
+        value = std::numeric_limits<T>::max();
+        break;
+    }
+    std::memcpy(static_cast<unsigned char*>(at) + i * sizeof(T), &value, sizeof value);
+  }
+}
+
+}  // namespace Zorvan::Test

@@ -1,0 +1,53 @@
+#include "tests/support/VariantTests.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/Options.h"
+#include "zorvan/primitives/frame/Processor.h"
+#include "zorvan/primitives/frame/Variants.h"
+
+namespace Zorvan::Test {
+namespace {
+
+class VariantTest : public testing::Test {
+ public:
+  VariantTest(int variant, std::function<void(int)> body) : variant_(variant), body_(std::move(body)) {}
+
+  void TestBody() override {
+    if (variant_ > highestVariant()) {
+      GTEST_SKIP() << Primitives::variantNames[variant_] << " does not run on this processor";
+    }
+    body_(variant_);
+  }
+
+ private:
+  int variant_;
+  std::function<void(int)> body_;
+};
+
+bool isWanted(const std::string& entry, const std::string& variant) {
+  return entry.find(options().entry) != std::string::npos &&
+         variant.find(options().variant) != std::string::npos;
+}
+
+}  // namespace
+
+int highestVariant() {
+  static const int highest = [] {
+    Primitives::coreSelectVariant();
+    return std::int32_t{Primitives::variantIndex};
+  }();
+  return highest;
+}
+
+void registerForEachVariant(const std::string& family, const std::string& entry,
+                            std::function<void(int)> body) {
+  for (int variant = 0; variant < Primitives::variantCount; ++variant) {
+    const std::string name = Primitives::variantNames[variant];
+    if (!isWanted(entry, name)) continue;
+    testing::RegisterTest(family.c_str(), (entry + "/" + name).c_str(), nullptr, nullptr, __FILE__, __LINE__,
+                          [variant, body]() -> testing::Test* { return new VariantTest(variant, body); });
+  }
+}
+
+}  // namespace Zorvan::Test
