@@ -32,24 +32,23 @@ constexpr Leaf2Row leaf2Rows[] = {
     {0, 0},
 };
 
+/// 0 bytes: none found.
 struct Cache {
   std::int32_t bytes, lineBytes;
 };
-
-constexpr Cache noCache = {0, 0};
 
 /// Leaf 2 does not tell the line size.
 Cache largestOfLeaf2() {
   std::uint32_t regs[4];
   coreCpuid(regs, 2, 0);
   const Leaf2Row* row = findLeaf2Row(packLeaf2(regs), leaf2Rows);
-  return row == nullptr ? noCache : Cache{static_cast<std::int32_t>(row->bytes), 0};
+  return {row == nullptr ? 0 : static_cast<std::int32_t>(row->bytes), 0};
 }
 
 /// Leaf 4 describes a cache in each sub-leaf. Of equal caches the first counts.
 Cache largestOfLeaf4() {
   constexpr std::uint32_t noMoreCaches = 0, instructionCache = 2;
-  Cache largest = noCache;
+  std::int32_t bestBytes = 0, bestLineBytes = 0;
   for (std::uint32_t subleaf = 0; subleaf < 32; ++subleaf) {
     std::uint32_t regs[4];
     coreCpuid(regs, 4, subleaf);
@@ -61,9 +60,12 @@ Cache largestOfLeaf4() {
     const std::uint32_t lineBytes = (regs[Ebx] & 0xFFF) + 1;
     const std::uint32_t sets = regs[Ecx] + 1;
     const auto bytes = static_cast<std::int32_t>(ways * partitions * lineBytes * sets);
-    if (bytes > largest.bytes) largest = {bytes, static_cast<std::int32_t>(lineBytes)};
+    if (bytes > bestBytes) {
+      bestBytes = bytes;
+      bestLineBytes = static_cast<std::int32_t>(lineBytes);
+    }
   }
-  return largest;
+  return {bestBytes, bestLineBytes};
 }
 
 /// The state last: who sees that the cache was probed sees both figures. The line size before the size, so

@@ -9,6 +9,10 @@
 
 #include <cstdint>
 
+// Nothing here leaves the library. Said in the declarations too, so that a reader of a figure loads it without
+// asking a table for its address.
+#pragma GCC visibility push(hidden)
+
 namespace Zorvan::Primitives {
 
 /// A process-wide figure. A store releases what was stored before it, and a load acquires it: a thread that
@@ -85,3 +89,5 @@ int coreGetCacheSize(std::int32_t* size);
 void coreGetCacheLineSize(std::int32_t* line);
 
 }  // namespace Zorvan::Primitives
+
+#pragma GCC visibility pop
