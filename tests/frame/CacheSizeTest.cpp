@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/frame/PlayedProcessorTest.h"
+#include "zorvan/primitives/frame/Leaf2.h"
 
 namespace Zorvan::Test {
 
@@ -147,6 +148,21 @@ TEST_F(CacheSize, FindsADescriptorInEachPlaceOfLeaf2ButTheRoundCount) {
   }
   EXPECT_EQ(probeLeaf2({0x665B5001, 0, 0, 0x007A7000}), (Answer{0, 256 << 10, 0}));
   EXPECT_EQ(probeLeaf2({0x5A417D01, 0x00227B78, 0x3D3C3A39, 0x4D4E7F80}), (Answer{0, 16 << 20, 0}));
+}
+
+TEST_F(CacheSize, PacksLeaf2IntoSixteenBytesAtMost) {
+  const auto lastOf = [](const Registers& registers) { return packLeaf2(registers.data()).last; };
+  EXPECT_EQ(lastOf({0x00000001, 0, 0, 0}), 3);
+  EXPECT_EQ(lastOf({0x00000001, 0, 2, 0}), 7);
+  EXPECT_EQ(lastOf({0x00000001, 2, 3, 4}), 15);
+  EXPECT_EQ(lastOf({0x80000001, 2, 3, 4}), 12);
+  EXPECT_EQ(lastOf({0x80000001, 0, 0, 0}), 0);
+  EXPECT_EQ(lastOf({0x00000002, 2, 3, 4}), 0);
+  const Leaf2Descriptors packed = packLeaf2(Registers{0x80000001, 0, 3, 4}.data());
+  EXPECT_EQ(packed.words[0], 3u);
+  EXPECT_EQ(packed.words[1], 4u);
+  EXPECT_EQ(packed.words[2], 0u);
+  EXPECT_EQ(packed.words[3], 0u);
 }
 
 TEST_F(CacheSize, ReadsOneRoundOfLeaf2Only) {

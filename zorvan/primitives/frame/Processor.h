@@ -9,8 +9,8 @@
 
 #include <cstdint>
 
-// Nothing here leaves the library. Said in the declarations too, so that a reader of a figure loads it without
-// asking a table for its address.
+// Nothing here leaves the library. Said in the declarations too, so that a reader of a figure loads it
+// without asking a table for its address.
 #pragma GCC visibility push(hidden)
 
 namespace Zorvan::Primitives {
