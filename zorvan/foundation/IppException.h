@@ -1,0 +1,41 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "zorvan/foundation/Export.h"
+#include "zorvan/foundation/Status.h"
+
+namespace Zorvan::Ipp {
+
+/// Raised by every operation whose status is not zero; warnings (positive codes) raise like errors, although
+/// all pixels have been written by then. The code is visible in the text alone:
+///
+///     ippStsSizeErr: Incorrect value for data size( error Code : -6 )
+///
+/// The containers do not raise it: their failures are plain std::exception objects.
+class ZORVAN_IPP_API IppException : public std::exception {
+ public:
+  /// Composes the text once, from the message of `status` and the code itself. A code that has no message
+  /// reads as ippStsUnknownStatusCodeErr, followed by the code that was given.
+  IppException(eIppResultStatus status);
+
+  /// Takes over code and text.
+  IppException(const IppException& source);
+
+  /// Takes over code and text. Assigning an object to itself leaves it intact.
+  IppException& operator=(const IppException& source);
+
+  ~IppException() override;
+
+  /// The text, valid as long as the object lives and is not assigned to.
+  const char* what() const noexcept override;
+
+ private:
+  void _Parse();
+
+  eIppResultStatus status_;
+  std::string message_;
+};
+
+}  // namespace Zorvan::Ipp

@@ -1,0 +1,169 @@
+#include "zorvan/foundation/IppIMemory.h"
+
+#include <cstdint>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
+
+#include "zorvan/foundation/TextException.h"
+#include "zorvan/primitives/frame/Entries.h"
+
+namespace Zorvan::Ipp::Image {
+
+namespace {
+
+std::int32_t wrappedProduct(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
+}
+
+template <class T>
+int rowBytes(int width) {
+  return wrappedProduct(width, static_cast<std::int32_t>(sizeof(T)));
+}
+
+template <class T>
+T* allocatePixels(Size size, int& step) {
+  if (size.width < 1 || size.height < 1) throw TextException("invalid image size");
+  if constexpr (std::is_same_v<T, u8>) {
+    return Primitives::ippiMalloc_8u_C1(size.width, size.height, &step);
+  } else if constexpr (std::is_same_v<T, u16>) {
+    return Primitives::ippiMalloc_16u_C1(size.width, size.height, &step);
+  } else if constexpr (std::is_same_v<T, s16>) {
+    return Primitives::ippiMalloc_16s_C1(size.width, size.height, &step);
+  } else if constexpr (std::is_same_v<T, int>) {
+    return Primitives::ippiMalloc_32s_C1(size.width, size.height, &step);
+  } else if constexpr (std::is_same_v<T, float>) {
+    return Primitives::ippiMalloc_32f_C1(size.width, size.height, &step);
+  } else {
+    throw TextException(std::string("Cannot allocate memory.\nNot supported type.\ntype is ") +
+                        typeid(T).name());
+  }
+}
+
+// Whether the pixels have been copied. The list of types is shorter than that of the Copy entries: 16-bit
+// images are not copied.
+template <class T>
+bool copyPixels(const T* src, T* dst, int step, Size size) {
+  if constexpr (std::is_same_v<T, u8>) {
+    return Primitives::ippiCopy_8u_C1R(src, step, dst, step, size) == 0;
+  } else if constexpr (std::is_same_v<T, float>) {
+    return Primitives::ippiCopy_32f_C1R(src, step, dst, step, size) == 0;
+  } else if constexpr (std::is_same_v<T, int>) {
+    return Primitives::ippiCopy_32s_C1R(src, step, dst, step, size) == 0;
+  } else {
+    return false;
+  }
+}
+
+template <class T>
+void freePixels(T* pixels) {
+  Primitives::ippiFree(pixels);
+}
+
+template <class T>
+void leavePixels(T*) {}
+
+}  // namespace
+
+template <class T>
+IppIMemory<T>::IppIMemory() : size_{0, 0}, step_(0), imageStep_(0) {}
+
+template <class T>
+IppIMemory<T>::IppIMemory(Size size)
+    : size_(size), step_(0), imageStep_(rowBytes<T>(size.width)), buffer_(Allocate(size, step_)) {}
+
+template <class T>
+IppIMemory<T>::IppIMemory(int width, int height) : IppIMemory(Size{width, height}) {}
+
+template <class T>
+IppIMemory<T>::IppIMemory(Size size, std::shared_ptr<T[]> buffer, int step)
+    : size_(size), step_(step), imageStep_(rowBytes<T>(size.width)), buffer_(std::move(buffer)) {}
+
+template <class T>
+IppIMemory<T>::IppIMemory(int width, int height, std::shared_ptr<T[]> buffer, int step)
+    : IppIMemory(Size{width, height}, std::move(buffer), step) {}
+
+template <class T>
+IppIMemory<T>::IppIMemory(const IppIMemory& source)
+    : size_(source.size_), step_(0), imageStep_(source.imageStep_), buffer_(Allocate(size_, step_)) {
+  if (!copyPixels<T>(source.buffer_.get(), buffer_.get(), imageStep_, size_)) {
+    throw TextException("Assign error in IppIMemory");
+  }
+}
+
+template <class T>
+IppIMemory<T>& IppIMemory<T>::operator=(const IppIMemory& source) = default;
+
+template <class T>
+IppIMemory<T>::~IppIMemory() = default;
+
+template <class T>
+int IppIMemory<T>::width() const {
+  return size_.width;
+}
+
+template <class T>
+int IppIMemory<T>::height() const {
+  return size_.height;
+}
+
+template <class T>
+Size IppIMemory<T>::size() const {
+  return size_;
+}
+
+template <class T>
+int IppIMemory<T>::step() const {
+  return step_;
+}
+
+template <class T>
+int IppIMemory<T>::imageStep() const {
+  return imageStep_;
+}
+
+template <class T>
+std::shared_ptr<T[]> IppIMemory<T>::buffer() const {
+  return buffer_;
+}
+
+template <class T>
+Rect IppIMemory<T>::SizeToRoi() const {
+  return {0, 0, size_.width, size_.height};
+}
+
+// The address may lie outside the block, where pointer arithmetic is not defined; that of integers is.
+template <class T>
+T* IppIMemory<T>::ToIppStream(Rect rect) const {
+  if (!buffer_) return nullptr;
+  const std::int64_t element = std::int64_t{wrappedProduct(rect.x, size_.width)} + rect.y;
+  return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(buffer_.get()) +
+                              static_cast<std::uintptr_t>(element) * sizeof(T));
+}
+
+template <class T>
+std::unique_ptr<T[], void (*)(T*)> IppIMemory<T>::Allocate(Size size, int& step) {
+  return {allocatePixels<T>(size, step), &freePixels<T>};
+}
+
+template <class T>
+std::unique_ptr<T[], void (*)(T*)> IppIMemory<T>::Allocate(int width, int height, int& step) {
+  return Allocate(Size{width, height}, step);
+}
+
+template <class T>
+IppIMemory<T> IppIMemory<T>::CreateContainer(T* pointer, int width, int height) {
+  std::shared_ptr<T[]> pixels;
+  if (pointer != nullptr) pixels.reset(pointer, &leavePixels<T>);
+  return IppIMemory(width, height, std::move(pixels), 0);
+}
+
+template <class T>
+IppIMemory<T> IppIMemory<T>::CreateContainer(T* pointer, Size size) {
+  return CreateContainer(pointer, size.width, size.height);
+}
+
+#define INSTANTIATE(T) template class IppIMemory<T>;
+ZORVAN_IPP_ELEMENT_TYPES(INSTANTIATE)
+
+}  // namespace Zorvan::Ipp::Image

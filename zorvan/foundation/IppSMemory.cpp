@@ -1,0 +1,65 @@
+#include "zorvan/foundation/IppSMemory.h"
+
+#include <type_traits>
+
+#include "zorvan/foundation/TextException.h"
+#include "zorvan/primitives/frame/Entries.h"
+
+namespace Zorvan::IppS {
+
+namespace {
+
+template <class T>
+T* allocateElements(int length) {
+  if (length < 1) throw Ipp::TextException("invalid length");
+  if constexpr (std::is_same_v<T, float>) {
+    return Primitives::ippsMalloc_32f(length);
+  } else if constexpr (std::is_same_v<T, u8>) {
+    return Primitives::ippsMalloc_8u(length);
+  } else {
+    throw Ipp::TextException("not supported type");
+  }
+}
+
+template <class T>
+void freeElements(T* elements) {
+  Primitives::ippsFree(elements);
+}
+
+}  // namespace
+
+template <class T>
+IppSMemory<T>::IppSMemory() : length_(0) {}
+
+template <class T>
+IppSMemory<T>::IppSMemory(int length) : length_(length), buffer_(Allocate(length)) {}
+
+// The length stays unwritten on purpose: a copy is an empty place to assign to, and promises nothing.
+template <class T>
+IppSMemory<T>::IppSMemory(const IppSMemory&) {}
+
+template <class T>
+IppSMemory<T>& IppSMemory<T>::operator=(const IppSMemory& source) = default;
+
+template <class T>
+IppSMemory<T>::~IppSMemory() = default;
+
+template <class T>
+int IppSMemory<T>::length() const {
+  return length_;
+}
+
+template <class T>
+std::shared_ptr<T[]> IppSMemory<T>::buffer() const {
+  return buffer_;
+}
+
+template <class T>
+std::unique_ptr<T[], void (*)(T*)> IppSMemory<T>::Allocate(int length) {
+  return {allocateElements<T>(length), &freeElements<T>};
+}
+
+#define INSTANTIATE(T) template class IppSMemory<T>;
+ZORVAN_IPP_ELEMENT_TYPES(INSTANTIATE)
+
+}  // namespace Zorvan::IppS

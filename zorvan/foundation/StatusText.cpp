@@ -1,0 +1,52 @@
+#include "zorvan/foundation/StatusText.h"
+
+#include <cstddef>
+#include <iterator>
+
+#include "zorvan/foundation/Status.h"
+
+namespace Zorvan::Ipp {
+
+namespace {
+
+struct StatusRow {
+  std::int32_t code;
+  const char* message;
+};
+
+constexpr StatusRow statusRows[] = {
+#define STATUS(code, name, text) {code, #name ": " text},
+#define PLAIN_STATUS(code, text) {code, text},
+#include "zorvan/foundation/StatusTable.def"
+};
+
+constexpr bool isAscending() {
+  for (std::size_t row = 1; row < std::size(statusRows); ++row) {
+    if (statusRows[row - 1].code >= statusRows[row].code) return false;
+  }
+  return true;
+}
+
+constexpr bool hasRow(std::int32_t code) {
+  for (const StatusRow& row : statusRows) {
+    if (row.code == code) return true;
+  }
+  return false;
+}
+
+static_assert(std::size(statusRows) == 139);
+static_assert(isAscending(), "each code stands once, in its place");
+static_assert(hasRow(ippStsUnknownStatusCodeErr), "without this row the look-up would not end");
+
+}  // namespace
+
+const char* ippStatusText(std::int32_t code) {
+  for (;;) {
+    for (const StatusRow& row : statusRows) {
+      if (row.code == code) return row.message;
+    }
+    code = ippStsUnknownStatusCodeErr;
+  }
+}
+
+}  // namespace Zorvan::Ipp

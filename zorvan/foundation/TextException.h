@@ -1,0 +1,19 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace Zorvan::Ipp {
+
+/// What the containers raise. Users catch std::exception and read the text; the class is not theirs to name.
+class TextException : public std::exception {
+ public:
+  explicit TextException(std::string text) : text_(std::move(text)) {}
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  std::string text_;
+};
+
+}  // namespace Zorvan::Ipp

@@ -1,0 +1,113 @@
+#include "zorvan/foundation/Status.h"
+#include "zorvan/primitives/frame/Leaf2.h"
+#include "zorvan/primitives/frame/Processor.h"
+#include "zorvan/primitives/frame/Vendor.h"
+
+namespace Zorvan::Primitives {
+
+namespace {
+
+enum ProbeState : std::int32_t {
+  CacheKnown = 0,
+  CacheNotProbed = 1,
+  CacheOfUnsupportedProcessor = Ipp::ippStsNotSupportedCpu,
+  CacheUnknown = Ipp::ippStsUnknownCacheSize,
+};
+
+}  // namespace
+
+constinit ProcessWide<std::int32_t> cacheSizeBytes{-1};
+constinit ProcessWide<std::int32_t> cacheProbeState{CacheNotProbed};
+constinit ProcessWide<std::int32_t> cacheLineBytes{-1};
+
+namespace {
+
+struct Leaf2Row {
+  std::uint32_t descriptor, bytes;
+};
+
+constexpr Leaf2Row leaf2Rows[] = {
+#define LEAF2_CACHE(descriptor, bytes) {descriptor, bytes},
+#include "zorvan/primitives/frame/Leaf2Caches.def"
+    {0, 0},
+};
+
+/// 0 bytes: none found.
+struct Cache {
+  std::int32_t bytes, lineBytes;
+};
+
+/// Leaf 2 does not tell the line size.
+Cache largestOfLeaf2() {
+  std::uint32_t regs[4];
+  coreCpuid(regs, 2, 0);
+  const Leaf2Row* row = findLeaf2Row(packLeaf2(regs), leaf2Rows);
+  return {row == nullptr ? 0 : static_cast<std::int32_t>(row->bytes), 0};
+}
+
+/// Leaf 4 describes a cache in each sub-leaf. Of equal caches the first counts.
+Cache largestOfLeaf4() {
+  constexpr std::uint32_t noMoreCaches = 0, instructionCache = 2;
+  std::int32_t bestBytes = 0, bestLineBytes = 0;
+  for (std::uint32_t subleaf = 0; subleaf < 32; ++subleaf) {
+    std::uint32_t regs[4];
+    coreCpuid(regs, 4, subleaf);
+    const std::uint32_t type = regs[Eax] & 0x1F;
+    if (type == noMoreCaches) break;
+    if (type == instructionCache) continue;
+    const std::uint32_t ways = (regs[Ebx] >> 22) + 1;
+    const std::uint32_t partitions = (regs[Ebx] >> 12 & 0x3FF) + 1;
+    const std::uint32_t lineBytes = (regs[Ebx] & 0xFFF) + 1;
+    const std::uint32_t sets = regs[Ecx] + 1;
+    const auto bytes = static_cast<std::int32_t>(ways * partitions * lineBytes * sets);
+    if (bytes > bestBytes) {
+      bestBytes = bytes;
+      bestLineBytes = static_cast<std::int32_t>(lineBytes);
+    }
+  }
+  return {bestBytes, bestLineBytes};
+}
+
+/// The state last: who sees that the cache was probed sees both figures. The line size before the size, so
+/// that a known size has its line size.
+void keep(ProbeState state, std::int32_t bytes, std::int32_t lineBytes) {
+  cacheLineBytes = lineBytes;
+  cacheSizeBytes = bytes;
+  cacheProbeState = state;
+}
+
+void probeCaches() {
+  std::uint32_t leaf0[4];
+  coreCpuid(leaf0, 0, 0);
+  const std::uint32_t highestLeaf = leaf0[Eax];
+  if (highestLeaf < 2 || !isGenuineIntel(leaf0)) return keep(CacheOfUnsupportedProcessor, -1, 0);
+  const Cache largest = highestLeaf < 4 ? largestOfLeaf2() : largestOfLeaf4();
+  keep(largest.bytes > 0 ? CacheKnown : CacheUnknown, largest.bytes, largest.lineBytes);
+}
+
+}  // namespace
+
+int coreGetCacheSize(std::int32_t* size) {
+  if (size == nullptr) return Ipp::ippStsNullPtrErr;
+  // A state of 1 beside a known size is another thread's probe half stored: probing too gives the same.
+  if (cacheProbeState == CacheNotProbed) probeCaches();
+  const std::int32_t state = cacheProbeState, bytes = cacheSizeBytes;
+  if (bytes < 0 && state != CacheKnown) cacheLineBytes = 0;
+  *size = bytes;
+  return state;
+}
+
+void coreGetCacheLineSize(std::int32_t* line) {
+  if (cacheLineBytes < 0 && cacheSizeBytes < 0) {
+    const std::int32_t state = cacheProbeState;
+    if (state == CacheNotProbed) {
+      probeCaches();
+    } else if (state != CacheKnown) {
+      *line = 0;
+      return;
+    }
+  }
+  *line = cacheLineBytes;
+}
+
+}  // namespace Zorvan::Primitives
