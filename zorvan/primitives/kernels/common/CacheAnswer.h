@@ -19,5 +19,12 @@ inline CacheAnswer askCacheSize() {
   return {status == 0, bytes};
 }
 
+/// Line size in bytes of the same cache; not positive where it is not known.
+inline int askCacheLine() {
+  int bytes = 0;
+  coreGetCacheLineSize(&bytes);
+  return bytes;
+}
+
 }  // namespace
 }  // namespace Zorvan::Primitives

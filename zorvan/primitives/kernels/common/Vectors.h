@@ -5,7 +5,16 @@
 //
 // This header is compiled once per variant, so all of it has internal linkage.
 
+// GCC 12 takes the undefined sources of its own unmasked 512-bit intrinsics for mistakes.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#endif
 #include <immintrin.h>
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
 
 #include <cstdint>
 

@@ -1,5 +1,6 @@
 // Fill, copy and conversion for one variant. Built once per variant, with its instruction set and no more.
 
+#include "zorvan/primitives/kernels/initializer/ConvertKernels.h"
 #include "zorvan/primitives/kernels/initializer/FillKernels.h"
 
 namespace Zorvan::Primitives {
@@ -7,6 +8,7 @@ namespace Zorvan::Primitives {
 #define INSTANTIATE(name, Result, Parameters, Arguments) \
   template Result Routines<ZORVAN_VARIANT>::name Parameters;
 #define ENTRY(...) INSTANTIATE(__VA_ARGS__)
+#include "zorvan/primitives/frame/entries/Convert.def"
 #include "zorvan/primitives/frame/entries/Set.def"
 #undef ENTRY
 

@@ -1,0 +1,160 @@
+#pragma once
+
+// Plain copy: the entries, and which variant copies how.
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/initializer/CopyPlan.h"
+#include "zorvan/primitives/kernels/initializer/copy_large.h"
+#include "zorvan/primitives/kernels/initializer/copy_leaf2.h"
+#include "zorvan/primitives/kernels/initializer/copy_narrow.h"
+#include "zorvan/primitives/kernels/initializer/copy_row.h"
+#include "zorvan/primitives/kernels/initializer/copy_run.h"
+#include "zorvan/primitives/kernels/initializer/copy_short.h"
+#include "zorvan/primitives/kernels/initializer/copy_wide.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+struct CopyImages {
+  const unsigned char* src;
+  int srcStep;
+  unsigned char* dst;
+  int dstStep;
+};
+
+template <class CopyOne>
+inline void copyEachRow(const CopyImages& images, const CopyPlan& plan, CopyOne copyOne) {
+  for (std::int64_t r = 0; r < plan.rows; ++r) {
+    copyOne(
+        CopyRun{rowAt(images.src, images.srcStep, r), rowAt(images.dst, images.dstStep, r), plan.rowBytes});
+  }
+}
+
+struct ShortOrLargeCopy;
+struct WideCopy;
+
+/// 16-byte stores, a fixed limit in bytes.
+struct RowCopy {
+  template <int pixelBytes>
+  static void copy(const CopyImages& images, Size roi) {
+    const CopyPlan plan = planRowCopy<pixelBytes>(roi, images.srcStep, images.dstStep);
+    copyEachRow(images, plan, [&](CopyRun row) { copyRow(row, plan.streaming); });
+  }
+};
+
+/// 16-byte stores, the cache read from leaf 2.
+struct Leaf2Copy {
+  template <int pixelBytes>
+  static void copy(const CopyImages& images, Size roi) {
+    const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
+    const CopyPlan plan = planLeaf2Copy(shape, askLeaf2CacheSize);
+    if (plan.streaming) {
+      copyEachRow(images, plan, copyPastCache);
+      fenceStores();
+    } else {
+      copyEachRow(images, plan, copyThroughCache);
+    }
+  }
+};
+
+#ifdef __AVX__
+/// 16-byte stores while it fits the cache, 32-byte streaming stores beyond.
+struct ShortOrLargeCopy {
+  template <int pixelBytes>
+  static void copy(const CopyImages& images, Size roi) {
+    const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
+    const CopyPlan plan = planShortOrLargeCopy(shape, askCacheSize);
+    if (plan.streaming) {
+      copyEachRow(images, plan, copyLarge);
+      fenceStores();
+    } else {
+      copyEachRow(images, plan, copyShort);
+    }
+  }
+};
+#endif
+
+#ifdef __AVX2__
+/// 32-byte stores throughout.
+struct WideCopy {
+  template <int pixelBytes>
+  static void copy(const CopyImages& images, Size roi) {
+    const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
+    const CopyAddresses at{reinterpret_cast<std::uintptr_t>(images.src),
+                           reinterpret_cast<std::uintptr_t>(images.dst)};
+    const CopyPlan rows = copyPlan(shape, false, false);
+    switch (planWideCopy(at, shape, askCacheSize)) {
+      case WideCopyForm::run:
+        return copyByForm(planRunCopy(at, shape.total(), askCacheSize),
+                          {images.src, images.dst, shape.total()});
+      case WideCopyForm::narrowRows:
+        return copyNarrow({images.src, images.srcStep, images.dst, images.dstStep, shape.rows},
+                          shape.rowBytes);
+      case WideCopyForm::unalignedRows:
+        return copyEachRow(images, rows, copyForward);
+      case WideCopyForm::alignedRows:
+        return copyEachRow(images, rows, copyVectors<AlignedStores>);
+      case WideCopyForm::alignedRowsBackward:
+        for (std::int64_t r = shape.rows; r-- != 0;) {
+          copyVectorsBackward(
+              {rowAt(images.src, images.srcStep, r), rowAt(images.dst, images.dstStep, r), shape.rowBytes});
+        }
+        return;
+      case WideCopyForm::streamedRows:
+        copyEachRow(images, rows, copyRowStreaming);
+        return fenceStores();
+      case WideCopyForm::streamedAlignedRows:
+        copyEachRow(images, rows, copyVectors<StreamingStores>);
+        return fenceStores();
+    }
+  }
+};
+#endif
+
+template <class V, int pixelBytes>
+struct CopyPolicyOf {
+  using type = ByVariant<V, RowCopy, Leaf2Copy, Leaf2Copy, ShortOrLargeCopy, WideCopy, WideCopy>;
+};
+template <class V>
+struct CopyPolicyOf<V, 4> {
+  using type = ByVariant<V, RowCopy, Leaf2Copy, Leaf2Copy, Leaf2Copy, WideCopy, WideCopy>;
+};
+
+/// Bits are carried as they are, so all types of one size share a copy. Kept out of line: their entries are
+/// then one jump each.
+template <class V, int pixelBytes>
+[[gnu::noinline]] int copyPlain(const void* src, int srcStep, void* dst, int dstStep, Size roi) {
+  if (src == nullptr || dst == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  CopyPolicyOf<V, pixelBytes>::type::template copy<pixelBytes>(
+      {static_cast<const unsigned char*>(src), srcStep, static_cast<unsigned char*>(dst), dstStep}, roi);
+  return ippStsNoErr;
+}
+
+}  // namespace
+
+template <class V>
+int Routines<V>::ippiCopy_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi) {
+  return copyPlain<V, 1>(src, srcStep, dst, dstStep, roi);
+}
+template <class V>
+int Routines<V>::ippiCopy_16u_C1R(const u16* src, int srcStep, u16* dst, int dstStep, Size roi) {
+  return copyPlain<V, 2>(src, srcStep, dst, dstStep, roi);
+}
+template <class V>
+int Routines<V>::ippiCopy_16s_C1R(const s16* src, int srcStep, s16* dst, int dstStep, Size roi) {
+  return copyPlain<V, 2>(src, srcStep, dst, dstStep, roi);
+}
+template <class V>
+int Routines<V>::ippiCopy_32s_C1R(const int* src, int srcStep, int* dst, int dstStep, Size roi) {
+  return copyPlain<V, 4>(src, srcStep, dst, dstStep, roi);
+}
+template <class V>
+int Routines<V>::ippiCopy_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
+  return copyPlain<V, 4>(src, srcStep, dst, dstStep, roi);
+}
+
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,107 @@
+#pragma once
+
+// 32-bit signed pixels as floats, rounded by the processor's current mode.
+//
+// Only the row is read and written, at any address.
+
+#include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/initializer/ConvertPlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+inline void toFloat1(const unsigned char* src, unsigned char* dst) {
+  storeAs(dst, static_cast<float>(loadAs<int>(src)));
+}
+
+inline Vector16 toFloats(Vector16 pixels) { return {_mm_castps_si128(_mm_cvtepi32_ps(pixels.bits))}; }
+
+inline void toFloatSingly(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n > 0; src += 4, dst += 4, --n) toFloat1(src, dst);
+}
+
+/// Eight pixels a turn with aligned stores, then singly.
+template <bool alignedSrc>
+inline void toFloatBody8(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n >= 8; src += 32, dst += 32, n -= 8) {
+    const Vector16 low = alignedSrc ? Vector16::loadAligned(src) : Vector16::load(src);
+    const Vector16 high = alignedSrc ? Vector16::loadAligned(src + 16) : Vector16::load(src + 16);
+    toFloats(low).storeAligned(dst);
+    toFloats(high).storeAligned(dst + 16);
+  }
+  toFloatSingly(src, dst, n);
+}
+
+/// The oldest two variants. Runs that are short, that overlap, or whose floats straddle their own alignment
+/// are converted singly.
+inline void toFloatRow(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  const auto from = reinterpret_cast<std::uintptr_t>(src);
+  const auto to = reinterpret_cast<std::uintptr_t>(dst);
+  const auto bytes = static_cast<std::uintptr_t>(4 * n);
+  const bool overlapping = from < to + bytes && to < from + bytes;
+  if (n < 8 || overlapping || !isAligned(dst, 4)) return toFloatSingly(src, dst, n);
+
+  const std::int64_t head = bytesToBoundary(dst, Vector16::size) / 4;
+  toFloatSingly(src, dst, head);
+  src += 4 * head;
+  dst += 4 * head;
+  n -= head;
+  if (isAligned(src, Vector16::size)) {
+    toFloatBody8<true>(src, dst, n);
+  } else {
+    toFloatBody8<false>(src, dst, n);
+  }
+}
+
+/// A run in groups of four, then singly.
+inline void toFloatByFours(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n >= 4; src += 16, dst += 16, n -= 4) toFloats(Vector16::load(src)).store(dst);
+  toFloatSingly(src, dst, n);
+}
+
+#ifdef __AVX__
+inline Vector32 toFloats(Vector32 pixels) { return {_mm256_castps_si256(_mm256_cvtepi32_ps(pixels.bits))}; }
+#endif
+#ifdef __AVX512F__
+inline Vector64 toFloats(Vector64 pixels) { return {_mm512_castps_si512(_mm512_cvtepi32_ps(pixels.bits))}; }
+#endif
+
+/// 16 pixels, 64 bytes of `dst`, a turn in vectors of any width.
+template <class Vector, bool streaming>
+inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n >= 16; src += 64, dst += 64, n -= 16) {
+    for (int at = 0; at < 64; at += Vector::size) {
+      const Vector floats = toFloats(Vector::load(src + at));
+      if constexpr (streaming) {
+        floats.stream(dst + at);
+      } else {
+        floats.store(dst + at);
+      }
+    }
+  }
+  toFloatByFours(src, dst, n);
+}
+
+/// A row of an image that streams, from the first cache line on. Lines that are no multiple of a store can
+/// leave it off its own boundary: narrower stores then serve, or plain ones.
+template <class Vector>
+inline void toFloatRowStreaming(const unsigned char* src, unsigned char* dst, std::int64_t n,
+                                std::int64_t lineBytes) {
+  if (!isAligned(dst, 4)) return toFloatBody16<Vector, false>(src, dst, n);
+
+  const std::int64_t head = pixelsToBoundary(reinterpret_cast<std::uintptr_t>(dst), lineBytes, 4, n);
+  toFloatByFours(src, dst, head);
+  src += 4 * head;
+  dst += 4 * head;
+  n -= head;
+  if (isAligned(dst, Vector::size)) {
+    toFloatBody16<Vector, true>(src, dst, n);
+  } else if (isAligned(dst, Vector16::size)) {
+    toFloatBody16<Vector16, true>(src, dst, n);
+  } else {
+    toFloatBody16<Vector, false>(src, dst, n);
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

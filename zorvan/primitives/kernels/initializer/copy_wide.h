@@ -1,0 +1,43 @@
+#pragma once
+
+// Copies rows of at least 512 bytes with 32-byte stores, or rows of any length past the cache: the plain copy
+// of images with gaps in the two newest variants.
+
+#include "zorvan/primitives/kernels/initializer/copy_pieces.h"
+#include "zorvan/primitives/kernels/initializer/copy_run.h"
+
+#ifdef __AVX2__
+namespace Zorvan::Primitives {
+namespace {
+
+/// Whole 32-byte vectors, the destination aligned to them.
+template <class Stores>
+inline void copyVectors(CopyRun row) {
+  using Bytes64 = Twice<Vector32>;
+  using Bytes256 = Twice<Twice<Bytes64>>;
+  row.takeAll<Bytes256, Stores>();
+  row.takeAll<Bytes64, Stores>();
+  if (row.length != 0) row.take<Vector32, Stores>();
+}
+
+inline void copyVectorsBackward(CopyRun row) {
+  const std::int64_t blocks = row.length & ~std::int64_t{63};
+  if (row.length & 32) Vector32::load(row.src + blocks).storeAligned(row.dst + blocks);
+  copyBlocksBackward(row.src, row.dst, blocks);
+}
+
+/// A row of any length past the cache; also one that ends before the boundary.
+inline void copyRowStreaming(CopyRun row) {
+  using Bytes64 = Twice<Vector32>;
+  using Bytes256 = Twice<Twice<Bytes64>>;
+  const std::int64_t toBoundary = bytesToBoundary(row.dst, 64);
+  row.takeBits<Bytes1, Bytes2, Bytes4, Bytes8, Vector16, Vector32>(toBoundary < row.length ? toBoundary
+                                                                                           : row.length);
+  row.takeAll<Bytes256, StreamingStores>();
+  row.takeAll<Bytes64, StreamingStores>();
+  row.takeBits<Vector32, Vector16, Bytes8, Bytes4, Bytes2, Bytes1>(row.length);
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
+#endif
