@@ -1,0 +1,71 @@
+#pragma once
+
+// Makes one call through an entry's stub while no variant has been selected, and compares it with the same
+// call made straight at the selected routine. Entries whose arguments do not follow the house's shape say how
+// they are called by an overload of callFirst.
+
+#include <string>
+#include <type_traits>
+
+#include "tests/support/EntryCheck.h"
+#include "zorvan/primitives/frame/Processor.h"
+#include "zorvan/primitives/frame/Table.h"
+
+namespace Zorvan::Test {
+
+/// The routine that the stub of `row` reaches by now; null while none has been selected.
+template <class Routine>
+Routine* selectedRoutine(const Primitives::Row<Routine>& row) {
+  const std::int32_t index = Primitives::variantIndex;
+  return index >= 0 && index < Primitives::variantCount ? row.routine[1 + index] : nullptr;
+}
+
+template <class... Parameters>
+std::string callFirst(int (*entry)(Parameters...), const Primitives::Row<int(Parameters...)>& row) {
+  using Call = EntryCall<int(Parameters...)>;
+  Case c{{13, 3}, {}, 42};
+  c.images.assign(static_cast<std::size_t>(Call::imageCount()),
+                  {StepKind::onePixelMore, {Placement::Edge::inside, 4}, Content::halfEmpty});
+  const Call first(c, 1, 0), second(c, 1, 1);
+  if (Primitives::variantIndex != -1) return "a variant had been selected before";
+  const int status = first.run(entry);
+  const auto routine = selectedRoutine(row);
+  if (routine == nullptr) return "no variant has been selected";
+  if (status != second.run(routine)) return "the status differs: " + std::to_string(status);
+  for (std::size_t b = 0; b < first.blocks().size(); ++b) {
+    if (!first.blocks()[b].sameBytes(second.blocks()[b])) {
+      return first.blocks()[b].difference(second.blocks()[b]);
+    }
+  }
+  return "";
+}
+
+/// Image memory: the pixels of a fresh image can be written, and the step is told.
+template <class T>
+std::string callFirst(T* (*entry)(int, int, int*), const Primitives::Row<T*(int, int, int*)>& row) {
+  int step = 0;
+  T* const pixels = entry(5, 3, &step);
+  if (selectedRoutine(row) == nullptr) return "no variant has been selected";
+  if (pixels == nullptr || step != 64) return "no image";
+  pixels[0] = pixels[2 * step / static_cast<int>(sizeof(T)) + 4] = T(1);
+  Primitives::ippiFree(pixels);
+  return "";
+}
+
+template <class T>
+std::string callFirst(T* (*entry)(int), const Primitives::Row<T*(int)>& row) {
+  T* const elements = entry(5);
+  if (selectedRoutine(row) == nullptr) return "no variant has been selected";
+  if (elements == nullptr) return "no signal";
+  elements[4] = T(1);
+  Primitives::ippsFree(elements);
+  return "";
+}
+
+/// A null pointer may be freed.
+inline std::string callFirst(void (*entry)(void*), const Primitives::Row<void(void*)>& row) {
+  entry(nullptr);
+  return selectedRoutine(row) != nullptr ? "" : "no variant has been selected";
+}
+
+}  // namespace Zorvan::Test
