@@ -1,6 +1,7 @@
 // Fill, copy and conversion for one variant. Built once per variant, with its instruction set and no more.
 
 #include "zorvan/primitives/kernels/initializer/FillKernels.h"
+#include "zorvan/primitives/kernels/initializer/MaskedKernels.h"
 
 namespace Zorvan::Primitives {
 
