@@ -2,6 +2,7 @@
 
 #include "zorvan/primitives/kernels/initializer/ConvertKernels.h"
 #include "zorvan/primitives/kernels/initializer/FillKernels.h"
+#include "zorvan/primitives/kernels/initializer/MaskedKernels.h"
 
 namespace Zorvan::Primitives {
 

@@ -1,0 +1,165 @@
+#pragma once
+
+// Fill and copy under a mask: the entries, and which variant goes about it how. A pixel is written exactly
+// when its mask byte is not zero.
+
+#include <cstdint>
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/initializer/MaskedPlan.h"
+#include "zorvan/primitives/kernels/initializer/masked_blocks.h"
+#include "zorvan/primitives/kernels/initializer/masked_row.h"
+#include "zorvan/primitives/kernels/initializer/masked_wide_blocks.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// A mask row's share of the policy: how rows run, and in which form each is done.
+template <MaskedRows when, class RowForm>
+struct Masked {
+  static constexpr MaskedRows rows = when;
+  using Form = RowForm;
+};
+
+constexpr MaskedEnd byPixels = MaskedEnd::byPixels;
+constexpr MaskedEnd byBlock = MaskedEnd::byBlock;
+constexpr MaskedRows apart = MaskedRows::apart;
+constexpr MaskedRows joinedBelow32768 = MaskedRows::joinedBelow32768;
+constexpr MaskedRows joinedUnlessOverflow = MaskedRows::joinedUnlessOverflow;
+
+// The lines of the table: rows, block, head, tail, stores of full blocks, longest row that goes pixel by
+// pixel where that is more than what is shorter than a block.
+using Bytes = Masked<apart, MaskedForm<BlendedBytes16, byPixels, byPixels, AlignedStore>>;
+using Words = Masked<apart, MaskedForm<BlendedWords16, byBlock, byBlock, AlignedStore>>;
+using BlendedWords = Masked<apart, MaskedForm<BlendedWords16, byPixels, byPixels, AlignedStore>>;
+using Streamed = Masked<apart, MaskedForm<SparsePixels16, byPixels, byPixels, StreamingStore>>;
+using Nibbles = Masked<joinedUnlessOverflow, MaskedForm<NibbleDwords8, byPixels, byBlock, AlignedStore>>;
+#ifdef __SSE4_2__
+using Quarters = Masked<joinedBelow32768, MaskedForm<ShuffledDwords16, byPixels, byBlock, AlignedStore, 16>>;
+#else
+struct Quarters;
+#endif
+#ifdef __AVX2__
+using WideBytes = Masked<joinedBelow32768, MaskedForm<WideBytes32, byBlock, byBlock, AnyStore, 32>>;
+using WideWords = Masked<apart, MaskedForm<WideWords16, byBlock, byBlock, AnyStore>>;
+using WideDwords = Masked<joinedBelow32768, MaskedForm<WideDwords32, byPixels, byBlock, AnyStore, 32>>;
+#else
+struct WideBytes;
+struct WideWords;
+struct WideDwords;
+#endif
+#ifdef __AVX512BW__
+using RegisterBytes = Masked<joinedBelow32768, MaskedForm<RegisterBytes32, byBlock, byBlock, AnyStore, 32>>;
+using RegisterWords = Masked<apart, MaskedForm<RegisterWords16, byBlock, byBlock, AnyStore>>;
+using RegisterDwords =
+    Masked<joinedBelow32768, MaskedForm<RegisterDwords32, byPixels, byBlock, AnyStore, 32>>;
+#else
+struct RegisterBytes;
+struct RegisterWords;
+struct RegisterDwords;
+#endif
+
+/// By the pixel's bits. A fill and a copy differ in one place.
+template <class V, class Bits>
+struct MaskedPolicy;
+template <class V>
+struct MaskedPolicy<V, std::uint8_t> {
+  using Fill = ByVariant<V, Bytes, Bytes, Bytes, Bytes, WideBytes, RegisterBytes>;
+  using Copy = Fill;
+};
+template <class V>
+struct MaskedPolicy<V, std::uint16_t> {
+  using Fill = ByVariant<V, Streamed, Words, Words, Words, WideWords, RegisterWords>;
+  using Copy = ByVariant<V, BlendedWords, Words, Words, Words, WideWords, RegisterWords>;
+};
+template <class V>
+struct MaskedPolicy<V, std::uint32_t> {
+  using Fill = ByVariant<V, Streamed, Nibbles, Quarters, Quarters, WideDwords, RegisterDwords>;
+  using Copy = Fill;
+};
+
+template <class V, class Bits>
+int setMasked(Bits value, void* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
+  if (dst == nullptr || mask == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  using Policy = typename MaskedPolicy<V, Bits>::Fill;
+  const bool tight = isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
+  const MaskedPlan plan = planMasked<Policy::rows>(roi, tight);
+  for (std::int64_t r = 0; r < plan.rows; ++r) {
+    maskedRow<typename Policy::Form>(ValueSource<Bits>{value},
+                                     rowAt(static_cast<unsigned char*>(dst), dstStep, r),
+                                     rowAt(mask, maskStep, r), plan.pixels);
+  }
+  return ippStsNoErr;
+}
+
+template <class V, class Bits>
+int copyMasked(const void* src, int srcStep, void* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
+  if (src == nullptr || dst == nullptr || mask == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  using Policy = typename MaskedPolicy<V, Bits>::Copy;
+  const bool tight =
+      isTight(roi, sizeof(Bits), srcStep) && isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
+  const MaskedPlan plan = planMasked<Policy::rows>(roi, tight);
+  for (std::int64_t r = 0; r < plan.rows; ++r) {
+    maskedRow<typename Policy::Form>(
+        RowSource<Bits>{rowAt(static_cast<const unsigned char*>(src), srcStep, r)},
+        rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r), plan.pixels);
+  }
+  return ippStsNoErr;
+}
+
+}  // namespace
+
+// Only bits count: types of one size share the routine of one of them.
+template <class V>
+int Routines<V>::ippiSet_8u_C1MR(u8 value, u8* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
+  return setMasked<V, std::uint8_t>(value, dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiSet_16u_C1MR(u16 value, u16* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
+  return setMasked<V, std::uint16_t>(value, dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiSet_16s_C1MR(s16 value, s16* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
+  return setMasked<V>(static_cast<std::uint16_t>(value), dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiSet_32s_C1MR(int value, int* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
+  return setMasked<V>(static_cast<std::uint32_t>(value), dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiSet_32f_C1MR(float value, float* dst, int dstStep, Size roi, const u8* mask,
+                                  int maskStep) {
+  return setMasked<V>(__builtin_bit_cast(std::uint32_t, value), dst, dstStep, roi, mask, maskStep);
+}
+
+template <class V>
+int Routines<V>::ippiCopy_8u_C1MR(const u8* src, int srcStep, u8* dst, int dstStep, Size roi, const u8* mask,
+                                  int maskStep) {
+  return copyMasked<V, std::uint8_t>(src, srcStep, dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiCopy_16u_C1MR(const u16* src, int srcStep, u16* dst, int dstStep, Size roi,
+                                   const u8* mask, int maskStep) {
+  return copyMasked<V, std::uint16_t>(src, srcStep, dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiCopy_16s_C1MR(const s16* src, int srcStep, s16* dst, int dstStep, Size roi,
+                                   const u8* mask, int maskStep) {
+  return copyMasked<V, std::uint16_t>(src, srcStep, dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiCopy_32s_C1MR(const int* src, int srcStep, int* dst, int dstStep, Size roi,
+                                   const u8* mask, int maskStep) {
+  return copyMasked<V, std::uint32_t>(src, srcStep, dst, dstStep, roi, mask, maskStep);
+}
+template <class V>
+int Routines<V>::ippiCopy_32f_C1MR(const float* src, int srcStep, float* dst, int dstStep, Size roi,
+                                   const u8* mask, int maskStep) {
+  return copyMasked<V, std::uint32_t>(src, srcStep, dst, dstStep, roi, mask, maskStep);
+}
+
+}  // namespace Zorvan::Primitives
