@@ -25,11 +25,11 @@ struct CopyImages {
   int dstStep;
 };
 
+/// By value: pixels are bytes, so a store to them would make the compiler read what it holds by address anew.
 template <class CopyOne>
-inline void copyEachRow(const CopyImages& images, const CopyPlan& plan, CopyOne copyOne) {
-  for (std::int64_t r = 0; r < plan.rows; ++r) {
-    copyOne(
-        CopyRun{rowAt(images.src, images.srcStep, r), rowAt(images.dst, images.dstStep, r), plan.rowBytes});
+inline void copyEachRow(CopyImages images, std::int64_t rows, std::int64_t rowBytes, CopyOne copyOne) {
+  for (std::int64_t r = 0; r < rows; ++r) {
+    copyOne(rowAt(images.src, images.srcStep, r), rowAt(images.dst, images.dstStep, r), rowBytes);
   }
 }
 
@@ -41,7 +41,10 @@ struct RowCopy {
   template <int pixelBytes>
   static void copy(const CopyImages& images, Size roi) {
     const CopyPlan plan = planRowCopy<pixelBytes>(roi, images.srcStep, images.dstStep);
-    copyEachRow(images, plan, [&](CopyRun row) { copyRow(row, plan.streaming); });
+    copyEachRow(images, plan.rows, plan.rowBytes,
+                [streaming = plan.streaming](const auto* src, auto* dst, std::int64_t length) {
+                  copyRow(src, dst, length, streaming);
+                });
   }
 };
 
@@ -52,10 +55,10 @@ struct Leaf2Copy {
     const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
     const CopyPlan plan = planLeaf2Copy(shape, askLeaf2CacheSize);
     if (plan.streaming) {
-      copyEachRow(images, plan, copyPastCache);
+      copyEachRow(images, plan.rows, plan.rowBytes, copyPastCache);
       fenceStores();
     } else {
-      copyEachRow(images, plan, copyThroughCache);
+      copyEachRow(images, plan.rows, plan.rowBytes, copyThroughCache);
     }
   }
 };
@@ -68,10 +71,10 @@ struct ShortOrLargeCopy {
     const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
     const CopyPlan plan = planShortOrLargeCopy(shape, askCacheSize);
     if (plan.streaming) {
-      copyEachRow(images, plan, copyLarge);
+      copyEachRow(images, plan.rows, plan.rowBytes, copyLarge);
       fenceStores();
     } else {
-      copyEachRow(images, plan, copyShort);
+      copyEachRow(images, plan.rows, plan.rowBytes, copyShort);
     }
   }
 };
@@ -85,29 +88,27 @@ struct WideCopy {
     const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
     const CopyAddresses at{reinterpret_cast<std::uintptr_t>(images.src),
                            reinterpret_cast<std::uintptr_t>(images.dst)};
-    const CopyPlan rows = copyPlan(shape, false, false);
     switch (planWideCopy(at, shape, askCacheSize)) {
       case WideCopyForm::run:
-        return copyByForm(planRunCopy(at, shape.total(), askCacheSize),
-                          {images.src, images.dst, shape.total()});
+        return copyRun(planRunCopy(at, shape.total(), askCacheSize), images.src, images.dst, shape.total());
       case WideCopyForm::narrowRows:
         return copyNarrow({images.src, images.srcStep, images.dst, images.dstStep, shape.rows},
                           shape.rowBytes);
       case WideCopyForm::unalignedRows:
-        return copyEachRow(images, rows, copyForward);
+        return copyEachRow(images, shape.rows, shape.rowBytes, copyForward);
       case WideCopyForm::alignedRows:
-        return copyEachRow(images, rows, copyVectors<AlignedStores>);
+        return copyEachRow(images, shape.rows, shape.rowBytes, copyVectors<AlignedStores>);
       case WideCopyForm::alignedRowsBackward:
         for (std::int64_t r = shape.rows; r-- != 0;) {
-          copyVectorsBackward(
-              {rowAt(images.src, images.srcStep, r), rowAt(images.dst, images.dstStep, r), shape.rowBytes});
+          copyVectorsBackward(rowAt(images.src, images.srcStep, r), rowAt(images.dst, images.dstStep, r),
+                              shape.rowBytes);
         }
         return;
       case WideCopyForm::streamedRows:
-        copyEachRow(images, rows, copyRowStreaming);
+        copyEachRow(images, shape.rows, shape.rowBytes, copyRowStreaming);
         return fenceStores();
       case WideCopyForm::streamedAlignedRows:
-        copyEachRow(images, rows, copyVectors<StreamingStores>);
+        copyEachRow(images, shape.rows, shape.rowBytes, copyVectors<StreamingStores>);
         return fenceStores();
     }
   }

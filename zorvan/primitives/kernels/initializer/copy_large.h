@@ -10,7 +10,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-inline void copyLarge(CopyRun row) {
+inline void copyLarge(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun row{src, dst, length};
   using Bytes64 = Twice<Vector32>;
   using Bytes128 = Twice<Bytes64>;
   row.alignByPiece<Bytes64>(64);

@@ -54,7 +54,8 @@ inline CacheAnswer askLeaf2CacheSize() {
   return {true, row->bytes()};
 }
 
-inline void copyThroughCache(CopyRun row) {
+inline void copyThroughCache(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun row{src, dst, length};
   using Bytes32 = Twice<Vector16>;
   using Bytes64 = Twice<Bytes32>;
   using Bytes128 = Twice<Bytes64>;
@@ -78,7 +79,8 @@ inline void copyThroughCache(CopyRun row) {
 }
 
 /// For rows of at least 64 bytes: the boundary lies within them.
-inline void copyPastCache(CopyRun row) {
+inline void copyPastCache(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun row{src, dst, length};
   using Bytes64 = Twice<Twice<Vector16>>;
   while (!isAligned(row.dst, Bytes64::size)) row.take<Bytes1>();
   row.takeAll<Bytes64, StreamingStores>();

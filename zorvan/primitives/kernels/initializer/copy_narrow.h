@@ -15,7 +15,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The rows of two images, walked together.
+/// The rows of two images, walked together. Passed on by value, so that a store to a row does not make the
+/// compiler read these figures anew.
 struct CopyRows {
   const unsigned char* src;
   std::int64_t srcStep;
@@ -25,7 +26,7 @@ struct CopyRows {
 };
 
 template <class CopyOne>
-inline void copyRows(const CopyRows& rows, CopyOne copyOne) {
+inline void copyRows(CopyRows rows, CopyOne copyOne) {
   for (std::int64_t r = 0; r < rows.count; ++r) {
     copyOne(rows.src + r * rows.srcStep, rows.dst + r * rows.dstStep);
   }
@@ -37,7 +38,7 @@ inline void copyPiece(const unsigned char* src, unsigned char* dst) {
 }
 
 template <class Piece, int... index>
-inline void copyClass(const CopyRows& rows, std::int64_t width, std::integer_sequence<int, index...>) {
+inline void copyClass(CopyRows rows, std::int64_t width, std::integer_sequence<int, index...>) {
   const std::int64_t last = width - Piece::size;
   if (width % Piece::size == 0) {
     copyRows(rows, [](const unsigned char* src, unsigned char* dst) {
@@ -53,12 +54,12 @@ inline void copyClass(const CopyRows& rows, std::int64_t width, std::integer_seq
 
 /// The class from `count` base pieces up to less than one more.
 template <class Piece, int count>
-inline void copyClass(const CopyRows& rows, std::int64_t width) {
+inline void copyClass(CopyRows rows, std::int64_t width) {
   copyClass<Piece>(rows, width, std::make_integer_sequence<int, count>());
 }
 
 /// `width` is from 1 to 511 bytes.
-inline void copyNarrow(const CopyRows& rows, std::int64_t width) {
+inline void copyNarrow(CopyRows rows, std::int64_t width) {
   using Bytes64 = Twice<Vector32>;
   switch (width / 64) {
     case 4:

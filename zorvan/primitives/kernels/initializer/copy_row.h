@@ -20,7 +20,8 @@ struct JoinedVector16 : Vector16 {
   }
 };
 
-inline void copyRow(CopyRun row, bool streaming) {
+inline void copyRow(const unsigned char* src, unsigned char* dst, std::int64_t length, bool streaming) {
+  CopyRun row{src, dst, length};
   using Block = Twice<Twice<Vector16>>;
   using JoinedBlock = Twice<Twice<JoinedVector16>>;
   if (row.length >= Block::size) {

@@ -12,28 +12,29 @@ namespace {
 
 /// One or two pieces for the whole of a row that is shorter than twice Piece::size and not below it.
 template <class Piece>
-inline void copyEnds(CopyRun row) {
-  const Piece first = Piece::load(row.src);
-  const Piece last = Piece::load(row.src + row.length - Piece::size);
-  first.store(row.dst);
-  last.store(row.dst + row.length - Piece::size);
+inline void copyEnds(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  const Piece first = Piece::load(src);
+  const Piece last = Piece::load(src + length - Piece::size);
+  first.store(dst);
+  last.store(dst + length - Piece::size);
 }
 
 /// At most 128 bytes.
-inline void copyFew(CopyRun row) {
-  if (row.length >= 64) return copyEnds<Twice<Vector32>>(row);
-  if (row.length >= 32) return copyEnds<Vector32>(row);
-  if (row.length >= 16) return copyEnds<Vector16>(row);
-  if (row.length >= 8) return copyEnds<Bytes8>(row);
-  if (row.length >= 4) return copyEnds<Bytes4>(row);
-  row.takeBits<Bytes2, Bytes1>(row.length);
+inline void copyFew(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  if (length >= 64) return copyEnds<Twice<Vector32>>(src, dst, length);
+  if (length >= 32) return copyEnds<Vector32>(src, dst, length);
+  if (length >= 16) return copyEnds<Vector16>(src, dst, length);
+  if (length >= 8) return copyEnds<Bytes8>(src, dst, length);
+  if (length >= 4) return copyEnds<Bytes4>(src, dst, length);
+  CopyRun{src, dst, length}.takeBits<Bytes2, Bytes1>(length);
 }
 
 /// Any length. Unaligned blocks at both ends, aligned stores between them.
-inline void copyForward(CopyRun row) {
+inline void copyForward(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun row{src, dst, length};
   using Bytes64 = Twice<Vector32>;
   using Bytes256 = Twice<Twice<Bytes64>>;
-  if (row.length <= 2 * Bytes64::size) return copyFew(row);
+  if (length <= 2 * Bytes64::size) return copyFew(src, dst, length);
   row.alignByPiece<Bytes64>(64);
   row.takeAll<Bytes256, AlignedStores>();
   row.takeAll<Bytes64, AlignedStores>();
@@ -53,35 +54,36 @@ inline void copyBlocksBackward(const unsigned char* src, unsigned char* dst, std
 }
 
 /// At least 64 bytes.
-inline void copyBackward(CopyRun run) {
-  const std::int64_t head = bytesToBoundary(run.dst, 64);
-  const std::int64_t blocks = (run.length - head) & ~std::int64_t{63};
-  const std::int64_t tail = run.length - head - blocks;
-  copyFew({run.src + head + blocks, run.dst + head + blocks, tail});
-  copyBlocksBackward(run.src + head, run.dst + head, blocks);
-  copyFew({run.src, run.dst, head});
+inline void copyBackward(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  const std::int64_t head = bytesToBoundary(dst, 64);
+  const std::int64_t blocks = (length - head) & ~std::int64_t{63};
+  const std::int64_t tail = head + blocks;
+  copyFew(src + tail, dst + tail, length - tail);
+  copyBlocksBackward(src + head, dst + head, blocks);
+  copyFew(src, dst, head);
 }
 
 /// At least 64 bytes. The fence is the caller's.
-inline void copyStreaming(CopyRun run) {
+inline void copyStreaming(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun run{src, dst, length};
   using Bytes64 = Twice<Vector32>;
   using Bytes256 = Twice<Twice<Bytes64>>;
   const std::int64_t head = bytesToBoundary(run.dst, 64);
-  copyFew({run.src, run.dst, head});
+  copyFew(src, dst, head);
   run.skip(head);
   run.takeAll<Bytes256, StreamingStores>();
   run.takeAll<Bytes64, StreamingStores>();
-  copyFew(run);
+  copyFew(run.src, run.dst, run.length);
 }
 
-inline void copyByForm(RunCopyForm form, CopyRun run) {
+inline void copyRun(RunCopyForm form, const unsigned char* src, unsigned char* dst, std::int64_t length) {
   switch (form) {
     case RunCopyForm::forward:
-      return copyForward(run);
+      return copyForward(src, dst, length);
     case RunCopyForm::backward:
-      return copyBackward(run);
+      return copyBackward(src, dst, length);
     case RunCopyForm::streaming:
-      copyStreaming(run);
+      copyStreaming(src, dst, length);
       return fenceStores();
   }
 }

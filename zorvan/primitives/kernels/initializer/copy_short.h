@@ -12,7 +12,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-inline void copyShort(CopyRun row) {
+inline void copyShort(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun row{src, dst, length};
   using Bytes32 = Twice<Vector16>;
   using Bytes64 = Twice<Bytes32>;
   if (row.length < 128) {

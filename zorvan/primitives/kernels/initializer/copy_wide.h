@@ -12,7 +12,8 @@ namespace {
 
 /// Whole 32-byte vectors, the destination aligned to them.
 template <class Stores>
-inline void copyVectors(CopyRun row) {
+inline void copyVectors(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun row{src, dst, length};
   using Bytes64 = Twice<Vector32>;
   using Bytes256 = Twice<Twice<Bytes64>>;
   row.takeAll<Bytes256, Stores>();
@@ -20,19 +21,19 @@ inline void copyVectors(CopyRun row) {
   if (row.length != 0) row.take<Vector32, Stores>();
 }
 
-inline void copyVectorsBackward(CopyRun row) {
-  const std::int64_t blocks = row.length & ~std::int64_t{63};
-  if (row.length & 32) Vector32::load(row.src + blocks).storeAligned(row.dst + blocks);
-  copyBlocksBackward(row.src, row.dst, blocks);
+inline void copyVectorsBackward(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  const std::int64_t blocks = length & ~std::int64_t{63};
+  if (length & 32) Vector32::load(src + blocks).storeAligned(dst + blocks);
+  copyBlocksBackward(src, dst, blocks);
 }
 
 /// A row of any length past the cache; also one that ends before the boundary.
-inline void copyRowStreaming(CopyRun row) {
+inline void copyRowStreaming(const unsigned char* src, unsigned char* dst, std::int64_t length) {
+  CopyRun row{src, dst, length};
   using Bytes64 = Twice<Vector32>;
   using Bytes256 = Twice<Twice<Bytes64>>;
-  const std::int64_t toBoundary = bytesToBoundary(row.dst, 64);
-  row.takeBits<Bytes1, Bytes2, Bytes4, Bytes8, Vector16, Vector32>(toBoundary < row.length ? toBoundary
-                                                                                           : row.length);
+  const std::int64_t toBoundary = bytesToBoundary(dst, 64);
+  row.takeBits<Bytes1, Bytes2, Bytes4, Bytes8, Vector16, Vector32>(toBoundary < length ? toBoundary : length);
   row.takeAll<Bytes256, StreamingStores>();
   row.takeAll<Bytes64, StreamingStores>();
   row.takeBits<Vector32, Vector16, Bytes8, Bytes4, Bytes2, Bytes1>(row.length);
