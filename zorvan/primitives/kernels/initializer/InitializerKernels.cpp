@@ -1,6 +1,7 @@
 // Fill, copy and conversion for one variant. Built once per variant, with its instruction set and no more.
 
 #include "zorvan/primitives/kernels/initializer/ConvertKernels.h"
+#include "zorvan/primitives/kernels/initializer/CopyKernels.h"
 #include "zorvan/primitives/kernels/initializer/FillKernels.h"
 #include "zorvan/primitives/kernels/initializer/MaskedKernels.h"
 
@@ -10,6 +11,7 @@ namespace Zorvan::Primitives {
   template Result Routines<ZORVAN_VARIANT>::name Parameters;
 #define ENTRY(...) INSTANTIATE(__VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Convert.def"
+#include "zorvan/primitives/frame/entries/Copy.def"
 #include "zorvan/primitives/frame/entries/Set.def"
 #undef ENTRY
 
