@@ -128,6 +128,8 @@ TYPED_TEST(ImageMalloc, WritesTheStepBeforeTheTotalIsTested) {
   EXPECT_EQ(this->stepOfRefused(64 / this->elementBytes, 0x02000000), 64);
   EXPECT_EQ(this->stepOfRefused(1, highest), 64);
   EXPECT_EQ(this->stepOfRefused(0x40000000 / this->elementBytes, highest), 0x40000000);
+  // A total that is a small positive figure in 32 bits.
+  EXPECT_EQ(this->stepOfRefused(0x40000040 / this->elementBytes, 4), 0x40000040);
 }
 
 TYPED_TEST(ImageMalloc, KeepsTheStepOfABlockThatWouldWrap) {

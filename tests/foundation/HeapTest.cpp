@@ -79,8 +79,8 @@ TEST(Heap, IsNotAskedForImagesThatAreTooLarge) {
   EXPECT_EQ(step, 0);
   EXPECT_EQ(ippiMalloc_32s_C1(0x10000000, 2, &step), nullptr);
   EXPECT_EQ(step, 0x40000000);
-  EXPECT_EQ(ippiMalloc_16u_C1(0x20000000, 8, &step), nullptr);  // the total wraps to a small figure
-  EXPECT_EQ(step, 0x40000000);
+  EXPECT_EQ(ippiMalloc_16u_C1(0x20000020, 4, &step), nullptr);  // 256 bytes, in 32 bits
+  EXPECT_EQ(step, 0x40000040);
   EXPECT_EQ(heap.requests(), 0u);
 }
 
