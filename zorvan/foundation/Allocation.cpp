@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "zorvan/foundation/Wrapping.h"
 #include "zorvan/primitives/frame/Routines.h"
 
 namespace Zorvan::Primitives {
@@ -23,10 +24,6 @@ constexpr int alignmentBytes = 64;
 constexpr int overheadBytes = (alignmentBytes - 1) + 8 + 1;
 
 constexpr std::uint64_t largestBytes = 0x7FFFFFFF;
-
-std::int32_t wrappedSum(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-}
 
 // Images of all pixel types differ in the size of their elements alone. Every failure is a null result; it
 // writes a step of 0, except where the block as a whole is too large or the heap is exhausted: there the

@@ -6,15 +6,12 @@
 #include <utility>
 
 #include "zorvan/foundation/TextException.h"
+#include "zorvan/foundation/Wrapping.h"
 #include "zorvan/primitives/frame/Entries.h"
 
 namespace Zorvan::Ipp::Image {
 
 namespace {
-
-std::int32_t wrappedProduct(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
-}
 
 template <class T>
 int rowBytes(int width) {

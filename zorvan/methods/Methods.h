@@ -13,6 +13,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/IppException.h"
 #include "zorvan/foundation/IppIMemory.h"
+#include "zorvan/foundation/Wrapping.h"
 
 namespace Zorvan::Ipp::Image::Methods {
 
@@ -66,9 +67,6 @@ std::tuple<IppIMemory<T>&...> over(IppIMemory<T>&... images) {
 /// Raises 29 unless `rect` fits `image`. The sums wrap on 32 bits; nothing else of the rectangle is tested.
 template <class T>
 void requireFit(Rect rect, const IppIMemory<T>& image) {
-  const auto wrappedSum = [](std::int32_t a, std::int32_t b) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-  };
   if (wrappedSum(rect.x, rect.width) > image.width() || wrappedSum(rect.y, rect.height) > image.height()) {
     throw IppException(ippStsWrongIntersectROI);
   }

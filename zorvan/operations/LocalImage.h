@@ -8,6 +8,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/IppIMemory.h"
 #include "zorvan/foundation/IppSMemory.h"
+#include "zorvan/foundation/Wrapping.h"
 
 namespace Zorvan::Ipp::Image {
 
@@ -20,8 +21,7 @@ struct Surroundings {
 
 inline Surroundings surroundingsOf(Size size, Rect rect) {
   if (rect.width < 1 || rect.height < 1) return {0, 0};
-  const auto row =
-      static_cast<std::int32_t>(static_cast<std::uint32_t>(rect.x) * static_cast<std::uint32_t>(size.width));
+  const std::int32_t row = wrappedProduct(rect.x, size.width);
   const std::int64_t first = std::int64_t{row} + rect.y;
   const std::int64_t end = first + (std::int64_t{rect.height} - 1) * size.width + rect.width;
   const std::int64_t pixels = std::int64_t{size.width} * size.height;

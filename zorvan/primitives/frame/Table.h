@@ -20,6 +20,6 @@ struct Table {
 #undef MEMBER
 };
 
-extern const Table table;
+[[gnu::visibility("hidden")]] extern const Table table;
 
 }  // namespace Zorvan::Primitives
