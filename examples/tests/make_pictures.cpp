@@ -1,0 +1,127 @@
+// Writes small PNGs, whole ones and damaged ones, into a folder.
+
+#include <png.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Kind {
+  int width = 64;
+  int height = 48;
+  int depth = 8;
+  int colour = PNG_COLOR_TYPE_GRAY;
+  int interlace = PNG_INTERLACE_NONE;
+};
+
+/// Pixel bytes that compress badly, so that a file can be cut in the middle of them. With a seed of 0 they
+/// are the column plus five times the row, which the test of the reader expects.
+std::vector<png_byte> bytesOf(const Kind& kind, std::size_t rowBytes, unsigned seed) {
+  std::vector<png_byte> bytes(rowBytes * static_cast<std::size_t>(kind.height));
+  unsigned state = seed;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    state = state * 1664525 + 1013904223;
+    bytes[i] = static_cast<png_byte>(seed == 0 ? i % rowBytes + 5 * (i / rowBytes) : state >> 24);
+  }
+  return bytes;
+}
+
+void write(const std::string& path, const Kind& kind, unsigned seed = 1) {
+  std::FILE* file = std::fopen(path.c_str(), "wb");
+  if (file == nullptr) throw std::runtime_error("cannot write " + path);
+  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+  png_infop info = png_create_info_struct(png);
+  if (setjmp(png_jmpbuf(png)) != 0) std::abort();
+  png_init_io(png, file);
+  png_set_IHDR(png, info, static_cast<png_uint_32>(kind.width), static_cast<png_uint_32>(kind.height),
+               kind.depth, kind.colour, kind.interlace, PNG_COMPRESSION_TYPE_DEFAULT,
+               PNG_FILTER_TYPE_DEFAULT);
+  const png_color palette[256] = {};
+  if (kind.colour == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(png, info, palette, 256);
+  png_write_info(png, info);
+  const std::size_t rowBytes = png_get_rowbytes(png, info);
+  std::vector<png_byte> bytes = bytesOf(kind, rowBytes, seed);
+  std::vector<png_bytep> rows;
+  for (int r = 0; r < kind.height; ++r) rows.push_back(bytes.data() + static_cast<std::size_t>(r) * rowBytes);
+  png_set_interlace_handling(png);
+  png_write_image(png, rows.data());
+  png_write_end(png, nullptr);
+  png_destroy_write_struct(&png, &info);
+  std::fclose(file);
+}
+
+std::string readAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void writeAll(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// A header that announces 20000 by 20000 pixels, with its right check sum, and no pixels behind it.
+std::string hugeHeader(const std::string& whole) {
+  std::string bytes = whole.substr(0, 33);
+  const char extent[8] = {0, 0, 0x4e, 0x20, 0, 0, 0x4e, 0x20};
+  bytes.replace(16, 8, extent, 8);
+  // The check sum of the chunk's name and data: the reflected polynomial of the format, bit by bit.
+  unsigned sum = 0xFFFFFFFFu;
+  for (std::size_t i = 12; i < 29; ++i) {
+    sum ^= static_cast<unsigned char>(bytes[i]);
+    for (int bit = 0; bit < 8; ++bit) sum = sum >> 1 ^ (sum & 1 ? 0xEDB88320u : 0);
+  }
+  for (int i = 0; i < 4; ++i) bytes[29 + i] = static_cast<char>(~sum >> (24 - 8 * i));
+  return bytes + whole.substr(33);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  if (argumentCount != 2) return 2;
+  const std::string folder = std::string(arguments[1]) + "/";
+  std::filesystem::create_directories(folder);
+
+  Kind grey, interlaced, onePixel, colour, alpha, palette, sixteen, oneBit;
+  interlaced.interlace = PNG_INTERLACE_ADAM7;
+  onePixel.width = onePixel.height = 1;
+  colour.colour = PNG_COLOR_TYPE_RGB;
+  alpha.colour = PNG_COLOR_TYPE_GRAY_ALPHA;
+  palette.colour = PNG_COLOR_TYPE_PALETTE;
+  sixteen.depth = 16;
+  oneBit.depth = 1;
+  write(folder + "grey.png", grey, 0);
+  write(folder + "interlaced.png", interlaced, 0);
+  write(folder + "one_pixel.png", onePixel);
+  write(folder + "colour.png", colour);
+  write(folder + "alpha.png", alpha);
+  write(folder + "palette.png", palette);
+  write(folder + "sixteen_bit.png", sixteen);
+  write(folder + "one_bit.png", oneBit);
+
+  write(folder + "noise.png", grey, 7);
+  write(folder + "noise_interlaced.png", interlaced, 7);
+  const std::string whole = readAll(folder + "noise.png");
+  const std::string wholeInterlaced = readAll(folder + "noise_interlaced.png");
+  writeAll(folder + "empty.png", "");
+  writeAll(folder + "text.png", "This is a text, whatever its name says.\n");
+  writeAll(folder + "signature_only.png", whole.substr(0, 8));
+  writeAll(folder + "cut_header.png", whole.substr(0, 20));
+  writeAll(folder + "cut_pixels.png", whole.substr(0, whole.size() / 2));
+  writeAll(folder + "cut_interlaced.png", wholeInterlaced.substr(0, wholeInterlaced.size() / 2));
+  writeAll(folder + "cut_end.png", whole.substr(0, whole.size() - 12));
+  std::string broken = whole;
+  broken[broken.size() / 2] = static_cast<char>(~broken[broken.size() / 2]);
+  writeAll(folder + "broken_pixels.png", broken);
+  broken = whole;
+  broken[20] = static_cast<char>(~broken[20]);
+  writeAll(folder + "broken_header.png", broken);
+  writeAll(folder + "huge.png", hugeHeader(whole));
+  writeAll(folder + "file-in-the-way", "A file where a folder is wanted.\n");
+}

@@ -1,0 +1,36 @@
+// Pictures come through the reader and the writer with every pixel as it was.
+
+#include "Png.h"
+
+#include "Check.h"
+
+namespace {
+
+using Zorvan::u8;
+using Zorvan::Ipp::Image::IppIMemory;
+
+bool isRamp(const Examples::Picture& picture) {
+  if (picture.width != 64 || picture.height != 48) return false;
+  for (int r = 0; r < 48; ++r) {
+    for (int c = 0; c < 64; ++c) {
+      if (picture.pixels[static_cast<std::size_t>(r * 64 + c)] != static_cast<u8>(c + 5 * r)) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  if (argumentCount != 2) return 2;
+  const std::string folder = arguments[1];
+  CHECK(isRamp(Examples::readPng(folder + "/grey.png")));
+  CHECK(isRamp(Examples::readPng(folder + "/interlaced.png")));
+
+  Examples::Picture odd{7, 3, {}};
+  for (int i = 0; i < 21; ++i) odd.pixels.push_back(static_cast<u8>(i * 12));
+  Examples::writePng(folder + "/written.png", IppIMemory<u8>::CreateContainer(odd.pixels.data(), 7, 3));
+  const Examples::Picture back = Examples::readPng(folder + "/written.png");
+  CHECK(back.width == 7 && back.height == 3 && back.pixels == odd.pixels);
+  return failures;
+}

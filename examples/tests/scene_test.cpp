@@ -1,0 +1,104 @@
+// The pictures that the demo left of its drawn scene agree with each other, pixel by pixel.
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Check.h"
+#include "Png.h"
+
+namespace {
+
+using Examples::Picture;
+
+std::string folder;
+
+Picture step(const std::string& title) {
+  for (const auto& file : std::filesystem::directory_iterator(folder)) {
+    const std::string name = file.path().filename().string();
+    if (name.size() > 3 && name.substr(3) == title + ".png") return Examples::readPng(file.path().string());
+  }
+  CHECK(!"the picture is there");
+  return {};
+}
+
+int at(const Picture& picture, int column, int row) {
+  return picture.pixels[static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.width) +
+                        static_cast<std::size_t>(column)];
+}
+
+/// Calls `right(column, row)` for every pixel of an image of the scene's size.
+template <class Right>
+bool everywhere(const Picture& picture, Right right) {
+  for (int row = 0; row < picture.height; ++row) {
+    for (int column = 0; column < picture.width; ++column) {
+      if (!right(column, row)) return false;
+    }
+  }
+  return picture.width > 0;
+}
+
+/// Number of areas of selected pixels that touch along their edges.
+int countAreas(Picture mask) {
+  int areas = 0;
+  std::vector<std::pair<int, int>> open;
+  const auto take = [&](int column, int row) {
+    if (column < 0 || row < 0 || column >= mask.width || row >= mask.height || at(mask, column, row) == 0)
+      return;
+    mask.pixels[static_cast<std::size_t>(row * mask.width + column)] = 0;
+    open.emplace_back(column, row);
+  };
+  for (int row = 0; row < mask.height; ++row) {
+    for (int column = 0; column < mask.width; ++column) {
+      if (at(mask, column, row) == 0) continue;
+      ++areas;
+      for (take(column, row); !open.empty();) {
+        const auto [c, r] = open.back();
+        open.pop_back();
+        take(c - 1, r), take(c + 1, r), take(c, r - 1), take(c, r + 1);
+      }
+    }
+  }
+  return areas;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  if (argumentCount != 2) return 2;
+  folder = arguments[1];
+  const Picture picture = step("picture"), quarter = step("quarter"), middle = step("middle"),
+                spot = step("spot"), mask = step("mask"), filled = step("filled"), board = step("board"),
+                pasted = step("pasted");
+  CHECK(picture.width == 384 && picture.height == 303);
+  for (const Picture* same : {&spot, &mask, &filled, &board, &pasted}) {
+    CHECK(same->width == 384 && same->height == 303);
+  }
+  CHECK(quarter.width == 192 && quarter.height == 152 && middle.width == 192 && middle.height == 152);
+  if (failures > 0) return failures;
+
+  CHECK(everywhere(quarter, [&](int c, int r) { return at(quarter, c, r) == at(picture, c, r); }));
+  CHECK(everywhere(middle, [&](int c, int r) { return at(middle, c, r) == at(picture, c + 96, r + 75); }));
+  // The window is 152 pixels wide and high and ends at column 303, as far to the right as a Rect reaches.
+  CHECK(everywhere(spot, [&](int c, int r) {
+    return at(spot, c, r) == (c >= 151 && c < 303 && r < 152 ? at(picture, c, r) : 0);
+  }));
+  CHECK(everywhere(mask, [&](int c, int r) { return at(mask, c, r) == 0 || at(mask, c, r) == 255; }));
+  CHECK(everywhere(
+      filled, [&](int c, int r) { return at(filled, c, r) == (at(mask, c, r) ? 255 : at(picture, c, r)); }));
+  CHECK(everywhere(board,
+                   [&](int c, int r) { return at(board, c, r) == ((c / 24 + r / 24) % 2 ? 228 : 250); }));
+  CHECK(everywhere(pasted, [&](int c, int r) {
+    return at(pasted, c, r) == (at(mask, c, r) ? at(picture, c, r) : at(board, c, r));
+  }));
+  CHECK(countAreas(mask) == 24);
+
+  const Picture montage = Examples::readPng(folder + "/montage.png");
+  CHECK(montage.width == 776 && montage.height == 614);
+  CHECK(everywhere(picture, [&](int c, int r) {
+    return at(montage, c, r) == at(picture, c, r) && at(montage, c + 392, r) == at(mask, c, r) &&
+           at(montage, c, r + 311) == at(filled, c, r) && at(montage, c + 392, r + 311) == at(pasted, c, r);
+  }));
+  return failures;
+}
