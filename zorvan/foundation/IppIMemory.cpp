@@ -95,47 +95,8 @@ template <class T>
 IppIMemory<T>::~IppIMemory() = default;
 
 template <class T>
-int IppIMemory<T>::width() const {
-  return size_.width;
-}
-
-template <class T>
-int IppIMemory<T>::height() const {
-  return size_.height;
-}
-
-template <class T>
-Size IppIMemory<T>::size() const {
-  return size_;
-}
-
-template <class T>
-int IppIMemory<T>::step() const {
-  return step_;
-}
-
-template <class T>
-int IppIMemory<T>::imageStep() const {
-  return imageStep_;
-}
-
-template <class T>
 std::shared_ptr<T[]> IppIMemory<T>::buffer() const {
   return buffer_;
-}
-
-template <class T>
-Rect IppIMemory<T>::SizeToRoi() const {
-  return {0, 0, size_.width, size_.height};
-}
-
-// The address may lie outside the block, where pointer arithmetic is not defined; that of integers is.
-template <class T>
-T* IppIMemory<T>::ToIppStream(Rect rect) const {
-  if (!buffer_) return nullptr;
-  const std::int64_t element = std::int64_t{wrappedProduct(rect.x, size_.width)} + rect.y;
-  return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(buffer_.get()) +
-                              static_cast<std::uintptr_t>(element) * sizeof(T));
 }
 
 template <class T>

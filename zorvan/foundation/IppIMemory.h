@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "zorvan/foundation/Export.h"
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/PixelTypes.h"
+#include "zorvan/foundation/Wrapping.h"
 
 namespace Zorvan::Ipp::Image {
 
@@ -58,30 +60,36 @@ class ZORVAN_IPP_API IppIMemory {
   ~IppIMemory();
 
   /// Pixels in a row.
-  int width() const;
+  int width() const { return size_.width; }
 
   /// Number of rows.
-  int height() const;
+  int height() const { return size_.height; }
 
   /// Width and height, in pixels.
-  Size size() const;
+  Size size() const { return size_; }
 
   /// The pitch in bytes that the allocation reported or the creator of the image gave. No operation reads it.
-  int step() const;
+  int step() const { return step_; }
 
   /// Bytes from one row to the next: the width times the size of a pixel, wrapping on 32 bits.
-  int imageStep() const;
+  int imageStep() const { return imageStep_; }
 
   /// A further share in the block; empty if there is none.
   std::shared_ptr<T[]> buffer() const;
 
   /// The region that is the whole image: its origin at 0, 0, its extent the image's, in pixels.
-  Rect SizeToRoi() const;
+  Rect SizeToRoi() const { return {0, 0, size_.width, size_.height}; }
 
   /// The pixel at which the region starts: element `rect.x * width + rect.y` of the block, so that `x`
   /// counts rows and `y` counts pixels along the row. The product wraps on 32 bits. Nothing is tested, and
   /// the extent of `rect` plays no part: the address may lie outside the block. Null if there is no block.
-  T* ToIppStream(Rect rect) const;
+  T* ToIppStream(Rect rect) const {
+    if (!buffer_) return nullptr;
+    // The address may lie outside the block, where pointer arithmetic is not defined; that of integers is.
+    const std::int64_t element = std::int64_t{wrappedProduct(rect.x, size_.width)} + rect.y;
+    return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(buffer_.get()) +
+                                static_cast<std::uintptr_t>(element) * sizeof(T));
+  }
 
   /// Allocates a block for `size` pixels, aligned to 64 bytes. `step` receives its pitch: a row's bytes
   /// rounded up to a multiple of 64. Values are not set. Null if the block would be too large or memory is
