@@ -21,6 +21,10 @@ using Bytes2 = Word<std::uint16_t>;
 using Bytes4 = Word<std::uint32_t>;
 using Bytes8 = Word<std::uint64_t>;
 
+/// Keeps the compiler from moving a store across this place. Neighbouring stores to one cache line leave the
+/// processor together; a scheduler that mixes lines costs a quarter of a copy's speed.
+inline void keepStoreOrder() { asm volatile("" ::: "memory"); }
+
 /// Two pieces side by side, loaded as a whole before the first is stored.
 template <class Half>
 struct Twice {
@@ -31,9 +35,21 @@ struct Twice {
   static Twice loadAligned(const unsigned char* p) {
     return {Half::loadAligned(p), Half::loadAligned(p + Half::size)};
   }
-  void store(unsigned char* p) const { low.store(p), high.store(p + Half::size); }
-  void storeAligned(unsigned char* p) const { low.storeAligned(p), high.storeAligned(p + Half::size); }
-  void stream(unsigned char* p) const { low.stream(p), high.stream(p + Half::size); }
+  void store(unsigned char* p) const {
+    low.store(p);
+    keepStoreOrder();
+    high.store(p + Half::size);
+  }
+  void storeAligned(unsigned char* p) const {
+    low.storeAligned(p);
+    keepStoreOrder();
+    high.storeAligned(p + Half::size);
+  }
+  void stream(unsigned char* p) const {
+    low.stream(p);
+    keepStoreOrder();
+    high.stream(p + Half::size);
+  }
 };
 
 struct PlainStores {

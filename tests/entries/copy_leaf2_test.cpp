@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "tests/support/PlayedProcessor.h"
+#include "zorvan/primitives/frame/Table.h"
+#include "zorvan/primitives/kernels/initializer/copy_leaf2.h"
+
+// The copies that read the caches from leaf 2, on processors that the test makes up.
+
+namespace Zorvan::Primitives {
+namespace {
+
+using Test::PlayedProcessor;
+using Test::Registers;
+
+constexpr std::uint32_t kOneRound = 1;
+
+/// A processor whose leaf 2 holds one descriptor.
+struct ProcessorWith : PlayedProcessor {
+  explicit ProcessorWith(std::uint32_t descriptor, const char* vendor = "GenuineIntel") {
+    setHighestLeaf(2);
+    setVendor(vendor);
+    setLeaf(2, {kOneRound | descriptor << 8, 0, 0, 0});
+    play(*this);
+  }
+};
+
+TEST(Leaf2Copy, EveryDescriptorFrom512KibibytesOnStandsForItsSize) {
+  int known = 0;
+#define LEAF2_CACHE(descriptor, size)               \
+  {                                                 \
+    ProcessorWith processor(descriptor);            \
+    const CacheAnswer answer = askLeaf2CacheSize(); \
+    EXPECT_TRUE(answer.known) << #descriptor;       \
+    EXPECT_EQ(answer.bytes, size) << #descriptor;   \
+    ++known;                                        \
+  }
+#define LEAF2_SMALL_CACHE(descriptor, size)                 \
+  {                                                         \
+    ProcessorWith processor(descriptor);                    \
+    EXPECT_FALSE(askLeaf2CacheSize().known) << #descriptor; \
+  }
+#include "zorvan/primitives/frame/Leaf2Caches.def"
+  EXPECT_EQ(known, 43);
+}
+
+TEST(Leaf2Copy, OtherVendorsAndMoreRoundsAreUnknown) {
+  {
+    ProcessorWith processor(0xEC, "AuthenticAMD");
+    EXPECT_FALSE(askLeaf2CacheSize().known);
+    EXPECT_EQ(processor.cpuidCalls(), 1);
+  }
+  {
+    ProcessorWith processor(0xEC);
+    processor.setLeaf(2, {2 | 0xEC00, 0, 0, 0});
+    EXPECT_FALSE(askLeaf2CacheSize().known);
+    EXPECT_EQ(processor.cpuidCalls(), 2);
+  }
+}
+
+TEST(Leaf2Copy, TheLargestCacheOfAllRegistersCounts) {
+  ProcessorWith processor(0x43);
+  processor.setLeaf(2, {kOneRound | 0x43 << 8, 0x00440000, 0x80EC0000, 0x45});
+  EXPECT_EQ(askLeaf2CacheSize().bytes, 2 << 20);
+}
+
+/// Copies rows of 8-bit pixels in a variant that reads leaf 2, and compares.
+void expectCopy(int variant, int rowBytes, int rows, int srcStep, int dstStep, int dstAt) {
+  std::vector<unsigned char> src(static_cast<std::size_t>(rows * srcStep + rowBytes));
+  for (std::size_t i = 0; i < src.size(); ++i) src[i] = static_cast<unsigned char>(i * 7 + (i >> 8));
+  std::vector<unsigned char> actual(static_cast<std::size_t>(rows * dstStep + rowBytes + dstAt + 64), 0x5A);
+  std::vector<unsigned char> expected = actual;
+  for (int r = 0; r < rows; ++r) {
+    std::memcpy(expected.data() + dstAt + r * dstStep, src.data() + r * srcStep,
+                static_cast<std::size_t>(rowBytes));
+  }
+  EXPECT_EQ(table.ippiCopy_8u_C1R.routine[1 + variant](src.data(), srcStep, actual.data() + dstAt, dstStep,
+                                                       {rowBytes, rows}),
+            0);
+  EXPECT_TRUE(expected == actual) << rowBytes << " x " << rows << " at " << dstAt;
+}
+
+class Leaf2CopyVariants : public testing::TestWithParam<int> {
+ protected:
+  void SetUp() override {
+    const bool runs = GetParam() == 1 ? __builtin_cpu_supports("ssse3") : __builtin_cpu_supports("sse4.2");
+    if (!runs) GTEST_SKIP() << variantNames[GetParam()] << " does not run on this processor";
+  }
+};
+
+TEST_P(Leaf2CopyVariants, AskAnewForEachLargeCopyOnly) {
+  ProcessorWith processor(0x43);
+  const int before = processor.cpuidCalls();
+  expectCopy(GetParam(), 0x20000, 1, 0x20000, 0x20000, 0);
+  EXPECT_EQ(processor.cpuidCalls(), before);
+  expectCopy(GetParam(), 0x20001, 1, 0x20001, 0x20001, 0);
+  EXPECT_EQ(processor.cpuidCalls(), before + 2);
+  expectCopy(GetParam(), 0x20001, 1, 0x20001, 0x20001, 0);
+  EXPECT_EQ(processor.cpuidCalls(), before + 4);
+}
+
+TEST_P(Leaf2CopyVariants, CopyPastTheCacheAtAnyPlace) {
+  ProcessorWith processor(0x43);
+  for (int at = 0; at < 64; ++at) {
+    for (const int rowBytes : {64, 65, 127, 128, 191, 1000 + at}) {
+      expectCopy(GetParam(), rowBytes, 0x40000 / rowBytes + 1, rowBytes + at % 7, rowBytes + 3, at);
+    }
+    expectCopy(GetParam(), 0x40001, 1, 0, 0, at);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Copy, Leaf2CopyVariants, testing::Values(1, 2),
+                         [](const auto& variant) { return variantNames[variant.param]; });
+
+}  // namespace
+}  // namespace Zorvan::Primitives
