@@ -82,6 +82,19 @@ inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int
   toFloatByFours(src, dst, n);
 }
 
+/// A row of an image with plain stores, which cross no cache line where the row is long enough to gain by it.
+template <class Vector>
+inline void toFloatRowPlain(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  if (n >= 64 && isAligned(dst, 4)) {
+    const std::int64_t head = bytesToBoundary(dst, Vector::size) / 4;
+    toFloatByFours(src, dst, head);
+    src += 4 * head;
+    dst += 4 * head;
+    n -= head;
+  }
+  toFloatBody16<Vector, false>(src, dst, n);
+}
+
 /// A row of an image that streams, from the first cache line on. Lines that are no multiple of a store can
 /// leave it off its own boundary: narrower stores then serve, or plain ones.
 template <class Vector>
