@@ -83,7 +83,7 @@ struct ToFloatStreaming {
   static void convert(const ConvertImages& images, Size roi) {
     const ConvertPlan plan =
         planConvertImage<4>(roi, images.srcStep, images.dstStep, askCacheSize, askCacheLine);
-    if (!plan.streaming) return images.eachRow(plan, toFloatBody16<Vector, false>);
+    if (!plan.streaming) return images.eachRow(plan, toFloatRowPlain<Vector>);
     images.eachRow(plan, [&](auto* src, auto* dst, auto n) {
       toFloatRowStreaming<Vector>(src, dst, n, plan.lineBytes);
     });

@@ -47,6 +47,14 @@ constexpr ConvertPlan planConvertImage(Size roi, int srcStep, int dstStep, AskCa
   return {rows.rows, rows.rowPixels, streaming, line};
 }
 
+/// Whether a run of floats is converted one by one: where it is too short for a turn of 8, where it overlaps
+/// its source, and where its floats straddle their own alignment, which no aligned store can reach.
+constexpr bool planSingleFloats(std::uintptr_t src, std::uintptr_t dst, std::int64_t n) {
+  const auto bytes = static_cast<std::uintptr_t>(4 * n);
+  const bool overlapping = src < dst + bytes && dst < src + bytes;
+  return n < 8 || overlapping || dst % 4 != 0;
+}
+
 /// Pixels of a row of `n` that end at or before the next multiple of `boundary` bytes, which need be no power
 /// of two. Where no pixel ends at it, the stores behind the head do not reach it either: test the address.
 constexpr std::int64_t pixelsToBoundary(std::uintptr_t address, std::int64_t boundary, int pixelBytes,
