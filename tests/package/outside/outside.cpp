@@ -19,8 +19,8 @@ void expect(bool holds, const char* what) {
 
 int main() {
   using Zorvan::Ipp::IppException;
-  using Zorvan::Ipp::Image::IppIMemory;
   using Zorvan::Ipp::Image::Initializer;
+  using Zorvan::Ipp::Image::IppIMemory;
 
   IppIMemory<float> source = Initializer::Allocate<float>(8, 4);
   Initializer::Fill(source, 1.5f, source.SizeToRoi());
