@@ -1,0 +1,21 @@
+# Installs the library, its public headers and what finds them: a CMake package and a pkg-config file. All
+# paths in them are relative to the files themselves, so an installed tree may be moved.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(zorvan_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZorvanIpp)
+
+install(TARGETS zorvan_ipp EXPORT ZorvanIpp LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} FILE_SET HEADERS)
+install(EXPORT ZorvanIpp FILE ZorvanIppConfig.cmake NAMESPACE Zorvan:: DESTINATION ${zorvan_package_dir})
+
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZorvanIppConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/ZorvanIppConfigVersion.cmake DESTINATION ${zorvan_package_dir})
+
+file(RELATIVE_PATH zorvan_prefix_from_pkgconfig
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH zorvan_libdir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH zorvan_includedir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+string(REGEX REPLACE "/$" "" zorvan_prefix_from_pkgconfig ${zorvan_prefix_from_pkgconfig})
+configure_file(${PROJECT_SOURCE_DIR}/cmake/zorvan-ipp.pc.in ${PROJECT_BINARY_DIR}/zorvan-ipp.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zorvan-ipp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
