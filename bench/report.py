@@ -122,7 +122,8 @@ def markdown_table(rows):
 
 
 def report(context, contests, failures, table, heading):
-    yield f"Processor: {context.get('processor', '?')}; compiler: {context.get('compiler', '?')}; {context['date'][:10]}."
+    yield (f"Processor: {context.get('processor', '?')}; compiler: {context.get('compiler', '?')}; "
+           f"{context['date'][:10]}.")
     if "skipped_variants" in context:
         yield f"Skipped, not supported by this processor: {context['skipped_variants']}."
     variants = list(dict.fromkeys(c.variant for c in contests))
@@ -169,8 +170,8 @@ def plot(contests, title):
     for i, c in enumerate(contests):
         y = top + i * line
         yield f'<text x="{left - 8}" y="{y + 11}" text-anchor="end">{c.operation} {c.pixels}</text>'
-        yield (f'<rect x="{left}" y="{y + 2}" width="{max(1.0, x(c.to_limit) - left):.1f}" height="{line - 7}" '
-               'fill="#4878a8"/>')
+        bar = max(1.0, x(c.to_limit) - left)
+        yield f'<rect x="{left}" y="{y + 2}" width="{bar:.1f}" height="{line - 7}" fill="#4878a8"/>'
         plain = c.to_limit / c.to_plain
         yield (f'<circle cx="{x(max(plain, least)):.1f}" cy="{y + 7}" r="4" fill="none" stroke="#555" '
                'stroke-width="1.5"/>')
@@ -197,7 +198,8 @@ def update_page(page, lines):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("run", type=pathlib.Path, help="what zorvan_bench wrote with --benchmark_out")
     parser.add_argument("--svg", type=pathlib.Path, metavar="FOLDER")
     parser.add_argument("--update", type=pathlib.Path, metavar="PAGE")
@@ -209,7 +211,8 @@ def main():
     if arguments.svg:
         write_plots(contests, arguments.svg)
     if arguments.update:
-        update_page(arguments.update, report(context, contests, failures, markdown_table, lambda text: f"### {text}"))
+        update_page(arguments.update,
+                    report(context, contests, failures, markdown_table, lambda text: f"### {text}"))
 
 
 if __name__ == "__main__":
