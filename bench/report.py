@@ -1,0 +1,219 @@
+#!/usr/bin/env python3
+"""Tables and plots of a benchmark run.
+
+    report.py run.json                     tables on the terminal
+    report.py run.json --svg FOLDER        one plot for each size
+    report.py run.json --update PAGE.md    puts the tables between the marks of the page
+"""
+
+import argparse
+import collections
+import csv
+import json
+import math
+import pathlib
+import sys
+
+OTHERS = pathlib.Path(__file__).parent / "others.csv"
+
+# Two minima of the same loop differ by this much between runs: what is within it is not a loss.
+TOLERANCE = 1.03
+
+# Where others stand at the limit themselves, this close to it is as good.
+NEAR_LIMIT = 1.05
+
+# Minima of the even and the odd rounds further apart than this: the machine was busy.
+NOISY = 0.05
+
+BEGIN, END = "<!-- tables begin -->", "<!-- tables end -->"
+
+Contest = collections.namedtuple(
+    "Contest", "operation pixels size variant ns to_limit to_plain others limit_loop limit_noise noise")
+
+
+def read_others(path=OTHERS):
+    with open(path, encoding="utf-8") as file:
+        rows = csv.DictReader(line for line in file if not line.startswith("#"))
+        return {(row["operation"], row["pixels"], size): float(row[size])
+                for row in rows for size in row if "x" in size and size[0].isdigit()}
+
+
+def read_run(path, others):
+    with open(path, encoding="utf-8") as file:
+        run = json.load(file)
+    contests, failures = [], []
+    for entry in run["benchmarks"]:
+        operation, pixels, size, variant = entry["name"].split("/")[:4]
+        if entry.get("error_occurred"):
+            failures.append(f"{operation} {pixels} {size} {variant}: {entry['error_message']}")
+            continue
+        contests.append(Contest(
+            operation, pixels, size, variant, entry["real_time"],
+            entry["real_time"] / entry["limit_ns"], entry["real_time"] / entry["plain_ns"],
+            others.get((operation, pixels, size)), entry["label"], entry["limit_noise"],
+            max(entry["ours_noise"], entry["plain_noise"])))
+    return run["context"], contests, failures
+
+
+def loses_to_plain(contest):
+    return contest.to_plain > TOLERANCE
+
+
+def misses_others(contest):
+    return contest.others is not None and contest.to_limit > max(contest.others, NEAR_LIMIT)
+
+
+def marks(contest):
+    found = []
+    if loses_to_plain(contest):
+        found.append("slower than plain")
+    if misses_others(contest):
+        found.append("behind others")
+    if contest.limit_noise > NOISY:
+        found.append("noisy limit")
+    if contest.noise > NOISY:
+        found.append("noisy")
+    return ", ".join(found)
+
+
+def grouped(contests, *fields):
+    groups = {}
+    for contest in contests:
+        groups.setdefault(tuple(getattr(contest, field) for field in fields), []).append(contest)
+    return groups
+
+
+def size_rows(contests):
+    yield "operation", "pixels", "ns", "x limit", "others", "x plain", "limit by", "remarks"
+    for c in contests:
+        yield (c.operation, c.pixels, f"{c.ns:.0f}", f"{c.to_limit:.2f}",
+               "" if c.others is None else f"{c.others:.2f}", f"{c.to_plain:.2f}", c.limit_loop, marks(c))
+
+
+def variant_rows(contests, variants):
+    """Times of all variants side by side; those slower than the next lower one are marked."""
+    yield ("operation", "pixels", *variants)
+    for (operation, pixels), row in grouped(contests, "operation", "pixels").items():
+        times = {c.variant: c.ns for c in row}
+        cells, lower = [], math.inf
+        for variant in variants:
+            ns = times.get(variant)
+            cells.append("" if ns is None else f"{ns:.0f}" + (" slower" if ns > lower * TOLERANCE else ""))
+            lower = lower if ns is None else ns
+        yield (operation, pixels, *cells)
+
+
+def text_table(rows):
+    rows = [list(row) for row in rows]
+    widths = [max(len(row[i]) for row in rows) for i in range(len(rows[0]))]
+    numeric = [all(row[i] == "" or row[i][0].isdigit() for row in rows[1:]) for i in range(len(widths))]
+    for row in rows:
+        yield "  ".join(cell.rjust(w) if right else cell.ljust(w)
+                        for cell, w, right in zip(row, widths, numeric)).rstrip()
+
+
+def markdown_table(rows):
+    rows = [list(row) for row in rows]
+    numeric = [all(row[i] == "" or row[i][0].isdigit() for row in rows[1:]) for i in range(len(rows[0]))]
+    yield "| " + " | ".join(rows[0]) + " |"
+    yield "|" + "|".join("--:" if right else "---" for right in numeric) + "|"
+    for row in rows[1:]:
+        yield "| " + " | ".join(row) + " |"
+
+
+def report(context, contests, failures, table, heading):
+    yield (f"Processor: {context.get('processor', '?')}; compiler: {context.get('compiler', '?')}; "
+           f"{context['date'][:10]}.")
+    if "skipped_variants" in context:
+        yield f"Skipped, not supported by this processor: {context['skipped_variants']}."
+    variants = list(dict.fromkeys(c.variant for c in contests))
+    for (variant, size), of_size in grouped(contests, "variant", "size").items():
+        yield ""
+        yield heading(f"{size}, {variant}")
+        yield ""
+        yield from table(size_rows(of_size))
+    if len(variants) > 1:
+        for (size,), of_size in grouped(contests, "size").items():
+            yield ""
+            yield heading(f"{size}, ns of each variant")
+            yield ""
+            yield from table(variant_rows(of_size, variants))
+    yield ""
+    yield (f"{len(contests)} contests: {sum(map(loses_to_plain, contests))} slower than the plain loop, "
+           f"{sum(map(misses_others, contests))} behind what others reach, "
+           f"{sum(c.limit_noise > NOISY for c in contests)} with a noisy limit, {len(failures)} failed.")
+    for failure in failures:
+        yield f"FAILED {failure}"
+
+
+def plot(contests, title):
+    """Bars of time over limit on a logarithmic scale, with what others and the plain loop reach."""
+    left, width, line, top = 230, 560, 18, 56
+    most = max(10.0, *(max(c.to_limit, c.to_limit / c.to_plain, c.others or 1) for c in contests))
+    least = min(0.5, *(c.to_limit for c in contests))
+
+    def x(ratio):
+        return left + width * math.log(ratio / least) / math.log(most / least)
+
+    height = top + line * len(contests) + 30
+    yield (f'<svg xmlns="http://www.w3.org/2000/svg" width="{left + width + 40}" height="{height}" '
+           'font-family="sans-serif" font-size="12">')
+    yield '<rect width="100%" height="100%" fill="white"/>'
+    yield f'<text x="{left}" y="18" font-size="14">{title}: time over streaming limit</text>'
+    yield (f'<text x="{left}" y="36"><tspan fill="#4878a8">&#9632; ours</tspan> '
+           '<tspan fill="#d06020">| others</tspan> <tspan fill="#555">&#9675; plain loop</tspan></text>')
+    for tick in (0.5, 1, 2, 5, 10, 20, 50, 100, 200, 500):
+        if least <= tick <= most:
+            yield (f'<line x1="{x(tick):.1f}" x2="{x(tick):.1f}" y1="{top - 6}" y2="{height - 24}" '
+                   f'stroke="{"#000" if tick == 1 else "#ccc"}"/>')
+            yield f'<text x="{x(tick):.1f}" y="{height - 8}" text-anchor="middle">{tick}</text>'
+    for i, c in enumerate(contests):
+        y = top + i * line
+        yield f'<text x="{left - 8}" y="{y + 11}" text-anchor="end">{c.operation} {c.pixels}</text>'
+        bar = max(1.0, x(c.to_limit) - left)
+        yield f'<rect x="{left}" y="{y + 2}" width="{bar:.1f}" height="{line - 7}" fill="#4878a8"/>'
+        plain = c.to_limit / c.to_plain
+        yield (f'<circle cx="{x(max(plain, least)):.1f}" cy="{y + 7}" r="4" fill="none" stroke="#555" '
+               'stroke-width="1.5"/>')
+        if c.others:
+            yield (f'<line x1="{x(c.others):.1f}" x2="{x(c.others):.1f}" y1="{y}" y2="{y + line - 3}" '
+                   'stroke="#d06020" stroke-width="3"/>')
+    yield "</svg>"
+
+
+def write_plots(contests, folder):
+    folder.mkdir(parents=True, exist_ok=True)
+    for (variant, size), of_size in grouped(contests, "variant", "size").items():
+        path = folder / f"{variant}-{size}.svg"
+        path.write_text("\n".join(plot(of_size, f"{size}, {variant}")) + "\n", encoding="utf-8")
+        print(f"plot: {path}")
+
+
+def update_page(page, lines):
+    text = page.read_text(encoding="utf-8")
+    if BEGIN not in text or END not in text:
+        sys.exit(f"{page} lacks the lines '{BEGIN}' and '{END}' between which the tables go")
+    before, after = text.split(BEGIN)[0], text.split(END)[1]
+    page.write_text("\n".join([before + BEGIN, "", *lines, "", END + after]), encoding="utf-8")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("run", type=pathlib.Path, help="what zorvan_bench wrote with --benchmark_out")
+    parser.add_argument("--svg", type=pathlib.Path, metavar="FOLDER")
+    parser.add_argument("--update", type=pathlib.Path, metavar="PAGE")
+    arguments = parser.parse_args()
+    context, contests, failures = read_run(arguments.run, read_others())
+    if not contests and not failures:
+        sys.exit("the run holds no measurement: does the filter match a name?")
+    print("\n".join(report(context, contests, failures, text_table, lambda text: text)))
+    if arguments.svg:
+        write_plots(contests, arguments.svg)
+    if arguments.update:
+        update_page(arguments.update,
+                    report(context, contests, failures, markdown_table, lambda text: f"### {text}"))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,114 @@
+#pragma once
+
+// What an operation works on: images with a role, their memory and their contents.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/foundation/IppIMemory.h"
+#include "zorvan/foundation/PixelTypes.h"
+
+namespace Zorvan::Bench {
+
+/// What an operation must do with an operand's bytes at least: this is what the streaming limit moves.
+enum class Access { read, write, update };
+
+inline std::int64_t pixelsOf(Size size) { return std::int64_t{size.width} * size.height; }
+
+/// Values on both sides of the range of 8 bits where the type has them, none zero, all exact as float.
+template <class T>
+void makeNoise(T* pixels, Size size, std::uint32_t seed);
+
+/// Each pixel selected or not by a throw of a coin.
+void makeRandomMask(u8* mask, Size size, std::uint32_t seed);
+
+/// Half of the pixels, in areas some tens of pixels across: smooth noise above its median.
+void makeBlobMask(u8* mask, Size size, std::uint32_t seed);
+
+template <class T, Access A>
+struct Operand {
+  using Pixel = T;
+  static constexpr Access access = A;
+  static constexpr int pixelBytes = sizeof(T);
+  static void prepare(T* pixels, Size size, std::uint32_t seed) { makeNoise(pixels, size, seed); }
+};
+
+template <class T>
+struct Read : Operand<T, Access::read> {};
+template <class T>
+struct Write : Operand<T, Access::write> {};
+template <class T>
+struct Update : Operand<T, Access::update> {};
+
+struct RandomMask : Operand<u8, Access::read> {
+  static void prepare(u8* mask, Size size, std::uint32_t seed) { makeRandomMask(mask, size, seed); }
+};
+struct BlobMask : Operand<u8, Access::read> {
+  static void prepare(u8* mask, Size size, std::uint32_t seed) { makeBlobMask(mask, size, seed); }
+};
+
+/// Memory on ordinary pages, as the images of most programs are.
+class Memory {
+ public:
+  /// The operands of one call start at different places within a page, so that none of them is slowed down
+  /// by stores to another whose address has the same low bits.
+  Memory(std::int64_t bytes, int operand);
+  std::byte* data() const { return data_; }
+
+ private:
+  struct Free {
+    void operator()(void* block) const;
+  };
+  std::unique_ptr<void, Free> block_;
+  std::byte* data_;
+};
+
+/// The images of one operation at one size, in the order of its parameters, rows without a gap.
+template <class... Operands>
+class OperandSet {
+ public:
+  explicit OperandSet(Size size) : OperandSet(size, std::index_sequence_for<Operands...>{}) {}
+
+  bool sameBytes(const OperandSet& other) const {
+    return sameBytes(other, std::index_sequence_for<Operands...>{});
+  }
+
+  Size size() const { return size_; }
+  Rect rect() const { return {0, 0, size_.width, size_.height}; }
+  std::tuple<Ipp::Image::IppIMemory<typename Operands::Pixel>...>& images() { return images_; }
+  const std::tuple<typename Operands::Pixel*...>& pixels() const { return pixels_; }
+
+ private:
+  template <std::size_t... i>
+  OperandSet(Size size, std::index_sequence<i...>)
+      : size_(size),
+        memory_{Memory(pixelsOf(size) * Operands::pixelBytes, static_cast<int>(i))...},
+        pixels_{reinterpret_cast<typename Operands::Pixel*>(memory_[i].data())...} {
+    // Assigned, not copied into place: a copied image has pixels of its own.
+    ((std::get<i>(images_) = std::remove_reference_t<decltype(std::get<i>(images_))>::CreateContainer(
+          std::get<i>(pixels_), size)),
+     ...);
+    (Operands::prepare(std::get<i>(pixels_), size_, static_cast<std::uint32_t>(i) + 1), ...);
+  }
+
+  template <std::size_t... i>
+  bool sameBytes(const OperandSet& other, std::index_sequence<i...>) const {
+    const auto count = static_cast<std::size_t>(pixelsOf(size_));
+    return (
+        (std::memcmp(std::get<i>(pixels_), std::get<i>(other.pixels_), count * Operands::pixelBytes) == 0) &&
+        ...);
+  }
+
+  Size size_;
+  Memory memory_[sizeof...(Operands)];
+  std::tuple<typename Operands::Pixel*...> pixels_;
+  std::tuple<Ipp::Image::IppIMemory<typename Operands::Pixel>...> images_;
+};
+
+}  // namespace Zorvan::Bench

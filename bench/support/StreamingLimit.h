@@ -1,0 +1,166 @@
+#pragma once
+
+// The streaming limit: loops that move an operation's bytes and do nothing else.
+//
+// Every operand that is read is loaded once, every one that is written is stored once, every one that is
+// updated is loaded and stored back. Which manner of doing that is fastest depends on the size and on the
+// machine, so there are several, and the fastest of them is the limit.
+//
+// A block is 256 pixels of every operand, so that operands with pixels of different sizes advance together.
+// The pixels behind the last whole block are reached by a block that overlaps it.
+
+#include <immintrin.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "bench/support/Measurement.h"
+#include "bench/support/Operands.h"
+
+namespace Zorvan::Bench {
+
+#if defined(__AVX512F__)
+inline constexpr int vectorBytes = 64;
+#elif defined(__AVX__)
+inline constexpr int vectorBytes = 32;
+#else
+inline constexpr int vectorBytes = 16;
+#endif
+
+using Vector = unsigned char __attribute__((vector_size(vectorBytes), aligned(1), may_alias));
+
+inline constexpr std::int64_t blockPixels = 256;
+inline constexpr std::int64_t prefetchBytes = 2048;
+inline constexpr int cacheLineBytes = 64;
+
+struct Manner {
+  int streams;  // parts of the image that are walked at once
+  bool prefetched;
+  bool nonTemporal;
+};
+
+/// Keeps the compiler from leaving out what made `vector`, and from knowing what it holds.
+inline void keep(Vector& vector) { asm volatile("" : "+v"(vector)); }
+
+inline void storeNonTemporal(std::byte* to, Vector vector) {
+#if defined(__AVX512F__)
+  _mm512_stream_si512(reinterpret_cast<__m512i*>(to), reinterpret_cast<__m512i>(vector));
+#elif defined(__AVX__)
+  _mm256_stream_si256(reinterpret_cast<__m256i*>(to), reinterpret_cast<__m256i>(vector));
+#else
+  _mm_stream_si128(reinterpret_cast<__m128i*>(to), reinterpret_cast<__m128i>(vector));
+#endif
+}
+
+template <class Operand, Manner manner>
+inline __attribute__((always_inline)) void moveBlock(std::byte* at, Vector& vector) {
+  constexpr int bytes = static_cast<int>(blockPixels) * Operand::pixelBytes;
+  for (int i = 0; i < bytes; i += vectorBytes) {
+    if constexpr (manner.prefetched) {
+      if (i % cacheLineBytes == 0) {
+        __builtin_prefetch(at + prefetchBytes + i, Operand::access == Access::read ? 0 : 1);
+      }
+    }
+    if constexpr (Operand::access != Access::write) {
+      vector = *reinterpret_cast<const Vector*>(at + i);
+    }
+    keep(vector);
+    if constexpr (Operand::access != Access::read) {
+      if constexpr (manner.nonTemporal) {
+        storeNonTemporal(at + i, vector);
+      } else {
+        *reinterpret_cast<Vector*>(at + i) = vector;
+      }
+    }
+  }
+}
+
+template <Manner manner, class... Operands>
+void moveAll(const std::tuple<typename Operands::Pixel*...>& pixels, std::int64_t count) {
+  Vector vector{};
+  const auto moveBlocksAt = [&]<Manner blockManner>(std::int64_t pixel) __attribute__((always_inline)) {
+    std::apply(
+        [&](auto*... of) {
+          (moveBlock<Operands, blockManner>(reinterpret_cast<std::byte*>(of + pixel), vector), ...);
+        },
+        pixels);
+  };
+  const std::int64_t blocks = count / blockPixels;
+  const std::int64_t blocksOfStream = blocks / manner.streams;
+  for (std::int64_t block = 0; block < blocksOfStream; ++block) {
+    for (int stream = 0; stream < manner.streams; ++stream) {
+      moveBlocksAt.template operator()<manner>((stream * blocksOfStream + block) * blockPixels);
+    }
+  }
+  for (std::int64_t block = blocksOfStream * manner.streams; block < blocks; ++block) {
+    moveBlocksAt.template operator()<manner>(block * blockPixels);
+  }
+  if (blocks * blockPixels < count) {  // no longer on a line's border, as non-temporal stores need it
+    moveBlocksAt.template operator()<Manner{1, false, false}>(count - blockPixels);
+  }
+  if constexpr (manner.nonTemporal) _mm_sfence();
+}
+
+template <class Fill, class Copy, class... Operands>
+void addByAccess(const Fill& fill, const Copy& copy) {
+  using First = std::tuple_element_t<0, std::tuple<Operands...>>;
+  if constexpr (sizeof...(Operands) == 1) {
+    if constexpr (First::access == Access::write) fill();
+  }
+  if constexpr (sizeof...(Operands) == 2) {
+    using Second = std::tuple_element_t<1, std::tuple<Operands...>>;
+    if constexpr (First::access == Access::read && Second::access == Access::write &&
+                  First::pixelBytes == Second::pixelBytes) {
+      copy();
+    }
+  }
+}
+
+inline void repeatedStore(void* to, std::size_t bytes) {
+  asm volatile("rep stosb" : "+D"(to), "+c"(bytes) : "a"(0) : "memory");
+}
+
+inline void repeatedMove(void* to, const void* from, std::size_t bytes) {
+  asm volatile("rep movsb" : "+D"(to), "+S"(from), "+c"(bytes) : : "memory");
+}
+
+/// The loops that compete for the limit of an operation with these operands.
+template <class... Operands>
+std::vector<Contestant> limitLoops(const std::tuple<typename Operands::Pixel*...>& pixels, Size size) {
+  const std::int64_t count = pixelsOf(size);
+  std::vector<Contestant> loops;
+  const auto add = [&](const char* name, auto loop) { loops.push_back({name, repeated(loop)}); };
+  const auto addManner = [&]<Manner manner>(const char* name) {
+    add(name, [=] { moveAll<manner, Operands...>(pixels, count); });
+  };
+  addManner.template operator()<Manner{1, false, false}>("loop");
+  addManner.template operator()<Manner{1, true, false}>("prefetched loop");
+  addManner.template operator()<Manner{4, false, false}>("four streams");
+  addManner.template operator()<Manner{4, true, false}>("four prefetched streams");
+  if constexpr (((Operands::access != Access::read) || ...)) {
+    addManner.template operator()<Manner{1, false, true}>("non-temporal loop");
+    addManner.template operator()<Manner{1, true, true}>("non-temporal prefetched loop");
+    addManner.template operator()<Manner{4, false, true}>("four non-temporal streams");
+  }
+
+  void* const first = std::get<0>(pixels);
+  void* const last = std::get<sizeof...(Operands) - 1>(pixels);
+  const std::size_t bytes = static_cast<std::size_t>(count) * sizeof(*std::get<0>(pixels));
+  const auto addFills = [&] {
+    add("library fill", [=] { std::memset(last, 0, bytes); });
+    add("repeated store", [=] { repeatedStore(last, bytes); });
+  };
+  const auto addCopies = [&] {
+    add("library copy", [=] { std::memcpy(last, first, bytes); });
+    add("repeated move", [=] { repeatedMove(last, first, bytes); });
+  };
+  addByAccess<decltype(addFills), decltype(addCopies), Operands...>(addFills, addCopies);
+  return loops;
+}
+
+}  // namespace Zorvan::Bench

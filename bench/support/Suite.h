@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "bench/support/Measurement.h"
+#include "bench/support/Operands.h"
+#include "bench/support/StreamingLimit.h"
+
+namespace Zorvan::Bench {
+
+/// An operation on pixels of certain types, ready to be raced at any size.
+struct Operation {
+  std::string name;
+  std::string pixels;
+  int bytesPerPixel;  // what the limit moves
+  std::function<Contest(Size)> contestAt;
+
+  /// Whether the library and the plain loop leave the same bytes in all operands.
+  std::function<bool(Size)> agreesAt;
+};
+
+/// All operations that are measured. Each family adds its own.
+class Suite {
+ public:
+  /// The operands in the order of the parameters decide what the limit moves. `ours` takes the images and
+  /// the rectangle, `plain` the pixels and the size.
+  template <class... Operands, class Ours, class Plain>
+  void add(const char* name, const char* pixels, Ours ours, Plain plain) {
+    const auto callOurs = [ours](OperandSet<Operands...>& set) {
+      std::apply([&](auto&... images) { ours(images..., set.rect()); }, set.images());
+    };
+    const auto callPlain = [plain](OperandSet<Operands...>& set) {
+      std::apply([&](auto*... of) { plain(of..., set.size()); }, set.pixels());
+    };
+    const auto contestAt = [=](Size size) {
+      const auto set = std::make_shared<OperandSet<Operands...>>(size);
+      return Contest{{"ours", repeated([=] { callOurs(*set); })},
+                     {"plain", repeated([=] { callPlain(*set); })},
+                     limitLoops<Operands...>(set->pixels(), size)};
+    };
+    const auto agreesAt = [=](Size size) {
+      OperandSet<Operands...> got(size);
+      OperandSet<Operands...> want(size);
+      callOurs(got);
+      callPlain(want);
+      return got.sameBytes(want);
+    };
+    constexpr int bytes = ((Operands::pixelBytes * (Operands::access == Access::update ? 2 : 1)) + ...);
+    operations_.push_back({name, pixels, bytes, contestAt, agreesAt});
+  }
+
+  const std::vector<Operation>& operations() const { return operations_; }
+
+ private:
+  std::vector<Operation> operations_;
+};
+
+}  // namespace Zorvan::Bench
