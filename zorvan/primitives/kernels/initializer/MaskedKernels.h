@@ -10,6 +10,7 @@
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/initializer/MaskedPlan.h"
 #include "zorvan/primitives/kernels/initializer/masked_blocks.h"
+#include "zorvan/primitives/kernels/initializer/masked_register_row.h"
 #include "zorvan/primitives/kernels/initializer/masked_row.h"
 #include "zorvan/primitives/kernels/initializer/masked_wide_blocks.h"
 
@@ -31,30 +32,29 @@ constexpr MaskedRows joinedUnlessOverflow = MaskedRows::joinedUnlessOverflow;
 
 // The lines of the table: rows, block, head, tail, stores of full blocks, longest row that goes pixel by
 // pixel where that is more than what is shorter than a block.
-using Bytes = Masked<apart, MaskedForm<BlendedBytes16, byPixels, byPixels, AlignedStore>>;
-using Words = Masked<apart, MaskedForm<BlendedWords16, byBlock, byBlock, AlignedStore>>;
-using BlendedWords = Masked<apart, MaskedForm<BlendedWords16, byPixels, byPixels, AlignedStore>>;
-using Streamed = Masked<apart, MaskedForm<SparsePixels16, byPixels, byPixels, StreamingStore>>;
-using Nibbles = Masked<joinedUnlessOverflow, MaskedForm<NibbleDwords8, byPixels, byBlock, AlignedStore>>;
+using Bytes = Masked<apart, BlockForm<BlendedBytes16, byPixels, byPixels, AlignedStore>>;
+using Words = Masked<joinedUnlessOverflow, BlockForm<BlendedWords16, byBlock, byBlock, AlignedStore>>;
+using BlendedWords = Masked<apart, BlockForm<BlendedWords16, byPixels, byPixels, AlignedStore>>;
+using Streamed = Masked<apart, BlockForm<SparsePixels16, byPixels, byPixels, StreamingStore>>;
+using Nibbles = Masked<joinedUnlessOverflow, BlockForm<NibbleDwords8, byPixels, byBlock, AlignedStore>>;
 #ifdef __SSE4_2__
-using Quarters = Masked<joinedBelow32768, MaskedForm<ShuffledDwords16, byPixels, byBlock, AlignedStore, 16>>;
+using Quarters = Masked<joinedBelow32768, BlockForm<ShuffledDwords16, byPixels, byBlock, AlignedStore, 16>>;
 #else
 struct Quarters;
 #endif
 #ifdef __AVX2__
-using WideBytes = Masked<joinedBelow32768, MaskedForm<WideBytes32, byBlock, byBlock, AnyStore, 32>>;
-using WideWords = Masked<apart, MaskedForm<WideWords16, byBlock, byBlock, AnyStore>>;
-using WideDwords = Masked<joinedBelow32768, MaskedForm<WideDwords32, byPixels, byBlock, AnyStore, 32>>;
+using WideBytes = Masked<joinedBelow32768, BlockForm<WideBytes32, byBlock, byBlock, AnyStore, 32>>;
+using WideWords = Masked<joinedUnlessOverflow, BlockForm<WideWords16, byBlock, byBlock, AnyStore>>;
+using WideDwords = Masked<joinedBelow32768, BlockForm<WideDwords32, byPixels, byBlock, AnyStore, 32>>;
 #else
 struct WideBytes;
 struct WideWords;
 struct WideDwords;
 #endif
 #ifdef __AVX512BW__
-using RegisterBytes = Masked<joinedBelow32768, MaskedForm<RegisterBytes32, byBlock, byBlock, AnyStore, 32>>;
-using RegisterWords = Masked<apart, MaskedForm<RegisterWords16, byBlock, byBlock, AnyStore>>;
-using RegisterDwords =
-    Masked<joinedBelow32768, MaskedForm<RegisterDwords32, byPixels, byBlock, AnyStore, 32>>;
+using RegisterBytes = Masked<joinedBelow32768, RegisterForm<64, byBlock, 32>>;
+using RegisterWords = Masked<joinedUnlessOverflow, RegisterForm<64, byBlock, 15>>;
+using RegisterDwords = Masked<joinedBelow32768, RegisterForm<32, byPixels, 32>>;
 #else
 struct RegisterBytes;
 struct RegisterWords;
@@ -88,9 +88,8 @@ int setMasked(Bits value, void* dst, int dstStep, Size roi, const u8* mask, int 
   const bool tight = isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
   const MaskedPlan plan = planMasked<Policy::rows>(roi, tight);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
-    maskedRow<typename Policy::Form>(ValueSource<Bits>{value},
-                                     rowAt(static_cast<unsigned char*>(dst), dstStep, r),
-                                     rowAt(mask, maskStep, r), plan.pixels);
+    Policy::Form::row(ValueSource<Bits>{value}, rowAt(static_cast<unsigned char*>(dst), dstStep, r),
+                      rowAt(mask, maskStep, r), plan.pixels);
   }
   return ippStsNoErr;
 }
@@ -104,9 +103,9 @@ int copyMasked(const void* src, int srcStep, void* dst, int dstStep, Size roi, c
       isTight(roi, sizeof(Bits), srcStep) && isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
   const MaskedPlan plan = planMasked<Policy::rows>(roi, tight);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
-    maskedRow<typename Policy::Form>(
-        RowSource<Bits>{rowAt(static_cast<const unsigned char*>(src), srcStep, r)},
-        rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r), plan.pixels);
+    Policy::Form::row(RowSource<Bits>{rowAt(static_cast<const unsigned char*>(src), srcStep, r)},
+                      rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r),
+                      plan.pixels);
   }
   return ippStsNoErr;
 }
