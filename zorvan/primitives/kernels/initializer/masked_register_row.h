@@ -49,7 +49,10 @@ inline Vector64 selectedOf(RowSource<Pixel> source, std::int64_t i, __mmask64 se
   return Selected<Pixel>::load(source.row + i * std::int64_t{sizeof(Pixel)}, selected);
 }
 
-/// Up to 64 pixels.
+/// The pixels that are tested at once: several blocks.
+constexpr int turnPixels = 64;
+
+/// Up to a turn.
 template <class Source>
 inline void maskedPart(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
   using Pixel = typename Source::Pixel;
@@ -61,76 +64,48 @@ inline void maskedPart(Source source, unsigned char* dst, const unsigned char* m
   }
 }
 
-/// The pixels of 32 or 64 mask bytes.
-template <int pixels, class Source>
+/// 64 pixels. Full and empty ones leave the straight line: they come in long runs, and a mixed one has the
+/// most to do.
+template <class Source>
 inline void maskedTurn(Source source, unsigned char* dst, const unsigned char* mask) {
   using Pixel = typename Source::Pixel;
-  constexpr int perStore = 64 / sizeof(Pixel);
-  __mmask64 selected;
-  bool all;
-  if constexpr (pixels == 32) {
-    const __m256i bytes = Vector32::load(mask).bits;
-    const __mmask32 bits = _mm256_test_epi8_mask(bytes, bytes);
-    if (_kortestz_mask32_u8(bits, bits)) return;
-    all = _kortestc_mask32_u8(bits, bits);
-    selected = bits;
-  } else {
-    const __m512i bytes = Vector64::load(mask).bits;
-    selected = _mm512_test_epi8_mask(bytes, bytes);
-    if (_kortestz_mask64_u8(selected, selected)) return;
-    all = _kortestc_mask64_u8(selected, selected);
+  constexpr int pixelBytes = sizeof(Pixel);
+  constexpr int perStore = 64 / pixelBytes;
+  const __m512i bytes = Vector64::load(mask).bits;
+  const __mmask64 selected = _mm512_test_epi8_mask(bytes, bytes);
+  if (_kortestz_mask64_u8(selected, selected)) [[unlikely]]
+    return;
+  if constexpr (perStore < turnPixels) {  // saves shifts of the mask; one store is the same either way
+    if (_kortestc_mask64_u8(selected, selected)) [[unlikely]] {
+#pragma GCC unroll 4
+      for (int i = 0; i < turnPixels; i += perStore)
+        source.template at<Vector64>(i).store(dst + i * pixelBytes);
+      return;
+    }
   }
-  if (all) {
-#pragma GCC unroll 2
-    for (int i = 0; i < pixels; i += perStore) {
-      source.template at<Vector64>(i).store(dst + i * static_cast<int>(sizeof(Pixel)));
-    }
-  } else {
-#pragma GCC unroll 2
-    for (int i = 0; i < pixels; i += perStore) {
-      Selected<Pixel>::store(selectedOf(source, i, selected >> i), dst + i * static_cast<int>(sizeof(Pixel)),
-                             selected >> i);
-    }
+#pragma GCC unroll 4
+  for (int i = 0; i < turnPixels; i += perStore) {
+    const __mmask64 here = selected >> i;
+    Selected<Pixel>::store(selectedOf(source, i, here), dst + i * pixelBytes, here);
   }
 }
 
-/// One line of the policy: the pixels of a turn (a block or several), what happens to a row's head before the
-/// boundary, and the longest row that goes pixel by pixel.
-template <int pixelsOfTurn, MaskedEnd headEnd, int byPixelsUpToPixels>
+/// One line of the policy: the longest row that goes pixel by pixel. The ends of a row are parts of a turn.
+template <int byPixelsUpTo>
 struct RegisterForm {
-  static constexpr int turnPixels = pixelsOfTurn;
-  static constexpr MaskedEnd head = headEnd;
-  static constexpr int byPixelsUpTo = byPixelsUpToPixels;
-
   template <class Source>
   static void row(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
-    constexpr int pixelBytes = sizeof(typename Source::Pixel);
-    const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, 32));
+    constexpr std::int64_t pixelBytes = sizeof(typename Source::Pixel);
+    const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, 64));
     if (plan.byPixels) return maskedPixels(source, dst, mask, pixels);
 
-    const auto skip = [&](std::int64_t done) {
-      source = source.from(done);
-      dst += done * pixelBytes;
-      mask += done;
-      pixels -= done;
-    };
-    if (plan.head != 0) {
-      if constexpr (head == MaskedEnd::byBlock) {
-        maskedPart(source, dst, mask, plan.head);
-      } else {
-        maskedPixels(source, dst, mask, plan.head);
-      }
-      skip(plan.head);
+    if (plan.head != 0) maskedPart(source, dst, mask, plan.head);
+    std::int64_t i = plan.head;
+#pragma GCC unroll 2
+    for (; i + turnPixels <= pixels; i += turnPixels) {
+      maskedTurn(source.from(i), dst + i * pixelBytes, mask + i);
     }
-    if (plan.onBoundary && !isAligned(dst, 64) && pixels >= turnPixels) {
-      maskedPart(source, dst, mask, 32 / pixelBytes);  // to a line of the cache, for the wide stores
-      skip(32 / pixelBytes);
-    }
-    while (pixels >= turnPixels) {
-      maskedTurn<turnPixels>(source, dst, mask);
-      skip(turnPixels);
-    }
-    if (pixels != 0) maskedPart(source, dst, mask, pixels);
+    if (i != pixels) maskedPart(source.from(i), dst + i * pixelBytes, mask + i, pixels - i);
   }
 };
 
