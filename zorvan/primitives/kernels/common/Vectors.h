@@ -111,6 +111,10 @@ struct Vector64 {
   void store(void* p) const { _mm512_storeu_si512(p, bits); }
   void storeAligned(void* p) const { _mm512_store_si512(p, bits); }
   void stream(void* p) const { _mm512_stream_si512(static_cast<__m512i*>(p), bits); }
+
+  static Vector64 broadcast(std::uint8_t value) { return {_mm512_set1_epi8(static_cast<char>(value))}; }
+  static Vector64 broadcast(std::uint16_t value) { return {_mm512_set1_epi16(static_cast<short>(value))}; }
+  static Vector64 broadcast(std::uint32_t value) { return {_mm512_set1_epi32(static_cast<int>(value))}; }
 };
 #endif
 

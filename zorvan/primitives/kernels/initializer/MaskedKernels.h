@@ -10,15 +10,18 @@
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/initializer/MaskedPlan.h"
 #include "zorvan/primitives/kernels/initializer/masked_blocks.h"
+#include "zorvan/primitives/kernels/initializer/masked_register_row.h"
 #include "zorvan/primitives/kernels/initializer/masked_row.h"
 #include "zorvan/primitives/kernels/initializer/masked_wide_blocks.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// A mask row's share of the policy: how rows run, and in which form each is done.
+namespace masked {
+
+/// A line of the policy: when the rows of an image without gaps run as one, and the form of a row.
 template <MaskedRows when, class RowForm>
-struct Masked {
+struct Line {
   static constexpr MaskedRows rows = when;
   using Form = RowForm;
 };
@@ -29,68 +32,66 @@ constexpr MaskedRows apart = MaskedRows::apart;
 constexpr MaskedRows joinedBelow32768 = MaskedRows::joinedBelow32768;
 constexpr MaskedRows joinedUnlessOverflow = MaskedRows::joinedUnlessOverflow;
 
-// The lines of the table: rows, block, head, tail, stores of full blocks, longest row that goes pixel by
-// pixel where that is more than what is shorter than a block.
-using Bytes = Masked<apart, MaskedForm<BlendedBytes16, byPixels, byPixels, AlignedStore>>;
-using Words = Masked<apart, MaskedForm<BlendedWords16, byBlock, byBlock, AlignedStore>>;
-using BlendedWords = Masked<apart, MaskedForm<BlendedWords16, byPixels, byPixels, AlignedStore>>;
-using Streamed = Masked<apart, MaskedForm<SparsePixels16, byPixels, byPixels, StreamingStore>>;
-using Nibbles = Masked<joinedUnlessOverflow, MaskedForm<NibbleDwords8, byPixels, byBlock, AlignedStore>>;
+// Rows, then: block, head, tail, stores of full blocks, and the longest row that goes pixel by pixel where
+// that is more than what is shorter than a block.
+using Bytes = Line<apart, BlockForm<BlendedBytes16, byPixels, byPixels, AlignedStore>>;
+using Words = Line<joinedUnlessOverflow, BlockForm<BlendedWords16, byBlock, byBlock, AlignedStore>>;
+using WordsApart = Line<apart, BlockForm<BlendedWords16, byPixels, byPixels, AlignedStore>>;
+using Streamed = Line<apart, BlockForm<SparsePixels16, byPixels, byPixels, StreamingStore>>;
+using Nibbles = Line<joinedUnlessOverflow, BlockForm<NibbleDwords8, byPixels, byBlock, AlignedStore>>;
 #ifdef __SSE4_2__
-using Quarters = Masked<joinedBelow32768, MaskedForm<ShuffledDwords16, byPixels, byBlock, AlignedStore, 16>>;
+using Quarters = Line<joinedBelow32768, BlockForm<ShuffledDwords16, byPixels, byBlock, AlignedStore, 16>>;
 #else
 struct Quarters;
 #endif
 #ifdef __AVX2__
-using WideBytes = Masked<joinedBelow32768, MaskedForm<WideBytes32, byBlock, byBlock, AnyStore, 32>>;
-using WideWords = Masked<apart, MaskedForm<WideWords16, byBlock, byBlock, AnyStore>>;
-using WideDwords = Masked<joinedBelow32768, MaskedForm<WideDwords32, byPixels, byBlock, AnyStore, 32>>;
+using WideBytes = Line<joinedBelow32768, BlockForm<WideBytes32, byBlock, byBlock, AnyStore, 32>>;
+using WideWords = Line<joinedUnlessOverflow, BlockForm<WideWords16, byBlock, byBlock, AnyStore>>;
+using WideDwords = Line<joinedBelow32768, BlockForm<WideDwords32, byPixels, byBlock, AnyStore, 32>>;
 #else
 struct WideBytes;
 struct WideWords;
 struct WideDwords;
 #endif
 #ifdef __AVX512BW__
-using RegisterBytes = Masked<joinedBelow32768, MaskedForm<RegisterBytes32, byBlock, byBlock, AnyStore, 32>>;
-using RegisterWords = Masked<apart, MaskedForm<RegisterWords16, byBlock, byBlock, AnyStore>>;
-using RegisterDwords =
-    Masked<joinedBelow32768, MaskedForm<RegisterDwords32, byPixels, byBlock, AnyStore, 32>>;
+using Register = Line<joinedBelow32768, RegisterForm<32>>;
+using RegisterWords = Line<joinedUnlessOverflow, RegisterForm<15>>;
 #else
-struct RegisterBytes;
+struct Register;
 struct RegisterWords;
-struct RegisterDwords;
 #endif
 
-/// By the pixel's bits. A fill and a copy differ in one place.
+/// By the pixel's bits. A fill and a copy differ in one place: the oldest variant streams no copied words.
 template <class V, class Bits>
-struct MaskedPolicy;
+struct Policy;
 template <class V>
-struct MaskedPolicy<V, std::uint8_t> {
-  using Fill = ByVariant<V, Bytes, Bytes, Bytes, Bytes, WideBytes, RegisterBytes>;
+struct Policy<V, std::uint8_t> {
+  using Fill = ByVariant<V, Bytes, Bytes, Bytes, Bytes, WideBytes, Register>;
   using Copy = Fill;
 };
 template <class V>
-struct MaskedPolicy<V, std::uint16_t> {
+struct Policy<V, std::uint16_t> {
   using Fill = ByVariant<V, Streamed, Words, Words, Words, WideWords, RegisterWords>;
-  using Copy = ByVariant<V, BlendedWords, Words, Words, Words, WideWords, RegisterWords>;
+  using Copy = ByVariant<V, WordsApart, Words, Words, Words, WideWords, RegisterWords>;
 };
 template <class V>
-struct MaskedPolicy<V, std::uint32_t> {
-  using Fill = ByVariant<V, Streamed, Nibbles, Quarters, Quarters, WideDwords, RegisterDwords>;
+struct Policy<V, std::uint32_t> {
+  using Fill = ByVariant<V, Streamed, Nibbles, Quarters, Quarters, WideDwords, Register>;
   using Copy = Fill;
 };
+
+}  // namespace masked
 
 template <class V, class Bits>
 int setMasked(Bits value, void* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
   if (dst == nullptr || mask == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  using Policy = typename MaskedPolicy<V, Bits>::Fill;
+  using Line = typename masked::Policy<V, Bits>::Fill;
   const bool tight = isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
-  const MaskedPlan plan = planMasked<Policy::rows>(roi, tight);
+  const MaskedPlan plan = planMasked<Line::rows>(roi, tight);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
-    maskedRow<typename Policy::Form>(ValueSource<Bits>{value},
-                                     rowAt(static_cast<unsigned char*>(dst), dstStep, r),
-                                     rowAt(mask, maskStep, r), plan.pixels);
+    Line::Form::row(ValueSource<Bits>{value}, rowAt(static_cast<unsigned char*>(dst), dstStep, r),
+                    rowAt(mask, maskStep, r), plan.pixels);
   }
   return ippStsNoErr;
 }
@@ -99,14 +100,14 @@ template <class V, class Bits>
 int copyMasked(const void* src, int srcStep, void* dst, int dstStep, Size roi, const u8* mask, int maskStep) {
   if (src == nullptr || dst == nullptr || mask == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  using Policy = typename MaskedPolicy<V, Bits>::Copy;
+  using Line = typename masked::Policy<V, Bits>::Copy;
   const bool tight =
       isTight(roi, sizeof(Bits), srcStep) && isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
-  const MaskedPlan plan = planMasked<Policy::rows>(roi, tight);
+  const MaskedPlan plan = planMasked<Line::rows>(roi, tight);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
-    maskedRow<typename Policy::Form>(
-        RowSource<Bits>{rowAt(static_cast<const unsigned char*>(src), srcStep, r)},
-        rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r), plan.pixels);
+    Line::Form::row(RowSource<Bits>{rowAt(static_cast<const unsigned char*>(src), srcStep, r)},
+                    rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r),
+                    plan.pixels);
   }
   return ippStsNoErr;
 }

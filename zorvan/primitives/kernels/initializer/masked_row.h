@@ -89,48 +89,39 @@ enum class MaskedEnd { byPixels, byBlock };
 
 /// One line of the policy: the block, what happens to the ends of a row, the stores of full blocks that lie
 /// on a boundary, and the longest row that goes pixel by pixel.
-template <class BlockForm, MaskedEnd headEnd, MaskedEnd tailEnd, class StoreForm,
-          int byPixelsUpToPixels = BlockForm::pixels - 1>
-struct MaskedForm {
-  using Block = BlockForm;
-  using Store = StoreForm;
-  static constexpr MaskedEnd head = headEnd;
-  static constexpr MaskedEnd tail = tailEnd;
-  static constexpr int byPixelsUpTo = byPixelsUpToPixels;
-};
+template <class Block, MaskedEnd head, MaskedEnd tail, class Store, int byPixelsUpTo = Block::pixels - 1>
+struct BlockForm {
+  template <class Source>
+  static void row(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
+    constexpr int pixelBytes = sizeof(typename Source::Pixel);
+    const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, Block::boundary));
+    if (plan.byPixels) return maskedPixels(source, dst, mask, pixels);
 
-template <class Form, class Source>
-inline void maskedRow(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
-  using Block = typename Form::Block;
-  constexpr int pixelBytes = sizeof(typename Source::Pixel);
-  const MaskedRowPlan plan =
-      planMaskedRow<pixelBytes, Form::byPixelsUpTo>(pixels, bytesToBoundary(dst, Block::boundary));
-  if (plan.byPixels) return maskedPixels(source, dst, mask, pixels);
-
-  if (plan.head != 0) {
-    if constexpr (Form::head == MaskedEnd::byBlock) {
-      Block::template run<AnyStore>(source, dst, mask);
+    if (plan.head != 0) {
+      if constexpr (head == MaskedEnd::byBlock) {
+        Block::template run<AnyStore>(source, dst, mask);
+      } else {
+        maskedPixels(source, dst, mask, plan.head);
+      }
+    }
+    std::int64_t done = plan.head;
+    const std::int64_t rest = pixels - done;
+    const auto after = source.from(done);
+    if (plan.onBoundary) {
+      done += maskedBlocks<Block, Store>(after, dst + done * pixelBytes, mask + done, rest);
+      if constexpr (Store::streaming) fenceStores();
     } else {
-      maskedPixels(source, dst, mask, plan.head);
+      done += maskedBlocks<Block, AnyStore>(after, dst + done * pixelBytes, mask + done, rest);
+    }
+    if (done == pixels) return;
+    if constexpr (tail == MaskedEnd::byBlock) {
+      done = pixels - Block::pixels;
+      Block::template run<AnyStore>(source.from(done), dst + done * pixelBytes, mask + done);
+    } else {
+      maskedPixels(source.from(done), dst + done * pixelBytes, mask + done, pixels - done);
     }
   }
-  std::int64_t done = plan.head;
-  const std::int64_t rest = pixels - done;
-  if (plan.onBoundary) {
-    done += maskedBlocks<Block, typename Form::Store>(source.from(done), dst + done * pixelBytes, mask + done,
-                                                      rest);
-    if constexpr (Form::Store::streaming) fenceStores();
-  } else {
-    done += maskedBlocks<Block, AnyStore>(source.from(done), dst + done * pixelBytes, mask + done, rest);
-  }
-  if (done == pixels) return;
-  if constexpr (Form::tail == MaskedEnd::byBlock) {
-    done = pixels - Block::pixels;
-    Block::template run<AnyStore>(source.from(done), dst + done * pixelBytes, mask + done);
-  } else {
-    maskedPixels(source.from(done), dst + done * pixelBytes, mask + done, pixels - done);
-  }
-}
+};
 
 }  // namespace
 }  // namespace Zorvan::Primitives

@@ -1,6 +1,6 @@
 #pragma once
 
-// Blocks under a mask in 32-byte vectors: the two newest variants, the newest with mask registers.
+// Blocks under a mask in 32-byte vectors, blended by byte masks.
 //
 // An empty block is left alone, a full one is stored unread. Each block reads and writes its own pixels only.
 
@@ -66,62 +66,6 @@ struct WideDwords32 {
       const __m128i eight = raiseMask(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(mask + i)));
       blendInto(dst + 4 * i, _mm256_cvtepi8_epi32(eight), source.template at<Vector32>(i));
     }
-  }
-};
-#endif
-
-#ifdef __AVX512BW__
-/// 32 pixels of 8 bits.
-struct RegisterBytes32 {
-  static constexpr int pixels = 32;
-  static constexpr int boundary = 32;
-
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
-    const __m256i m = Vector32::load(mask).bits;
-    const __mmask32 bits = _mm256_test_epi8_mask(m, m);
-    if (_kortestz_mask32_u8(bits, bits)) return;
-    const auto value = source.template at<Vector32>(0);
-    if (_kortestc_mask32_u8(bits, bits)) return Store::put(value, dst);
-    Vector32{_mm256_mask_mov_epi8(Vector32::load(dst).bits, bits, value.bits)}.store(dst);
-  }
-};
-
-/// 16 pixels of 16 bits.
-struct RegisterWords16 {
-  static constexpr int pixels = 16;
-  static constexpr int boundary = 32;
-
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
-    const __m128i m = Vector16::load(mask).bits;
-    const __mmask16 bits = _mm_test_epi8_mask(m, m);
-    if (_kortestz_mask16_u8(bits, bits)) return;
-    const auto value = source.template at<Vector32>(0);
-    if (_kortestc_mask16_u8(bits, bits)) return Store::put(value, dst);
-    Vector32{_mm256_mask_mov_epi16(Vector32::load(dst).bits, bits, value.bits)}.store(dst);
-  }
-};
-
-/// 32 pixels of 32 bits; an unselected pixel of a quarter of 8 is not touched, so that an empty quarter needs
-/// no branch.
-struct RegisterDwords32 {
-  static constexpr int pixels = 32;
-  static constexpr int boundary = 32;
-
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
-    const __m256i m = Vector32::load(mask).bits;
-    const __mmask32 bits = _mm256_test_epi8_mask(m, m);
-    if (_kortestz_mask32_u8(bits, bits)) return;
-    const auto put = [=](auto selected, int i) {
-      _mm256_mask_storeu_epi32(dst + 4 * i, static_cast<__mmask8>(selected),
-                               source.template at<Vector32>(i).bits);
-    };
-    put(bits, 0);
-    put(_kshiftri_mask32(bits, 8), 8);
-    put(_kshiftri_mask32(bits, 16), 16);
-    put(_kshiftri_mask32(bits, 24), 24);
   }
 };
 #endif
