@@ -63,6 +63,22 @@ inline Vector32 toFloats(Vector32 pixels) { return {_mm256_castps_si256(_mm256_c
 inline Vector64 toFloats(Vector64 pixels) { return {_mm512_castps_si512(_mm512_cvtepi32_ps(pixels.bits))}; }
 #endif
 
+/// Fewer than 16 pixels, and at least one, at the end of a row, or in front of its first boundary.
+template <class Vector>
+inline void toFloatFewer(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  toFloatByFours(src, dst, n);
+}
+
+#ifdef __AVX512F__
+/// All at once, the others masked out.
+template <>
+inline void toFloatFewer<Vector64>(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  const __mmask16 lanes = static_cast<__mmask16>(_bzhi_u32(0xffff, static_cast<unsigned>(n)));
+  const Vector64 pixels{_mm512_maskz_loadu_epi32(lanes, src)};
+  _mm512_mask_storeu_epi32(dst, lanes, toFloats(pixels).bits);
+}
+#endif
+
 /// 16 pixels, 64 bytes of `dst`, a turn in vectors of any width.
 template <class Vector, bool streaming>
 inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
@@ -76,15 +92,16 @@ inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int
       }
     }
   }
-  toFloatByFours(src, dst, n);
+  if (n != 0) toFloatFewer<Vector>(src, dst, n);
 }
 
 /// A row of an image with plain stores, which cross no cache line where the row is long enough to gain by it.
 template <class Vector>
 inline void toFloatRowPlain(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  if (n >= 64 && isAligned(dst, 4)) {
+  constexpr std::int64_t gainsFromPixels = 256;
+  if (n >= gainsFromPixels && isAligned(dst, 4) && !isAligned(dst, Vector::size)) {
     const std::int64_t head = bytesToBoundary(dst, Vector::size) / 4;
-    toFloatByFours(src, dst, head);
+    toFloatFewer<Vector>(src, dst, head);
     src += 4 * head;
     dst += 4 * head;
     n -= head;
