@@ -2,7 +2,6 @@
 
 // Plain fill: the entries, and which variant fills how.
 
-#include <bit>
 #include <cstdint>
 
 #include "zorvan/primitives/frame/Routines.h"
@@ -67,7 +66,7 @@ template <class V, class Bits, class T>
 int fill(T value, T* dst, int dstStep, Size roi) {
   if (dst == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  FillPolicy<V>::fill(std::bit_cast<Bits>(value), dst, dstStep, roi);
+  FillPolicy<V>::fill(__builtin_bit_cast(Bits, value), dst, dstStep, roi);
   return ippStsNoErr;
 }
 

@@ -3,7 +3,6 @@
 // What a fill does before it touches a pixel: whether the rows run together as one, and which stores are
 // used. Pure, so that each limit can be tested from both sides on any machine.
 
-#include <bit>
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
@@ -45,6 +44,8 @@ struct WideFillLimits {
   static constexpr int cacheShift = pixelBytes / 2;  // 1, 2, 4 bytes: 0, 1, 2
 };
 
+constexpr int bitLength(std::int32_t positive) { return 32 - __builtin_clz(static_cast<unsigned>(positive)); }
+
 /// `oddRows`: some row starts at an odd address. Only 16-bit fills care: their pattern has no phase for it.
 template <int pixelBytes, class Ask>
 constexpr FillPlan planWideFill(Size roi, int dstStep, bool oddRows, Ask askCache) {
@@ -52,9 +53,7 @@ constexpr FillPlan planWideFill(Size roi, int dstStep, bool oddRows, Ask askCach
   const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
   if (pixelBytes == 2 && oddRows) return {roi.height, rowBytes, FillStores::unphased};
 
-  const int productBits = std::bit_width(static_cast<std::uint32_t>(roi.width)) +
-                          std::bit_width(static_cast<std::uint32_t>(roi.height));
-  if (productBits >= 32) return {roi.height, rowBytes, FillStores::streaming};
+  if (bitLength(roi.width) + bitLength(roi.height) >= 32) return {roi.height, rowBytes, FillStores::streaming};
 
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   bool streaming = false;

@@ -7,8 +7,6 @@
 // A row that starts inside a 32-bit pixel's alignment turns the value instead, so that the body's stores stay
 // aligned. The caller fences after the last row.
 
-#include <bit>
-
 #include "zorvan/primitives/kernels/common/Vectors.h"
 
 #ifdef __AVX2__
@@ -64,7 +62,7 @@ inline void fillWide(T value, unsigned char* dst, std::int64_t length) {
   if constexpr (sizeof(T) == 4) {
     for (; length != 0 && !isAligned(dst, 4); --length) {
       *dst++ = static_cast<unsigned char>(value);
-      value = std::rotr(value, 8);
+      value = (value >> 8) | (value << 24);
     }
   }
   fillInPhase<streaming>(Vector32::broadcast(value), dst, length);
