@@ -147,7 +147,7 @@ class CopyForms {
 
   /// More than 2 GiB in all, through rows that lie on one another.
   void endlessRows(CopyRoutine<u8>* copy) {
-    check(copy, {40, 53687093, 0, 0, 3, 60});
+    check(copy, {40, 53687093, 0, 0, 3, 3});  // rows that end before a boundary
     check(copy, {1 << 20, 2049, 0, 0, 0, 0});
     check(copy, {(1 << 20) + 7, 2049, 0, 0, 3, 5});
   }
