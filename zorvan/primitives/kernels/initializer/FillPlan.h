@@ -53,7 +53,8 @@ constexpr FillPlan planWideFill(Size roi, int dstStep, bool oddRows, Ask askCach
   const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
   if (pixelBytes == 2 && oddRows) return {roi.height, rowBytes, FillStores::unphased};
 
-  if (bitLength(roi.width) + bitLength(roi.height) >= 32) return {roi.height, rowBytes, FillStores::streaming};
+  if (bitLength(roi.width) + bitLength(roi.height) >= 32)
+    return {roi.height, rowBytes, FillStores::streaming};
 
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   bool streaming = false;

@@ -38,9 +38,10 @@ inline void fillBody(Vector32 lanes, unsigned char* dst, std::int64_t length) {
 template <bool streaming>
 inline void fillInPhase(Vector32 lanes, unsigned char* dst, std::int64_t length) {
   const Vector16 half{_mm256_castsi256_si128(lanes.bits)};
-  const std::int64_t toBoundary = bytesToBoundary(dst, 64);
-  const std::int64_t head = toBoundary < length ? toBoundary : length;
-  if (head != 0) {
+  // A row that ends before the boundary is all tail: the pieces of a head go in the other order, and would
+  // put the bytes of a pixel that is cut off by the start of the row out of turn.
+  const std::int64_t head = bytesToBoundary(dst, 64);
+  if (head != 0 && head < length) {
     const std::int64_t last = _mm_cvtsi128_si64(half.bits);
     if (head & 1) storeAs(dst, static_cast<std::uint8_t>(last)), dst += 1;
     if (head & 2) storeAs(dst, static_cast<std::uint16_t>(last)), dst += 2;
