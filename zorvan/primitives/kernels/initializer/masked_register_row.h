@@ -77,13 +77,11 @@ inline void maskedTurn(Source source, unsigned char* dst, const unsigned char* m
     return;
   if constexpr (perStore < turnPixels) {  // saves shifts of the mask; one store is the same either way
     if (_kortestc_mask64_u8(selected, selected)) [[unlikely]] {
-#pragma GCC unroll 4
       for (int i = 0; i < turnPixels; i += perStore)
         source.template at<Vector64>(i).store(dst + i * pixelBytes);
       return;
     }
   }
-#pragma GCC unroll 4
   for (int i = 0; i < turnPixels; i += perStore) {
     const __mmask64 here = selected >> i;
     Selected<Pixel>::store(selectedOf(source, i, here), dst + i * pixelBytes, here);
@@ -101,9 +99,14 @@ struct RegisterForm {
 
     if (plan.head != 0) maskedPart(source, dst, mask, plan.head);
     std::int64_t i = plan.head;
-#pragma GCC unroll 2
-    for (; i + turnPixels <= pixels; i += turnPixels) {
-      maskedTurn(source.from(i), dst + i * pixelBytes, mask + i);
+    const auto turn = [&](std::int64_t at) { maskedTurn(source.from(at), dst + at * pixelBytes, mask + at); };
+    for (; i + 2 * turnPixels <= pixels; i += 2 * turnPixels) {
+      turn(i);
+      turn(i + turnPixels);
+    }
+    if (i + turnPixels <= pixels) {
+      turn(i);
+      i += turnPixels;
     }
     if (i != pixels) maskedPart(source.from(i), dst + i * pixelBytes, mask + i, pixels - i);
   }
