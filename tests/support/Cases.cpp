@@ -48,6 +48,18 @@ std::string nameOf(Placement placement) {
   return "shifted by " + std::to_string(placement.shift);
 }
 
+Layout layoutOf(Random& random, const CaseRange& range, bool tight) {
+  return {tight ? StepKind::tight : random.oneOf(range.stepKinds), placementOf(random),
+          random.oneOf(allContents)};
+}
+
+/// Sizes without a pattern, small ones more often than large ones.
+Size drawnSize(Random& random) {
+  const int width = 1 + random.below(1 << (1 + random.below(11)));
+  const int height = 1 + random.below(1 << (1 + random.below(5)));
+  return {width, height};
+}
+
 }  // namespace
 
 int Layout::step(int rowBytes, int pixelBytes) const {
@@ -97,16 +109,20 @@ std::vector<int> widthsOf(const CaseRange& range, Level level) {
 void forEachCase(const CaseRange& range, int imageCount, const std::function<void(const Case&)>& use) {
   const Level level = options().level;
   Random random(options().seed);
+  const auto useLayouts = [&](Size roi, bool tight) {
+    Case c{roi, {}, random.next()};
+    for (int image = 0; image < imageCount; ++image) c.images.push_back(layoutOf(random, range, tight));
+    use(c);
+  };
+  if (level == Level::fuzz) {
+    for (int round = 0; round < options().rounds; ++round)
+      useLayouts(drawnSize(random), random.below(4) == 0);
+    return;
+  }
   for (const int width : widthsOf(range, level)) {
     for (int height = 1; height <= range.heights; ++height) {
       for (int i = 0; i < layoutsPerSize(level); ++i) {
-        Case c{{width, height}, {}, random.next()};
-        const bool allTight = i == 0;  // the only way to rows that run together
-        for (int image = 0; image < imageCount; ++image) {
-          c.images.push_back({allTight ? StepKind::tight : random.oneOf(range.stepKinds), placementOf(random),
-                              random.oneOf(allContents)});
-        }
-        use(c);
+        useLayouts({width, height}, i == 0);  // tight throughout: the only way to rows that run together
       }
     }
   }

@@ -12,7 +12,8 @@ Options parsed;
 [[noreturn]] void refuse(std::string_view argument) {
   std::fprintf(stderr,
                "unknown argument: %.*s\n"
-               "known: --level=few|quick|full --seed=N --entry=TEXT --variant=TEXT --expected-index=N, and "
+               "known: --level=few|quick|full|fuzz --rounds=N --seed=N --entry=TEXT --variant=TEXT "
+               "--expected-index=N, and "
                "GoogleTest's --gtest_... flags\n",
                static_cast<int>(argument.size()), argument.data());
   std::exit(2);
@@ -22,6 +23,7 @@ Level levelOf(std::string_view name, std::string_view argument) {
   if (name == "few") return Level::few;
   if (name == "quick") return Level::quick;
   if (name == "full") return Level::full;
+  if (name == "fuzz") return Level::fuzz;
   refuse(argument);
 }
 
@@ -40,6 +42,8 @@ void parseOptions(int argc, char** argv) {
       parsed.level = levelOf(value, argument);
     } else if (key == "--seed") {
       parsed.seed = std::strtoull(value.c_str(), nullptr, 0);
+    } else if (key == "--rounds") {
+      parsed.rounds = std::atoi(value.c_str());
     } else if (key == "--entry") {
       parsed.entry = value;
     } else if (key == "--variant") {

@@ -6,13 +6,14 @@
 namespace Zorvan::Test {
 
 /// How many shapes a test of an entry goes through: a few for slow emulators, a good sample for every change,
-/// or all of them.
-enum class Level { few, quick, full };
+/// all of them, or ones drawn at random, as many as asked for.
+enum class Level { few, quick, full, fuzz };
 
 /// What the command line of a test program asks for, besides GoogleTest's own flags.
 struct Options {
   Level level = Level::quick;
   std::uint64_t seed = 1;
+  int rounds = 500;        ///< cases of each entry and variant at the level `fuzz`
   std::string entry;       ///< only entries whose name contains this
   std::string variant;     ///< only variants whose name contains this
   int expectedIndex = -1;  ///< the variant that this processor has to select; -1 for any
@@ -20,8 +21,8 @@ struct Options {
 
 const Options& options();
 
-/// Takes `--level=`, `--seed=`, `--entry=`, `--variant=` and `--expected-index=`; ends the program with a
-/// text on anything else.
+/// Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=` and `--expected-index=`; ends the
+/// program with a text on anything else.
 void parseOptions(int argc, char** argv);
 
 }  // namespace Zorvan::Test
