@@ -1,5 +1,5 @@
-// What the general cases leave out of fill and copy under a mask: masks that single out blocks, their parts
-// and single pixels, rows at every limit, and memory that must not be touched.
+// Fill and copy under a mask. Besides the cases of all entries: masks that single out blocks, their parts and
+// single pixels, rows at every limit, and memory that must not be touched.
 
 #include <gtest/gtest.h>
 
@@ -164,9 +164,20 @@ void registerOperation(const std::string& name, const std::function<Operation<T>
                          [of](int variant) { untouchedWithoutSelection(of(variant)); });
 }
 
+CheckRules generalRules() {
+  CheckRules rules;
+  rules.largeRegions = {{1031, 509}, {32768, 3}, {3, 32768}};
+  return rules;
+}
+
 template <class T>
-void registerMasked(const std::string& name,
-                    const Primitives::Row<int(T, T*, int, Size, const u8*, int)>& row) {
+using Fill = int(T, T*, int, Size, const u8*, int);
+template <class T>
+using Copy = int(const T*, int, T*, int, Size, const u8*, int);
+
+template <class T>
+void registerMasked(const std::string& name, Fill<T>* reference, const Primitives::Row<Fill<T>>& row) {
+  registerEntry("Masked", name, generalRules(), reference, row);
   registerOperation<T>(name, [&row](int variant) {
     auto* const routine = row.routine[1 + variant];
     return Operation<T>{
@@ -176,19 +187,19 @@ void registerMasked(const std::string& name,
   });
 }
 template <class T>
-void registerMasked(const std::string& name,
-                    const Primitives::Row<int(const T*, int, T*, int, Size, const u8*, int)>& row) {
+void registerMasked(const std::string& name, Copy<T>* reference, const Primitives::Row<Copy<T>>& row) {
+  registerEntry("Masked", name, generalRules(), reference, row);
   registerOperation<T>(name, [&row](int variant) { return Operation<T>{true, row.routine[1 + variant]}; });
 }
 /// The plain entries of the lists.
 template <class Routine>
-void registerMasked(const std::string&, const Primitives::Row<Routine>&) {}
+void registerMasked(const std::string&, Routine*, const Primitives::Row<Routine>&) {}
 
 }  // namespace
 }  // namespace Zorvan::Test
 
 void Zorvan::Test::registerEntryTests() {
-#define MASKED(name, ...) registerMasked(#name, Primitives::table.name);
+#define MASKED(name, ...) registerMasked(#name, &Reference::name, Primitives::table.name);
 #define ENTRY(...) MASKED(__VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Copy.def"
 #include "zorvan/primitives/frame/entries/Set.def"
