@@ -74,13 +74,13 @@ void expectWideLimits() {
     Cache cache{{true, 1}};
     const FillPlan plan = planWideFill<pixelBytes>({pixels, 1}, 0, false, cache.ask());
     EXPECT_EQ(cache.asked, pixels > limit ? 1 : 0) << pixels;
-    EXPECT_EQ(plan.stores, pixels > limit ? FillStores::streaming : FillStores::plain) << pixels;
+    EXPECT_EQ(plan.stores, pixels > limit ? FillStores::streaming : FillStores::claimed) << pixels;
   }
   const int cachePixels = 2 * limit;
   for (const int pixels : {cachePixels - 1, cachePixels, cachePixels + 1}) {
     Cache cache{{true, cachePixels * pixelBytes + pixelBytes - 1}};  // the odd bytes are shifted out
     const FillPlan plan = planWideFill<pixelBytes>({pixels, 1}, 0, false, cache.ask());
-    EXPECT_EQ(plan.stores, pixels >= cachePixels ? FillStores::streaming : FillStores::plain) << pixels;
+    EXPECT_EQ(plan.stores, pixels >= cachePixels ? FillStores::streaming : FillStores::claimed) << pixels;
   }
 }
 
@@ -90,9 +90,18 @@ TEST(WideFillPlan, LimitsCountPixels) {
   expectWideLimits<4>();
 }
 
-TEST(WideFillPlan, AnUnknownCacheKeepsPlainStores) {
+TEST(WideFillPlan, ClaimsLinesAheadAboveAMebibyte) {
+  Cache cache{{true, 1}};
+  for (const int pixels : {kMiB / 4 - 1, kMiB / 4, kMiB / 4 + 1}) {
+    EXPECT_EQ(planWideFill<4>({pixels, 1}, 0, false, cache.ask()).stores,
+              pixels > kMiB / 4 ? FillStores::claimed : FillStores::plain);
+  }
+  EXPECT_EQ(cache.asked, 0);
+}
+
+TEST(WideFillPlan, AnUnknownCacheKeepsFromStreaming) {
   Cache cache{{false, 0}};
-  EXPECT_EQ(planWideFill<1>({0x600001, 1}, 0, false, cache.ask()).stores, FillStores::plain);
+  EXPECT_EQ(planWideFill<1>({0x600001, 1}, 0, false, cache.ask()).stores, FillStores::claimed);
 }
 
 TEST(WideFillPlan, ProductsOf32BitsStreamUnfusedWithoutAsking) {

@@ -47,6 +47,12 @@ inline bool isAligned(const void* address, std::int64_t boundary) {
 /// Makes streaming stores visible in order. Ends every path that used them.
 inline void fenceStores() { _mm_sfence(); }
 
+/// Asks for the line at `address` in a state in which it can be written. A hint: it cannot fault, and
+/// processors that do not know it skip it.
+inline void prefetchForWrite(const void* address) {
+  asm volatile("prefetchw %0" : : "m"(*static_cast<const char*>(address)));
+}
+
 struct Vector16 {
   static constexpr int size = 16;
   __m128i bits;

@@ -44,9 +44,12 @@ struct WideFill {
     };
     switch (plan.stores) {
       case FillStores::plain:
-        return eachRow([value](auto* row, auto length) { fillWide<false>(value, row, length); });
+        return eachRow([value](auto* row, auto length) { fillWide<FillStores::plain>(value, row, length); });
+      case FillStores::claimed:
+        return eachRow(
+            [value](auto* row, auto length) { fillWide<FillStores::claimed>(value, row, length); });
       case FillStores::streaming:
-        eachRow([value](auto* row, auto length) { fillWide<true>(value, row, length); });
+        eachRow([value](auto* row, auto length) { fillWide<FillStores::streaming>(value, row, length); });
         return fenceStores();
       case FillStores::unphased:
         if constexpr (sizeof(Bits) == 2) {

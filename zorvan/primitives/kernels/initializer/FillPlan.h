@@ -10,7 +10,12 @@
 namespace Zorvan::Primitives {
 namespace {
 
-enum class FillStores { plain, streaming, unphased };
+enum class FillStores {
+  plain,
+  claimed,    ///< plain, with the lines asked for ahead of the stores
+  streaming,  ///< past the cache
+  unphased    ///< plain, at any address and phase
+};
 
 struct FillPlan {
   std::int64_t rows;
@@ -41,7 +46,8 @@ constexpr FillPlan planRowFill(Size roi, int dstStep, Ask askCache) {
 template <int pixelBytes>
 struct WideFillLimits {
   static constexpr std::int64_t askAbovePixels = 0x600000 / pixelBytes;
-  static constexpr int cacheShift = pixelBytes / 2;  // 1, 2, 4 bytes: 0, 1, 2
+  static constexpr std::int64_t claimAboveBytes = 0x100000;  ///< what the nearer caches hold anyway
+  static constexpr int cacheShift = pixelBytes / 2;          // 1, 2, 4 bytes: 0, 1, 2
 };
 
 constexpr int bitLength(std::int32_t positive) { return 32 - __builtin_clz(static_cast<unsigned>(positive)); }
@@ -57,14 +63,13 @@ constexpr FillPlan planWideFill(Size roi, int dstStep, bool oddRows, Ask askCach
     return {roi.height, rowBytes, FillStores::streaming};
 
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
-  bool streaming = false;
+  FillStores stores = pixels * pixelBytes > Limits::claimAboveBytes ? FillStores::claimed : FillStores::plain;
   if (pixels > Limits::askAbovePixels) {
     const auto cache = askCache();
-    streaming = cache.known && pixels >= (cache.bytes >> Limits::cacheShift);
+    if (cache.known && pixels >= (cache.bytes >> Limits::cacheShift)) stores = FillStores::streaming;
   }
   const bool fused = rowBytes == dstStep;
-  return {fused ? 1 : roi.height, fused ? pixels * pixelBytes : rowBytes,
-          streaming ? FillStores::streaming : FillStores::plain};
+  return {fused ? 1 : roi.height, fused ? pixels * pixelBytes : rowBytes, stores};
 }
 
 }  // namespace

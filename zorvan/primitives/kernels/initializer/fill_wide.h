@@ -3,31 +3,42 @@
 // Fills a row with 32-byte stores: the plain fill of the two newest variants.
 //
 // The head runs to a 64-byte boundary in pieces of 1 to 32 bytes, the body goes 128 bytes a turn with one
-// 64-byte block at its end, streaming where the plan says so, and the tail goes in pieces of 32 to 1 bytes.
-// A row that starts inside a 32-bit pixel's alignment turns the value instead, so that the body's stores stay
-// aligned. The caller fences after the last row.
+// 64-byte block at its end, streaming or with its lines claimed ahead where the plan says so, and the tail
+// goes in pieces of 32 to 1 bytes. A row that starts inside a 32-bit pixel's alignment turns the value
+// instead, so that the body's stores stay aligned. The caller fences after the last row.
 
 #include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/initializer/FillPlan.h"
 
 #ifdef __AVX2__
 namespace Zorvan::Primitives {
 namespace {
 
-template <bool streaming>
+template <FillStores stores>
 inline void fillBody(Vector32 lanes, unsigned char* dst, std::int64_t length) {
   const auto put = [lanes](unsigned char* p) {
-    if constexpr (streaming) {
+    if constexpr (stores == FillStores::streaming) {
       lanes.stream(p);
     } else {
       lanes.storeAligned(p);
     }
   };
-  for (; length >= 128; dst += 128, length -= 128) {
-    put(dst);
-    put(dst + 32);
-    put(dst + 64);
-    put(dst + 96);
+  const auto putTurn = [put](unsigned char* p) {
+    put(p);
+    put(p + 32);
+    put(p + 64);
+    put(p + 96);
+  };
+  if constexpr (stores == FillStores::claimed) {
+    // Only lines that will be written are asked for: those behind the row may be another thread's.
+    constexpr std::int64_t aheadBytes = 512;
+    for (; length >= 128 + aheadBytes; dst += 128, length -= 128) {
+      prefetchForWrite(dst + aheadBytes);
+      prefetchForWrite(dst + aheadBytes + 64);
+      putTurn(dst);
+    }
   }
+  for (; length >= 128; dst += 128, length -= 128) putTurn(dst);
   if (length >= 64) {
     put(dst);
     put(dst + 32);
@@ -35,7 +46,7 @@ inline void fillBody(Vector32 lanes, unsigned char* dst, std::int64_t length) {
 }
 
 /// Fills `length` bytes in phase with `dst`: the pixels' size divides the address.
-template <bool streaming>
+template <FillStores stores>
 inline void fillInPhase(Vector32 lanes, unsigned char* dst, std::int64_t length) {
   const Vector16 half{_mm256_castsi256_si128(lanes.bits)};
   // A row that ends before the boundary is all tail: the pieces of a head go in the other order, and would
@@ -51,14 +62,14 @@ inline void fillInPhase(Vector32 lanes, unsigned char* dst, std::int64_t length)
     if (head & 32) lanes.store(dst), dst += 32;
     length -= head;
   }
-  fillBody<streaming>(lanes, dst, length);
+  fillBody<stores>(lanes, dst, length);
   dst += length & ~std::int64_t{63};
   if (length & 32) lanes.store(dst), dst += 32;
   if (length & 16) half.store(dst), dst += 16;
   storeLowBytes(half, dst, length & 15);
 }
 
-template <bool streaming, class T>
+template <FillStores stores, class T>
 inline void fillWide(T value, unsigned char* dst, std::int64_t length) {
   if constexpr (sizeof(T) == 4) {
     for (; length != 0 && !isAligned(dst, 4); --length) {
@@ -66,7 +77,7 @@ inline void fillWide(T value, unsigned char* dst, std::int64_t length) {
       value = (value >> 8) | (value << 24);
     }
   }
-  fillInPhase<streaming>(Vector32::broadcast(value), dst, length);
+  fillInPhase<stores>(Vector32::broadcast(value), dst, length);
 }
 
 /// Fills a row of 16-bit pixels at any address, also an odd one, with plain stores only.
