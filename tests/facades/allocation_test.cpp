@@ -1,5 +1,5 @@
-// Counts what facade calls ask of the heap. The heap is watched by standing in front of the C library's malloc,
-// which sanitizers and emulating debuggers do as well: there this program is left out.
+// Counts what facade calls ask of the heap. The heap is watched by standing in front of the C library's
+// malloc, which sanitizers and emulating debuggers do as well: there this program is left out.
 
 #include <cstddef>
 #include <cstdlib>
