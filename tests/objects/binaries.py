@@ -1,0 +1,77 @@
+"""What nm, objdump and readelf tell of an object or a shared library."""
+
+import re
+import subprocess
+from collections import namedtuple
+
+Symbol = namedtuple("Symbol", "address kind name")
+Section = namedtuple("Section", "name address size flags")
+Instruction = namedtuple("Instruction", "address function name operands target")
+
+# Words that objdump prints before the name of an instruction.
+PREFIX = re.compile(r"repn?z?|lock|notrack|bnd|[cdefgs]s|data16|addr32|rex(\.\w+)?")
+
+
+def output(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+def definedSymbols(path):
+    """The symbols that the file defines, by their C++ names."""
+    symbols = []
+    for line in output("nm", "--defined-only", "--demangle", path).splitlines():
+        found = re.fullmatch(r"([0-9a-f]{16}) (\S) (.*)", line)
+        if found:
+            symbols.append(Symbol(int(found[1], 16), found[2], found[3]))
+    return symbols
+
+
+def undefinedNames(path):
+    return {line.split()[-1] for line in output("nm", "--undefined-only", path).splitlines()}
+
+
+def groupSignatures(path):
+    """The names by which the linker keeps one of several equal groups of sections."""
+    groups = output("readelf", "--section-groups", "-W", path)
+    mangled = re.findall(r"^COMDAT group section .* \[(.*?)\] contains", groups, re.M)
+    return output("c++filt", *mangled).splitlines() if mangled else []
+
+
+def sections(path):
+    found = re.findall(
+        r"^ *\[ *\d+\] (\S+) +\S+ +([0-9a-f]+) [0-9a-f]+ ([0-9a-f]+) [0-9a-f]+ +([A-Za-z]*) +\d+ +\d+ +\d+$",
+        output("readelf", "--sections", "-W", path), re.M)
+    return [Section(name, int(address, 16), int(size, 16), flags) for name, address, size, flags in found]
+
+
+def segments(path):
+    """Name, address, size in memory and flags of each program header."""
+    found = re.findall(r"^ +([A-Z_]+) +0x\S+ 0x(\S+) 0x\S+ 0x\S+ 0x(\S+) ([RWE ]{3})",
+                       output("readelf", "--segments", "-W", path), re.M)
+    return [Section(name, int(address, 16), int(size, 16), flags) for name, address, size, flags in found]
+
+
+def dynamicEntries(path):
+    return output("readelf", "--dynamic", "-W", path)
+
+
+def instructions(path):
+    """All instructions of the sections with code, in Intel syntax. `target` is the address and symbol that
+    objdump works out of an operand relative to the instruction."""
+    function = ""
+    text = output("objdump", "--disassemble", "--no-show-raw-insn", "--demangle", "-M", "intel", path)
+    for line in text.splitlines():
+        head = re.fullmatch(r"[0-9a-f]+ <(.*)>:", line)
+        if head:
+            function = head[1]
+            continue
+        parts = line.split("\t")
+        if len(parts) < 2 or not re.fullmatch(r" *[0-9a-f]+:", parts[0]):
+            continue
+        text, _, target = parts[1].partition("#")
+        words = re.sub(r"<.*>", "", text).split()
+        while len(words) > 1 and PREFIX.fullmatch(words[0]):
+            words = words[1:]
+        if not words or PREFIX.fullmatch(words[0]):
+            continue
+        yield Instruction(int(parts[0].strip(" :"), 16), function, words[0], " ".join(words[1:]), target.strip())

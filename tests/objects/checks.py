@@ -1,0 +1,136 @@
+"""The checks. Each returns its complaints, one line each; none if all is well."""
+
+import re
+
+import binaries
+import instruction_sets
+
+TAG = re.compile(r"Zorvan::Primitives::(Variant\w+)")
+ROW_BYTES, WORD_BYTES = 64, 8
+
+
+def symbols(kind, path):
+    """A variant's object may offer the linker its own names only. Of two objects that offer the same name the
+    linker takes one: the code of a newer variant would run on an older processor."""
+    offered = {s.name for s in binaries.definedSymbols(path) if s.kind.isupper() or s.kind in "ui"}
+    offered.update(binaries.groupSignatures(path))
+    return [f"{path}: offers {name}" for name in sorted(offered) if set(TAG.findall(name)) != {kind}]
+
+
+def instructions(kind, path):
+    complaints = {}
+    for i in binaries.instructions(path):
+        why = instruction_sets.complaint(kind, i.name, i.operands)
+        if why:
+            text = f"{path}: {i.name} {why}"
+            complaints.setdefault(text, f"first: {i.name} {i.operands} in {i.function}")
+    return [f"{text}; {first}" for text, first in complaints.items()]
+
+
+def initialisers(kind, path):
+    """What runs at load runs before the processor was asked."""
+    complaints = [f"{path}: section {s.name}" for s in binaries.sections(path)
+                  if re.match(r"\.(pre)?(init|fini)_array|\.[cd]tors|\.init$|\.fini$", s.name)]
+    running = re.compile("_GLOBAL__sub_I|global constructors|__cxx_global_var_init|__static_initialization")
+    complaints += [f"{path}: function {s.name}" for s in binaries.definedSymbols(path) if running.search(s.name)]
+    return complaints
+
+
+def stackOfObject(path):
+    notes = [s for s in binaries.sections(path) if s.name == ".note.GNU-stack"]
+    if not notes:
+        return [f"{path}: does not say that its stack holds no code"]
+    return [f"{path}: wants code on the stack"] if "X" in notes[0].flags else []
+
+
+def memoryOfLibrary(path):
+    stacks = [s for s in binaries.segments(path) if s.name == "GNU_STACK"]
+    complaints = []
+    if not stacks or "E" in stacks[0].flags:
+        complaints.append(f"{path}: the stack is executable")
+    if "TEXTREL" in binaries.dynamicEntries(path):
+        complaints.append(f"{path}: the loader has to write into code")
+    return complaints
+
+
+def _symbol(path, name):
+    found = [s for s in binaries.definedSymbols(path) if s.name == f"Zorvan::Primitives::{name}"]
+    return found[0].address if len(found) == 1 else None
+
+
+def rows(path, entryCount):
+    """The rows are written by the loader once, then read-only."""
+    table = _symbol(path, "table")
+    if table is None:
+        return [f"{path}: has no symbol of the table"]
+    end = table + entryCount * ROW_BYTES
+    complaints = []
+    holding = [s for s in binaries.sections(path) if s.address <= table and end <= s.address + s.size and s.address]
+    if [s.name for s in holding] != [".data.rel.ro"]:
+        complaints.append(f"{path}: the table is in {' '.join(s.name for s in holding) or 'no one section'}")
+    if not any(s.name == "GNU_RELRO" and s.address <= table and end <= s.address + s.size
+               for s in binaries.segments(path)):
+        complaints.append(f"{path}: the table stays writable")
+    return complaints
+
+
+def _numbers(text):
+    return [int(n, 16) for n in re.findall(r"(?<!\w)0x([0-9a-f]+)", text)]
+
+
+def stub(code, variantIndex, row):
+    """Load the index, form the row's address, jump to the routine: nothing else, and through the entry's own
+    row. `code` is a stub's instructions up to the padding behind its jump."""
+    loadsOfIndex, address, routine = 0, 0, None
+    for i in code:
+        target = int(i.target.split()[0], 16) if i.target else None
+        memory = re.search(r"\[(.*)\]", i.operands)
+        isIndexed = memory is not None and "*8" in memory[1]
+        if i.name == "endbr64":
+            continue
+        if i.name in ("mov", "movsxd") and target == variantIndex:
+            loadsOfIndex += 1
+        elif i.name == "cdqe":
+            continue
+        elif i.name == "lea" and target is not None:
+            address = target
+        elif i.name == "mov" and isIndexed and routine is None:
+            routine = address + sum(_numbers(memory[1]))
+        elif i.name == "jmp" and isIndexed and routine is None:
+            routine = address + sum(_numbers(memory[1]))
+        elif i.name == "jmp" and memory is None and re.fullmatch("r[a-z0-9]+", i.operands) and routine is not None:
+            pass
+        else:
+            return f"has {i.name} {i.operands}"
+    if not code or code[-1].name != "jmp" or sum(i.name == "jmp" for i in code) != 1:
+        return "does not end in its one jump"
+    if loadsOfIndex != 1:
+        return "does not load the index once"
+    # The index is -1 before the first call: word 0 is addressed through the word behind it.
+    if routine != row + WORD_BYTES:
+        return "does not jump through its own row"
+    if code[0].address % 16 != 0:
+        return "does not start at a multiple of 16"
+    return None
+
+
+def stubs(path, names):
+    table, variantIndex = _symbol(path, "table"), _symbol(path, "variantIndex")
+    if table is None or variantIndex is None:
+        return [f"{path}: has no symbols of the table and the index"]
+    functions = {}
+    for i in binaries.instructions(path):
+        functions.setdefault(i.function, []).append(i)
+    complaints = []
+    for position, name in enumerate(names):
+        found = [f for f in functions if re.match(rf"Zorvan::Primitives::{name}\(", f)]
+        if len(found) != 1:
+            complaints.append(f"{path}: has {len(found)} stubs {name}")
+            continue
+        code = functions[found[0]]
+        while code and (code[-1].name in ("nop", "int3", "ud2") or code[-1].operands == "ax,ax"):
+            code = code[:-1]
+        why = stub(code, variantIndex, table + position * ROW_BYTES)
+        if why:
+            complaints.append(f"{path}: the stub of {name} {why}")
+    return complaints

@@ -1,0 +1,298 @@
+#!/usr/bin/env python3
+"""Plants a violation of each check into a small source and looks whether the check reports it."""
+
+import os
+import subprocess
+import tempfile
+import unittest
+
+import binaries
+import checks
+
+CXX = os.environ.get("CXX", "c++")
+
+NAMESPACE = """
+namespace Zorvan::Primitives {
+struct VariantSse2 {};
+struct VariantAvx2 {};
+template <class V> struct Routines { static int entry(int); };
+"""
+OWN_NAMES = NAMESPACE + """
+namespace { template <class V> [[gnu::noinline]] int helper(int i) { return i * 3; } }
+template <class V> int Routines<V>::entry(int i) { return helper<V>(i); }
+template struct Routines<VariantSse2>;
+}
+"""
+
+
+class Planted(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+
+    def compiled(self, source, *options, name="planted.o"):
+        path = os.path.join(self.folder.name, name)
+        subprocess.run([CXX, "-std=c++20", "-O0", "-fPIC", "-fvisibility=hidden", *options, "-x", "c++", "-", "-o", path],
+                       input=source, text=True, check=True)
+        return path
+
+    def object(self, source, *options):
+        return self.compiled(source, "-c", *options)
+
+    def assembled(self, text):
+        """None where the assembler does not know the instruction."""
+        path = os.path.join(self.folder.name, "planted.o")
+        done = subprocess.run([CXX, "-c", "-x", "assembler", "-", "-o", path], input=f"f: {text}\n",
+                              text=True, capture_output=True)
+        return path if done.returncode == 0 else None
+
+    def assertReports(self, complaints, *words):
+        for word in words:
+            self.assertTrue(any(word in complaint for complaint in complaints), f"{word} in {complaints}")
+
+
+class Symbols(Planted):
+    def test_own_names_pass(self):
+        self.assertEqual(checks.symbols("VariantSse2", self.object(OWN_NAMES)), [])
+
+    def test_another_variants_names(self):
+        self.assertReports(checks.symbols("VariantAvx2", self.object(OWN_NAMES)), "entry(int)")
+
+    def test_a_name_with_two_tags(self):
+        source = OWN_NAMES.replace("class V> struct Routines", "class V, class W> struct Routines") \
+            .replace("class V> int Routines<V>", "class V, class W> int Routines<V, W>") \
+            .replace("Routines<VariantSse2>", "Routines<VariantSse2, VariantAvx2>")
+        self.assertReports(checks.symbols("VariantSse2", self.object(source)), "entry(int)")
+
+    def test_a_global_function(self):
+        self.assertReports(checks.symbols("VariantSse2", self.object(OWN_NAMES + "int open() { return 1; }")), "open()")
+
+    def test_an_inline_function_of_the_standard_library(self):
+        source = "#include <algorithm>\n" + OWN_NAMES + "static int f(int a) { return std::max(a, 1); } int (*use)(int) = f;"
+        self.assertReports(checks.symbols("VariantSse2", self.object(source)), "std::max<int>", "use")
+
+    def test_a_merged_variable(self):
+        source = OWN_NAMES + "inline int& once() { static int value = 1; return value; } static int f() { return once(); } " \
+            "[[gnu::used]] static int (*volatile use)() = f;"
+        self.assertReports(checks.symbols("VariantSse2", self.object(source)), "once()::value")
+
+    def test_the_unwinder(self):
+        source = OWN_NAMES + "struct S { ~S(); }; void g(); static void f() { S s; g(); } " \
+            "[[gnu::used]] static void (*volatile use)() = f;"
+        self.assertReports(checks.symbols("VariantSse2", self.object(source)), "DW.ref.__gxx_personality_v0")
+
+
+# For each instruction: kinds that have to refuse it and kinds that may have it.
+INSTRUCTIONS = [
+    ("bsf %eax, %ecx", "", "frame general base VariantSse2 VariantAvx512"),
+    ("cpuid", "base VariantSse2 VariantAvx512", "frame"),
+    ("xgetbv", "base VariantSse2", "frame"),
+    ("movd %xmm0, %eax", "frame", "base VariantSse2"),
+    ("emms", "frame", ""),
+    ("movq %mm0, %mm1", "frame base VariantSse2 VariantAvx512", ""),
+    ("fldz", "frame base VariantSse2 VariantAvx512", ""),
+    ("movntdq %xmm0, (%rdi)", "frame", "base VariantSse2 VariantAvx512"),
+    ("lddqu (%rdi), %xmm0", "base VariantSse2", "VariantSsse3 VariantAvx"),
+    ("pshufb %xmm1, %xmm0", "base VariantSse2", "VariantSsse3 VariantSse42"),
+    ("palignr $3, %xmm1, %xmm0", "VariantSse2", "VariantSsse3"),
+    ("pblendvb %xmm0, %xmm1, %xmm2", "VariantSse2 VariantSsse3", "VariantSse42 VariantAvx"),
+    ("pmovzxbw %xmm1, %xmm0", "VariantSsse3", "VariantSse42"),
+    ("pcmpgtq %xmm1, %xmm0", "VariantSsse3", "VariantSse42"),
+    ("popcnt %eax, %ecx", "VariantSse2 VariantSsse3", "VariantSse42 VariantAvx VariantAvx512"),
+    ("crc32l %eax, %ecx", "VariantSsse3", "VariantSse42"),
+    ("vpaddd %xmm0, %xmm1, %xmm2", "VariantSse2 VariantSse42", "VariantAvx VariantAvx2 VariantAvx512"),
+    ("vaddps %ymm0, %ymm1, %ymm2", "VariantSse42", "VariantAvx"),
+    ("vmovdqu %ymm0, (%rdi)", "VariantSse42", "VariantAvx"),
+    ("vptest %ymm0, %ymm1", "VariantSse42", "VariantAvx"),
+    ("vcmpneq_oqps %ymm0, %ymm1, %ymm2", "VariantSse42", "VariantAvx VariantAvx512"),
+    ("vzeroupper", "VariantSse42", "VariantAvx"),
+    ("vpaddd %ymm0, %ymm1, %ymm2", "VariantAvx", "VariantAvx2"),
+    ("vmovntdqa (%rdi), %ymm0", "VariantAvx", "VariantAvx2"),
+    ("vpmovmskb %ymm0, %eax", "VariantAvx", "VariantAvx2"),
+    ("vbroadcastss (%rdi), %ymm0", "VariantSse42", "VariantAvx"),
+    ("vbroadcastss %xmm1, %ymm0", "VariantAvx", "VariantAvx2"),
+    ("vpbroadcastb %xmm1, %xmm0", "VariantAvx", "VariantAvx2"),
+    ("vinserti128 $1, %xmm0, %ymm1, %ymm2", "VariantAvx", "VariantAvx2"),
+    ("vfmadd231ps %xmm0, %xmm1, %xmm2", "VariantAvx", "VariantAvx2 VariantAvx512"),
+    ("tzcnt %eax, %ecx", "base VariantSse2 VariantSse42 VariantAvx", "VariantAvx2"),
+    ("rep bsf %eax, %ecx", "base VariantSse2 VariantSse42 VariantAvx", "VariantAvx2"),
+    ("andn %eax, %ecx, %edx", "VariantAvx", "VariantAvx2"),
+    ("shlx %eax, %ecx, %edx", "VariantAvx", "VariantAvx2"),
+    ("lzcnt %eax, %ecx", "frame base VariantSse2 VariantAvx2 VariantAvx512", ""),
+    ("rep bsr %eax, %ecx", "frame base VariantSse2 VariantAvx2 VariantAvx512", ""),
+    ("movbe (%rdi), %eax", "VariantSse2 VariantSsse3 VariantAvx2 VariantAvx512", ""),
+    ("adcx %eax, %ecx", "VariantAvx2 VariantAvx512", ""),
+    ("vcvtps2ph $0, %xmm0, %xmm1", "VariantAvx VariantAvx2 VariantAvx512", ""),
+    ("aesenc %xmm0, %xmm1", "VariantSse42 VariantAvx512", ""),
+    ("pclmulqdq $0, %xmm0, %xmm1", "VariantSse42 VariantAvx512", ""),
+    ("sha1msg1 %xmm0, %xmm1", "VariantSse42 VariantAvx512", ""),
+    ("rdrand %eax", "VariantAvx512", ""),
+    ("prefetchw (%rdi)", "VariantSse2 VariantAvx512", ""),
+    ("vpaddd %zmm0, %zmm1, %zmm2", "VariantAvx2", "VariantAvx512"),
+    ("vpaddd %ymm16, %ymm1, %ymm2", "VariantAvx2", "VariantAvx512"),
+    ("vaddps %xmm31, %xmm1, %xmm2", "VariantAvx2", "VariantAvx512"),
+    ("vpaddd %ymm0, %ymm1, %ymm2{%k1}", "VariantAvx2", "VariantAvx512"),
+    ("vmovdqu8 %ymm0, (%rdi)", "VariantAvx2", "VariantAvx512"),
+    ("vpcmpub $2, %zmm0, %zmm1, %k1", "VariantAvx2", "VariantAvx512"),
+    ("kmovw %eax, %k1", "VariantAvx2", "VariantAvx512"),
+    ("vpternlogd $1, %ymm0, %ymm1, %ymm2", "VariantAvx2", "VariantAvx512"),
+    ("vplzcntd %zmm0, %zmm1", "VariantAvx2", "VariantAvx512"),
+    ("vpmullq %zmm0, %zmm1, %zmm2", "VariantAvx2", "VariantAvx512"),
+    ("vpermb %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
+    ("vpopcntd %zmm0, %zmm1", "VariantAvx512", ""),
+    ("vpopcntb %zmm0, %zmm1", "VariantAvx512", ""),
+    ("vpdpbusd %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
+    ("vpmadd52luq %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
+    ("vpcompressb %zmm0, %zmm1", "VariantAvx512", ""),
+    ("vpshldd $1, %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
+    ("vaddph %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
+    ("vcvtneps2bf16 %zmm0, %ymm1", "VariantAvx512", ""),
+    ("vgf2p8mulb %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
+    ("vaesenc %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
+    ("rep movsb", "", "frame base VariantSse2 VariantAvx512"),
+    ("lock xaddl %eax, (%rdi)", "", "frame base"),
+]
+
+
+class Instructions(Planted):
+    def test_every_instruction(self):
+        unknown = []
+        for instruction, refusing, allowing in INSTRUCTIONS:
+            path = self.assembled(instruction)
+            if path is None:
+                unknown.append(instruction)
+                continue
+            for kind in refusing.split():
+                with self.subTest(instruction, kind=kind):
+                    self.assertNotEqual(checks.instructions(kind, path), [])
+            for kind in allowing.split():
+                with self.subTest(instruction, kind=kind):
+                    self.assertEqual(checks.instructions(kind, path), [])
+        # Assemblers lag behind processors, by a few instructions at most.
+        self.assertLess(len(unknown), 3, unknown)
+
+    def test_compiled_code(self):
+        source = "typedef int V __attribute__((vector_size(32))); V f(V a, V b) { return a + b; }"
+        path = self.object(source, "-mavx2")
+        self.assertReports(checks.instructions("VariantAvx", path), "vpaddd")
+        self.assertEqual(checks.instructions("VariantAvx2", path), [])
+
+
+class Initialisers(Planted):
+    def test_none(self):
+        self.assertEqual(checks.initialisers("VariantSse2", self.object(OWN_NAMES)), [])
+
+    def test_a_dynamic_initialiser(self):
+        path = self.object("int roll(); static volatile int rolled = roll();")
+        self.assertReports(checks.initialisers("VariantSse2", path), ".init_array", "_GLOBAL__sub_I")
+
+    def test_a_constructor_function(self):
+        path = self.object("[[gnu::constructor]] static void early() {}")
+        self.assertReports(checks.initialisers("VariantSse2", path), ".init_array")
+
+    def test_old_constructors(self):
+        path = self.object('asm(".section .ctors,\\"aw\\"; .quad 0; .text");')
+        self.assertReports(checks.initialisers("VariantSse2", path), ".ctors")
+
+
+class Memory(Planted):
+    def test_compiled_code(self):
+        self.assertEqual(checks.stackOfObject(self.object(OWN_NAMES)), [])
+
+    def test_an_object_that_wants_code_on_the_stack(self):
+        path = self.assembled('ret; .section .note.GNU-stack,"x",@progbits')
+        self.assertReports(checks.stackOfObject(path), "wants code")
+
+    def test_an_object_that_says_nothing(self):
+        self.assertReports(checks.stackOfObject(self.assembled("ret")), "does not say")
+
+    def test_libraries(self):
+        plain = self.compiled("int f() { return 1; }", "-shared", name="plain.so")
+        self.assertEqual(checks.memoryOfLibrary(plain), [])
+        stack = self.compiled("int f() { return 1; }", "-shared", "-Wl,-z,execstack", name="stack.so")
+        self.assertReports(checks.memoryOfLibrary(stack), "executable")
+        text = self.compiled('int data; asm(".text; f: movabs $data, %rax; ret");', "-shared", "-Wl,-z,notext", name="text.so")
+        self.assertReports(checks.memoryOfLibrary(text), "write into code")
+
+
+# One row of eight words for each of six entries, as the library lays them out.
+TABLE = """
+namespace Zorvan::Primitives {
+int variantIndex = -1;
+using Routine = int (*)(int);
+struct Row { Routine routine[8]; };
+int routine(int i) { return i; }
+extern %s const Row table[6];
+%s const Row table[6] = {{{&routine}}, {{&routine}}, {{&routine}}, {{&routine}}, {{&routine}}, {{&routine}}};
+#define ROUTINE(row) table[row].routine[1 + (long)variantIndex]
+"""
+
+
+class Rows(Planted):
+    def library(self, attribute, *options):
+        return self.compiled(TABLE % (attribute, attribute) + "}", "-shared", *options, name="rows.so")
+
+    def test_rows_in_read_only_memory(self):
+        self.assertEqual(checks.rows(self.library("", "-Wl,-z,relro"), 6), [])
+
+    def test_rows_that_stay_writable(self):
+        path = self.library('__attribute__((section(".data.mine,\\"aw\\",@progbits#")))')
+        self.assertReports(checks.rows(path, 6), "is in .data", "stays writable")
+
+    def test_rows_without_read_only_memory(self):
+        self.assertReports(checks.rows(self.library("", "-Wl,-z,norelro"), 6), "stays writable")
+
+    def test_rows_beyond_their_section(self):
+        self.assertReports(checks.rows(self.library("", "-Wl,-z,relro"), 1000), "in no one section")
+
+    def test_a_library_without_rows(self):
+        self.assertReports(checks.rows(self.compiled("int f() { return 1; }", "-shared", name="none.so"), 6), "no symbol")
+
+
+class Stubs(Planted):
+    SOURCE = TABLE % ("", "") + """
+    int first(int i) { return ROUTINE(0)(i); }
+    int branching(int i) { if (variantIndex < 0) return 0; return ROUTINE(1)(i); }
+    int calling(int i) { return ROUTINE(2)(i) + 1; }
+    int strange(int i) { return ROUTINE(5)(i); }
+    int changing(int i) { return ROUTINE(4)(i + 1); }
+    int stacking(int, int, int, int, int, int, int i) { *(volatile int*)&i = 7; return ROUTINE(5)(1); }
+    }
+    """
+    NAMES = ["first", "branching", "calling", "strange", "changing", "stacking"]
+
+    def complaints(self, source, names, *options):
+        path = self.compiled(source, "-O2", "-shared", *options, name="stubs.so")
+        return checks.stubs(path, names)
+
+    def test_all_but_the_first(self):
+        complaints = self.complaints(self.SOURCE, self.NAMES)
+        self.assertFalse(any(" first " in c for c in complaints), complaints)
+        self.assertReports(complaints, *(f"the stub of {name} " for name in self.NAMES[1:]))
+        self.assertReports(complaints, "strange does not jump through its own row")
+
+    def test_missing_stub(self):
+        self.assertReports(self.complaints(self.SOURCE, ["first", "absent"]), "0 stubs absent")
+
+    def test_code_that_no_compiler_makes(self):
+        path = self.compiled(self.SOURCE, "-O2", "-shared", name="stubs.so")
+        symbol = {s.name.split("::")[-1]: s.address for s in binaries.definedSymbols(path)}
+        code = [i for i in binaries.instructions(path) if "::first(" in i.function]
+        code = code[:1 + next(n for n, i in enumerate(code) if i.name == "jmp")]
+
+        def why(instructions):
+            return checks.stub(instructions, symbol["variantIndex"], symbol["table"])
+
+        call = binaries.Instruction(code[0].address, code[0].function, "call", "1000", "")
+        jump = call._replace(name="jne")
+        moved = [i._replace(address=i.address + 8) for i in code]
+        self.assertIsNone(why(code))
+        self.assertEqual(why([call, *code]), "has call 1000")
+        self.assertEqual(why([code[0], jump, *code[1:]]), "has jne 1000")
+        self.assertEqual(why([code[0], *code]), "does not load the index once")
+        self.assertEqual(why(code[:-1]), "does not end in its one jump")
+        self.assertEqual(why(moved), "does not start at a multiple of 16")
+
+
+if __name__ == "__main__":
+    unittest.main()

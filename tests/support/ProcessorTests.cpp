@@ -1,0 +1,75 @@
+#include "tests/support/ProcessorTests.h"
+
+#include <cpuid.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "tests/support/Options.h"
+#include "tests/support/VariantTests.h"
+#include "zorvan/primitives/frame/Entries.h"
+#include "zorvan/primitives/frame/Processor.h"
+
+namespace Zorvan::Test {
+namespace {
+
+using namespace Primitives;
+
+struct Leaf0 {
+  unsigned highestLeaf = 0;
+  bool isGenuineIntel = false;
+};
+
+Leaf0 leaf0() {
+  unsigned eax = 0, name[3] = {};
+  __cpuid(0, eax, name[0], name[2], name[1]);
+  return {eax, std::memcmp(name, "GenuineIntel", 12) == 0};
+}
+
+class ProcessorTest : public testing::Test {
+ public:
+  explicit ProcessorTest(void (*body)()) : body_(body) {}
+  void TestBody() override { body_(); }
+
+ private:
+  void (*body_)();
+};
+
+void selectsTheExpectedVariant() {
+  variantIndex = -1;
+  u8 pixel = 0;
+  EXPECT_EQ(ippiSet_8u_C1R(3, &pixel, 1, {1, 1}), 0);
+  EXPECT_EQ(pixel, 3);
+  EXPECT_EQ(variantIndex, options().expectedIndex);
+  EXPECT_EQ(highestVariant(), options().expectedIndex);
+}
+
+void selectsAlikeForAllVendors() {
+  const int status = coreSelectVariant();
+  EXPECT_EQ(status == 20, !leaf0().isGenuineIntel) << "status " << status;
+  EXPECT_EQ(variantIndex, options().expectedIndex);
+}
+
+void knowsTheCacheOfLeaf2() {
+  std::int32_t size = -2;
+  EXPECT_EQ(coreGetCacheSize(&size), 0);
+  EXPECT_GT(size, 0);
+}
+
+void registerTest(const char* name, void (*body)()) {
+  testing::RegisterTest("Processor", name, nullptr, nullptr, __FILE__, __LINE__,
+                        [body]() -> testing::Test* { return new ProcessorTest(body); });
+}
+
+}  // namespace
+
+void registerProcessorTests() {
+  if (options().expectedIndex < 0) return;
+  registerTest("SelectsTheExpectedVariant", selectsTheExpectedVariant);
+  registerTest("SelectsAlikeForAllVendors", selectsAlikeForAllVendors);
+  const Leaf0 processor = leaf0();
+  const bool readsLeaf2 = processor.highestLeaf == 2 || processor.highestLeaf == 3;
+  if (processor.isGenuineIntel && readsLeaf2) registerTest("KnowsTheCacheOfLeaf2", knowsTheCacheOfLeaf2);
+}
+
+}  // namespace Zorvan::Test
