@@ -1,17 +1,27 @@
 #include "zorvan/primitives/frame/Table.h"
 
-#include <cstddef>
-
 #include "zorvan/primitives/frame/Processor.h"
 #include "zorvan/primitives/frame/Routines.h"
 
 namespace Zorvan::Primitives {
 
-#define STUB(name, Result, Parameters, Arguments) \
-  Result name Parameters { return table.name.routine[1 + std::ptrdiff_t{variantIndex}] Arguments; }
+// The routine gets the call as the client made it. A compiler that is given the call in C++ may widen narrow
+// arguments or move those on the stack first, so the three instructions are spelled out; rax and r11 carry no
+// argument.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+#define STUB(name, Result, Parameters, Arguments)           \
+  [[gnu::naked, gnu::aligned(16)]] Result name Parameters { \
+    asm("movslq %c0(%%rip), %%rax\n\t"                      \
+        "leaq %c1(%%rip), %%r11\n\t"                        \
+        "jmp *(%%r11,%%rax,8)"                              \
+        :                                                   \
+        : "i"(&variantIndex), "i"(&table.name.routine[1])); \
+  }
 #define ENTRY(...) STUB(__VA_ARGS__)
 #include "zorvan/primitives/frame/Entries.def"
 #undef STUB
+#pragma GCC diagnostic pop
 
 namespace {
 

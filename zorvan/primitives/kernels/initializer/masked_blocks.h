@@ -6,6 +6,7 @@
 // bits tell an empty block, which is left alone, from a full one, which is stored unread, and a mixed one.
 // Each block reads and writes its own pixels only.
 
+#include "zorvan/primitives/kernels/common/Bits.h"
 #include "zorvan/primitives/kernels/initializer/masked_row.h"
 
 namespace Zorvan::Primitives {
@@ -89,7 +90,7 @@ struct SparsePixels16 {
       return;
     }
     do {
-      const int i = __builtin_ctz(static_cast<unsigned>(bits));
+      const int i = lowestSetBit(static_cast<unsigned>(bits));
       storeAs<Pixel>(dst + i * pixelBytes, source.pixel(i));
       bits &= bits - 1;
     } while (bits != 0);
