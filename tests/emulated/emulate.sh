@@ -20,7 +20,7 @@ if [ $firstCalls = no ]; then
   exit
 fi
 failures=0 calls=0
-for flag in --race $("$1" | sed '1d; s/^/--call=/'); do
+for flag in --race $("$1" | sed 's/^/--call=/'); do
   calls=$((calls + 1))
   said=$(run "$program" "$flag" 2>/dev/null) || said="$said (the process failed)"
   if [ -n "$said" ]; then failures=$((failures + 1)); echo "$flag: $said"; fi

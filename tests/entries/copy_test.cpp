@@ -50,6 +50,7 @@ class CopyForms {
   static constexpr std::size_t kArenaBytes = 6 << 20;
 
   static bool isFull() { return options().level == Level::full; }
+  static bool isFew() { return options().level == Level::few; }
 
   template <class T>
   void formsOf(CopyRoutine<T>* copy) {
@@ -95,6 +96,7 @@ class CopyForms {
   void runs(CopyRoutine<T>* copy) {
     constexpr int pixel = sizeof(T);
     for (const int limit : {0x8000, 0x20000, 0x100000, 0x200000, 0x300000, 0x400000}) {
+      if (limit > 0x100000 && isFew()) continue;
       for (const int bytes : {limit - pixel, limit, limit + pixel}) {
         for (const int at : {0, 1, 63}) {
           if (at == 1 || isFull()) check(copy, {bytes, 1, bytes, bytes, 64 - at, at});
@@ -112,6 +114,7 @@ class CopyForms {
     constexpr int pixel = sizeof(T);
     for (const int total : {0x20000, 0x100000, 0x380000}) {
       if (total == 0x100000 && !isFull()) continue;
+      if (total > 0x20000 && isFew()) continue;
       for (const int extra : {0, pixel, 16, 32, 48, 64, 96, 124}) {
         if (extra % 48 == 0 && extra != 0 && !isFull()) continue;
         const int bytes = 1024 + extra;
@@ -132,7 +135,7 @@ class CopyForms {
   void inPlace(CopyRoutine<T>* copy) {
     for (const int bytes : {4, 60, 100, 508, 544, 4096, 40004, 0x480004}) {
       for (const int rows : {1, 5}) {
-        if (std::int64_t{bytes} * rows > (5 << 20)) continue;
+        if (std::int64_t{bytes} * rows > (isFew() ? 1 << 20 : 5 << 20)) continue;
         for (const int gap : {0, 32}) {
           unsigned char* const first = src_.begin() + 32;
           const std::vector<unsigned char> before(first, first + std::int64_t{bytes + gap} * rows);
