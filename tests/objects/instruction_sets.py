@@ -17,6 +17,8 @@ FEATURES = {
         (movs|stos|cmps|scas|lods)[bwdq]?
     """,
     "processor": "cpuid xgetbv",
+    # Promised by no tier. Every 64-bit processor of the two newest tiers runs it or skips it: it is a hint.
+    "write-hint": "prefetchw",
     "SSE": r"""
         mov(aps|ups|ss|hps|lps|hlps|lhps|mskps|ntps) shufps unpck[hl]ps
         (add|sub|mul|div|sqrt|min|max|rcp|rsqrt)[ps]s (and|andn|or|xor)ps
@@ -94,7 +96,7 @@ KINDS = {
     "VariantSsse3": ("VariantSse2", "SSE3 SSSE3", []),
     "VariantSse42": ("VariantSsse3", "SSE4.1 SSE4.2", []),
     "VariantAvx": ("VariantSse42", "AVX", ["ymm"]),
-    "VariantAvx2": ("VariantAvx", "AVX2 FMA BMI1 BMI2", []),
+    "VariantAvx2": ("VariantAvx", "AVX2 FMA BMI1 BMI2 write-hint", []),
     "VariantAvx512": ("VariantAvx2", "AVX-512F AVX-512CD AVX-512BW AVX-512DQ", ["xmm16 to ymm31", "zmm", "k"]),
 }
 

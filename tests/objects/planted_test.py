@@ -127,7 +127,7 @@ INSTRUCTIONS = [
     ("pclmulqdq $0, %xmm0, %xmm1", "VariantSse42 VariantAvx512", ""),
     ("sha1msg1 %xmm0, %xmm1", "VariantSse42 VariantAvx512", ""),
     ("rdrand %eax", "VariantAvx512", ""),
-    ("prefetchw (%rdi)", "VariantSse2 VariantAvx512", ""),
+    ("prefetchw (%rdi)", "frame base VariantSse2 VariantAvx", "VariantAvx2 VariantAvx512"),
     ("vpaddd %zmm0, %zmm1, %zmm2", "VariantAvx2", "VariantAvx512"),
     ("vpaddd %ymm16, %ymm1, %ymm2", "VariantAvx2", "VariantAvx512"),
     ("vaddps %xmm31, %xmm1, %xmm2", "VariantAvx2", "VariantAvx512"),
