@@ -11,6 +11,7 @@
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
+#include "zorvan/primitives/kernels/computervision/flood_pixels.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -28,56 +29,79 @@ struct FilledArea {
   }
 };
 
+/// The runs whose neighbours are still to be looked for, the last one first. That one is held back from
+/// memory until another is pushed: along a line of short runs each is popped as soon as it was pushed.
+class FillStack {
+ public:
+  explicit FillStack(u8* buffer)
+      : bottom_(reinterpret_cast<FillSegment*>(buffer + bytesToBoundary(buffer, fillStackAlignmentBytes))),
+        top_(bottom_) {}
+
+  [[gnu::always_inline]] void push(const FillSegment& run) {
+    if (holdsLast_) *top_++ = last_;
+    last_ = run;
+    holdsLast_ = true;
+  }
+
+  /// False if there is none left.
+  [[gnu::always_inline]] bool pop(FillSegment& run) {
+    if (holdsLast_) {
+      run = last_;
+      holdsLast_ = false;
+      return true;
+    }
+    if (top_ == bottom_) return false;
+    run = *--top_;
+    return true;
+  }
+
+ private:
+  FillSegment* bottom_;
+  FillSegment* top_;
+  FillSegment last_{};
+  bool holdsLast_ = false;
+};
+
 /// `Row` knows how pixels are found and runs filled along a row.
 template <class Row>
 class FloodFill {
  public:
   FloodFill(const Row& row, void* image, int step, Size roi, u8* buffer)
-      : row_(row),
-        image_(static_cast<unsigned char*>(image)),
-        step_(step),
-        roi_(roi),
-        bottom_(reinterpret_cast<FillSegment*>(buffer + bytesToBoundary(buffer, fillStackAlignmentBytes))) {}
+      : row_(row), image_(static_cast<unsigned char*>(image)), step_(step), roi_(roi), stack_(buffer) {}
 
   FilledArea run(Point seed) {
+    // The seed's run is walked pixel by pixel in every form.
+    const FillPixels<typename Row::Pixel>& pixels = row_;
     unsigned char* const line = rowAt(image_, step_, seed.y);
-    const auto left = static_cast<std::int32_t>(pixels().extendLeft(line, seed.x));
-    const auto right = static_cast<std::int32_t>(pixels().extendRight(line, seed.x));
-    FilledArea area{left, right, seed.y, seed.y, static_cast<std::uint32_t>(right - left + 1)};
-    if (roi_.height < 2) return area;
+    const auto left = static_cast<std::int32_t>(pixels.extendLeft(line, seed.x));
+    const auto right = static_cast<std::int32_t>(pixels.extendRight(line, seed.x));
+    area_ = {left, right, seed.y, seed.y, static_cast<std::uint32_t>(right - left + 1)};
+    if (roi_.height < 2) return area_;
 
-    FillSegment* top = bottom_;
     // Nothing of the row that this run counts as reached from is known.
-    *top++ = {seed.y, left, right, right + 1, right, seed.y == roi_.height - 1 ? -1 : 1};
-    while (top != bottom_) {
-      const FillSegment segment = *--top;
-      area.include(segment);
+    FillSegment segment{seed.y, left, right, right + 1, right, seed.y == roi_.height - 1 ? -1 : 1};
+    do {
+      area_.include(segment);
       const std::int32_t ahead = segment.y - segment.direction;
       const std::int32_t back = segment.y + segment.direction;
       if (static_cast<std::uint32_t>(ahead) < static_cast<std::uint32_t>(roi_.height)) {
-        scan(segment, ahead, segment.left, segment.right, segment.direction, top, area);
+        scan(segment, ahead, segment.left, segment.right, segment.direction);
       }
       if (segment.left < segment.parentLeft) {
-        scan(segment, back, segment.left, std::int64_t{segment.parentLeft} - 1, -segment.direction, top,
-             area);
+        scan(segment, back, segment.left, std::int64_t{segment.parentLeft} - 1, -segment.direction);
       }
       if (segment.parentRight < segment.right) {
-        scan(segment, back, std::int64_t{segment.parentRight} + 1, segment.right, -segment.direction, top,
-             area);
+        scan(segment, back, std::int64_t{segment.parentRight} + 1, segment.right, -segment.direction);
       }
-    }
-    return area;
+    } while (stack_.pop(segment));
+    return area_;
   }
 
  private:
-  /// The seed's run is walked pixel by pixel in every form.
-  const FillPixels<typename Row::Pixel>& pixels() const { return row_; }
-
   /// Fills the runs of row `y` that reach into the columns `x` to `right`, and pushes them as children of
   /// `parent`. A run may go on beyond the columns on both sides, which is how a fill flows around obstacles.
   [[gnu::always_inline]] void scan(const FillSegment& parent, std::int32_t y, std::int64_t x,
-                                   std::int64_t right, std::int32_t direction, FillSegment*& top,
-                                   FilledArea& area) {
+                                   std::int64_t right, std::int32_t direction) {
     unsigned char* const line = rowAt(image_, step_, y);
     const std::int64_t first = x;
     for (;;) {
@@ -86,13 +110,9 @@ class FloodFill {
       // Behind the first column, the one before a found pixel is known not to hold the old value.
       const std::int64_t runLeft = x == first ? row_.extendLeft(line, x) : x;
       const std::int64_t runRight = row_.extendRight(line, x, right);
-      *top++ = {y,
-                static_cast<std::int32_t>(runLeft),
-                static_cast<std::int32_t>(runRight),
-                parent.left,
-                parent.right,
-                direction};
-      area.count += static_cast<std::uint32_t>(runRight - runLeft + 1);
+      stack_.push({y, static_cast<std::int32_t>(runLeft), static_cast<std::int32_t>(runRight), parent.left,
+                   parent.right, direction});
+      area_.count += static_cast<std::uint32_t>(runRight - runLeft + 1);
       x = runRight + 2;
       if (x > right) return;
     }
@@ -102,7 +122,8 @@ class FloodFill {
   unsigned char* image_;
   int step_;
   Size roi_;
-  FillSegment* bottom_;
+  FillStack stack_;
+  FilledArea area_{};
 };
 
 }  // namespace
