@@ -7,4 +7,5 @@
 #include "zorvan/foundation/IppIMemory.h"
 #include "zorvan/foundation/IppSMemory.h"
 #include "zorvan/foundation/Status.h"
+#include "zorvan/operations/computervision/ComputerVision.h"
 #include "zorvan/operations/initializer/Initializer.h"

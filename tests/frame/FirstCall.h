@@ -40,6 +40,20 @@ std::string callFirst(int (*entry)(Parameters...), const Primitives::Row<int(Par
   return "";
 }
 
+/// Flood fill: the seed, the value and the record arrive.
+template <class T>
+std::string callFirst(
+    int (*entry)(T*, int, Size, Point, T, Primitives::_IppiConnectedComp*, u8*),
+    const Primitives::Row<int(T*, int, Size, Point, T, Primitives::_IppiConnectedComp*, u8*)>& row) {
+  T pixels[4] = {};
+  Primitives::_IppiConnectedComp region{};
+  u8 work[128];
+  if (entry(pixels, 2 * sizeof(T), {2, 2}, {1, 0}, T(5), &region, work) != 0) return "the status differs";
+  if (selectedRoutine(row) == nullptr) return "no variant has been selected";
+  if (region.area != 4 || region.value[0] != 5 || region.rect.width != 2) return "an argument was lost";
+  return "";
+}
+
 /// Image memory: the pixels of a fresh image can be written, and the step is told.
 template <class T>
 std::string callFirst(T* (*entry)(int, int, int*), const Primitives::Row<T*(int, int, int*)>& row) {

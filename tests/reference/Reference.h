@@ -7,6 +7,8 @@
 
 namespace Zorvan::Reference {
 
+using Primitives::_IppiConnectedComp;
+
 #define DECLARE(name, Result, Parameters, Arguments) Result name Parameters;
 #define ENTRY(...) DECLARE(__VA_ARGS__)
 #define COMMON_ENTRY(...)

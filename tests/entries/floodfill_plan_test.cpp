@@ -1,0 +1,32 @@
+#include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
+
+#include <gtest/gtest.h>
+
+namespace Zorvan::Primitives {
+namespace {
+
+TEST(FloodFillPlan, TellsARecordForFourPixelsAndWraps) {
+  EXPECT_EQ(toldFillBufferBytes({1, 1}), 38);
+  EXPECT_EQ(toldFillBufferBytes({640, 480}), 6 * 640 * 480 + 32);
+  EXPECT_EQ(toldFillBufferBytes({0x7FFFFFFF, 1}), 26);
+  EXPECT_EQ(toldFillBufferBytes({65536, 65536}), 32);
+}
+
+TEST(FloodFillPlan, TeethOnBothSidesNeedMoreThanTold) {
+  EXPECT_EQ(mostFillRecords({1001, 3}), 1002);
+  EXPECT_EQ(fillBufferBytes(1002), 24 * 1002 + 7);
+  EXPECT_LT(toldFillBufferBytes({1001, 3}), fillBufferBytes(1002));
+}
+
+TEST(FloodFillPlan, TheBoundIsFormedOn64Bits) {
+  EXPECT_EQ(mostFillRecords({0x7FFFFFFE, 0x7FFFFFFF}), std::int64_t{0x7FFFFFFF} * 0x7FFFFFFF / 3);
+}
+
+TEST(FloodFillPlan, SearchesByVectorsFromSixteenPixelsAhead) {
+  EXPECT_FALSE(searchesByVectors(10, 25));
+  EXPECT_TRUE(searchesByVectors(10, 26));
+  EXPECT_FALSE(searchesByVectors(0, 0));
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,124 @@
+#pragma once
+
+// Copies an image into a larger one and makes the pixels around it: the nearest ones, the mirrored ones, or a
+// constant. Built for the neighbourhood operations, whose stripes are a few rows or columns with their
+// border. Reads the source and writes the destination, and nothing beside them.
+
+#include <cstdint>
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/BorderWord.h"
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/common/short_rows.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// Pixels are moved as bits, so that each is what it was, a signalling NaN too.
+template <int pixelBytes>
+struct PixelBits;
+template <>
+struct PixelBits<1> {
+  using type = std::uint8_t;
+};
+template <>
+struct PixelBits<2> {
+  using type = std::uint16_t;
+};
+template <>
+struct PixelBits<4> {
+  using type = std::uint32_t;
+};
+
+/// The place inside an extent of `n` that mirrors place `i`: back and forth, the ends not repeated.
+constexpr std::int64_t mirrored(std::int64_t i, std::int64_t n) {
+  if (i < 0) i = -i;
+  if (i < n) return i;
+  if (n == 1) return 0;
+  const std::int64_t period = 2 * n - 2;
+  i %= period;
+  return i < n ? i : period - i;
+}
+
+struct ReplicatedBorder {
+  /// The source row that lies in row `i`.
+  static std::int64_t rowOf(std::int64_t i, std::int64_t n) { return i < 0 ? 0 : i < n ? i : n - 1; }
+
+  template <class Bits>
+  void besides(const unsigned char* src, std::int64_t width, unsigned char* dst, std::int64_t left,
+               std::int64_t right) const {
+    const auto last = src + (width - 1) * std::int64_t{sizeof(Bits)};
+    fillRun(dst, loadAs<Bits>(src), left);
+    fillRun(dst + (left + width) * std::int64_t{sizeof(Bits)}, loadAs<Bits>(last), right);
+  }
+};
+
+struct MirroredBorder {
+  static std::int64_t rowOf(std::int64_t i, std::int64_t n) { return mirrored(i, n); }
+
+  template <class Bits>
+  void besides(const unsigned char* src, std::int64_t width, unsigned char* dst, std::int64_t left,
+               std::int64_t right) const {
+    const auto put = [&](std::int64_t column) {
+      const Bits pixel = loadAs<Bits>(src + mirrored(column, width) * std::int64_t{sizeof(Bits)});
+      storeAs(dst + (left + column) * std::int64_t{sizeof(Bits)}, pixel);
+    };
+    for (std::int64_t column = -left; column < 0; ++column) put(column);
+    for (std::int64_t column = width; column < width + right; ++column) put(column);
+  }
+};
+
+template <class Value>
+struct ConstantBorder {
+  Value value;
+
+  /// No row of the source lies outside.
+  static std::int64_t rowOf(std::int64_t i, std::int64_t n) { return i < n ? i : -1; }
+
+  template <class Bits>
+  void besides(const unsigned char*, std::int64_t width, unsigned char* dst, std::int64_t left,
+               std::int64_t right) const {
+    fillRun(dst, value, left);
+    fillRun(dst + (left + width) * std::int64_t{sizeof(Bits)}, value, right);
+  }
+};
+
+template <class T, class Border>
+inline void copyInto(Plane<const T> src, Size srcSize, Plane<T> dst, Size dstSize, int above, int left,
+                     Border border) {
+  using Bits = typename PixelBits<sizeof(T)>::type;
+  const std::int64_t right = std::int64_t{dstSize.width} - left - srcSize.width;
+  for (std::int64_t r = 0; r < dstSize.height; ++r) {
+    const std::int64_t row = border.rowOf(r - above, srcSize.height);
+    auto* const to = reinterpret_cast<unsigned char*>(dst.at(r, 0));
+    if constexpr (requires { border.value; }) {
+      if (row < 0) {
+        fillRun(to, border.value, dstSize.width);
+        continue;
+      }
+    }
+    const auto* const from = reinterpret_cast<const unsigned char*>(src.at(row, 0));
+    border.template besides<Bits>(from, srcSize.width, to, left, right);
+    copyRun(to + left * std::int64_t{sizeof(T)}, from, srcSize.width * std::int64_t{sizeof(T)});
+  }
+}
+
+/// Copies `src` into `dst` from row `above` and column `left` on and makes the border around it by its kind.
+/// `value` is that of a constant border.
+template <class T>
+inline void copyWithBorder(Plane<const T> src, Size srcSize, Plane<T> dst, Size dstSize, int above, int left,
+                           BorderKind kind, T value) {
+  using Bits = typename PixelBits<sizeof(T)>::type;
+  switch (kind) {
+    case BorderKind::replicate:
+      return copyInto(src, srcSize, dst, dstSize, above, left, ReplicatedBorder{});
+    case BorderKind::mirror:
+      return copyInto(src, srcSize, dst, dstSize, above, left, MirroredBorder{});
+    default:
+      return copyInto(src, srcSize, dst, dstSize, above, left,
+                      ConstantBorder<Bits>{__builtin_bit_cast(Bits, value)});
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,37 @@
+#pragma once
+
+// Runs a neighbourhood operation over a region whose surroundings are partly or not at all in memory: on the
+// stripes, built with their border in the caller's area, and on the centre where it lies.
+//
+// The area is packed: a row is as many bytes as its pixels, so the largest piece of the plan fills it to the
+// last byte. Pieces are run in the plan's order, each before the next is built.
+
+#include "zorvan/primitives/kernels/common/BorderPlan.h"
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/common/border_copy.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// `operation(src, dst, roi)` computes `roi` pixels of `dst` and may read its reach beyond `roi` around
+/// `src`. The word's kind is replicate, mirror or constant unless all sides are in memory.
+template <class T, class Operation>
+inline void runWithBorder(Plane<const T> src, Plane<T> dst, Size roi, Reach reach, BorderWord word, T value,
+                          T* area, Operation operation) {
+  const BorderPlan plan = planBorder(roi, reach, word);
+  for (int i = 0; i < plan.count; ++i) {
+    const BorderPiece& piece = plan.pieces[i];
+    const Plane<T> built{area, piece.built.width * std::int64_t{sizeof(T)}};
+    copyWithBorder(src.from(piece.from.row, piece.from.column), piece.from.size, built, piece.built,
+                   piece.above, piece.left, word.kind(), value);
+    operation(Plane<const T>(built.from(reach.above, reach.left)), dst.from(piece.to.row, piece.to.column),
+              piece.to.size);
+  }
+  if (plan.hasCentre) {
+    const Part& centre = plan.centre;
+    operation(src.from(centre.row, centre.column), dst.from(centre.row, centre.column), centre.size);
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
