@@ -16,6 +16,7 @@
 #include <limits>
 #include <type_traits>
 
+#include "zorvan/primitives/kernels/arithmetic/ScalingPlan.h"
 #include "zorvan/primitives/kernels/common/LaneOps.h"
 
 namespace Zorvan::Primitives {
@@ -62,6 +63,7 @@ inline __m128i shiftCount(int n) { return _mm_cvtsi32_si128(n); }
 /// f = 0.
 template <class T>
 struct Saturated {
+  static constexpr Scaling scaling = Scaling::saturated;
   static constexpr bool exact = false;
   T pixel(std::int64_t s) const { return saturated<T>(s); }
   template <class I>
@@ -73,6 +75,7 @@ struct Saturated {
 /// f = 1, where the rounding term is the quotient's low bit alone.
 template <class T>
 struct Halved {
+  static constexpr Scaling scaling = Scaling::halved;
   static constexpr bool exact = true;
   T pixel(std::int64_t s) const { return saturated<T>((s + ((s >> 1) & 1)) >> 1); }
   template <class I>
@@ -102,6 +105,7 @@ struct Halved {
 template <class T>
 class Rounded {
  public:
+  static constexpr Scaling scaling = Scaling::rounded;
   static constexpr bool exact = true;
   explicit Rounded(int f) : f_(f), below_((std::int64_t{1} << (f - 1)) - 1) {}
 
@@ -139,6 +143,7 @@ class Rounded {
 /// f up to 32 for 32-bit unsigned results, in 64 bits.
 class LongRounded {
  public:
+  static constexpr Scaling scaling = Scaling::longRounded;
   static constexpr bool exact = true;
   explicit LongRounded(int f) : f_(f), below_((std::int64_t{1} << (f - 1)) - 1) {}
 
@@ -169,6 +174,7 @@ class LongRounded {
 template <class T>
 class Enlarged {
  public:
+  static constexpr Scaling scaling = Scaling::enlarged;
   static constexpr bool exact = false;
   explicit Enlarged(int f) : count_(-f) {}
 
@@ -193,6 +199,7 @@ class Enlarged {
 /// f so far below 0 that every result but 0 saturates.
 template <class T>
 struct SignOnly {
+  static constexpr Scaling scaling = Scaling::signOnly;
   static constexpr bool exact = false;
   T pixel(std::int64_t s) const {
     using Limits = std::numeric_limits<T>;
