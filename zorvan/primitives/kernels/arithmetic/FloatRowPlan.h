@@ -1,0 +1,56 @@
+#pragma once
+
+// How a row of 32-bit float pixels is walked in sums, differences and products. Pure, so that each limit can
+// be tested from both sides on any machine.
+
+#include <cstdint>
+
+namespace Zorvan::Primitives {
+namespace {
+
+struct FloatRowPlan {
+  bool inBlocks;      ///< Otherwise all pixels go one by one.
+  bool aligned;       ///< The blocks begin on the boundary.
+  std::int64_t head;  ///< Pixels in front of the blocks.
+  bool streaming;
+
+  friend constexpr bool operator==(const FloatRowPlan&, const FloatRowPlan&) = default;
+};
+
+constexpr FloatRowPlan pixelByPixel{false, false, 0, false};
+
+constexpr bool holdsWholePixels(std::uintptr_t address) { return address % 4 == 0; }
+constexpr std::int64_t floatsToBoundary(std::uintptr_t address, std::uintptr_t boundary) {
+  return static_cast<std::int64_t>((-address & (boundary - 1)) / 4);
+}
+
+/// 16-byte stores. Rows that cannot come to a boundary run in blocks all the same. A row of more than
+/// 0x2AAA blocks of 8 pixels, about 1 MiB over three images, may stream.
+constexpr FloatRowPlan planFloatRow(std::uintptr_t dst, std::int64_t n, bool mayStream) {
+  constexpr std::int64_t blocksFromPixels = 11, streamAboveBlocks = 0x2AAA;
+  if (n < blocksFromPixels) return pixelByPixel;
+  if (!holdsWholePixels(dst)) return {true, false, 0, false};
+  const std::int64_t head = floatsToBoundary(dst, 16);
+  return {true, true, head, mayStream && (n - head) / 8 > streamAboveBlocks};
+}
+
+/// 16-byte stores again, but blocks only where a boundary can be reached.
+constexpr FloatRowPlan planAlignedFloatRow(std::uintptr_t dst, std::int64_t n) {
+  constexpr std::int64_t blocksFromPixels = 8;
+  if (n < blocksFromPixels || !holdsWholePixels(dst)) return pixelByPixel;
+  const std::int64_t head = floatsToBoundary(dst, 16);
+  return {true, true, head, false};
+}
+
+/// 32-byte stores: rows below `alignFromPixels` run in blocks at any address, longer ones from a boundary or
+/// not at all.
+constexpr FloatRowPlan planWideFloatRow(std::uintptr_t dst, std::int64_t n, std::int64_t alignFromPixels) {
+  constexpr std::int64_t blocksFromPixels = 16;
+  if (n < blocksFromPixels) return pixelByPixel;
+  if (n < alignFromPixels) return {true, false, 0, false};
+  if (!holdsWholePixels(dst)) return pixelByPixel;
+  return {true, true, floatsToBoundary(dst, 32), false};
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,95 @@
+#pragma once
+
+// The common body of the integer entries for sums, differences and products: the tests, the way of scaling,
+// the walk over the rows. Rows are never joined.
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/arithmetic/narrow_row.h"
+#include "zorvan/primitives/kernels/arithmetic/wide_row.h"
+#include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/ByVariant.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// 16-byte stores, after a head of single pixels.
+struct NarrowRows {
+  template <class Pixels, class A, class B>
+  static void row(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t length) {
+    narrowRow(pixels, a, b, dst, length);
+  }
+};
+
+/// 32-byte stores at any address.
+struct WideRows {
+#ifdef __AVX2__
+  template <class Pixels, class A, class B>
+  static void row(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t length) {
+    wideRow(pixels, a, b, dst, length);
+  }
+#endif
+};
+
+template <class V>
+using ScaledPolicy = ByVariant<V, NarrowRows, NarrowRows, NarrowRows, NarrowRows, WideRows, WideRows>;
+
+/// What scales to one value alone is a plain fill.
+template <class V>
+int fillWith(u8 value, u8* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiSet_8u_C1R(value, dst, dstStep, roi);
+}
+template <class V>
+int fillWith(u16 value, u16* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiSet_16u_C1R(value, dst, dstStep, roi);
+}
+template <class V>
+int fillWith(s16 value, s16* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiSet_16s_C1R(value, dst, dstStep, roi);
+}
+
+template <class Op>
+constexpr ScalingLimits scalingLimitsOf() {
+  using T = typename Op::Pixel;
+  return scalingLimits(Op::operation, sizeof(T), std::is_signed_v<T>);
+}
+
+template <class V, class Op, class A, class B>
+void scaledRows(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f) {
+  using T = typename Op::Pixel;
+  const auto run = [&](auto scale) {
+    const ScaledOperation<Op, decltype(scale)> pixels{scale};
+    const std::int64_t length = std::int64_t{roi.width} * std::int64_t{sizeof(T)};
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      ScaledPolicy<V>::row(pixels, a.row(r), b.row(r),
+                           rowAt(reinterpret_cast<unsigned char*>(dst), dstStep, r), length);
+    }
+  };
+  switch (planScaling(scalingLimitsOf<Op>(), f)) {
+    case Scaling::saturated:
+      return run(Saturated<T>{});
+    case Scaling::halved:
+      return run(Halved<T>{});
+    case Scaling::rounded:
+      return run(Rounded<T>(f));
+    case Scaling::longRounded:
+      if constexpr (scalingLimitsOf<Op>().longRoundedAbove < 64) return run(LongRounded(f));
+      return;
+    case Scaling::enlarged:
+      return run(Enlarged<T>(f));
+    case Scaling::signOnly:
+      return run(SignOnly<T>{});
+    case Scaling::zero:
+      fillWith<V>(T{0}, dst, dstStep, roi);
+  }
+}
+
+template <class V, class Op, class A, class B>
+int scaledImage(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f) {
+  if (a.isNull() || b.isNull() || dst == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  scaledRows<V, Op>(a, b, dst, dstStep, roi, f);
+  return ippStsNoErr;
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

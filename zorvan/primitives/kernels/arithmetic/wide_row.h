@@ -1,0 +1,51 @@
+#pragma once
+
+// Scaled operations on a row with 32-byte stores: the newest two variants.
+//
+// No head: loads and stores take any address. Passes of 64 or 32 bytes, then ever smaller steps down to one
+// pixel, each on a vector that is loaded and stored in part.
+
+#include <utility>
+
+#include "zorvan/primitives/kernels/arithmetic/pixel_operations.h"
+#include "zorvan/primitives/kernels/arithmetic/row_sources.h"
+
+#ifdef __AVX2__
+namespace Zorvan::Primitives {
+namespace {
+
+template <int... steps, class Pixels, class A, class B>
+inline void remainderInSteps(std::integer_sequence<int, steps...>, const Pixels& pixels, A a, B b,
+                             unsigned char* dst, std::int64_t i, std::int64_t length) {
+  const auto run = [&](auto bytes) {
+    for (; i + bytes <= length; i += bytes) {
+      storeFew<bytes>(dst + i, pixels.lanes(a.template few<bytes>(i), b.template few<bytes>(i)));
+    }
+  };
+  (run(std::integral_constant<int, steps>{}), ...);
+}
+
+template <class Pixels, class A, class B>
+inline void wideRow(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t length) {
+  constexpr int size = sizeof(typename Pixels::Pixel);
+  constexpr int passBytes = planWidePass(size, Pixels::scaling);
+  std::int64_t i = 0;
+  for (; i + passBytes <= length; i += passBytes) {
+    for (int j = 0; j < passBytes; j += 32) {
+      const auto x = a.template lanes<__m256i, false>(i + j);
+      const auto y = b.template lanes<__m256i, false>(i + j);
+      storeLanes<false>(dst + i + j, pixels.lanes(x, y));
+    }
+  }
+  if constexpr (size == 2) {
+    remainderInSteps(std::integer_sequence<int, 16, 4, 2>{}, pixels, a, b, dst, i, length);
+  } else if constexpr (passBytes == 64) {
+    remainderInSteps(std::integer_sequence<int, 16, 8, 4, 2, 1>{}, pixels, a, b, dst, i, length);
+  } else {
+    remainderInSteps(std::integer_sequence<int, 8, 4, 2, 1>{}, pixels, a, b, dst, i, length);
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
+#endif
