@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "zorvan/primitives/kernels/arithmetic/AccumulatePlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+using Fours = AccumulateLimits<16, 32>;
+using Masked = AccumulateLimits<180, 64>;
+
+TEST(AccumulateRow, SelectingRowsReachTheBoundaryOrHaveNoHead) {
+  EXPECT_EQ(planSelectingRow(0x1000, 20).head, 0);
+  EXPECT_EQ(planSelectingRow(0x1004, 20).head, 3);
+  EXPECT_EQ(planSelectingRow(0x100C, 20).head, 1);
+  EXPECT_EQ(planSelectingRow(0x1004, 3).head, 3);
+  EXPECT_EQ(planSelectingRow(0x1004, 2).head, 2);
+  for (const std::uintptr_t off : {1, 2, 3, 6}) EXPECT_EQ(planSelectingRow(0x1000 + off, 20).head, 0);
+}
+
+TEST(AccumulateRow, WeightingRowsNeedALengthAndAnAddress) {
+  for (const int n : {15, 16, 17}) EXPECT_EQ(planWeightingRow<Fours>(0x1000, n).byPixels, n < 16);
+  using Eights = AccumulateLimits<32, 32>;
+  for (const int n : {31, 32, 33}) EXPECT_EQ(planWeightingRow<Eights>(0x1000, n).byPixels, n < 32);
+  for (const std::uintptr_t off : {1, 2, 3, 4, 5}) {
+    EXPECT_EQ(planWeightingRow<Fours>(0x1000 + off, 100).byPixels, off != 4) << off;
+  }
+  EXPECT_EQ(planWeightingRow<Fours>(0x1004, 100).head, 7);
+  EXPECT_EQ(planWeightingRow<Fours>(0x101C, 100).head, 1);
+}
+
+TEST(AccumulateRow, MaskedStepsReachACacheLineInLongRows) {
+  for (const int n : {179, 180, 181}) {
+    EXPECT_EQ(planMaskedSteps<Masked>(0x1004, n), n < 180 ? 0 : 15) << n;
+    EXPECT_EQ(planMaskedSteps<Masked>(0x1005, n), 0) << n;
+    EXPECT_EQ(planMaskedSteps<Masked>(0x1000, n), 0) << n;
+  }
+}
+
+TEST(AccumulateSteps, AreTestedInTheEntrysOrder) {
+  constexpr int step = -16, multiple = -108;
+  EXPECT_EQ(testAccumulateSteps<1>({10, 10, 40}, 10), 0);
+  EXPECT_EQ(testAccumulateSteps<1>({9, 10, 41}, 10), step);
+  EXPECT_EQ(testAccumulateSteps<1>({10, 9, 41}, 10), step);
+  EXPECT_EQ(testAccumulateSteps<1>({11, 11, 41}, 10), multiple);
+  EXPECT_EQ(testAccumulateSteps<2>({19, 9, 39}, 10), step);
+  EXPECT_EQ(testAccumulateSteps<2>({21, 9, 39}, 10), multiple);
+  EXPECT_EQ(testAccumulateSteps<2>({20, 9, 42}, 10), step);
+  EXPECT_EQ(testAccumulateSteps<2>({20, 10, 42}, 10), multiple);
+  EXPECT_EQ(testAccumulateSteps<4>({41, 10, 39}, 10), step);
+  EXPECT_EQ(testAccumulateSteps<4>({41, 9, 40}, 10), step);
+  EXPECT_EQ(testAccumulateSteps<4>({41, 10, 40}, 10), multiple);
+  EXPECT_EQ(testAccumulateSteps<4>({40, 10, 42}, 10), multiple);
+}
+
+TEST(AccumulateSteps, MinimaDoNotWrap) {
+  EXPECT_EQ(testAccumulateSteps<4>({4, INT_MAX, 4}, (1 << 30) + 1), -16);
+  EXPECT_EQ(testAccumulateSteps<1>({INT_MAX, INT_MAX, INT_MAX - 3}, INT_MAX / 4), 0);
+  EXPECT_EQ(testAccumulateSteps<1>({INT_MAX, INT_MAX, INT_MAX - 3}, INT_MAX / 4 + 1), -16);
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

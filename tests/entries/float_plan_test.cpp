@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "zorvan/primitives/kernels/arithmetic/FloatPlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+constexpr bool inPlace = true;
+
+SquarePlan planOf(Size roi, int gap, bool place) {
+  return planSquareFrame(roi, 4 * roi.width + gap, 4 * roi.width + gap, place);
+}
+
+void expectPlan(const SquarePlan& plan, std::int64_t rows, int prefetchBytes, bool streaming) {
+  EXPECT_EQ(plan.rows, rows);
+  EXPECT_EQ(plan.prefetchBytes, prefetchBytes);
+  EXPECT_EQ(plan.streaming, streaming);
+}
+
+TEST(SquareFrame, RowsFuseOnlyWithoutAGapOnBothSides) {
+  for (const int src : {39, 40, 41}) {
+    for (const int dst : {39, 40, 41}) {
+      const SquarePlan plan = planSquareFrame({10, 3}, src, dst, !inPlace);
+      const bool fused = src == 40 && dst == 40;
+      EXPECT_EQ(plan.rows, fused ? 1 : 3) << src << " " << dst;
+      EXPECT_EQ(plan.rowPixels, fused ? 30 : 10) << src << " " << dst;
+    }
+  }
+}
+
+TEST(SquareFrame, ATotalOf32KiBIsNotPrefetched) {
+  // The totals are 32768 and the next that pixels give, in one row, fused rows and rows apart.
+  expectPlan(planOf({8192, 1}, 0, inPlace), 1, 0, false);
+  expectPlan(planOf({8193, 1}, 0, inPlace), 1, 256, false);
+  expectPlan(planOf({4096, 1}, 0, !inPlace), 1, 0, false);
+  expectPlan(planOf({4097, 1}, 0, !inPlace), 1, 256, false);
+  expectPlan(planOf({128, 64}, 4, inPlace), 64, 0, false);
+  expectPlan(planOf({128, 65}, 4, inPlace), 65, 516, false);
+  expectPlan(planOf({128, 65}, 0, inPlace), 1, 256, false);
+  expectPlan(planOf({64, 64}, 4, !inPlace), 64, 0, false);
+  expectPlan(planOf({64, 65}, 4, !inPlace), 65, 260, false);
+  expectPlan(planOf({64, 65}, 0, !inPlace), 1, 256, false);
+}
+
+TEST(SquareFrame, AboveSixMebibytesTheDistanceIsARowAndTwoImagesStream) {
+  constexpr int one = 0x600000 / 4, two = 0x600000 / 8;
+  expectPlan(planOf({one, 1}, 0, inPlace), 1, 256, false);
+  expectPlan(planOf({one + 1, 1}, 0, inPlace), 1, 4 * (one + 1), false);
+  expectPlan(planOf({one / 1024, 1024}, 0, inPlace), 1, 256, false);
+  expectPlan(planOf({one / 1024 + 1, 1024}, 0, inPlace), 1, 4 * (one / 1024 + 1), false);
+  expectPlan(planOf({one / 1024, 1024}, 8, inPlace), 1024, 4 * one / 1024 + 8, false);
+  expectPlan(planOf({two, 1}, 0, !inPlace), 1, 256, false);
+  expectPlan(planOf({two + 1, 1}, 0, !inPlace), 1, 4 * (two + 1), true);
+  expectPlan(planOf({two / 1024, 1024}, 0, !inPlace), 1, 256, false);
+  expectPlan(planOf({two / 1024 + 1, 1024}, 0, !inPlace), 1, 4 * (two / 1024 + 1), true);
+  expectPlan(planOf({two / 1024, 1024}, 8, !inPlace), 1024, 4 * two / 1024 + 8, false);
+  expectPlan(planOf({two / 1024 + 1, 1024}, 8, !inPlace), 1024, 4 * (two / 1024 + 1) + 8, true);
+}
+
+TEST(SquareFrame, TheDistanceIsTheSourcesStep) {
+  expectPlan(planSquareFrame({1000, 1000}, 4004, 4008, !inPlace), 1000, 4004, true);
+  expectPlan(planSquareFrame({100, 100}, 404, 400, !inPlace), 100, 404, false);
+}
+
+TEST(SquareFrame, TheTotalWraps) {
+  // 2^31 bytes are negative and 2^32 are none: neither is prefetched, but the row has all its pixels.
+  expectPlan(planOf({1 << 15, 1 << 14}, 0, inPlace), 1, 0, false);
+  expectPlan(planOf({1 << 15, 1 << 14}, 0, !inPlace), 1, 0, false);
+  EXPECT_EQ(planOf({1 << 20, 1 << 13}, 0, inPlace).rowPixels, std::int64_t{1} << 33);
+  // A step that the width's bytes reach by wrapping only is no fit.
+  EXPECT_EQ(planSquareFrame({(1 << 30) + 1, 2}, 4, 4, !inPlace).rows, 2);
+}
+
+TEST(StreamedRows, BeginAboveSixMebibytesInBothImages) {
+  EXPECT_FALSE(planStreamedRows({0x600000 / 8, 1}));
+  EXPECT_TRUE(planStreamedRows({0x600000 / 8 + 1, 1}));
+  EXPECT_FALSE(planStreamedRows({1024, 768}));
+  EXPECT_TRUE(planStreamedRows({1024, 769}));
+  EXPECT_TRUE(planStreamedRows({1 << 15, 1 << 14}));
+  EXPECT_TRUE(planStreamedRows({INT_MAX, INT_MAX}));
+}
+
+TEST(FloatHead, EndsAtTheBoundaryOrWithTheRow) {
+  for (const int boundary : {16, 32, 64}) {
+    const auto b = static_cast<std::uintptr_t>(boundary);
+    EXPECT_EQ(planHead(0x1000, 100, boundary), 0);
+    EXPECT_EQ(planHead(0x1000 + b - 4, 100, boundary), 1);
+    EXPECT_EQ(planHead(0x1004, 100, boundary), boundary / 4 - 1);
+    EXPECT_EQ(planHead(0x1004, boundary / 4 - 1, boundary), boundary / 4 - 1);
+    EXPECT_EQ(planHead(0x1004, boundary / 4 - 2, boundary), boundary / 4 - 2);
+    for (const std::uintptr_t off : {1, 2, 3, 5, 15}) EXPECT_EQ(planHead(0x1000 + off, 100, boundary), 0);
+  }
+}
+
+TEST(WholePixels, DropTheBytesLeft) {
+  for (const int step : {1, 2, 3}) EXPECT_EQ(wholePixels(step), 0);
+  for (const int step : {4, 5, 6, 7}) EXPECT_EQ(wholePixels(step), 4);
+  EXPECT_EQ(wholePixels(INT_MAX), INT_MAX - 3);
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,58 @@
+#pragma once
+
+// What an operation on one float image, or from one to another, decides before it touches a pixel. Pure, so
+// that each limit can be tested from both sides on any machine.
+
+#include <cstdint>
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/foundation/Wrapping.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// Below the first figure of bytes in all images nothing is prefetched; above the second a destination of its
+/// own is written past the cache.
+constexpr std::int32_t prefetchFromBytes = 32769;
+constexpr std::int32_t streamAboveBytes = 0x600000;
+
+/// The row distance in whole pixels. Entries that walk their rows one by one do not honour the bytes left.
+constexpr int wholePixels(int step) { return step & ~3; }
+
+struct SquarePlan {
+  std::int64_t rows;
+  std::int64_t rowPixels;
+  int prefetchBytes;  ///< how far ahead of the source; 0: not at all
+  bool streaming;
+};
+
+/// Rows without a gap run as one. The figure that decides on the memory wraps on 32 bits, as the row's does
+/// not: a region beyond 2 GiB is squared whole, if at another pace.
+constexpr SquarePlan planSquareFrame(Size roi, int srcStep, int dstStep, bool inPlace) {
+  const std::int64_t width = roi.width;
+  const std::int32_t total = wrappedProduct(wrappedProduct(roi.width, inPlace ? 4 : 8), roi.height);
+  const bool fused = srcStep == dstStep && srcStep == 4 * width;
+  const bool oneRow = fused || roi.height == 1;
+  SquarePlan plan{roi.height, width, 0, false};
+  if (fused) plan = {1, width * roi.height, 0, false};
+  if (total < prefetchFromBytes) return plan;
+  plan.prefetchBytes = oneRow && total <= streamAboveBytes ? 256 : srcStep;
+  plan.streaming = !inPlace && total > streamAboveBytes;
+  return plan;
+}
+
+/// Whether rows that are walked one by one from one image to another go past the cache.
+constexpr bool planStreamedRows(Size roi) {
+  return std::int64_t{roi.width} * roi.height > streamAboveBytes / 8;
+}
+
+/// Pixels of a row of `pixels` in front of the boundary. Pixels that lie across it never reach it: they have
+/// no head.
+constexpr std::int64_t planHead(std::uintptr_t dst, std::int64_t pixels, int boundaryBytes) {
+  if (dst % 4 != 0) return 0;
+  const auto head = static_cast<std::int64_t>(-dst & static_cast<std::uintptr_t>(boundaryBytes - 1)) / 4;
+  return head < pixels ? head : pixels;
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,70 @@
+#pragma once
+
+// Squares of float images, the newest three variants: one frame for all rows, which joins them where it can
+// and decides from the size of the whole how far to fetch ahead and whether to store past the cache.
+//
+// Reads and writes the rows only, at any address; prefetches may name places outside.
+
+#include "zorvan/primitives/kernels/arithmetic/FloatPlan.h"
+#include "zorvan/primitives/kernels/arithmetic/unary_float_rows.h"
+#include "zorvan/primitives/kernels/common/Arguments.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+#ifdef __AVX__
+/// 8 pixels, then 4 or fewer, up to a cache line, then passes of 16 pixels.
+template <class Vector, bool prefetched, bool streaming>
+inline void squareRow(const unsigned char* src, unsigned char* dst, std::int64_t n,
+                      std::int64_t prefetchBytes) {
+  const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, 64);
+  floatsFewer<SquareFloats>(src, dst, head);
+  src += 4 * head;
+  dst += 4 * head;
+  n -= head;
+  for (; n >= 16; src += 64, dst += 64, n -= 16) {
+    if constexpr (prefetched) {
+      const auto ahead = reinterpret_cast<std::uintptr_t>(src) + static_cast<std::uintptr_t>(prefetchBytes);
+      _mm_prefetch(reinterpret_cast<const char*>(ahead), _MM_HINT_T0);
+    }
+    floatsPasses<SquareFloats, Vector, streaming>(src, dst, 16);
+  }
+  floatsFewer<SquareFloats>(src, dst, n);
+  if constexpr (streaming) fenceStores();
+}
+
+template <class Vector>
+struct SquareFrame {
+  static void run(const unsigned char* src, int srcStep, unsigned char* dst, int dstStep, Size roi,
+                  bool inPlace) {
+    const SquarePlan plan = planSquareFrame(roi, srcStep, dstStep, inPlace);
+    for (std::int64_t r = 0; r < plan.rows; ++r) {
+      const unsigned char* const from = rowAt(src, srcStep, r);
+      unsigned char* const to = rowAt(dst, dstStep, r);
+      if (plan.prefetchBytes == 0) {
+        squareRow<Vector, false, false>(from, to, plan.rowPixels, 0);
+      } else if (plan.streaming && isAligned(to, 4)) {
+        squareRow<Vector, true, true>(from, to, plan.rowPixels, plan.prefetchBytes);
+      } else {
+        squareRow<Vector, true, false>(from, to, plan.rowPixels, plan.prefetchBytes);
+      }
+    }
+  }
+};
+#else
+template <class Vector>
+struct SquareFrame;
+#endif
+
+/// Row by row with 16 bytes at a time, whatever the size.
+struct SquareByRow {
+  static void run(const unsigned char* src, int srcStep, unsigned char* dst, int dstStep, Size roi, bool) {
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      floatsRow16<SquareFloats, 8>(rowAt(src, wholePixels(srcStep), r), rowAt(dst, wholePixels(dstStep), r),
+                                   roi.width);
+    }
+  }
+};
+
+}  // namespace
+}  // namespace Zorvan::Primitives

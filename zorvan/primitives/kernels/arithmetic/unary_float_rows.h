@@ -1,0 +1,139 @@
+#pragma once
+
+// A row of floats from one image to another or in place, pixel by pixel through an operation: what to do with
+// the bits of a pixel and with vectors of every width that the variant being built has.
+//
+// Reads and writes the row only, at any address.
+
+#include "zorvan/primitives/kernels/arithmetic/FloatPlan.h"
+#include "zorvan/primitives/kernels/common/Vectors.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+struct SquareFloats {
+  static std::uint32_t of(std::uint32_t bits) {
+    const float x = __builtin_bit_cast(float, bits);
+    return __builtin_bit_cast(std::uint32_t, x * x);
+  }
+  static Vector16 of(Vector16 v) {
+    const __m128 x = _mm_castsi128_ps(v.bits);
+    return {_mm_castps_si128(_mm_mul_ps(x, x))};
+  }
+#ifdef __AVX__
+  static Vector32 of(Vector32 v) {
+    const __m256 x = _mm256_castsi256_ps(v.bits);
+    return {_mm256_castps_si256(_mm256_mul_ps(x, x))};
+  }
+#endif
+#ifdef __AVX512F__
+  static Vector64 of(Vector64 v) {
+    const __m512 x = _mm512_castsi512_ps(v.bits);
+    return {_mm512_castps_si512(_mm512_mul_ps(x, x))};
+  }
+#endif
+};
+
+/// Clears the sign bit, also that of a NaN.
+struct AbsoluteFloats {
+  static std::uint32_t of(std::uint32_t bits) { return bits & 0x7FFFFFFF; }
+  static Vector16 of(Vector16 v) { return {_mm_and_si128(v.bits, _mm_set1_epi32(0x7FFFFFFF))}; }
+#ifdef __AVX__
+  static Vector32 of(Vector32 v) {
+    const __m256 withoutSign = _mm256_castsi256_ps(_mm256_set1_epi32(0x7FFFFFFF));
+    return {_mm256_castps_si256(_mm256_and_ps(_mm256_castsi256_ps(v.bits), withoutSign))};
+  }
+#endif
+};
+
+template <class Operation>
+inline void floatsSingly(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n > 0; src += 4, dst += 4, --n) storeAs(dst, Operation::of(loadAs<std::uint32_t>(src)));
+}
+
+template <class Operation, class Vector>
+inline void floatsVector(const unsigned char* src, unsigned char* dst) {
+  Operation::of(Vector::load(src)).store(dst);
+}
+
+/// Passes of so many pixels with loads and stores of 16 bytes, then singly.
+template <class Operation, int passPixels, bool alignedSrc, bool alignedDst>
+inline void floatsBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n >= passPixels; src += 4 * passPixels, dst += 4 * passPixels, n -= passPixels) {
+    for (int at = 0; at < 4 * passPixels; at += Vector16::size) {
+      const Vector16 pixels = alignedSrc ? Vector16::loadAligned(src + at) : Vector16::load(src + at);
+      if constexpr (alignedDst) {
+        Operation::of(pixels).storeAligned(dst + at);
+      } else {
+        Operation::of(pixels).store(dst + at);
+      }
+    }
+  }
+  floatsSingly<Operation>(src, dst, n);
+}
+
+/// Singly up to a 16-byte boundary, then in passes, by how the two pointers lie.
+template <class Operation, int passPixels>
+inline void floatsRow16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
+  floatsSingly<Operation>(src, dst, head);
+  src += 4 * head;
+  dst += 4 * head;
+  n -= head;
+  const bool srcIsAligned = isAligned(src, Vector16::size);
+  if (isAligned(dst, Vector16::size)) {
+    if (srcIsAligned) return floatsBody16<Operation, passPixels, true, true>(src, dst, n);
+    return floatsBody16<Operation, passPixels, false, true>(src, dst, n);
+  }
+  if (srcIsAligned) return floatsBody16<Operation, passPixels, true, false>(src, dst, n);
+  floatsBody16<Operation, passPixels, false, false>(src, dst, n);
+}
+
+#ifdef __AVX__
+/// Fewer than 16 pixels: 8, then 4, then singly.
+template <class Operation>
+inline void floatsFewer(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  if (n & 8) {
+    floatsVector<Operation, Vector32>(src, dst);
+    src += 32;
+    dst += 32;
+  }
+  if (n & 4) {
+    floatsVector<Operation, Vector16>(src, dst);
+    src += 16;
+    dst += 16;
+  }
+  floatsSingly<Operation>(src, dst, n & 3);
+}
+
+/// Whole passes of 16 pixels. Returns how many pixels that were.
+template <class Operation, class Vector, bool streaming>
+inline std::int64_t floatsPasses(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  std::int64_t i = 0;
+  for (; i + 16 <= n; i += 16) {
+    for (std::int64_t at = 4 * i; at < 4 * i + 64; at += Vector::size) {
+      const Vector pixels = Operation::of(Vector::load(src + at));
+      if constexpr (streaming) {
+        pixels.stream(dst + at);
+      } else {
+        pixels.store(dst + at);
+      }
+    }
+  }
+  return i;
+}
+
+/// Rows of at least 16 pixels go in passes from a 32-byte boundary on; shorter ones, and those whose pixels
+/// lie across it, go singly.
+template <class Operation, bool streaming>
+inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  if (n < 16 || !isAligned(dst, 4)) return floatsSingly<Operation>(src, dst, n);
+  std::int64_t done = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector32::size);
+  floatsSingly<Operation>(src, dst, done);
+  done += floatsPasses<Operation, Vector32, streaming>(src + 4 * done, dst + 4 * done, n - done);
+  floatsFewer<Operation>(src + 4 * done, dst + 4 * done, n - done);
+}
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives
