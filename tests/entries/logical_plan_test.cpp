@@ -1,0 +1,106 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "zorvan/primitives/kernels/logical/LogicalPlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+struct Answer {
+  bool known;
+  int bytes;
+};
+
+/// Answers the question about the cache and counts how often it is asked.
+struct Cache {
+  Answer answer;
+  int asked = 0;
+  auto ask() {
+    return [this] { return ++asked, answer; };
+  }
+};
+
+constexpr int kMiB = 1 << 20;
+
+TEST(XorConstantPlan, RowsBelow256BytesAreTakenWhereTheyLieAndNobodyIsAsked) {
+  for (const int width : {1, 255}) {
+    Cache cache{{true, 0}};
+    EXPECT_EQ(planXorConstant(false, {width, 1 << 20}, cache.ask()), LogicalStores::anywhere);
+    EXPECT_EQ(planXorConstant(true, {width, 1 << 20}, cache.ask()), LogicalStores::anywhere);
+    EXPECT_EQ(cache.asked, 0);
+  }
+}
+
+TEST(XorConstantPlan, InPlaceNeverStreamsAndNeverAsks) {
+  Cache cache{{true, 0}};
+  EXPECT_EQ(planXorConstant(true, {256, 1 << 20}, cache.ask()), LogicalStores::aligned);
+  EXPECT_EQ(cache.asked, 0);
+}
+
+TEST(XorConstantPlan, StreamsFromHalfTheCacheOn) {
+  for (const int width : {511, 512, 513}) {
+    Cache cache{{true, kMiB}};
+    EXPECT_EQ(planXorConstant(false, {width, 1024}, cache.ask()),
+              width >= 512 ? LogicalStores::streaming : LogicalStores::aligned)
+        << width;
+    EXPECT_EQ(cache.asked, 1);
+  }
+}
+
+TEST(XorConstantPlan, AnAnswerOfZeroOrMinusOneAlwaysStreams) {
+  for (const bool known : {true, false}) {
+    for (const int bytes : {0, -1}) {
+      Cache cache{{known, bytes}};
+      EXPECT_EQ(planXorConstant(false, {256, 1}, cache.ask()), LogicalStores::streaming);
+    }
+  }
+}
+
+TEST(XorConstantPlan, AProductThatWrapsIsReadAsSigned) {
+  struct {
+    Size roi;
+    LogicalStores stores;
+  } const cases[] = {
+      {{32768, 32767}, LogicalStores::streaming},        // 2 * w * h below 2^31
+      {{32768, 32768}, LogicalStores::aligned},          // 2^31: negative
+      {{65536, 32767}, LogicalStores::aligned},          // below 2^32: negative
+      {{65536, 32768}, LogicalStores::aligned},          // 2^32: 0, below the cache
+      {{INT_MAX, 1}, LogicalStores::aligned},            // -2
+      {{65536, 32768 + 4096}, LogicalStores::streaming}  // 2^32 and some: positive again
+  };
+  for (const auto& c : cases) {
+    Cache cache{{true, kMiB}};
+    EXPECT_EQ(planXorConstant(false, c.roi, cache.ask()), c.stores) << c.roi.width << " by " << c.roi.height;
+  }
+  Cache unknown{{false, -1}};
+  EXPECT_EQ(planXorConstant(false, {INT_MAX, 1}, unknown.ask()), LogicalStores::aligned);
+  EXPECT_EQ(planXorConstant(false, {65536, 32768}, unknown.ask()), LogicalStores::streaming);
+}
+
+void expectRows(CombineRows plan, std::int64_t rows, std::int64_t rowBytes) {
+  EXPECT_EQ(plan.rows, rows);
+  EXPECT_EQ(plan.rowBytes, rowBytes);
+}
+
+TEST(CombinePlan, RowsFuseOnlyWhereNoImageHasAGap) {
+  expectRows(planCombine({100, 7}, 100, 100, 100), 1, 700);
+  expectRows(planCombine({100, 7}, 101, 100, 100), 7, 100);
+  expectRows(planCombine({100, 7}, 100, 101, 100), 7, 100);
+  expectRows(planCombine({100, 7}, 100, 100, 101), 7, 100);
+  expectRows(planCombine({100, 7}, 99, 100, 100), 7, 100);
+}
+
+TEST(CombinePlan, WidthAndHeightAreLaidOverEachOtherForTheLimit) {
+  expectRows(planCombine({32768, 32768}, 32768, 32768, 32768), 1, std::int64_t{1} << 30);
+  expectRows(planCombine({32767, 32767}, 32767, 32767, 32767), 1, std::int64_t{32767} * 32767);
+  expectRows(planCombine({32768, 1}, 32768, 32768, 32768), 1, 32768);  // not fused, and one row all the same
+  expectRows(planCombine({32768, 2}, 32768, 32768, 32768), 2, 32768);
+  expectRows(planCombine({2, 32768}, 2, 2, 2), 32768, 2);
+  expectRows(planCombine({32769, 2}, 32769, 32769, 32769), 2, 32769);
+}
+
+TEST(CombinePlan, OneRowIsOneRow) { expectRows(planCombine({INT_MAX, 1}, 5, 6, 7), 1, INT_MAX); }
+
+}  // namespace
+}  // namespace Zorvan::Primitives
