@@ -7,6 +7,7 @@
 // column: what lies there may hold the old value, or be unreadable. The end of a run is searched first and
 // the run filled afterwards.
 
+#include "zorvan/primitives/kernels/common/Bits.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
@@ -123,7 +124,7 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
     for (; x <= right; x += 16) {
       if (last - x < 15) return Pixels::find(row, x, right);
       const unsigned matches = block.matches(at(row, x));
-      if (matches != 0) return x + __builtin_ctz(matches);
+      if (matches != 0) return x + lowestSetBit(matches);
     }
     return x;
   }
@@ -155,11 +156,11 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
   std::int64_t endOfRun(unsigned char* row, std::int64_t x) const {
     for (; last - x > 15; x += 16) {
       const unsigned others = block.matches(at(row, x)) ^ allMatch;
-      if (others != 0) return x + __builtin_ctz(others);
+      if (others != 0) return x + lowestSetBit(others);
     }
     x = last - 15;
     const unsigned others = block.matches(at(row, x)) ^ allMatch;
-    return others != 0 ? x + __builtin_ctz(others) : last + 1;
+    return others != 0 ? x + lowestSetBit(others) : last + 1;
   }
 };
 
