@@ -33,8 +33,14 @@ auto scaledDifference(int f) {
   };
 }
 
+template <class T>
+auto scaledProduct(int f) {
+  return [f](T a, T b) { return scaled<T>(std::int64_t{a} * b, f); };
+}
+
 float sum(float a, float b) { return a + b; }
 float difference(float a, float b) { return b - a; }
+float product(float a, float b) { return a * b; }
 
 template <class T>
 int addConstant(T value, T* srcDst, int srcDstStep, Size roi, int f) {
@@ -64,6 +70,9 @@ SCALED(ippiAdd_16s, scaledSum, s16)
 SCALED(ippiSub_8u, scaledDifference, u8)
 SCALED(ippiSub_16u, scaledDifference, u16)
 SCALED(ippiSub_16s, scaledDifference, s16)
+SCALED(ippiMul_8u, scaledProduct, u8)
+SCALED(ippiMul_16u, scaledProduct, u16)
+SCALED(ippiMul_16s, scaledProduct, s16)
 #undef SCALED
 
 #define FLOAT(name, operation)                                                                              \
@@ -76,6 +85,7 @@ SCALED(ippiSub_16s, scaledDifference, s16)
   }
 FLOAT(ippiAdd_32f, sum)
 FLOAT(ippiSub_32f, difference)
+FLOAT(ippiMul_32f, product)
 #undef FLOAT
 
 int ippiAddC_8u_C1IRSfs(u8 value, u8* srcDst, int srcDstStep, Size roi, int f) {

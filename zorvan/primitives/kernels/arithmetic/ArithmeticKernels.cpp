@@ -2,6 +2,8 @@
 // and no more.
 
 #include "zorvan/primitives/kernels/arithmetic/AddKernels.h"
+#include "zorvan/primitives/kernels/arithmetic/DivideKernels.h"
+#include "zorvan/primitives/kernels/arithmetic/MultiplyKernels.h"
 
 namespace Zorvan::Primitives {
 
@@ -9,6 +11,7 @@ namespace Zorvan::Primitives {
   template Result Routines<ZORVAN_VARIANT>::name Parameters;
 #define ENTRY(...) INSTANTIATE(__VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Arithmetic.def"
+#include "zorvan/primitives/frame/entries/Divide.def"
 #undef ENTRY
 
 }  // namespace Zorvan::Primitives

@@ -1,0 +1,218 @@
+// Division has results of its own: a vector of quotients comes from an estimate of the reciprocal and may
+// round a tie, or a float's last bits, differently than a division does. So every pixel is judged by where it
+// lies: single pixels have to equal the reference, quotients in vectors have to come as near as the steps of
+// their refinement reach.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "tests/reference/Images.h"
+#include "tests/support/EntryTests.h"
+
+namespace Zorvan::Test {
+namespace {
+
+constexpr int kNewestVariant = 5;
+
+/// Pixels of a row that are divided one by one: all but [begin, end).
+struct InVectors {
+  int begin, end;
+};
+
+template <class T>
+InVectors vectorsOfRow(int variant, const T* divisors, const T* numerators, const T* dst, int n) {
+  const bool isFloat = std::is_same_v<T, float>;
+  if (variant == kNewestVariant) return isFloat ? InVectors{0, 0} : InVectors{0, n};  // it divides floats
+  const auto address = [](const T* p) { return reinterpret_cast<std::uintptr_t>(p); };
+  int head = 0;
+  if (isFloat) {
+    const bool wholePixels =
+        address(divisors) % 4 == 0 && address(numerators) % 4 == 0 && address(dst) % 4 == 0;
+    while (wholePixels && address(dst + head) % 16 != 0) ++head;
+  } else if (address(dst) % sizeof(T) == 0) {
+    while (address(dst + head) % 8 != 0) ++head;
+  }
+  return head > n ? InVectors{0, 0} : InVectors{head, head + (n - head) / 8 * 8};
+}
+
+/// Two Newton steps leave nothing of the estimate's error. What remains are the roundings of four steps.
+template <class T>
+bool nearQuotient(T actual, T divisor, T numerator, int f) {
+  using Limits = std::numeric_limits<T>;
+  if (divisor == 0) return false;
+  const double q = std::ldexp(static_cast<double>(numerator) / divisor, -f);
+  const double slack = 0.5 + std::abs(q) * 0x4p-24;
+  if (actual == Limits::max()) return q >= static_cast<double>(Limits::max()) - slack;
+  if (actual == Limits::min()) return q <= static_cast<double>(Limits::min()) + slack;
+  return std::abs(actual - q) <= slack;
+}
+bool nearQuotient(float actual, float divisor, float numerator, int) {
+  const double q = double{numerator} / divisor;
+  if (std::isnan(q) || std::isinf(q)) return std::isnan(q) ? std::isnan(actual) : double{actual} == q;
+  const double error = std::abs(actual - q);
+  if (std::isinf(actual))
+    return std::abs(q) >= double{std::numeric_limits<float>::max()} * (1 - 0x4p-24) && actual * q > 0;
+  return error <= std::abs(q) * 0x3.01p-24 + std::abs(double{numerator}) * 0x1p-149 + 0x1p-149;
+}
+
+template <class T>
+bool same(T a, T b) {
+  if constexpr (std::is_floating_point_v<T>) {
+    if (std::isnan(a) && std::isnan(b)) return true;
+  }
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+/// Where the pixels of the n-th image of a call lie.
+template <class T>
+struct Image {
+  T* first;
+  int step;
+};
+template <class T, class Call>
+Image<T> imageOf(const Call& call, const Case& c, std::size_t n) {
+  const int step = c.images[n].step(c.roi.width * static_cast<int>(sizeof(T)), sizeof(T));
+  const int back = step < 0 ? -step * (c.roi.height - 1) : 0;
+  return {reinterpret_cast<T*>(call.blocks()[n].data() + back), step};
+}
+
+template <class T, class Routine>
+class DivisionCheck;
+
+template <class T, class... More>
+class DivisionCheck<T, int(const T*, More...)> {
+ public:
+  using Call = EntryCall<int(const T*, More...)>;
+  using Routine = int (*)(const T*, More...);
+
+  DivisionCheck(int variant, Routine reference, Routine actual)
+      : variant_(variant), reference_(reference), actual_(actual) {}
+
+  void cases(const CaseRange& range, const std::vector<int>& factors) {
+    std::size_t turn = 0;
+    forEachCase(range, Call::imageCount(), [&](const Case& c) {
+      if (!testing::Test::HasFailure()) compare(c, factors[turn++ % factors.size()]);
+    });
+  }
+
+  /// Null pointers before sizes before steps, and nothing written.
+  void refusals() {
+    for (const StepKind kind : {StepKind::onePixelMore, StepKind::zero, StepKind::negative}) {
+      for (int odd = 0; odd < Call::imageCount(); ++odd) {
+        Case c{{5, 2}, {}, options().seed};
+        c.images.assign(static_cast<std::size_t>(Call::imageCount()),
+                        {StepKind::onePixelMore, {Placement::Edge::inside, 0}, Content::random});
+        c.images[static_cast<std::size_t>(odd)].stepKind = kind;
+        for (int null = -1; null < Call::pointerCount(); ++null) {
+          for (const Size roi : {Size{5, 2}, Size{0, 2}, Size{5, 0}, Size{-1, 2}, Size{5, -1}, Size{0, 0}}) {
+            if (null < 0 && roi.width > 0 && roi.height > 0) continue;
+            Call expected(c, 0, 0), actual(c, 0, 1);
+            for (Call* call : {&expected, &actual}) {
+              if (null >= 0) call->setNull(null);
+              call->setRoi(roi);
+            }
+            EXPECT_EQ(expected.run(reference_), actual.run(actual_)) << null << " " << roi.width;
+            expectSameBlocks(expected, actual, c);
+          }
+        }
+      }
+    }
+  }
+
+ private:
+  void compare(const Case& c, int f) {
+    Call expected(c, f, 0), actual(c, f, 1);
+    const std::size_t last = c.images.size() - 1, second = c.images.size() == 3 ? 1 : last;
+    std::vector<T> divisors, numerators;
+    for (int r = 0; r < c.roi.height; ++r) {
+      for (int i = 0; i < c.roi.width; ++i) {
+        const auto d = imageOf<T>(expected, c, 0), x = imageOf<T>(expected, c, second);
+        divisors.push_back(Reference::get(d.first, d.step, r, i));
+        numerators.push_back(Reference::get(x.first, x.step, r, i));
+      }
+    }
+    int expectedStatus = expected.run(reference_), actualStatus = 0;
+    const std::string where = c.text() + "\n  scale factor " + std::to_string(f);
+    const std::string fault = faultOf([&] { actualStatus = actual.run(actual_); });
+    ASSERT_EQ(fault, "") << where;
+    ASSERT_EQ(expectedStatus, actualStatus) << where;
+
+    const auto want = imageOf<T>(expected, c, last), got = imageOf<T>(actual, c, last);
+    const auto d = imageOf<T>(actual, c, 0), x = imageOf<T>(actual, c, second);
+    for (int r = want.step == 0 ? c.roi.height - 1 : 0; r < c.roi.height; ++r) {
+      const auto rowOf = [r](const Image<T>& image) {
+        return reinterpret_cast<const T*>(reinterpret_cast<const char*>(image.first) +
+                                          std::ptrdiff_t{r} * image.step);
+      };
+      const InVectors vectors = vectorsOfRow(variant_, rowOf(d), rowOf(x), rowOf(got), c.roi.width);
+      for (int i = 0; i < c.roi.width; ++i) {
+        const T a = Reference::get(want.first, want.step, r, i),
+                b = Reference::get(got.first, got.step, r, i);
+        const std::size_t at = static_cast<std::size_t>(r * c.roi.width + i);
+        const bool inVector = i >= vectors.begin && i < vectors.end;
+        ASSERT_TRUE(same(a, b) || (inVector && nearQuotient(b, divisors[at], numerators[at], f)))
+            << +numerators[at] << " / " << +divisors[at] << " gives " << +b << " instead of " << +a << " at "
+            << i << " of row " << r << "\n"
+            << where;
+        Reference::put(want.first, want.step, r, i, b);
+      }
+    }
+    expectSameBlocks(expected, actual, c);
+  }
+
+  void expectSameBlocks(const Call& expected, const Call& actual, const Case& c) {
+    for (std::size_t b = 0; b < expected.blocks().size(); ++b) {
+      ASSERT_TRUE(expected.blocks()[b].sameBytes(actual.blocks()[b]))
+          << expected.blocks()[b].difference(actual.blocks()[b]) << c.text();
+    }
+  }
+
+  int variant_;
+  Routine reference_, actual_;
+};
+
+template <class T, class... More>
+void registerDivision(const std::string& name, int (*reference)(const T*, More...),
+                      const Primitives::Row<int(const T*, More...)>& row) {
+  registerForEachVariant("Division", name, [reference, &row](int variant) {
+    DivisionCheck<T, int(const T*, More...)> check(variant, reference, row.routine[1 + variant]);
+    CaseRange range;
+    check.cases(range, {0,
+                        1,
+                        -1,
+                        0,
+                        2,
+                        -2,
+                        8,
+                        9,
+                        -15,
+                        -16,
+                        0,
+                        15,
+                        16,
+                        17,
+                        -30,
+                        -31,
+                        -32,
+                        5,
+                        -7,
+                        40,
+                        -40,
+                        2147483647,
+                        -2147483647 - 1});
+    check.refusals();
+  });
+}
+
+}  // namespace
+
+void registerEntryTests() {
+#define CHECK(name, ...) registerDivision(#name, &Reference::name, Primitives::table.name);
+#define ENTRY(...) CHECK(__VA_ARGS__)
+#include "zorvan/primitives/frame/entries/Divide.def"
+#undef CHECK
+}
+
+}  // namespace Zorvan::Test

@@ -1,0 +1,136 @@
+#pragma once
+
+// Quotients of integer pixels, 64 in a pass, by the 14-bit estimate of the reciprocal: the newest variant.
+//
+// Vectors of 16 floats from the first pixel on; the last block is loaded and stored under masks, so that no
+// pixel is divided on its own. The two Newton steps are fused multiplications and additions.
+
+#include "zorvan/primitives/kernels/arithmetic/divide_pixels.h"
+#include "zorvan/primitives/kernels/arithmetic/scaling.h"
+
+#ifdef __AVX512BW__
+namespace Zorvan::Primitives {
+namespace {
+
+inline __m512 estimatedQuotient(__m512 numerator, __m512 divisor) {
+  const __m512 r = _mm512_rcp14_ps(divisor);
+  const __m512 e = _mm512_fnmadd_ps(divisor, r, _mm512_set1_ps(1));
+  const __m512 q0 = _mm512_mul_ps(numerator, r);
+  const __m512 q1 = _mm512_fmadd_ps(e, q0, q0);
+  return _mm512_fmadd_ps(_mm512_mul_ps(e, e), q1, q1);
+}
+
+template <class T>
+struct Sixteen;
+
+/// Sixteen pixels as 32-bit lanes, in whole or the first ones alone; pixels left out are `other`.
+template <>
+struct Sixteen<u8> {
+  static __m512i load(const void* p) { return _mm512_cvtepu8_epi32(loadAs<__m128i>(p)); }
+  static __m512i load(const void* p, __mmask16 mask, char other) {
+    return _mm512_cvtepu8_epi32(_mm_mask_loadu_epi8(_mm_set1_epi8(other), mask, p));
+  }
+  static void store(void* p, __mmask16 mask, __m512i lanes) {
+    _mm512_mask_cvtusepi32_storeu_epi8(p, mask, lanes);
+  }
+  static bool anyZeroOf64(const void* p) {
+    const __m512i x = _mm512_loadu_si512(p);
+    return _mm512_testn_epi8_mask(x, x) != 0;
+  }
+  static void store64(void* p, const __m512i (&lanes)[4]) {
+    const __m512i words0 = _mm512_packs_epi32(lanes[0], lanes[1]);
+    const __m512i words1 = _mm512_packs_epi32(lanes[2], lanes[3]);
+    const __m512i inOrder = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+    _mm512_storeu_si512(p, _mm512_permutexvar_epi32(inOrder, _mm512_packus_epi16(words0, words1)));
+  }
+};
+
+template <class T>
+struct SixteenWords {
+  static __m512i wide(__m256i words) {
+    return std::is_signed_v<T> ? _mm512_cvtepi16_epi32(words) : _mm512_cvtepu16_epi32(words);
+  }
+  static __m512i load(const void* p) { return wide(loadAs<__m256i>(p)); }
+  static __m512i load(const void* p, __mmask16 mask, short other) {
+    return wide(_mm256_mask_loadu_epi16(_mm256_set1_epi16(other), mask, p));
+  }
+  /// The lanes fit into words.
+  static void store(void* p, __mmask16 mask, __m512i lanes) {
+    _mm512_mask_cvtepi32_storeu_epi16(p, mask, lanes);
+  }
+  static bool anyZeroOf64(const void* p) {
+    const __m512i x = _mm512_loadu_si512(p), y = _mm512_loadu_si512(static_cast<const char*>(p) + 64);
+    return (_mm512_testn_epi16_mask(x, x) | _mm512_testn_epi16_mask(y, y)) != 0;
+  }
+  static void store64(void* p, const __m512i (&lanes)[4]) {
+    for (int i = 0; i < 4; ++i) {
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(static_cast<char*>(p) + 32 * i),
+                          _mm512_cvtepi32_epi16(lanes[i]));
+    }
+  }
+};
+template <>
+struct Sixteen<u16> : SixteenWords<u16> {};
+template <>
+struct Sixteen<s16> : SixteenWords<s16> {};
+
+/// Divides the lanes. `zeroes`: some divisor may be 0.
+template <class T, Quotients form, bool zeroes>
+inline __m512i divideSixteen(__m512i divisors, __m512i numerators, const QuotientFactors& factors) {
+  __m512 d = _mm512_cvtepi32_ps(divisors), x = _mm512_cvtepi32_ps(numerators);
+  if constexpr (form == Quotients::scaledDivisor) d = _mm512_mul_ps(d, _mm512_set1_ps(factors.divisor));
+  if constexpr (form == Quotients::scaledNumerator) x = _mm512_mul_ps(x, _mm512_set1_ps(factors.numerator));
+  if constexpr (zeroes) {
+    const float forZero = sizeof(T) == 1 ? 0.001F : factors.forZero;
+    const __mmask16 isZero = _mm512_testn_epi32_mask(divisors, divisors);
+    d = _mm512_mask_add_ps(d, isZero, d, _mm512_set1_ps(forZero));
+  }
+  __m512 q = estimatedQuotient(x, d);
+  // Bytes that are not scaled up give figures below 2^31, which saturate when they are packed.
+  if constexpr (sizeof(T) > 1 || form == Quotients::scaledNumerator) {
+    q = _mm512_min_ps(q, _mm512_set1_ps(std::numeric_limits<T>::max()));
+  }
+  if constexpr (std::is_signed_v<T>) q = _mm512_max_ps(q, _mm512_set1_ps(std::numeric_limits<T>::min()));
+  return _mm512_cvtps_epi32(q);
+}
+
+template <class T, Quotients form, bool zeroes>
+inline void divide64(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
+                     const QuotientFactors& factors) {
+  constexpr int groupBytes = 16 * sizeof(T);
+  __m512i lanes[4];
+  for (int i = 0; i < 4; ++i) {
+    lanes[i] = divideSixteen<T, form, zeroes>(Sixteen<T>::load(divisors + i * groupBytes),
+                                              Sixteen<T>::load(numerators + i * groupBytes), factors);
+  }
+  Sixteen<T>::store64(dst, lanes);
+}
+
+/// Gives back whether any divisor of the row was 0.
+template <class T, Quotients form>
+inline bool divideMaskedRow(const unsigned char* divisors, const unsigned char* numerators,
+                            unsigned char* dst, std::int64_t n, const QuotientFactors& factors) {
+  constexpr std::int64_t size = sizeof(T);
+  bool anyZero = false;
+  std::int64_t i = 0;
+  for (; i + 64 <= n; i += 64) {
+    if (Sixteen<T>::anyZeroOf64(divisors + i * size)) [[unlikely]] {
+      anyZero = true;
+      divide64<T, form, true>(divisors + i * size, numerators + i * size, dst + i * size, factors);
+    } else {
+      divide64<T, form, false>(divisors + i * size, numerators + i * size, dst + i * size, factors);
+    }
+  }
+  for (; i < n; i += 16) {
+    const auto mask = static_cast<__mmask16>(n - i >= 16 ? 0xFFFF : (1 << (n - i)) - 1);
+    const __m512i d = Sixteen<T>::load(divisors + i * size, mask, 1);
+    const __m512i x = Sixteen<T>::load(numerators + i * size, mask, 0);
+    anyZero |= _mm512_testn_epi32_mask(d, d) != 0;
+    Sixteen<T>::store(dst + i * size, mask, divideSixteen<T, form, true>(d, x, factors));
+  }
+  return anyZero;
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
+#endif
