@@ -1,0 +1,61 @@
+#pragma once
+
+// When two results of a statistic stand for the same. Integers and exact sums: byte for byte. What a NaN in
+// an extreme does, and what infinities do, differs by variant and has tests of its own.
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "tests/reference/Statistic.h"
+#include "tests/support/EntryCheck.h"
+
+namespace Zorvan::Test {
+
+template <class T>
+T valueOf(const Block& block) {
+  T value;
+  std::memcpy(&value, block.data(), sizeof value);
+  return value;
+}
+
+/// True for two results of type T of which everything around is the same as before the call.
+template <class T>
+bool isResult(const Block& block) {
+  return block.size() == sizeof(T);
+}
+
+/// A float extreme. Older variants know nothing beyond the finite values; zeros compare equal.
+struct SameExtreme {
+  static bool agree(const Block& expected, const Block& actual) {
+    if (!isResult<float>(expected) || expected.sameBytes(actual)) return expected.sameBytes(actual);
+    const auto want = valueOf<float>(expected), got = valueOf<float>(actual);
+    const float finite = std::copysign(std::numeric_limits<float>::max(), want);
+    return std::isnan(want) || want == got || (std::isinf(want) && got == finite);
+  }
+};
+
+/// A double within the slack that the reference has left.
+struct NearMean {
+  static bool agree(const Block& expected, const Block& actual) {
+    if (!isResult<double>(expected) || expected.sameBytes(actual)) return expected.sameBytes(actual);
+    const auto want = valueOf<double>(expected), got = valueOf<double>(actual);
+    if (std::isnan(want)) return std::isnan(got);
+    return std::isinf(Reference::slack) || want == got || std::fabs(want - got) <= Reference::slack;
+  }
+};
+
+template <class Routine>
+struct AgreementOf {
+  using type = SameBytes;
+};
+template <>
+struct AgreementOf<int(const float*, int, Size, float*)> {
+  using type = SameExtreme;
+};
+template <>
+struct AgreementOf<int(const float*, int, Size, double*, int)> {
+  using type = NearMean;
+};
+
+}  // namespace Zorvan::Test

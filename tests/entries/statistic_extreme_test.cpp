@@ -1,0 +1,122 @@
+// Minimum and maximum: where the search ends, and what float pixels do that are no ordinary numbers.
+
+#include <cmath>
+
+#include "tests/entries/StatisticRules.h"
+
+namespace Zorvan::Test {
+namespace {
+
+constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr float largest = std::numeric_limits<float>::max();
+const float nan = std::numeric_limits<float>::quiet_NaN();
+
+/// The rows from the second on lie in unreadable memory; the first one decides.
+template <class T>
+void expectEnd(int (*routine)(const T*, int, Size, T*), T best, T other) {
+  for (const int width : {1, 3, 10, 11, 15, 16, 17, 31, 32, 33, 64, 65, 200}) {
+    for (const int place : {0, width / 2, width - 1}) {
+      const auto bytes = static_cast<std::size_t>(width) * sizeof(T);
+      const Block row(0, bytes, {Placement::Edge::back, 0}, 1);
+      std::vector<T> pixels(static_cast<std::size_t>(width), other);
+      pixels[static_cast<std::size_t>(place)] = best;
+      std::memcpy(row.data(), pixels.data(), bytes);
+      T result{};
+      const std::string fault = faultOf([&] {
+        EXPECT_EQ(routine(reinterpret_cast<const T*>(row.data()), 4096, {width, 100}, &result), 0);
+      });
+      EXPECT_EQ(fault, "") << width << " " << place;
+      EXPECT_EQ(result, best) << width << " " << place;
+    }
+  }
+}
+
+/// Without the best value the search goes on: the memory behind is met.
+template <class T>
+void expectNoEnd(int (*routine)(const T*, int, Size, T*), T nearlyBest) {
+  for (const int width : {1, 11, 16, 40}) {
+    const auto bytes = static_cast<std::size_t>(width) * sizeof(T);
+    const Block row(0, bytes, {Placement::Edge::back, 0}, 1);
+    const std::vector<T> pixels(static_cast<std::size_t>(width), nearlyBest);
+    std::memcpy(row.data(), pixels.data(), bytes);
+    T result{};
+    const std::string fault = faultOf([&] {
+      routine(reinterpret_cast<const T*>(row.data()), 4096, {width, 100}, &result);
+    });
+    EXPECT_NE(fault, "") << width;
+  }
+}
+
+void integers(int variant) {
+  expectEnd<u8>(ROUTINE(ippiMin_8u_C1R, variant), 0, 7);
+  expectEnd<u8>(ROUTINE(ippiMax_8u_C1R, variant), 255, 7);
+  expectEnd<u16>(ROUTINE(ippiMin_16u_C1R, variant), 0, 0x8000);
+  expectEnd<u16>(ROUTINE(ippiMax_16u_C1R, variant), 0xFFFF, 0x7FFF);
+  expectEnd<s16>(ROUTINE(ippiMin_16s_C1R, variant), -32768, 7);
+  expectEnd<s16>(ROUTINE(ippiMax_16s_C1R, variant), 32767, -7);
+  expectNoEnd<u8>(ROUTINE(ippiMin_8u_C1R, variant), 1);
+  expectNoEnd<u8>(ROUTINE(ippiMax_8u_C1R, variant), 254);
+  expectNoEnd<u16>(ROUTINE(ippiMin_16u_C1R, variant), 1);
+  expectNoEnd<u16>(ROUTINE(ippiMax_16u_C1R, variant), 0xFFFE);
+  expectNoEnd<s16>(ROUTINE(ippiMin_16s_C1R, variant), -32767);
+  expectNoEnd<s16>(ROUTINE(ippiMax_16s_C1R, variant), 32766);
+  expectNoEnd<float>(ROUTINE(ippiMin_32f_C1R, variant), -infinity);
+  expectNoEnd<float>(ROUTINE(ippiMax_32f_C1R, variant), infinity);
+}
+
+void infinities(int variant) {
+  const auto minimum = ROUTINE(ippiMin_32f_C1R, variant);
+  const auto maximum = ROUTINE(ippiMax_32f_C1R, variant);
+  for (const int width : {1, 2, 7, 8, 9, 16, 17, 40, 100}) {
+    const auto count = static_cast<std::size_t>(width);
+    const std::vector<float> above(count, infinity), below(count, -infinity);
+    EXPECT_EQ(found(minimum, above, {width, 1}), variant < avx2 ? largest : infinity) << width;
+    EXPECT_EQ(found(maximum, below, {width, 1}), variant < avx2 ? -largest : -infinity) << width;
+    EXPECT_EQ(found(minimum, below, {width, 1}), -infinity) << width;
+    EXPECT_EQ(found(maximum, above, {width, 1}), infinity) << width;
+  }
+}
+
+/// One column: every row's pixel falls into the same lane, so that the order of the pixels is the lane's.
+void nansInOneLane(int variant) {
+  // Forgotten with the next pixel, whichever that is, and so is all that the lane held before. Only where the
+  // other lanes start at the region's first pixel too does that one come back.
+  const bool firstComesBack = variant == avx512;
+  EXPECT_EQ(found(ROUTINE(ippiMin_32f_C1R, variant), std::vector<float>{3, nan, 5}, {1, 3}),
+            firstComesBack ? 3 : 5);
+  EXPECT_EQ(found(ROUTINE(ippiMax_32f_C1R, variant), std::vector<float>{9, nan, 5}, {1, 3}),
+            firstComesBack ? 9 : 5);
+  // As the last pixel it enters the fold with the other lanes: none in a region without vectors.
+  if (variant == avx2) {
+    EXPECT_TRUE(std::isnan(found(ROUTINE(ippiMin_32f_C1R, variant), std::vector<float>{3, nan}, {1, 2})));
+  }
+  // A whole vector of them behind a whole vector of numbers: in whichever lane, the numbers are forgotten.
+  std::vector<float> rows(128, 1.0f);
+  for (std::size_t i = 64; i < 128; ++i) rows[i] = nan;
+  EXPECT_TRUE(std::isnan(found(ROUTINE(ippiMax_32f_C1R, variant), rows, {64, 2})));
+  for (std::size_t i = 0; i < 128; ++i) rows[i] = i < 64 ? nan : 2.0f;
+  EXPECT_EQ(found(ROUTINE(ippiMin_32f_C1R, variant), rows, {64, 2}), 2.0f);
+}
+
+void zerosKeepTheLater(int variant) {
+  for (const auto routine : {ROUTINE(ippiMin_32f_C1R, variant), ROUTINE(ippiMax_32f_C1R, variant)}) {
+    const float later = found(routine, std::vector<float>(64, -0.0f), {64, 1});
+    EXPECT_TRUE(later == 0 && std::signbit(later));
+    std::vector<float> rows(128, -0.0f);
+    for (std::size_t i = 64; i < 128; ++i) rows[i] = 0.0f;
+    EXPECT_FALSE(std::signbit(found(routine, rows, {64, 2})));
+    for (float& value : rows) value = -value;
+    EXPECT_TRUE(std::signbit(found(routine, rows, {64, 2})));
+  }
+}
+
+}  // namespace
+
+void registerExtremeRules() {
+  registerForEachVariant("Extreme", "endsBehindTheRowThatDecides", integers);
+  registerForEachVariant("Extreme", "infinities", infinities);
+  registerForEachVariant("Extreme", "nansGoWithTheNextPixel", nansInOneLane);
+  registerForEachVariant("Extreme", "ofEqualZerosTheLaterStays", zerosKeepTheLater);
+}
+
+}  // namespace Zorvan::Test

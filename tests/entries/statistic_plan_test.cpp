@@ -1,0 +1,44 @@
+#include <gtest/gtest.h>
+
+#include "zorvan/primitives/kernels/statistic/SumPlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+TEST(SumPlan, BytesWithoutGapsRunAsOneRow) {
+  EXPECT_EQ(planByteRows({70000, 40000}, 70000).rows, 1);
+  EXPECT_EQ(planByteRows({70000, 40000}, 70000).pixels, 2800000000);
+  EXPECT_EQ(planByteRows({64, 48}, 65).rows, 48);
+  EXPECT_EQ(planByteRows({64, 48}, 63).rows, 48);
+}
+
+TEST(SumPlan, SmallRegionsOfSignedWordsFitOneSetOfLanes) {
+  EXPECT_TRUE(regionFitsLanes({65535, 1}));
+  EXPECT_FALSE(regionFitsLanes({65536, 1}));
+  EXPECT_TRUE(regionFitsLanes({255, 257}));
+  EXPECT_FALSE(regionFitsLanes({65536, 65536}));  // a product that wraps to zero
+}
+
+void expectTile(Size roi, int limit, Size expected) {
+  const Size tile = planTile(roi, limit);
+  EXPECT_EQ(tile.width, expected.width) << roi.width << " by " << roi.height;
+  EXPECT_EQ(tile.height, expected.height) << roi.width << " by " << roi.height;
+}
+
+TEST(SumPlan, TilesHoldAsManyWholeRowsAsTheLimitAllows) {
+  expectTile({1920, 1080}, unsignedTilePixels, {1920, 17});
+  expectTile({1920, 1080}, signedTilePixels, {1920, 34});
+  expectTile({100, 5}, unsignedTilePixels, {100, 5});
+  expectTile({16384, 9}, unsignedTilePixels, {16384, 2});
+  expectTile({16385, 9}, unsignedTilePixels, {16385, 1});
+  expectTile({32767, 9}, unsignedTilePixels, {32767, 1});
+  expectTile({32768, 9}, unsignedTilePixels, {32768, 1});
+  expectTile({32769, 9}, unsignedTilePixels, {32768, 1});
+  expectTile({65538, 9}, signedTilePixels, {65538, 1});
+  expectTile({65539, 9}, signedTilePixels, {65538, 1});
+  expectTile({1, 40000}, unsignedTilePixels, {1, 32768});
+  expectTile({1, 70000}, signedTilePixels, {1, 65538});
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,48 @@
+#pragma once
+
+// How the sums of a region are cut so that 32-bit lanes hold them. Pure, so that each limit can be tested
+// from both sides on any machine.
+
+#include <cstdint>
+
+#include "zorvan/foundation/Geometry.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// A block of unsigned words: 32768 times 65535 stays below 2^31. Signed words take the same blocks.
+constexpr int sumBlockPixels = 32768;
+
+/// Pixels below which the sum of signed words of a whole region fits one set of 32-bit lanes.
+constexpr std::int64_t regionInLanesBelow = 65536;
+
+/// Limits of tiles. A pair of signed words shares a lane of its own, so their limit is the larger one.
+constexpr int unsignedTilePixels = 32768;
+constexpr int signedTilePixels = 0x10002;
+
+/// Rows of a tile that may go into the same lanes: a lane gets at most a pair of signed words from each of
+/// them where tiles are narrower than a vector. Only tiles one or two pixels wide have more.
+constexpr int stripRows = 32767;
+
+struct SumRows {
+  std::int64_t rows;
+  std::int64_t pixels;  ///< of each row
+};
+
+/// Bytes without a gap between the rows run as one row.
+constexpr SumRows planByteRows(Size roi, int step) {
+  if (step == roi.width) return {1, std::int64_t{roi.width} * roi.height};
+  return {roi.height, roi.width};
+}
+
+constexpr bool regionFitsLanes(Size roi) { return std::int64_t{roi.width} * roi.height < regionInLanesBelow; }
+
+constexpr Size planTile(Size roi, int limit) {
+  const auto atLeastOne = [](int a) { return a > 1 ? a : 1; };
+  const auto smaller = [](int a, int b) { return a < b ? a : b; };
+  const int rows = smaller(atLeastOne(limit / roi.width), roi.height);
+  return {smaller(atLeastOne(limit / rows), roi.width), rows};
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

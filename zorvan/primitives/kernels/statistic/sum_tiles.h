@@ -1,0 +1,108 @@
+#pragma once
+
+// Exact sums of regions of words in the two newest variants: the region is walked in two-dimensional tiles
+// small enough for 32-bit lanes, and the lanes of each tile are added into lanes of doubles, where any
+// region's sum is exact.
+
+#include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/statistic/SumPlan.h"
+#include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
+
+#ifdef __AVX2__
+namespace Zorvan::Primitives {
+namespace {
+
+/// Sums of pairs of words in the 32-bit lanes they share.
+struct SignedPairs32 {
+  __m256i lanes = _mm256_setzero_si256();
+  void add(__m256i words) { lanes = _mm256_add_epi32(lanes, _mm256_madd_epi16(words, _mm256_set1_epi16(1))); }
+  __m256i sums() const { return lanes; }
+};
+
+/// Both words of a lane are added as one number, the higher words alone beside it: that is one operation less
+/// than taking the words apart first. The lower words' sum is what is left when the higher ones' is taken
+/// off.
+struct UnsignedPairs32 {
+  __m256i whole = _mm256_setzero_si256(), high = whole;
+  void add(__m256i words) {
+    whole = _mm256_add_epi32(whole, words);
+    high = _mm256_add_epi32(high, _mm256_srli_epi32(words, 16));
+  }
+  __m256i sums() const {
+    return _mm256_add_epi32(high, _mm256_sub_epi32(whole, _mm256_slli_epi32(high, 16)));
+  }
+};
+
+struct Tiles32 {
+  using Rows = ZeroFilled32;
+  __m256d total = _mm256_setzero_pd();
+
+  void add(__m256i lanes) {
+    total = _mm256_add_pd(total, _mm256_cvtepi32_pd(_mm256_castsi256_si128(lanes)));
+    total = _mm256_add_pd(total, _mm256_cvtepi32_pd(_mm256_extracti128_si256(lanes, 1)));
+  }
+  double sum() const {
+    const __m128d two = _mm_add_pd(_mm256_castpd256_pd128(total), _mm256_extractf128_pd(total, 1));
+    return _mm_cvtsd_f64(_mm_add_sd(two, _mm_unpackhi_pd(two, two)));
+  }
+};
+
+#ifdef __AVX512BW__
+struct SignedPairs64 {
+  __m512i lanes = _mm512_setzero_si512();
+  void add(__m512i words) { lanes = _mm512_add_epi32(lanes, _mm512_madd_epi16(words, _mm512_set1_epi16(1))); }
+  __m512i sums() const { return lanes; }
+};
+
+struct UnsignedPairs64 {
+  __m512i whole = _mm512_setzero_si512(), high = whole;
+  void add(__m512i words) {
+    whole = _mm512_add_epi32(whole, words);
+    high = _mm512_add_epi32(high, _mm512_srli_epi32(words, 16));
+  }
+  __m512i sums() const {
+    return _mm512_add_epi32(high, _mm512_sub_epi32(whole, _mm512_slli_epi32(high, 16)));
+  }
+};
+
+struct Tiles64 {
+  using Rows = ZeroFilled64;
+  __m512d total = _mm512_setzero_pd();
+
+  void add(__m512i lanes) {
+    total = _mm512_add_pd(total, _mm512_cvtepi32_pd(_mm512_castsi512_si256(lanes)));
+    total = _mm512_add_pd(total, _mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(lanes, 1)));
+  }
+  double sum() const { return _mm512_reduce_add_pd(total); }
+};
+#endif
+
+template <class Tiles, class Pairs, int limit>
+class TiledSum {
+ public:
+  static double of(const void* src, int srcStep, Size roi) {
+    const Size tile = planTile(roi, limit);
+    Tiles tiles;
+    for (std::int64_t r = 0; r < roi.height; r += tile.height) {
+      const std::int64_t rows = roi.height - r < tile.height ? roi.height - r : tile.height;
+      for (std::int64_t c = 0; c < roi.width; c += tile.width) {
+        const std::int64_t columns = roi.width - c < tile.width ? roi.width - c : tile.width;
+        const auto* corner = rowAt(static_cast<const unsigned char*>(src), srcStep, r) + 2 * c;
+        for (std::int64_t strip = 0; strip < rows; strip += stripRows) {
+          const std::int64_t end = rows - strip < stripRows ? rows : strip + stripRows;
+          Pairs pairs;
+          const auto add = [&pairs](auto words) { pairs.add(words); };
+          for (std::int64_t row = strip; row < end; ++row) {
+            Tiles::Rows::template walk<2>(rowAt(corner, srcStep, row), 2 * columns, add, add);
+          }
+          tiles.add(pairs.sums());
+        }
+      }
+    }
+    return tiles.sum();
+  }
+};
+
+}  // namespace
+}  // namespace Zorvan::Primitives
+#endif

@@ -1,0 +1,104 @@
+#pragma once
+
+// Walks a row of integers in vectors for a sum: full vectors from a vector's boundary on, where a pixel
+// starts there, and the row's two ends in vectors that hold zeros in place of what lies outside. Zeros change
+// no sum, so the ends cost one step each, whatever their length. Nothing outside the row is read.
+//
+// `body` takes the full vectors, `end` the others.
+
+#include <type_traits>
+
+#include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/statistic/read_ahead.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+#ifdef __AVX2__
+/// The bytes of a vector's lanes numbered below `count` set, the others clear; up to 32.
+inline __m256i lowBytes(std::int64_t count) {
+  const __m256i numbers = _mm256_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18,
+                                           19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31);
+  return _mm256_cmpgt_epi8(_mm256_set1_epi8(static_cast<char>(count)), numbers);
+}
+
+/// A row shorter than a vector, zeros behind it.
+inline __m256i loadShort(const unsigned char* p, std::int64_t bytes) {
+  alignas(32) unsigned char filled[32] = {};
+  unsigned char* to = filled;
+  const auto piece = [&](auto constant) {
+    constexpr int size = decltype(constant)::value;
+    if ((bytes & size) == 0) return;
+    __builtin_memcpy(to, p, size);
+    to += size;
+    p += size;
+  };
+  piece(std::integral_constant<int, 16>{});
+  piece(std::integral_constant<int, 8>{});
+  piece(std::integral_constant<int, 4>{});
+  piece(std::integral_constant<int, 2>{});
+  piece(std::integral_constant<int, 1>{});
+  return _mm256_load_si256(reinterpret_cast<const __m256i*>(filled));
+}
+
+struct ZeroFilled32 {
+  template <int pixelBytes, class Body, class End>
+  static void walk(const unsigned char* p, std::int64_t bytes, Body body, End end) {
+    if (bytes < 32) return end(loadShort(p, bytes));
+    const unsigned char* const rowEnd = p + bytes;
+    const std::int64_t head = bytesToBoundary(p, 32);
+    if (head != 0 && head % pixelBytes == 0) {
+      end(_mm256_and_si256(Vector32::load(p).bits, lowBytes(head)));
+      p += head;
+    }
+    for (; rowEnd - p >= 128; p += 128) {
+      readAhead(p);
+      readAhead(p + 64);
+      body(Vector32::load(p).bits);
+      body(Vector32::load(p + 32).bits);
+      body(Vector32::load(p + 64).bits);
+      body(Vector32::load(p + 96).bits);
+    }
+    for (; rowEnd - p >= 32; p += 32) body(Vector32::load(p).bits);
+    if (p != rowEnd) {
+      end(_mm256_andnot_si256(lowBytes(32 - (rowEnd - p)), Vector32::load(rowEnd - 32).bits));
+    }
+  }
+};
+#endif
+
+#ifdef __AVX512BW__
+/// Starts full vectors on a 32-byte boundary, and on a 64-byte one after a step of half a vector.
+struct ZeroFilled64 {
+  template <int pixelBytes, class Body, class End>
+  static void walk(const unsigned char* p, std::int64_t bytes, Body body, End end) {
+    const auto part = [](const unsigned char* at, std::int64_t count) {
+      return _mm512_maskz_loadu_epi8(_bzhi_u64(~0ull, static_cast<unsigned>(count)), at);
+    };
+    const std::int64_t toBoundary = bytesToBoundary(p, 32);
+    if (toBoundary != 0 && toBoundary % pixelBytes == 0) {
+      const std::int64_t head = toBoundary < bytes ? toBoundary : bytes;
+      end(part(p, head));
+      p += head;
+      bytes -= head;
+    }
+    if (bytes >= 96 && bytesToBoundary(p, 64) == 32) {
+      body(part(p, 32));
+      p += 32;
+      bytes -= 32;
+    }
+    for (; bytes >= 256; p += 256, bytes -= 256) {
+      for (int line = 0; line < 4; ++line) readAhead(p + 64 * line);
+      body(_mm512_loadu_si512(p));
+      body(_mm512_loadu_si512(p + 64));
+      body(_mm512_loadu_si512(p + 128));
+      body(_mm512_loadu_si512(p + 192));
+    }
+    for (; bytes >= 64; p += 64, bytes -= 64) body(_mm512_loadu_si512(p));
+    if (bytes != 0) end(part(p, bytes));
+  }
+};
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives
