@@ -1,0 +1,13 @@
+#pragma once
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/foundation/PixelTypes.h"
+
+namespace Zorvan::Reference {
+
+/// Comparison of floats as the two newest variants have it: greater is "not less or equal" and greater or
+/// equal is "not less", so that both hold for a NaN.
+int compareWithNanAbove(const float* src, int srcStep, float value, u8* dst, int dstStep, Size roi,
+                        int comparison);
+
+}  // namespace Zorvan::Reference
