@@ -5,5 +5,6 @@
 namespace Zorvan::Bench {
 
 void addInitializer(Suite& suite);
+void addLogical(Suite& suite);
 
 }  // namespace Zorvan::Bench

@@ -9,3 +9,5 @@
 #include "zorvan/foundation/Status.h"
 #include "zorvan/operations/computervision/ComputerVision.h"
 #include "zorvan/operations/initializer/Initializer.h"
+#include "zorvan/operations/logical/Comparer.h"
+#include "zorvan/operations/logical/IppILogical.h"
