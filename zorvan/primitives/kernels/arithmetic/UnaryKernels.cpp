@@ -1,7 +1,8 @@
-// Square, square root and absolute value for one variant. Built once per variant, with its instruction set
-// and no more.
+// Square, square root and absolute value for one variant. Built once per variant, with its instruction set and
+// no more.
 
-#include "zorvan/primitives/kernels/arithmetic/UnaryKernels.h"
+#include "zorvan/primitives/kernels/arithmetic/FloatUnaryKernels.h"
+#include "zorvan/primitives/kernels/arithmetic/ScaledUnaryKernels.h"
 
 namespace Zorvan::Primitives {
 

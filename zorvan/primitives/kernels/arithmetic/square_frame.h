@@ -5,7 +5,7 @@
 //
 // Reads and writes the rows only, at any address; prefetches may name places outside.
 
-#include "zorvan/primitives/kernels/arithmetic/FloatPlan.h"
+#include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
 #include "zorvan/primitives/kernels/arithmetic/unary_float_rows.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 

@@ -5,7 +5,7 @@
 //
 // Reads and writes the row only, at any address.
 
-#include "zorvan/primitives/kernels/arithmetic/FloatPlan.h"
+#include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 
 namespace Zorvan::Primitives {

@@ -2,7 +2,7 @@
 
 #include <climits>
 
-#include "zorvan/primitives/kernels/arithmetic/FloatPlan.h"
+#include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -98,6 +98,27 @@ TEST(WholePixels, DropTheBytesLeft) {
   for (const int step : {1, 2, 3}) EXPECT_EQ(wholePixels(step), 0);
   for (const int step : {4, 5, 6, 7}) EXPECT_EQ(wholePixels(step), 4);
   EXPECT_EQ(wholePixels(INT_MAX), INT_MAX - 3);
+}
+
+TEST(ByteRows, FuseOnlyWithoutAGapOnBothSides) {
+  for (const int src : {9, 10, 11}) {
+    for (const int dst : {9, 10, 11}) {
+      const ByteRowsPlan plan = planByteRows({10, 3}, src, dst, !inPlace);
+      const bool fused = src == 10 && dst == 10;
+      EXPECT_EQ(plan.rows, fused ? 1 : 3) << src << " " << dst;
+      EXPECT_EQ(plan.rowPixels, fused ? 30 : 10) << src << " " << dst;
+    }
+  }
+  EXPECT_EQ(planByteRows({1 << 20, 1 << 13}, 1 << 20, 1 << 20, inPlace).rowPixels, std::int64_t{1} << 33);
+}
+
+TEST(ByteRows, StreamAboveSixMebibytesInTwoImages) {
+  EXPECT_FALSE(planByteRows({1024, 3072}, 1024, 1024, !inPlace).streaming);
+  EXPECT_TRUE(planByteRows({1024, 3073}, 1024, 1024, !inPlace).streaming);
+  EXPECT_FALSE(planByteRows({0x300000, 1}, 0x400000, 0x400000, !inPlace).streaming);
+  EXPECT_TRUE(planByteRows({0x300001, 1}, 0x400000, 0x400000, !inPlace).streaming);
+  EXPECT_FALSE(planByteRows({1024, 6147}, 1024, 1024, inPlace).streaming);
+  EXPECT_TRUE(planByteRows({INT_MAX, INT_MAX}, INT_MAX, INT_MAX, !inPlace).streaming);
 }
 
 }  // namespace

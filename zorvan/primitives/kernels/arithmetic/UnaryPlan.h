@@ -1,6 +1,6 @@
 #pragma once
 
-// What an operation on one float image, or from one to another, decides before it touches a pixel. Pure, so
+// What an operation on one image, or from one to another, decides before it touches a pixel. Pure, so
 // that each limit can be tested from both sides on any machine.
 
 #include <cstdint>
@@ -52,6 +52,20 @@ constexpr std::int64_t planHead(std::uintptr_t dst, std::int64_t pixels, int bou
   if (dst % 4 != 0) return 0;
   const auto head = static_cast<std::int64_t>(-dst & static_cast<std::uintptr_t>(boundaryBytes - 1)) / 4;
   return head < pixels ? head : pixels;
+}
+
+struct ByteRowsPlan {
+  std::int64_t rows;
+  std::int64_t rowPixels;
+  bool streaming;
+};
+
+/// Rows without a gap run as one. A destination of its own that cannot stay in the cache goes past it.
+constexpr ByteRowsPlan planByteRows(Size roi, int srcStep, int dstStep, bool inPlace) {
+  const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
+  const bool fused = srcStep == roi.width && dstStep == roi.width;
+  const bool streaming = !inPlace && pixels > streamAboveBytes / 2;
+  return fused ? ByteRowsPlan{1, pixels, streaming} : ByteRowsPlan{roi.height, roi.width, streaming};
 }
 
 }  // namespace

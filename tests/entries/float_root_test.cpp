@@ -1,0 +1,261 @@
+// Square roots of floats: estimates within their steps' error, true roots where those are due, the status and
+// the floating-point control state.
+
+#include <immintrin.h>
+
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+#include "tests/support/EntryTests.h"
+#include "tests/support/FloatAgreement.h"
+
+namespace Zorvan::Test {
+namespace {
+
+constexpr int kFused = 5;  // the index of the variant with the finer estimate and fused multiply-adds
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+using TwoImages = int(const float* src, int srcStep, float* dst, int dstStep, Size roi);
+using InPlace = int(float* srcDst, int srcDstStep, Size roi);
+
+TwoImages* rootOf(int variant) { return Primitives::table.ippiSqrt_32f_C1R.routine[1 + variant]; }
+InPlace* rootInPlaceOf(int variant) { return Primitives::table.ippiSqrt_32f_C1IR.routine[1 + variant]; }
+
+/// What the steps reach, relative to the root. An estimate with the relative error e leaves 3/2 e^2 after the
+/// refinement: 3.4 * 2^-24 for 1.5 * 2^-12, next to nothing for 2^-14. The roundings add up to 3 * 2^-24 at
+/// most where product and difference round each, 2.5 * 2^-24 where they do so once.
+double toleranceOf(int variant) { return (variant == kFused ? 2.6 : 6.4) / (1 << 24); }
+
+/// Roots of an exactly known figure, the reference's own rounding allowed for.
+template <int variant>
+struct Estimated {
+  static bool agree(float expected, float actual) {
+    if (std::isnan(expected) || std::isnan(actual)) return std::isnan(expected) && std::isnan(actual);
+    if (std::isinf(expected) || expected == 0) return false;
+    const double root = expected;
+    return std::abs(actual - root) <= (toleranceOf(variant) + 1.0 / (1 << 24)) * root;
+  }
+};
+
+template <class Routine>
+void checkRoots(Routine* reference, Routine* actual, const CheckRules& rules, int variant) {
+  if (variant == kFused) {
+    checkEntry<FloatsAgree<Estimated<kFused>>>(reference, actual, rules);
+  } else {
+    checkEntry<FloatsAgree<Estimated<0>>>(reference, actual, rules);
+  }
+}
+
+float floatOf(std::uint32_t bits) {
+  float x;
+  std::memcpy(&x, &bits, 4);
+  return x;
+}
+
+/// All mantissas over two binades, and all exponents.
+void estimatesWithinTheirError(int variant) {
+  constexpr std::uint32_t one = 0x3F800000, binade = 1 << 23;
+  const std::uint32_t stride = options().level == Level::full ? 1 : 61;
+  std::vector<float> pixels;
+  for (std::uint32_t bits = one; bits < one + 2 * binade; bits += stride) pixels.push_back(floatOf(bits));
+  for (std::uint32_t bits = binade; bits < 0x7F800000; bits += binade / 64 + 1)
+    pixels.push_back(floatOf(bits));
+  const int n = static_cast<int>(pixels.size());
+  std::vector<float> roots(pixels.size());
+  ASSERT_EQ(rootOf(variant)(pixels.data(), 4 * n, roots.data(), 4 * n, {n, 1}), 0);
+  double worst = 0;
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const double root = std::sqrt(static_cast<double>(pixels[i]));
+    worst = std::max(worst, std::abs(roots[i] / root - 1));
+  }
+  EXPECT_LE(worst, toleranceOf(variant));
+}
+
+/// Pixels in front of the boundary and behind the last pass, short rows, and passes in which one pixel has no
+/// estimate are rounded correctly.
+void trueRootsWhereDue(int variant) {
+  constexpr int most = 64;
+  alignas(64) float src[most + 16], dst[most + 16];
+  for (int i = 0; i < most + 16; ++i) src[i] = 1.0F + static_cast<float>(i) * 0.37F;
+  for (int shift = 0; shift < 8; ++shift) {
+    for (int n = 1; n <= most; ++n) {
+      const int head = std::min(n, (16 - shift) % 4), passes = (n - head) / 16 * 16;
+      ASSERT_EQ(rootOf(variant)(src + 3, 4 * n, dst + shift, 4 * n, {n, 1}), 0);
+      for (int i = 0; i < n; ++i) {
+        if (i >= head && i < head + passes) continue;
+        ASSERT_EQ(dst[shift + i], std::sqrt(src[3 + i])) << i << " of " << n << ", shift " << shift;
+      }
+    }
+  }
+  for (const float special : {0.0F, -0.0F, kInfinity, NAN}) {
+    for (int place = 16; place < 32; ++place) {
+      float row[48];
+      std::copy_n(src, 48, row);
+      row[place] = special;
+      ASSERT_EQ(rootOf(variant)(row, 192, dst, 192, {48, 1}), 0);
+      for (int i = 16; i < 32; ++i) {
+        if (i == place) continue;
+        ASSERT_EQ(dst[i], std::sqrt(row[i])) << i;
+      }
+    }
+  }
+}
+
+struct Special {
+  std::uint32_t pixel;
+  std::uint32_t root;
+  bool negative;
+};
+constexpr std::uint32_t kAnyNan = 0x7FC00000;
+constexpr Special specials[] = {
+    {0x00000000, 0x00000000, false}, {0x80000000, 0x80000000, false}, {0x7F800000, 0x7F800000, false},
+    {0xFF800000, kAnyNan, true},     {0x7FC00000, kAnyNan, false},    {0xFFC00001, kAnyNan, false},
+    {0x7F800001, kAnyNan, false},    {0xFF800001, kAnyNan, false},    {0xBF800000, kAnyNan, true},
+    {0x80000001, kAnyNan, true},     {0x80800000, kAnyNan, true},     {0xFF7FFFFF, kAnyNan, true},
+    {0x00800000, 0x20000000, false}, {0x40800000, 0x40000000, false}};
+
+/// Every special pixel in every place of images whose rows take heads, passes and ends.
+void specialsInEveryPlace(int variant) {
+  constexpr int width = 53, height = 2;
+  for (const auto& [bits, root, negative] : specials) {
+    std::vector<float> src(width * height, 4.0F);
+    for (std::size_t i = 0; i < src.size(); ++i) {
+      src[i] = floatOf(bits);
+      std::vector<float> dst(src.size() + 1, 9.0F), both = src;
+      ASSERT_EQ(rootOf(variant)(src.data(), 4 * width, dst.data() + 1, 4 * width, {width, height}),
+                negative ? 3 : 0)
+          << std::hex << bits;
+      ASSERT_EQ(rootInPlaceOf(variant)(both.data(), 4 * width, {width, height}), negative ? 3 : 0);
+      for (std::size_t j = 0; j < src.size(); ++j) {
+        for (const float result : {dst[j + 1], both[j]}) {
+          std::uint32_t resultBits;
+          std::memcpy(&resultBits, &result, 4);
+          if (j != i) {
+            ASSERT_NEAR(result, 2.0F, 1e-6F) << j;
+          } else if (root == kAnyNan) {
+            ASSERT_TRUE(std::isnan(result)) << std::hex << bits;
+          } else if (result != 0 && !std::isinf(result)) {
+            ASSERT_NEAR(result / floatOf(root), 1.0F, 1e-6F) << std::hex << bits;
+          } else {
+            ASSERT_EQ(resultBits, root) << std::hex << bits;
+          }
+        }
+      }
+      src[i] = 4.0F;
+    }
+  }
+}
+
+/// Sets the control state for a while.
+class ControlState {
+ public:
+  explicit ControlState(unsigned state) : before_(_mm_getcsr()) { _mm_setcsr(state); }
+  ~ControlState() { _mm_setcsr(before_); }
+  ControlState(const ControlState&) = delete;
+  ControlState& operator=(const ControlState&) = delete;
+
+ private:
+  unsigned before_;
+};
+
+constexpr unsigned kInvalid = 0x01, kDenormal = 0x02, kDivide = 0x04, kOverflow = 0x08, kPrecision = 0x20,
+                   kAllMasks = 0x1F80;
+
+/// With any exception unmasked: no trap, and afterwards the flags that were set before and those of the row,
+/// invalid operations and divisions left out.
+void controlState(int variant) {
+  struct Row {
+    std::vector<float> pixels;
+    unsigned flags;
+    int status;
+  };
+  const float denormal = floatOf(1U << 9);  // 2^-140
+  const Row rows[] = {
+      {{4, 9, 16}, 0, 0},
+      {{2, 3}, kPrecision, 0},
+      {{denormal}, kDenormal, 0},
+      {{-1, -4}, 0, 3},
+      {{-1, 2}, kPrecision, 3},
+      {{0, kInfinity, NAN, -0.0F, -kInfinity}, 0, 3},
+      {std::vector<float>(40, 2.0F), kPrecision, 0},
+      {std::vector<float>(40, -2.0F), 0, 3},
+      {std::vector<float>(48, 0.0F), 0, 0},
+      {std::vector<float>(48, floatOf(0x7F800001)), 0, 0},
+  };
+  for (const unsigned masks : {0U, 0x1F00U, 0x0F80U, 0x1000U}) {
+    for (const unsigned flags : {0U, kInvalid, kOverflow | kDivide}) {
+      for (const unsigned mode : {0x0000U, 0x6000U, 0x8000U}) {  // to nearest, to zero, flush to zero
+        const unsigned state = masks | flags | mode;
+        for (const auto& [pixels, raised, expectedStatus] : rows) {
+          const int n = static_cast<int>(pixels.size());
+          alignas(64) float dst[64];
+          int status;
+          unsigned after;
+          {
+            const ControlState unmasked(state);
+            status = rootOf(variant)(pixels.data(), 4 * n, dst, 4 * n, {n, 1});
+            after = _mm_getcsr();
+          }
+          ASSERT_EQ(status, expectedStatus) << pixels[0];
+          ASSERT_EQ(after, state | raised)
+              << "row of " << n << " from " << pixels[0] << ", state " << std::hex << state;
+        }
+      }
+    }
+  }
+}
+
+/// With all exceptions masked the control bits stay, and so do the flags that were set.
+void maskedControlState(int variant) {
+  const std::vector<float> pixels(40, 2.0F);
+  float dst[40];
+  for (const unsigned mode : {0x0000U, 0x2000U, 0x4000U, 0x6000U, 0x8000U, 0x0040U}) {
+    const unsigned state = kAllMasks | mode | kDivide;
+    const ControlState masked(state);
+    rootOf(variant)(pixels.data(), 160, dst, 160, {40, 1});
+    const unsigned after = _mm_getcsr();
+    EXPECT_EQ(after, state | kPrecision);
+  }
+}
+
+void badSteps(int variant) {
+  const float src[4] = {1, 4, 9, 16};
+  float dst[4] = {9, 9, 9, 9};
+  for (const int bad : {0, -1, -4, INT_MIN}) {
+    EXPECT_EQ(rootOf(variant)(src, bad, dst, 8, {2, 2}), -16);
+    EXPECT_EQ(rootOf(variant)(src, 8, dst, bad, {2, 2}), -16);
+    EXPECT_EQ(rootOf(variant)(src, bad, dst, 8, {2, 0}), -6);
+    EXPECT_EQ(rootOf(variant)(src, bad, nullptr, 8, {2, 0}), -8);
+    EXPECT_EQ(rootInPlaceOf(variant)(dst, bad, {2, 2}), -16);
+  }
+  for (const float pixel : dst) EXPECT_EQ(pixel, 9);
+  ASSERT_EQ(rootOf(variant)(src, 11, dst, 9, {2, 2}), 0);  // rows at whole pixels
+  EXPECT_EQ(std::vector<float>(dst, dst + 4), (std::vector<float>{1, 2, 3, 4}));
+}
+
+}  // namespace
+}  // namespace Zorvan::Test
+
+void Zorvan::Test::registerEntryTests() {
+  CheckRules rules;
+  using enum StepKind;
+  rules.range.stepKinds = {tight, tight, onePixelMore, oddBytesMore, wholeLinesMore, zero, negative};
+  rules.largeRegions = {{1031, 509}, {1024, 777}, {1021, 1001}};
+  rules.forcedCacheBytes = {1 << 20};
+  registerForEachVariant("FloatRoot", "ippiSqrt_32f_C1R", [rules](int variant) {
+    checkRoots(&Reference::ippiSqrt_32f_C1R, rootOf(variant), rules, variant);
+  });
+  registerForEachVariant("FloatRoot", "ippiSqrt_32f_C1IR", [rules](int variant) {
+    checkRoots(&Reference::ippiSqrt_32f_C1IR, rootInPlaceOf(variant), rules, variant);
+  });
+
+  registerForEachVariant("FloatRoot", "EstimatesWithinTheirError", estimatesWithinTheirError);
+  registerForEachVariant("FloatRoot", "TrueRootsWhereDue", trueRootsWhereDue);
+  registerForEachVariant("FloatRoot", "SpecialsInEveryPlace", specialsInEveryPlace);
+  registerForEachVariant("FloatRoot", "ControlState", controlState);
+  registerForEachVariant("FloatRoot", "MaskedControlState", maskedControlState);
+  registerForEachVariant("FloatRoot", "BadSteps", badSteps);
+}

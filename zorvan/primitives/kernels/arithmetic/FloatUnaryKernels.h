@@ -1,0 +1,124 @@
+#pragma once
+
+// Square, square root and absolute value of floats: the entries, and which variant goes about them how.
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/arithmetic/UnaryImages.h"
+#include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
+#include "zorvan/primitives/kernels/arithmetic/root_floats.h"
+#include "zorvan/primitives/kernels/arithmetic/square_frame.h"
+#include "zorvan/primitives/kernels/arithmetic/unary_float_rows.h"
+#include "zorvan/primitives/kernels/common/ByVariant.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+using Ipp::ippStsSqrtNegArg;
+
+struct Vector32;
+struct Vector64;
+
+template <class V>
+using SquareFloatPolicy = ByVariant<V, SquareByRow, SquareByRow, SquareByRow, SquareFrame<Vector32>,
+                                    SquareFrame<Vector32>, SquareFrame<Vector64>>;
+
+template <class V>
+int squareFloats(const UnaryImages& images, Size roi) {
+  const int status = testUnary(images, roi);
+  if (status != ippStsNoErr) return status;
+  SquareFloatPolicy<V>::run(images.src, images.srcStep, images.dst, images.dstStep, roi, images.inPlace);
+  return ippStsNoErr;
+}
+
+template <class V>
+using RootFloatPolicy =
+    ByVariant<V, NarrowRoots, NarrowRoots, NarrowRoots, NarrowRoots, NarrowRoots, WideRoots>;
+
+/// 16 bytes at a time, whatever the size.
+struct AbsoluteNarrow {
+  static constexpr bool streams = false;
+  template <bool streaming>
+  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+    floatsRow16<AbsoluteFloats, 16>(src, dst, n);
+    return false;
+  }
+};
+
+/// 32 bytes at a time.
+struct AbsoluteWide {
+#ifdef __AVX__
+  static constexpr bool streams = true;
+  template <bool streaming>
+  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+    floatsRow32<AbsoluteFloats, streaming>(src, dst, n);
+    return false;
+  }
+#endif
+};
+
+template <class V>
+using AbsoluteInPlace =
+    ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteWide, AbsoluteWide, AbsoluteWide>;
+template <class V>
+using AbsoluteOfTwo =
+    ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteWide, AbsoluteWide>;
+
+/// Walks the rows at whole pixels. A row's routine tells whether there was a negative pixel that has no root.
+template <class Form, bool streaming>
+bool walkFloatRows(UnaryImages images, Size roi) {
+  images.srcStep = wholePixels(images.srcStep);
+  images.dstStep = wholePixels(images.dstStep);
+  bool negative = false;
+  images.eachRow(roi.height, [&](const unsigned char* src, unsigned char* dst) {
+    negative |= Form::template row<streaming>(src, dst, roi.width);
+  });
+  if constexpr (streaming) fenceStores();
+  return negative;
+}
+
+/// What cannot stay in the cache goes past it, in the forms that can.
+template <class Form>
+int eachFloatRow(const UnaryImages& images, Size roi) {
+  const int status = testUnary(images, roi);
+  if (status != ippStsNoErr) return status;
+  bool streaming = false;
+  if constexpr (Form::streams) streaming = !images.inPlace && planStreamedRows(roi);
+  bool negative;
+  if (streaming) {
+    negative = walkFloatRows<Form, Form::streams>(images, roi);
+  } else {
+    negative = walkFloatRows<Form, false>(images, roi);
+  }
+  return negative ? ippStsSqrtNegArg : ippStsNoErr;
+}
+
+}  // namespace
+
+template <class V>
+int Routines<V>::ippiSqr_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
+  return squareFloats<V>(unaryInPlace(srcDst, srcDstStep), roi);
+}
+template <class V>
+int Routines<V>::ippiSqr_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
+  return squareFloats<V>(unaryImages(src, srcStep, dst, dstStep), roi);
+}
+
+template <class V>
+int Routines<V>::ippiSqrt_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
+  return eachFloatRow<RootFloatPolicy<V>>(unaryInPlace(srcDst, srcDstStep), roi);
+}
+template <class V>
+int Routines<V>::ippiSqrt_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
+  return eachFloatRow<RootFloatPolicy<V>>(unaryImages(src, srcStep, dst, dstStep), roi);
+}
+
+template <class V>
+int Routines<V>::ippiAbs_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
+  return eachFloatRow<AbsoluteInPlace<V>>(unaryInPlace(srcDst, srcDstStep), roi);
+}
+template <class V>
+int Routines<V>::ippiAbs_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
+  return eachFloatRow<AbsoluteOfTwo<V>>(unaryImages(src, srcStep, dst, dstStep), roi);
+}
+
+}  // namespace Zorvan::Primitives
