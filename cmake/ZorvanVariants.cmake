@@ -13,9 +13,10 @@ foreach(line IN LISTS zorvan_variant_lines)
 endforeach()
 
 # Kernels state their vectors themselves: a compiler that vectorises the short heads and tails of rows, or
-# turns them into calls, makes them slower.
+# turns them into calls, makes them slower. Nothing is thrown in a kernel, and the tables of exceptions would
+# bring a symbol that the variants share.
 set(zorvan_kernel_options
-  -fno-builtin
+  -fno-builtin -fno-exceptions
   $<$<CXX_COMPILER_ID:GNU>:-fno-tree-vectorize -fno-tree-loop-distribute-patterns>
   $<$<CXX_COMPILER_ID:Clang>:-fno-vectorize -fno-slp-vectorize>)
 
