@@ -68,6 +68,7 @@ void registerEntryTests() {
                                                                Primitives::table.name);
 #define ENTRY(...) CHECK(__VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Arithmetic.def"
+#undef ENTRY
 #undef CHECK
 }
 
