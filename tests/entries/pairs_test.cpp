@@ -62,6 +62,7 @@ const Pairs<T>& allPairs() {
 }
 
 std::vector<int> scaleFactors() {
+  if (options().level == Level::few) return {-16, -8, -7, -1, 0, 1, 2, 8, 9, 10, 16, 17};
   std::vector<int> factors = {-2147483647 - 1, -2147483647, -64, 64, 2147483647};
   for (int f = -34; f <= 34; ++f) factors.push_back(f);
   return factors;
