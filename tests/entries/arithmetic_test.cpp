@@ -61,13 +61,14 @@ void registerEntryTests() {
                       12,
                       -2147483647 - 1};
   // One row long enough for the sum that streams, at any alignment.
-  rules.largeRegions = {{90001, 2}};
+  rules.largeRegions = {{90001, 1}};
   rules.forcedCacheBytes = {1 << 20};
 #define CHECK(name, ...)                                                                                     \
   registerEntry<AgreementOf<Primitives::name##_Routine>::type>("Arithmetic", #name, rules, &Reference::name, \
                                                                Primitives::table.name);
 #define ENTRY(...) CHECK(__VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Arithmetic.def"
+#undef ENTRY
 #undef CHECK
 }
 

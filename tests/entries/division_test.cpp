@@ -5,11 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-
 #include "tests/reference/Images.h"
 #include "tests/support/EntryTests.h"
+#include "tests/support/Quotients.h"
 
 namespace Zorvan::Test {
 namespace {
@@ -35,34 +33,6 @@ InVectors vectorsOfRow(int variant, const T* divisors, const T* numerators, cons
     while (address(dst + head) % 8 != 0) ++head;
   }
   return head > n ? InVectors{0, 0} : InVectors{head, head + (n - head) / 8 * 8};
-}
-
-/// Two Newton steps leave nothing of the estimate's error. What remains are the roundings of four steps.
-template <class T>
-bool nearQuotient(T actual, T divisor, T numerator, int f) {
-  using Limits = std::numeric_limits<T>;
-  if (divisor == 0) return false;
-  const double q = std::ldexp(static_cast<double>(numerator) / divisor, -f);
-  const double slack = 0.5 + std::abs(q) * 0x4p-24;
-  if (actual == Limits::max()) return q >= static_cast<double>(Limits::max()) - slack;
-  if (actual == Limits::min()) return q <= static_cast<double>(Limits::min()) + slack;
-  return std::abs(actual - q) <= slack;
-}
-bool nearQuotient(float actual, float divisor, float numerator, int) {
-  const double q = double{numerator} / divisor;
-  if (std::isnan(q) || std::isinf(q)) return std::isnan(q) ? std::isnan(actual) : double{actual} == q;
-  const double error = std::abs(actual - q);
-  if (std::isinf(actual))
-    return std::abs(q) >= double{std::numeric_limits<float>::max()} * (1 - 0x4p-24) && actual * q > 0;
-  return error <= std::abs(q) * 0x3.01p-24 + std::abs(double{numerator}) * 0x1p-149 + 0x1p-149;
-}
-
-template <class T>
-bool same(T a, T b) {
-  if constexpr (std::is_floating_point_v<T>) {
-    if (std::isnan(a) && std::isnan(b)) return true;
-  }
-  return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
 /// Where the pixels of the n-th image of a call lie.
@@ -152,7 +122,7 @@ class DivisionCheck<T, int(const T*, More...)> {
                 b = Reference::get(got.first, got.step, r, i);
         const std::size_t at = static_cast<std::size_t>(r * c.roi.width + i);
         const bool inVector = i >= vectors.begin && i < vectors.end;
-        ASSERT_TRUE(same(a, b) || (inVector && nearQuotient(b, divisors[at], numerators[at], f)))
+        ASSERT_TRUE(samePixel(a, b) || (inVector && nearQuotient(b, divisors[at], numerators[at], f)))
             << +numerators[at] << " / " << +divisors[at] << " gives " << +b << " instead of " << +a << " at "
             << i << " of row " << r << "\n"
             << where;
@@ -212,6 +182,7 @@ void registerEntryTests() {
 #define CHECK(name, ...) registerDivision(#name, &Reference::name, Primitives::table.name);
 #define ENTRY(...) CHECK(__VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Divide.def"
+#undef ENTRY
 #undef CHECK
 }
 

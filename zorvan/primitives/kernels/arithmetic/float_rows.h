@@ -91,14 +91,20 @@ inline void wideFloatRow(const FloatRowPlan& plan, A a, B b, unsigned char* dst,
   std::int64_t i = 0;
   if (plan.inBlocks) {
     floatPixels<Op>(a, b, dst, i, 4 * plan.head);
-    for (; i + 64 <= length; i += 64) {
-      for (int j = 0; j < 64; j += 32) {
-        const auto x = a.template lanes<__m256, false>(i + j);
-        const auto y = b.template lanes<__m256, false>(i + j);
-        storeLanes<false>(dst + i + j, Op::of(x, y));
+    // Four passes to a turn while they last: a short turn takes longer than what it does.
+    const auto passes = [&](auto bytes) {
+      for (const std::int64_t end = i + ((length - i) & -bytes); i != end; i += bytes) {
+        for (int j = 0; j < bytes; j += 32) {
+          const auto x = a.template lanes<__m256, false>(i + j);
+          const auto y = b.template lanes<__m256, false>(i + j);
+          storeLanes<false>(dst + i + j, Op::of(x, y));
+        }
       }
-    }
-    for (; i + 16 <= length; i += 16) {
+    };
+    passes(std::integral_constant<int, 256>{});
+    passes(std::integral_constant<int, 64>{});
+    if (i == length) return;
+    for (const std::int64_t end = i + ((length - i) & ~15); i != end; i += 16) {
       const auto x = a.template lanes<__m128, false>(i);
       const auto y = b.template lanes<__m128, false>(i);
       storeLanes<false>(dst + i, Op::of(x, y));

@@ -75,11 +75,9 @@ struct Product {
   template <class I>
   static I saturatedLanes(I a, I b) {
     if constexpr (sizeof(T) == 1) {
-      // The pixels of odd place stay in the upper bytes: the upper words of their products are the products.
-      const I lower = broadcastWords<I>(255);
-      const I even = mullo_epi16(a & lower, b & lower);
-      const I odd = mulhi_epu16(a & ~lower, b & ~lower);
-      return lower_epu16(even, lower) | sll_epi16(lower_epu16(odd, lower), shiftCount(8));
+      const Halves<I> s = exactLanes(a, b);
+      const I highest = broadcastWords<I>(255);  // packing takes words from 2^15 on for negative
+      return narrowed<T, I>({lower_epu16(s.low, highest), lower_epu16(s.high, highest)});
     } else if constexpr (std::is_signed_v<T>) {
       return narrowed<T>(exactLanes(a, b));
     } else {

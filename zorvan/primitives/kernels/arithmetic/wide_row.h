@@ -29,14 +29,16 @@ template <class Pixels, class A, class B>
 inline void wideRow(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t length) {
   constexpr int size = sizeof(typename Pixels::Pixel);
   constexpr int passBytes = planWidePass(size, Pixels::scaling);
+  const std::int64_t end = length & -passBytes;
   std::int64_t i = 0;
-  for (; i + passBytes <= length; i += passBytes) {
+  for (; i != end; i += passBytes) {
     for (int j = 0; j < passBytes; j += 32) {
       const auto x = a.template lanes<__m256i, false>(i + j);
       const auto y = b.template lanes<__m256i, false>(i + j);
       storeLanes<false>(dst + i + j, pixels.lanes(x, y));
     }
   }
+  if (i == length) return;
   if constexpr (size == 2) {
     remainderInSteps(std::integer_sequence<int, 16, 4, 2>{}, pixels, a, b, dst, i, length);
   } else if constexpr (passBytes == 64) {

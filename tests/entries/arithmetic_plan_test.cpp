@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include "zorvan/primitives/kernels/arithmetic/DividePlan.h"
+#include "zorvan/primitives/kernels/arithmetic/FloatRowPlan.h"
+#include "zorvan/primitives/kernels/arithmetic/ScalingPlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+constexpr int lowestFactor = -2147483647 - 1, highestFactor = 2147483647;
+
+/// An operation on a pixel type and the last scale factors on this side of its shortcuts.
+struct Limits {
+  Operation operation;
+  int pixelBytes;
+  bool isSigned;
+  int lastScaled, firstScaled;
+};
+
+class ScalingLimitsOf : public testing::TestWithParam<Limits> {};
+
+TEST_P(ScalingLimitsOf, StandBetweenTheWaysOfScaling) {
+  const Limits& p = GetParam();
+  const auto plan = [&p](int f) {
+    return planScaling(scalingLimits(p.operation, p.pixelBytes, p.isSigned), f);
+  };
+  EXPECT_EQ(plan(0), Scaling::saturated);
+  EXPECT_EQ(plan(1), Scaling::halved);
+  EXPECT_EQ(plan(2), Scaling::rounded);
+  EXPECT_EQ(plan(-1), Scaling::enlarged);
+  EXPECT_NE(plan(p.lastScaled), Scaling::zero);
+  EXPECT_EQ(plan(p.lastScaled + 1), Scaling::zero);
+  EXPECT_EQ(plan(highestFactor), Scaling::zero);
+  EXPECT_EQ(plan(p.firstScaled), Scaling::enlarged);
+  EXPECT_EQ(plan(p.firstScaled - 1), Scaling::signOnly);
+  EXPECT_EQ(plan(lowestFactor), Scaling::signOnly);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Operations, ScalingLimitsOf,
+    testing::Values(Limits{Operation::sum, 1, false, 9, -7}, Limits{Operation::difference, 1, false, 8, -7},
+                    Limits{Operation::product, 1, false, 16, -7}, Limits{Operation::sum, 2, false, 17, -15},
+                    Limits{Operation::difference, 2, false, 16, -15},
+                    Limits{Operation::product, 2, false, 32, -15}, Limits{Operation::sum, 2, true, 16, -15},
+                    Limits{Operation::difference, 2, true, 16, -15},
+                    Limits{Operation::product, 2, true, 30, -14}));
+
+TEST(ScalingPlan, RoundsProductsOf16BitsIn64BitsWhere32AreTooFew) {
+  const ScalingLimits limits = scalingLimits(Operation::product, 2, false);
+  EXPECT_EQ(planScaling(limits, 16), Scaling::rounded);
+  EXPECT_EQ(planScaling(limits, 17), Scaling::longRounded);
+  EXPECT_EQ(planScaling(limits, 32), Scaling::longRounded);
+  EXPECT_EQ(planScaling(scalingLimits(Operation::product, 2, true), 30), Scaling::rounded);
+}
+
+void expectRow(NarrowRowPlan plan, int passFromPixels, int passBytes) {
+  EXPECT_EQ(plan.passFromPixels, passFromPixels);
+  EXPECT_EQ(plan.passBytes, passBytes);
+}
+
+TEST(NarrowRowPlan, BytesRunInPassesFrom31Or47Pixels) {
+  for (const Operation operation : {Operation::sum, Operation::difference}) {
+    expectRow(planNarrowRow(operation, 1, Scaling::saturated), 47, 32);
+    expectRow(planNarrowRow(operation, 1, Scaling::halved), 31, 16);
+    expectRow(planNarrowRow(operation, 1, Scaling::rounded), 31, 16);
+    expectRow(planNarrowRow(operation, 1, Scaling::signOnly), 47, 16);
+  }
+  expectRow(planNarrowRow(Operation::sum, 1, Scaling::enlarged), 31, 16);
+  expectRow(planNarrowRow(Operation::difference, 1, Scaling::enlarged), 47, 16);
+  for (const Scaling scaling : {Scaling::saturated, Scaling::halved, Scaling::rounded, Scaling::enlarged}) {
+    expectRow(planNarrowRow(Operation::product, 1, scaling), 31, 16);
+  }
+  expectRow(planNarrowRow(Operation::product, 1, Scaling::signOnly), 47, 16);
+}
+
+TEST(NarrowRowPlan, WordsRunInPassesFrom15Or23Pixels) {
+  for (const Operation operation : {Operation::sum, Operation::difference, Operation::product}) {
+    expectRow(planNarrowRow(operation, 2, Scaling::saturated), 23, 32);
+    for (const Scaling scaling : {Scaling::halved, Scaling::rounded, Scaling::enlarged}) {
+      expectRow(planNarrowRow(operation, 2, scaling), 15, 16);
+    }
+  }
+  expectRow(planNarrowRow(Operation::sum, 2, Scaling::signOnly), 23, 32);
+  expectRow(planNarrowRow(Operation::product, 2, Scaling::signOnly), 15, 16);
+}
+
+TEST(NarrowRowPlan, OnlyUnscaledSumsOfBytesEndInSteps) {
+  EXPECT_TRUE(planNarrowRow(Operation::sum, 1, Scaling::saturated).remainderInSteps);
+  EXPECT_TRUE(planNarrowRow(Operation::difference, 1, Scaling::saturated).remainderInSteps);
+  EXPECT_FALSE(planNarrowRow(Operation::sum, 1, Scaling::halved).remainderInSteps);
+  EXPECT_FALSE(planNarrowRow(Operation::product, 1, Scaling::saturated).remainderInSteps);
+  EXPECT_FALSE(planNarrowRow(Operation::sum, 2, Scaling::saturated).remainderInSteps);
+}
+
+TEST(WidePass, Holds64BytesWithoutScaling) {
+  EXPECT_EQ(planWidePass(1, Scaling::saturated), 64);
+  EXPECT_EQ(planWidePass(1, Scaling::signOnly), 32);
+  EXPECT_EQ(planWidePass(1, Scaling::rounded), 32);
+  EXPECT_EQ(planWidePass(2, Scaling::saturated), 64);
+  EXPECT_EQ(planWidePass(2, Scaling::signOnly), 64);
+  EXPECT_EQ(planWidePass(2, Scaling::enlarged), 32);
+}
+
+TEST(FloatRowPlan, RunsInBlocksFrom11PixelsAtAnyAddress) {
+  EXPECT_EQ(planFloatRow(64, 10, true), pixelByPixel);
+  EXPECT_EQ(planFloatRow(64, 11, true), (FloatRowPlan{true, true, 0, false}));
+  EXPECT_EQ(planFloatRow(68, 11, true), (FloatRowPlan{true, true, 3, false}));
+  EXPECT_EQ(planFloatRow(66, 11, true), (FloatRowPlan{true, false, 0, false}));
+}
+
+TEST(FloatRowPlan, StreamsAbove10922Blocks) {
+  constexpr int limit = 8 * 10922;
+  EXPECT_FALSE(planFloatRow(64, limit + 7, true).streaming);
+  EXPECT_TRUE(planFloatRow(64, limit + 8, true).streaming);
+  EXPECT_FALSE(planFloatRow(76, limit + 8, true).streaming);  // the head is no part of the blocks
+  EXPECT_TRUE(planFloatRow(76, limit + 9, true).streaming);
+  EXPECT_FALSE(planFloatRow(64, limit + 8, false).streaming);
+  EXPECT_FALSE(planFloatRow(65, 2 * limit, true).streaming);
+}
+
+TEST(AlignedFloatRowPlan, RunsInBlocksFrom8PixelsWhereABoundaryComes) {
+  EXPECT_EQ(planAlignedFloatRow(64, 7), pixelByPixel);
+  EXPECT_EQ(planAlignedFloatRow(64, 8), (FloatRowPlan{true, true, 0, false}));
+  EXPECT_EQ(planAlignedFloatRow(72, 8), (FloatRowPlan{true, true, 2, false}));
+  EXPECT_EQ(planAlignedFloatRow(65, 100), pixelByPixel);
+}
+
+TEST(WideFloatRowPlan, AlignsFrom29Pixels) {
+  EXPECT_EQ(planWideFloatRow(68, 15, 29), pixelByPixel);
+  EXPECT_EQ(planWideFloatRow(68, 16, 29), (FloatRowPlan{true, false, 0, false}));
+  EXPECT_EQ(planWideFloatRow(68, 28, 29), (FloatRowPlan{true, false, 0, false}));
+  EXPECT_EQ(planWideFloatRow(68, 29, 29), (FloatRowPlan{true, true, 7, false}));
+  EXPECT_EQ(planWideFloatRow(66, 28, 29), (FloatRowPlan{true, false, 0, false}));
+  EXPECT_EQ(planWideFloatRow(66, 29, 29), pixelByPixel);
+}
+
+TEST(WideFloatRowPlan, OfAConstantAlignsEveryRow) {
+  EXPECT_EQ(planWideFloatRow(68, 15, 16), pixelByPixel);
+  EXPECT_EQ(planWideFloatRow(68, 16, 16), (FloatRowPlan{true, true, 7, false}));
+  EXPECT_EQ(planWideFloatRow(66, 16, 16), pixelByPixel);
+}
+
+template <class T>
+void expectQuotientRange(int lowest, int highest) {
+  EXPECT_EQ(planQuotients<T>(0), Quotients::plain);
+  EXPECT_EQ(planQuotients<T>(1), Quotients::scaledDivisor);
+  EXPECT_EQ(planQuotients<T>(highest), Quotients::scaledDivisor);
+  EXPECT_EQ(planQuotients<T>(highest + 1), Quotients::zero);
+  EXPECT_EQ(planQuotients<T>(highestFactor), Quotients::zero);
+  EXPECT_EQ(planQuotients<T>(-1), Quotients::scaledNumerator);
+  EXPECT_EQ(planQuotients<T>(lowest), Quotients::scaledNumerator);
+  EXPECT_EQ(planQuotients<T>(lowest - 1), Quotients::limits);
+  EXPECT_EQ(planQuotients<T>(lowestFactor), Quotients::limits);
+}
+
+TEST(DividePlan, DividesInARangeOfScaleFactors) {
+  expectQuotientRange<u8>(-15, 8);
+  expectQuotientRange<u16>(-31, 16);
+  expectQuotientRange<s16>(-30, 15);
+}
+
+TEST(DividePlan, StandInForZeroSaturatesFromOneOn) {
+  for (int f = -15; f <= 8; ++f) {
+    EXPECT_EQ(powerOfTwo(f < 0 ? -f : 0) / standInForZero<u8>(f), 0x1p15F);
+    EXPECT_EQ(powerOfTwo(f < 0 ? -f : 0) / standInForZero<u16>(f), 0x1p16F);
+  }
+  EXPECT_EQ(standInForZero<u8>(0), 0x1p-15F);
+  EXPECT_EQ(standInForZero<u8>(-3), 0x1p-12F);
+}
+
+TEST(DividePlan, IntegerRowsBeginOnAn8ByteBoundary) {
+  EXPECT_EQ(pixelsBeforeQuotients(64, 20, 1), 0);
+  EXPECT_EQ(pixelsBeforeQuotients(65, 20, 1), 7);
+  EXPECT_EQ(pixelsBeforeQuotients(65, 5, 1), 5);
+  EXPECT_EQ(pixelsBeforeQuotients(66, 20, 2), 3);
+  EXPECT_EQ(pixelsBeforeQuotients(65, 20, 2), 0);
+}
+
+TEST(DividePlan, FloatRowsBeginOnABoundaryWhereAllPixelsAreWhole) {
+  EXPECT_EQ(floatsBeforeQuotients(64, 64, 68, 20, 16), 3);
+  EXPECT_EQ(floatsBeforeQuotients(64, 64, 68, 2, 16), 2);
+  EXPECT_EQ(floatsBeforeQuotients(64, 64, 68, 20, 64), 15);
+  EXPECT_EQ(floatsBeforeQuotients(65, 64, 68, 20, 16), 0);
+  EXPECT_EQ(floatsBeforeQuotients(64, 66, 68, 20, 16), 0);
+  EXPECT_EQ(floatsBeforeQuotients(64, 64, 67, 20, 16), 0);
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
