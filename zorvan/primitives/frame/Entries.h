@@ -14,7 +14,7 @@
 // stub again. From then on a call costs two loads and one jump, with no branch and no flag to test.
 //
 // Pixel pointers point at the first pixel of the region; each is followed by its row step in bytes. Every
-// entry tests null pointers, then the size, then what its family tests, before the first write.
+// entry tests null pointers, then the size and the steps in the order of its family, before the first write.
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/PixelTypes.h"

@@ -47,21 +47,46 @@ struct RowXorConstant {
 /// Row by row in blocks, the longer rows aligned, past the cache where it is too small.
 template <class Pieces>
 struct BlockXorConstant {
-  template <LogicalStores stores>
+  using RowRoutine = void(u8, const u8*, u8*, std::int64_t);
+
+  template <RowRoutine* xorRow>
   static void eachRow(u8 constant, ComplementImages images, Size roi) {
     for (std::int64_t r = 0; r < roi.height; ++r) {
-      xorConstantBlocks<Pieces, stores>(constant, rowAt(images.src, images.srcStep, r),
-                                        rowAt(images.dst, images.dstStep, r), roi.width);
+      xorRow(constant, rowAt(images.src, images.srcStep, r), rowAt(images.dst, images.dstStep, r), roi.width);
+    }
+  }
+  /// Four rows a turn: a turn of its own for each costs as much as a row.
+  template <int blocks>
+  static void eachShortRow(u8 constant, ComplementImages images, Size roi) {
+    const auto xorRow = [&](std::int64_t r) {
+      xorConstantShort<Pieces, blocks>(constant, rowAt(images.src, images.srcStep, r),
+                                       rowAt(images.dst, images.dstStep, r), roi.width);
+    };
+    std::int64_t r = 0;
+    for (; r + 4 <= roi.height; r += 4) xorRow(r), xorRow(r + 1), xorRow(r + 2), xorRow(r + 3);
+    for (; r < roi.height; ++r) xorRow(r);
+  }
+  static void shortRows(u8 constant, ComplementImages images, Size roi) {
+    static_assert(XorConstantLimits::alignFromBytes == 4 * 64);
+    switch (roi.width / 64) {
+      case 0:
+        return eachShortRow<0>(constant, images, roi);
+      case 1:
+        return eachShortRow<1>(constant, images, roi);
+      case 2:
+        return eachShortRow<2>(constant, images, roi);
+      default:
+        return eachShortRow<3>(constant, images, roi);
     }
   }
   static void run(u8 constant, ComplementImages images, Size roi) {
     switch (planXorConstant(images.src == images.dst, roi, askCacheSize)) {
       case LogicalStores::anywhere:
-        return eachRow<LogicalStores::anywhere>(constant, images, roi);
+        return shortRows(constant, images, roi);
       case LogicalStores::aligned:
-        return eachRow<LogicalStores::aligned>(constant, images, roi);
+        return eachRow<xorConstantBlocks<Pieces, LogicalStores::aligned>>(constant, images, roi);
       case LogicalStores::streaming:
-        eachRow<LogicalStores::streaming>(constant, images, roi);
+        eachRow<xorConstantBlocks<Pieces, LogicalStores::streaming>>(constant, images, roi);
         return fenceStores();
     }
   }

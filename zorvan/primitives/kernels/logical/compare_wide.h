@@ -45,7 +45,7 @@ struct GroupedCompare {
 
 #ifdef __AVX512F__
 /// Floats by mask registers: a comparison of 512-bit vectors has no other outcome. The same registers cut
-/// the parts to size, with one load and one store that touch nothing beyond them.
+/// the parts to size, with loads and a store that touch nothing beyond them.
 template <Operator op>
 struct MaskedFloatCompare {
   using Pixel = float;
@@ -55,23 +55,29 @@ struct MaskedFloatCompare {
 
   explicit MaskedFloatCompare(float constant) : value(_mm512_set1_ps(constant)) {}
 
-  __m256i whole(const u8* src) const {
-    return outcome(_mm512_cmp_ps_mask(_mm512_loadu_ps(src), value, predicate),
-                   _mm512_cmp_ps_mask(_mm512_loadu_ps(src + 64), value, predicate));
+  __m256i whole(const u8* src) const { return bytesOf(_mm512_kunpackw(sixteen(src + 64), sixteen(src))); }
+
+  /// Twice 32 pixels. One port of the processor compares, joins mask registers and takes masks from general
+  /// ones: three uses of it for 32 pixels. Joined in a general register, 64 pixels need five in place of six.
+  void twoWholes(const u8* src, u8* dst) const {
+    const auto mask = [&](int i) -> std::uint64_t { return _cvtmask16_u32(sixteen(src + 64 * i)); };
+    const __m512i bytes = _mm512_movm_epi8(mask(0) | mask(1) << 16 | mask(2) << 32 | mask(3) << 48);
+    Vector32{_mm512_castsi512_si256(bytes)}.store(dst);
+    Vector32{_mm512_extracti64x4_epi64(bytes, 1)}.store(dst + 32);
   }
   void part(const u8* src, u8* dst, std::int64_t pixels) const {
     const __mmask32 lanes = _bzhi_u32(~0U, static_cast<unsigned>(pixels));
     const auto low = static_cast<__mmask16>(lanes), high = static_cast<__mmask16>(lanes >> 16);
-    const __m256i bytes =
-        outcome(_mm512_cmp_ps_mask(_mm512_maskz_loadu_ps(low, src), value, predicate),
-                _mm512_cmp_ps_mask(_mm512_maskz_loadu_ps(high, src + 64), value, predicate));
-    _mm256_mask_storeu_epi8(dst, lanes, bytes);
+    const __mmask16 lowHolds = _mm512_cmp_ps_mask(_mm512_maskz_loadu_ps(low, src), value, predicate);
+    const __mmask16 highHolds = _mm512_cmp_ps_mask(_mm512_maskz_loadu_ps(high, src + 64), value, predicate);
+    _mm256_mask_storeu_epi8(dst, lanes, bytesOf(_mm512_kunpackw(highHolds, lowHolds)));
   }
 
  private:
-  static __m256i outcome(__mmask16 low, __mmask16 high) {
-    return _mm256_movm_epi8(_mm512_kunpackw(high, low));
+  __mmask16 sixteen(const u8* src) const {
+    return _mm512_cmp_ps_mask(_mm512_loadu_ps(src), value, predicate);
   }
+  static __m256i bytesOf(__mmask32 holds) { return _mm256_movm_epi8(holds); }
 };
 #endif
 
@@ -84,6 +90,13 @@ inline void compareWide(const Compare& compare, const u8* src, u8* dst, std::int
     src += head * Compare::pixelBytes;
     dst += head;
     pixels -= head;
+  }
+  if constexpr (requires { compare.twoWholes(src, dst); }) {
+    for (; pixels >= 64; pixels -= 64) {
+      compare.twoWholes(src, dst);
+      src += 64 * Compare::pixelBytes;
+      dst += 64;
+    }
   }
   for (; pixels >= 32; pixels -= 32) {
     Vector32{compare.whole(src)}.store(dst);

@@ -86,17 +86,24 @@ inline std::int64_t writeBlocks(const Rows& rows, u8* dst, std::int64_t i, std::
   return i;
 }
 
+/// A row that is longer than the way to any boundary.
 template <class Pieces, LogicalStores stores>
 inline void xorConstantBlocks(u8 constant, const u8* src, u8* dst, std::int64_t length) {
   constexpr int blockBytes = stores == LogicalStores::streaming ? Pieces::streamedBytes : 64;
   const XoredRow<> row{src, constant};
-  std::int64_t i = 0;
-  if constexpr (stores != LogicalStores::anywhere) {
-    i = bytesToBoundary(dst, 64);  // less than any row that is aligned
-    Pieces::write(row, dst, 0, i);
-  }
+  std::int64_t i = bytesToBoundary(dst, 64);
+  Pieces::write(row, dst, 0, i);
   i = writeBlocks<typename Pieces::Vector, blockBytes, stores>(row, dst, i, length);
   Pieces::write(row, dst, i, length);
+}
+
+/// A row from its first byte on, of a number of blocks that is known to the compiler, and a tail. Short rows
+/// cost more in counting than in moving.
+template <class Pieces, int blocks>
+inline void xorConstantShort(u8 constant, const u8* src, u8* dst, std::int64_t length) {
+  const XoredRow<> row{src, constant};
+  writeBlocks<typename Pieces::Vector, 64, LogicalStores::anywhere>(row, dst, 0, 64 * blocks);
+  if (length != 64 * blocks) Pieces::write(row, dst, 64 * blocks, length);
 }
 
 /// The body takes four blocks a turn while it lasts: two loads and a store a block leave no room for
