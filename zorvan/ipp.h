@@ -8,4 +8,5 @@
 #include "zorvan/foundation/IppSMemory.h"
 #include "zorvan/foundation/Status.h"
 #include "zorvan/operations/computervision/ComputerVision.h"
+#include "zorvan/operations/filtering/FilteringFunction.h"
 #include "zorvan/operations/initializer/Initializer.h"
