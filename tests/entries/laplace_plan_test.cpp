@@ -38,10 +38,13 @@ TEST(LaplacePlan, TheReportedSizeWrapsAt32Bits) {
                 static_cast<std::uint32_t>((0x80000001ull * 3 + 29) + (0x80000001ull * 2 + 30) + 32)));
 }
 
-TEST(LaplacePlan, TilesHaveTwoKibibytesOfSums) {
-  EXPECT_EQ(tilePixels(1), 1024);
-  EXPECT_EQ(tilePixels(2), 512);
-  EXPECT_EQ(tilePixels(4), 512);
+TEST(LaplacePlan, TilesHaveTheSameBytesOfSumsForAllPixels) {
+  EXPECT_EQ(tilePixels(3, 1), 4096);
+  EXPECT_EQ(tilePixels(3, 2), 2048);
+  EXPECT_EQ(tilePixels(3, 4), 2048);
+  EXPECT_EQ(tilePixels(5, 1), 1024);
+  EXPECT_EQ(tilePixels(5, 2), 512);
+  EXPECT_EQ(tilePixels(5, 4), 512);
 }
 
 }  // namespace

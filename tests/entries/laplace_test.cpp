@@ -209,9 +209,11 @@ void wideRegions(const LaplaceEntry<T>& entry, int variant) {
   std::vector<int> widths;
   for (int width = 10; width <= (full ? 300 : 150); width += full ? 1 : 1 + random.below(3))
     widths.push_back(width);
-  const int tile = Primitives::tilePixels(sizeof(T));
-  for (const int more : {-1, 0, 1, 2, 3, 4, 5, 6, 64, 65}) widths.push_back(tile + more);
-  widths.push_back(2 * tile + 3);
+  for (const int extent : {3, 5}) {
+    const int tile = Primitives::tilePixels(extent, sizeof(T));
+    for (const int more : {-1, 0, 1, 2, 3, 4, 5, 6, 64, 65}) widths.push_back(tile + more);
+    widths.push_back(2 * tile + 3);
+  }
   for (const int mask : {33, 55}) {
     for (const int width : widths) {
       for (int i = 0; i < (full ? 10 : 3); ++i) {

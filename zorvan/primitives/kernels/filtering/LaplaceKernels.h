@@ -45,6 +45,14 @@ inline bool isLaplaceBorder(int word) {
   return word == BorderWord::allInMemory || kind == BorderKind::replicate || kind == BorderKind::constant;
 }
 
+template <class Use>
+inline void forEachTile(Size roi, int tilePixels, Use use) {
+  for (std::int64_t x = 0; x < roi.width; x += tilePixels) {
+    const std::int64_t rest = roi.width - x;
+    use(x, Size{rest < tilePixels ? static_cast<std::int32_t>(rest) : tilePixels, roi.height});
+  }
+}
+
 template <class V, class T>
 int filterLaplace(const T* src, int srcStep, T* dst, int dstStep, Size roi, int mask, int borderType,
                   T borderValue, u8* buffer) {
@@ -64,7 +72,9 @@ int filterLaplace(const T* src, int srcStep, T* dst, int dstStep, Size roi, int 
                     if (part.width <= narrowPixels) {
                       narrow(from, to, part);
                     } else {
-                      wide(from, to, part, rows);
+                      forEachTile(part, tilePixels(extent, sizeof(T)), [&](std::int64_t x, Size tile) {
+                        wide(from.from(0, x), to.from(0, x), tile, rows);
+                      });
                     }
                   });
   };

@@ -56,10 +56,10 @@ constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, 
       expansionBytes(roi, extent, pixelBytes, channels) + rows + workAlignmentBytes));
 }
 
-/// The 5 by 5 kernel takes wide regions in tiles of so many bytes of sums a row, so that its ring stays in
-/// the nearest cache.
-constexpr int tileSumBytes = 2048;
-constexpr int tilePixels(int pixelBytes) { return tileSumBytes / sumBytesOf(pixelBytes); }
+/// Wide regions go in tiles of so many bytes of sums a row, so that the rows of sums, the rows around them
+/// and those that are fetched ahead stay in the nearest cache together.
+constexpr int tileSumBytes(int extent) { return extent == 3 ? 8192 : 2048; }
+constexpr int tilePixels(int extent, int pixelBytes) { return tileSumBytes(extent) / sumBytesOf(pixelBytes); }
 
 /// Regions of so few columns go pixel by pixel down the columns: the left and right stripes.
 constexpr int narrowPixels = 2;

@@ -6,6 +6,9 @@
 // sums, then three neighbouring sums for each pixel. The row of integer sums is kept as two, of the even and
 // of the odd columns, in which neighbours of both sides lie in the same lane or the next.
 //
+// What the next output row will load and store is fetched ahead: a row of a tile is too short for the
+// processor to see where it goes on.
+//
 // Reads one pixel beyond the region on every side. Writes the region and the row of sums, to the byte.
 
 #include "zorvan/primitives/kernels/common/Plane.h"
@@ -37,8 +40,9 @@ struct LaplacePairs3x3 {
     unsigned char* const even = rows;
     unsigned char* const odd = rows + (columns + 1) / 2 * laneBytes;
     for (std::int64_t y = 0; y < roi.height; ++y) {
-      addColumns(bytesAt(src, y - 1, -1), bytesAt(src, y, -1), bytesAt(src, y + 1, -1), columns, even, odd);
-      addRow(bytesAt(src, y, 0), even, odd, bytesAt(dst, y, 0), roi.width);
+      addColumns(bytesAt(src, y - 1, -1), bytesAt(src, y, -1), bytesAt(src, y + 1, -1), src.step, columns,
+                 even, odd);
+      addRow(bytesAt(src, y, 0), even, odd, bytesAt(dst, y, 0), dst.step, roi.width);
     }
   }
 
@@ -52,10 +56,11 @@ struct LaplacePairs3x3 {
   }
 
   static void addColumns(const unsigned char* above, const unsigned char* here, const unsigned char* below,
-                         std::int64_t columns, unsigned char* even, unsigned char* odd) {
+                         std::int64_t step, std::int64_t columns, unsigned char* even, unsigned char* odd) {
     std::int64_t at = 0;  // in bytes of pixels, which are those of the sums of one parity
     const std::int64_t bytes = columns * std::int64_t{sizeof(T)};
     for (; at + V::size <= bytes; at += V::size) {
+      __builtin_prefetch(below + at + step);
       const Pair<V> sum = sumOf(V::load(above + at), V::load(here + at), V::load(below + at));
       sum.even.store(even + at);
       sum.odd.store(odd + at);
@@ -76,10 +81,11 @@ struct LaplacePairs3x3 {
   }
 
   static void addRow(const unsigned char* src, const unsigned char* even, const unsigned char* odd,
-                     unsigned char* dst, std::int64_t width) {
+                     unsigned char* dst, std::int64_t step, std::int64_t width) {
     std::int64_t at = 0;
     const std::int64_t bytes = width * std::int64_t{sizeof(T)};
     for (; at + V::size <= bytes; at += V::size) {
+      __builtin_prefetch(dst + at + step, 1);
       resultOf(V::load(src + at), V::load(even + at), V::load(even + at + laneBytes), V::load(odd + at),
                V::load(odd + at + laneBytes))
           .store(dst + at);
@@ -104,16 +110,17 @@ struct LaplaceFloats3x3 {
 
   static void run(Plane<const float> src, Plane<float> dst, Size roi, unsigned char* rows) {
     for (std::int64_t y = 0; y < roi.height; ++y) {
-      addColumns(bytesAt(src, y - 1, -1), bytesAt(src, y, -1), bytesAt(src, y + 1, -1),
+      addColumns(bytesAt(src, y - 1, -1), bytesAt(src, y, -1), bytesAt(src, y + 1, -1), src.step,
                  std::int64_t{roi.width} + 2, rows);
-      addRow(bytesAt(src, y, 0), rows, bytesAt(dst, y, 0), roi.width);
+      addRow(bytesAt(src, y, 0), rows, bytesAt(dst, y, 0), dst.step, roi.width);
     }
   }
 
  private:
   static void addColumns(const unsigned char* above, const unsigned char* here, const unsigned char* below,
-                         std::int64_t columns, unsigned char* sums) {
+                         std::int64_t step, std::int64_t columns, unsigned char* sums) {
     const auto add = [=](std::int64_t at, auto access) {
+      __builtin_prefetch(below + at + step);
       const Floats two =
           Operations::add(Operations::of(access.load(above + at)), Operations::of(access.load(here + at)));
       access.store(Operations::vector(Operations::add(two, Operations::of(access.load(below + at)))),
@@ -123,9 +130,10 @@ struct LaplaceFloats3x3 {
   }
 
   static void addRow(const unsigned char* src, const unsigned char* sums, unsigned char* dst,
-                     std::int64_t width) {
+                     std::int64_t step, std::int64_t width) {
     constexpr std::int64_t next = sizeof(float);
     const auto add = [=](std::int64_t at, auto access) {
+      __builtin_prefetch(dst + at + step, 1);
       const Floats two = Operations::add(Operations::of(access.load(sums + at)),
                                          Operations::of(access.load(sums + at + next)));
       const Floats sum = Operations::add(two, Operations::of(access.load(sums + at + 2 * next)));

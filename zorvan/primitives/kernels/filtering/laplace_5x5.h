@@ -9,6 +9,9 @@
 // The responses wait in a ring of twelve rows, five for A, four for B and three for C: so many until the last
 // use of the oldest.
 //
+// What the next row will load and store is fetched ahead: a row of a tile is too short for the processor to
+// see where it goes on.
+//
 // Reads two pixels beyond the region on every side. Writes the region and the ring, to the byte.
 
 #include "zorvan/primitives/kernels/common/Plane.h"
@@ -146,30 +149,23 @@ struct Laplace5x5 {
   using V = typename Response::Vector;
 
   static void run(Plane<const T> src, Plane<T> dst, Size roi, unsigned char* rows) {
-    constexpr int tile = tilePixels(sizeof(T));
-    for (std::int64_t x = 0; x < roi.width; x += tile) {
-      const std::int64_t left = roi.width - x;
-      const Size part{left < tile ? static_cast<std::int32_t>(left) : tile, roi.height};
-      runTile(src.from(0, x), dst.from(0, x), part, rows);
-    }
-  }
-
- private:
-  static void runTile(Plane<const T> src, Plane<T> dst, Size roi, unsigned char* rows) {
     const auto rowBytes = static_cast<std::int64_t>(sumRowBytes(roi.width, 5, sizeof(T)));
     RowRing<5> a(rows, rowBytes);
     RowRing<4> b(rows + 5 * rowBytes, rowBytes);
     RowRing<3> c(rows + 9 * rowBytes, rowBytes);
     for (std::int64_t y = -4; y < roi.height; ++y) {
       a.turn(), b.turn(), c.turn();
-      weighRow(bytesAt(src, y + 2, 0), roi.width, a.row[4], b.row[3], c.row[2]);
-      if (y >= 0) addRows(a.row[0], b.row[0], c.row[0], b.row[2], a.row[4], bytesAt(dst, y, 0), roi.width);
+      weighRow(bytesAt(src, y + 2, 0), src.step, roi.width, a.row[4], b.row[3], c.row[2]);
+      if (y >= 0)
+        addRows(a.row[0], b.row[0], c.row[0], b.row[2], a.row[4], bytesAt(dst, y, 0), dst.step, roi.width);
     }
   }
 
-  static void weighRow(const unsigned char* src, std::int64_t width, unsigned char* a, unsigned char* b,
-                       unsigned char* c) {
+ private:
+  static void weighRow(const unsigned char* src, std::int64_t step, std::int64_t width, unsigned char* a,
+                       unsigned char* b, unsigned char* c) {
     forEachVector(width, [=](std::int64_t at, std::int64_t sumAt, auto access) {
+      __builtin_prefetch(src + at + step);
       const auto response = Response::of(src + at, access);
       Response::store(response.a, a + sumAt, access);
       Response::store(response.b, b + sumAt, access);
@@ -178,9 +174,10 @@ struct Laplace5x5 {
   }
 
   static void addRows(const unsigned char* a0, const unsigned char* b1, const unsigned char* c2,
-                      const unsigned char* b3, const unsigned char* a4, unsigned char* dst,
+                      const unsigned char* b3, const unsigned char* a4, unsigned char* dst, std::int64_t step,
                       std::int64_t width) {
     forEachVector(width, [=](std::int64_t at, std::int64_t sumAt, auto access) {
+      __builtin_prefetch(dst + at + step, 1);
       auto sum = Response::add(Response::load(a0 + sumAt, access), Response::load(b1 + sumAt, access));
       sum = Response::add(sum, Response::load(c2 + sumAt, access));
       sum = Response::add(sum, Response::load(b3 + sumAt, access));
