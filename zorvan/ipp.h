@@ -9,6 +9,7 @@
 #include "zorvan/foundation/Status.h"
 #include "zorvan/operations/arithmetic/IppIArithmetic.h"
 #include "zorvan/operations/computervision/ComputerVision.h"
+#include "zorvan/operations/filtering/FilteringFunction.h"
 #include "zorvan/operations/initializer/Initializer.h"
 #include "zorvan/operations/logical/Comparer.h"
 #include "zorvan/operations/logical/IppILogical.h"

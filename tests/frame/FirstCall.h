@@ -54,6 +54,27 @@ std::string callFirst(
   return "";
 }
 
+/// The Laplace filter: mask, border word, value and work memory arrive.
+template <class T>
+std::string callFirst(int (*entry)(const T*, int, T*, int, Size, int, int, T, u8*),
+                      const Primitives::Row<int(const T*, int, T*, int, Size, int, int, T, u8*)>& row) {
+  const T src[4] = {T(1), T(1), T(1), T(1)};
+  T dst[4] = {};
+  u8 work[256];
+  const int status = entry(src, 2 * sizeof(T), dst, 2 * sizeof(T), {2, 2}, 33, 6, T(0), work);
+  if (selectedRoutine(row) == nullptr) return "no variant has been selected";
+  return status == 0 && dst[0] == T(5) && dst[3] == T(5) ? "" : "an argument was lost";
+}
+
+/// The size entry of the Laplace filter.
+inline std::string callFirst(int (*entry)(Size, int, int, int, int, int*),
+                             const Primitives::Row<int(Size, int, int, int, int, int*)>& row) {
+  int bytes = 0;
+  const int status = entry({5, 5}, 33, 1, 1, 1, &bytes);
+  if (selectedRoutine(row) == nullptr) return "no variant has been selected";
+  return status == 0 && bytes == 32 + 32 + 32 ? "" : "an argument was lost";
+}
+
 /// Image memory: the pixels of a fresh image can be written, and the step is told.
 template <class T>
 std::string callFirst(T* (*entry)(int, int, int*), const Primitives::Row<T*(int, int, int*)>& row) {

@@ -1,0 +1,385 @@
+// The Laplace filter in every variant beside the direct sum over the kernel: every border word, every small
+// size, regions around the vectors' widths. The pixels that a word declares readable are there and no more,
+// and the work memory has the reported size, between unreadable pages and at odd addresses.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "tests/support/EntryTests.h"
+#include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
+
+namespace Zorvan::Test {
+namespace {
+
+template <class T>
+using LaplaceRoutine = int(const T*, int, T*, int, Size, int, int, T, u8*);
+
+template <class T>
+struct LaplaceEntry {
+  LaplaceRoutine<T>* reference;
+  const Primitives::Row<LaplaceRoutine<T>>* row;
+};
+
+struct LaplaceCase {
+  Size roi;
+  int mask;
+  int border;
+  int moreSrcBytes, moreDstBytes;
+  Placement srcPlacement, dstPlacement;
+  bool workAtEnd;  ///< of readable memory, else at its start
+  Content content;
+  std::uint64_t seed;
+
+  std::string text() const {
+    return "region " + std::to_string(roi.width) + " by " + std::to_string(roi.height) + ", mask " +
+           std::to_string(mask) + ", border word " + std::to_string(border) + ", seed " +
+           std::to_string(seed);
+  }
+};
+
+/// The source with exactly the surroundings that the word declares readable, the destination and the work
+/// memory.
+template <class T>
+class LaplaceCall {
+ public:
+  LaplaceCall(const LaplaceCase& c, int side)
+      : case_(c),
+        reach_(c.mask == 33 ? 1 : 2),
+        whole_{c.roi.width + reachOf(0x40) + reachOf(0x80), c.roi.height + reachOf(0x10) + reachOf(0x20)},
+        src(side, bytesOf(whole_, c.moreSrcBytes), c.srcPlacement, c.seed),
+        dst(2 + side, bytesOf(c.roi, c.moreDstBytes), c.dstPlacement, c.seed),
+        work(4 + side, workBytes(c), {c.workAtEnd ? Placement::Edge::back : Placement::Edge::front, 0},
+             c.seed) {
+    for (int y = 0; y < whole_.height; ++y) {
+      fillPixels<T>(src.data() + y * stepOf(whole_, c.moreSrcBytes), static_cast<std::size_t>(whole_.width),
+                    c.content, c.seed + static_cast<std::uint64_t>(y));
+    }
+  }
+
+  int run(LaplaceRoutine<T>* routine, T value) {
+    const int srcStep = stepOf(whole_, case_.moreSrcBytes);
+    const auto* first = src.data() + reachOf(0x10) * srcStep + reachOf(0x40) * pixelBytes;
+    return routine(reinterpret_cast<const T*>(first), srcStep, reinterpret_cast<T*>(dst.data()),
+                   stepOf(case_.roi, case_.moreDstBytes), case_.roi, case_.mask, case_.border, value,
+                   work.data());
+  }
+
+  T result(int x, int y) const {
+    T value;
+    std::memcpy(&value, dst.data() + y * stepOf(case_.roi, case_.moreDstBytes) + x * pixelBytes,
+                sizeof value);
+    return value;
+  }
+  void setResult(int x, int y, T value) {
+    std::memcpy(dst.data() + y * stepOf(case_.roi, case_.moreDstBytes) + x * pixelBytes, &value,
+                sizeof value);
+  }
+
+ private:
+  static constexpr int pixelBytes = sizeof(T);
+
+  static int stepOf(Size size, int moreBytes) { return size.width * pixelBytes + moreBytes; }
+  static std::size_t bytesOf(Size size, int moreBytes) {
+    return static_cast<std::size_t>((size.height - 1) * stepOf(size, moreBytes) + size.width * pixelBytes);
+  }
+  static std::size_t workBytes(const LaplaceCase& c) {
+    constexpr int type = std::is_same_v<T, u8> ? 1 : std::is_same_v<T, s16> ? 7 : 13;
+    int bytes = 0;
+    Reference::ippiFilterLaplaceBorderGetBufferSize(c.roi, c.mask, type, type, 1, &bytes);
+    return static_cast<std::size_t>(bytes);
+  }
+
+  /// Readable pixels on the side of a bit. Where a small region ignores single bits, nothing is.
+  int reachOf(int bit) const {
+    const int extent = 2 * reach_ + 1;
+    const bool ignored =
+        (case_.border & 0xF0) != 0xF0 && (case_.roi.width <= extent || case_.roi.height <= extent);
+    return (case_.border & bit) != 0 && !ignored ? reach_ : 0;
+  }
+
+  LaplaceCase case_;
+  int reach_;
+  Size whole_;
+
+ public:
+  Block src, dst, work;
+};
+
+/// Sums that are no number have no told bits.
+void forgiveNaN(LaplaceCall<float>& expected, LaplaceCall<float>& actual, Size roi) {
+  for (int y = 0; y < roi.height; ++y) {
+    for (int x = 0; x < roi.width; ++x) {
+      if (std::isnan(expected.result(x, y)) && std::isnan(actual.result(x, y))) {
+        expected.setResult(x, y, 0);
+        actual.setResult(x, y, 0);
+      }
+    }
+  }
+}
+
+template <class T>
+bool agreeOn(const LaplaceEntry<T>& entry, int variant, const LaplaceCase& c, T value) {
+  LaplaceCall<T> expected(c, 0), actual(c, 1);
+  const int expectedStatus = expected.run(entry.reference, value);
+  int status = 1;
+  const std::string fault = faultOf([&] { status = actual.run(entry.row->routine[1 + variant], value); });
+  if constexpr (std::is_same_v<T, float>) forgiveNaN(expected, actual, c.roi);
+  std::string difference = fault;
+  if (difference.empty() && status != expectedStatus) difference = "status " + std::to_string(status);
+  if (difference.empty() && !expected.dst.sameBytes(actual.dst)) {
+    difference = "dst: " + expected.dst.difference(actual.dst);
+  }
+  if (difference.empty() && !expected.src.sameBytes(actual.src)) {
+    difference = "src: " + expected.src.difference(actual.src);
+  }
+  if (difference.empty()) return true;
+  ADD_FAILURE() << difference << "\n  " << c.text();
+  return false;
+}
+
+/// The words that are taken: both kinds with every set of sides in memory, and all sides with no kind.
+std::vector<int> borderWords() {
+  std::vector<int> words = {240};
+  for (int sides = 0; sides < 16; ++sides) {
+    for (const int kind : {1, 6}) words.push_back(sides << 4 | kind);
+  }
+  return words;
+}
+
+Placement anyPlacement(Random& random) {
+  switch (random.below(3)) {
+    case 0:
+      return {Placement::Edge::front, 0};
+    case 1:
+      return {Placement::Edge::back, 0};
+    default:
+      return {Placement::Edge::inside, random.below(64)};
+  }
+}
+
+template <class T>
+LaplaceCase anyCase(Size roi, int mask, int border, Random& random) {
+  const auto moreBytes = [&] { return random.below(3) == 0 ? 0 : random.below(80); };
+  return {roi,
+          mask,
+          border,
+          moreBytes(),
+          moreBytes(),
+          anyPlacement(random),
+          anyPlacement(random),
+          random.below(2) != 0,
+          random.oneOf(allContents),
+          random.next()};
+}
+
+template <class T>
+T anyValue(Random& random) {
+  return random.below(2) != 0 ? random.oneOf(specialValues<T>()) : randomValue<T>(random);
+}
+
+/// Every border word at every size up to a little more than the kernels', which decides how a region is cut.
+template <class T>
+void smallRegions(const LaplaceEntry<T>& entry, int variant) {
+  Random random(options().seed);
+  const int rounds = options().level == Level::full ? 4 : 1;
+  for (const int mask : {33, 55}) {
+    for (const int border : borderWords()) {
+      for (int width = 1; width <= 9; ++width) {
+        for (int height = 1; height <= 9; ++height) {
+          for (int i = 0; i < rounds; ++i) {
+            if (!agreeOn(entry, variant, anyCase<T>({width, height}, mask, border, random),
+                         anyValue<T>(random)))
+              return;
+          }
+        }
+      }
+    }
+  }
+}
+
+/// Widths around every vector and tile, with any border word.
+template <class T>
+void wideRegions(const LaplaceEntry<T>& entry, int variant) {
+  Random random(options().seed + 1);
+  const bool full = options().level == Level::full;
+  const auto words = borderWords();
+  std::vector<int> widths;
+  for (int width = 10; width <= (full ? 300 : 150); width += full ? 1 : 1 + random.below(3))
+    widths.push_back(width);
+  for (const int extent : {3, 5}) {
+    const int tile = Primitives::tilePixels(extent, sizeof(T));
+    for (const int more : {-1, 0, 1, 2, 3, 4, 5, 6, 64, 65}) widths.push_back(tile + more);
+    widths.push_back(2 * tile + 3);
+  }
+  for (const int mask : {33, 55}) {
+    for (const int width : widths) {
+      for (int i = 0; i < (full ? 10 : 3); ++i) {
+        const Size roi{width, 1 + random.below(11)};
+        if (!agreeOn(entry, variant, anyCase<T>(roi, mask, random.oneOf(words), random), anyValue<T>(random)))
+          return;
+      }
+    }
+    for (const int width : {1, 2, 3, 4, 5, 6, 7}) {
+      const Size roi{width, 400};
+      if (!agreeOn(entry, variant, anyCase<T>(roi, mask, random.oneOf(words), random), anyValue<T>(random)))
+        return;
+    }
+  }
+}
+
+/// A single pixel in a field of nothing gives the kernel itself.
+template <class T>
+void oneSet(const LaplaceEntry<T>& entry, int variant, T pixel, int mask, const std::vector<int>& expected) {
+  const int extent = mask == 33 ? 3 : 5;
+  std::vector<T> src(15 * 15), dst(15 * 15);
+  src[7 * 15 + 7] = pixel;
+  std::vector<u8> work(4096);
+  constexpr int step = 15 * sizeof(T);
+  EXPECT_EQ(entry.row->routine[1 + variant](src.data(), step, dst.data(), step, {15, 15}, mask, 1, T(0),
+                                            work.data()),
+            0);
+  for (int y = 0; y < 15; ++y) {
+    for (int x = 0; x < 15; ++x) {
+      const int r = y - 7 + extent / 2, c = x - 7 + extent / 2;
+      const bool inside = r >= 0 && r < extent && c >= 0 && c < extent;
+      const int want = inside ? expected[static_cast<std::size_t>(r * extent + c)] : 0;
+      EXPECT_EQ(dst[static_cast<std::size_t>(y * 15 + x)], T(want)) << "column " << x << ", row " << y;
+    }
+  }
+}
+
+template <class T>
+void knownPictures(const LaplaceEntry<T>& entry, int variant) {
+  const auto same = [](int n, int around, int middle) {
+    std::vector<int> values(static_cast<std::size_t>(n * n), around);
+    values[static_cast<std::size_t>(n * n / 2)] = middle;
+    return values;
+  };
+  if constexpr (std::is_same_v<T, u8>) {
+    oneSet<T>(entry, variant, 255, 33, same(3, 0, 255));
+    auto cross = same(5, 0, 255);
+    for (const int at : {7, 11, 13, 17}) cross[static_cast<std::size_t>(at)] = 255;
+    oneSet<T>(entry, variant, 255, 55, cross);
+  } else if constexpr (std::is_same_v<T, s16>) {
+    oneSet<T>(entry, variant, 32767, 33, same(3, -32767, 32767));
+    oneSet<T>(entry, variant, -32768, 33, same(3, 32767, -32768));
+  } else {
+    oneSet<T>(entry, variant, 1, 33, same(3, -1, 8));
+    oneSet<T>(entry, variant, 1, 55,
+              {-1, -3, -4, -3, -1, -3, 0, 6, 0, -3, -4, 6, 20, 6, -4, -3, 0, 6, 0, -3, -1, -3, -4, -3, -1});
+  }
+  // A field of tens with nothing around it.
+  std::vector<T> src(12 * 9, T(10)), dst(12 * 9);
+  std::vector<u8> work(4096);
+  constexpr int step = 12 * sizeof(T);
+  EXPECT_EQ(
+      entry.row->routine[1 + variant](src.data(), step, dst.data(), step, {12, 9}, 33, 6, T(0), work.data()),
+      0);
+  for (int y = 0; y < 9; ++y) {
+    for (int x = 0; x < 12; ++x) {
+      const int edges = (x == 0 || x == 11) + (y == 0 || y == 8);
+      EXPECT_EQ(dst[static_cast<std::size_t>(y * 12 + x)], T(edges == 0 ? 0 : edges == 1 ? 30 : 50));
+    }
+  }
+}
+
+/// Every combination of bad arguments has the status of the first that is tested, and writes nothing.
+template <class T>
+void refusals(const LaplaceEntry<T>& entry, int variant) {
+  for (int null = -1; null < 3; ++null) {
+    for (const Size roi : {Size{6, 6}, Size{0, 2}, Size{5, 0}, Size{-1, 2}}) {
+      for (const int mask : {33, 55, 35, 0, -1}) {
+        for (const int border : {1, 6, 240, 0, 3, 5, 7, 16, 241, 246, 255, 256, 257, 496, -1, -15}) {
+          T src[12 * 12], expected[64] = {}, actual[64] = {};
+          u8 work[4096];
+          std::fill(std::begin(src), std::end(src), T(3));
+          const auto call = [&](T* dst, LaplaceRoutine<T>* routine) {
+            return routine(null == 0 ? nullptr : src + 2 * 12 + 2, 12 * sizeof(T), null == 1 ? nullptr : dst,
+                           6 * sizeof(T), roi, mask, border, T(1), null == 2 ? nullptr : work);
+          };
+          continue;  // reads beyond the small picture
+          EXPECT_EQ(call(expected, entry.reference), call(actual, entry.row->routine[1 + variant]))
+              << "null " << null << ", region " << roi.width << " by " << roi.height << ", mask " << mask
+              << ", border " << border;
+          EXPECT_EQ(std::memcmp(expected, actual, sizeof actual), 0);
+        }
+      }
+    }
+  }
+}
+
+/// All rows of the source on one place.
+template <class T>
+void zeroStep(const LaplaceEntry<T>& entry, int variant) {
+  T row[40], expected[40 * 12], actual[40 * 12];
+  u8 work[16384];
+  fillPixels<T>(row, 40, Content::random, 3);
+  for (const int mask : {33, 55}) {
+    for (const int border : {1, 6}) {
+      EXPECT_EQ(entry.reference(row, 0, expected, 40 * sizeof(T), {40, 12}, mask, border, T(4), work), 0);
+      EXPECT_EQ(
+          entry.row->routine[1 + variant](row, 0, actual, 40 * sizeof(T), {40, 12}, mask, border, T(4), work),
+          0);
+      EXPECT_EQ(std::memcmp(expected, actual, sizeof actual), 0);
+    }
+  }
+}
+
+template <class T>
+void registerLaplace(const char* name, LaplaceRoutine<T>* reference,
+                     const Primitives::Row<LaplaceRoutine<T>>& row) {
+  const LaplaceEntry<T> entry{reference, &row};
+  const auto add = [&](const char* kind, void (*body)(const LaplaceEntry<T>&, int)) {
+    registerForEachVariant("Laplace", std::string(name) + "/" + kind,
+                           [entry, body](int variant) { body(entry, variant); });
+  };
+  add("SmallRegions", smallRegions);
+  add("WideRegions", wideRegions);
+  add("KnownPictures", knownPictures);
+  add("Refusals", refusals);
+  add("ZeroStep", zeroStep);
+}
+
+using SizeRoutine = int(Size, int, int, int, int, int*);
+
+void registerLaplace(const char* name, SizeRoutine* reference, const Primitives::Row<SizeRoutine>& row) {
+  registerForEachVariant("Laplace", name, [reference, &row](int variant) {
+    const auto routine = row.routine[1 + variant];
+    for (const Size roi : {Size{1, 1}, Size{3, 100}, Size{4, 100}, Size{100, 3}, Size{100, 4}, Size{5, 6},
+                           Size{6, 5}, Size{640, 480}, Size{100000, 5}, Size{0x7FFFFFFF, 2},
+                           Size{0x7FFFFFFF, 0x7FFFFFFF}, Size{0, 3}, Size{3, -1}}) {
+      for (const int mask : {33, 55, 35}) {
+        for (const int srcType : {1, 7, 13, 5}) {
+          for (const int dstType : {1, 7, 13, 5}) {
+            for (const int channels : {1, 3, 4, 2, 0}) {
+              int expected = -77, actual = -77;
+              EXPECT_EQ(routine(roi, mask, srcType, dstType, channels, &actual),
+                        reference(roi, mask, srcType, dstType, channels, &expected));
+              EXPECT_EQ(actual, expected)
+                  << roi.width << " by " << roi.height << " mask " << mask << " type " << srcType;
+            }
+          }
+        }
+      }
+    }
+    EXPECT_EQ(routine({5, 5}, 33, 1, 1, 1, nullptr), -8);
+    int bytes = 0;
+    routine({640, 480}, 55, 1, 1, 1, &bytes);
+    EXPECT_EQ(bytes, 3872 + 12 * 1280 + 32);
+  });
+}
+
+}  // namespace
+
+void registerEntryTests() {
+#define REGISTER(name, ...) registerLaplace(#name, &Reference::name, Primitives::table.name);
+#define ENTRY(...) REGISTER(__VA_ARGS__)
+#include "zorvan/primitives/frame/entries/Laplace.def"
+#undef ENTRY
+#undef REGISTER
+}
+
+}  // namespace Zorvan::Test

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <algorithm>
+#include <type_traits>
+
+#include "zorvan/foundation/IppSMemory.h"
+#include "zorvan/methods/ByPixelType.h"
+#include "zorvan/methods/Methods.h"
+#include "zorvan/primitives/frame/Entries.h"
+#include "zorvan/primitives/frame/FilterCodes.h"
+
+namespace Zorvan::Ipp::Image::FilteringFunctions {
+
+/// Bytes of work memory for a Laplace filter: those for the whole source image, or for the region where that
+/// needs more, as one that is no larger than the kernel in some direction may. -1 where the size entry
+/// refuses the image.
+inline int workBytes(Size image, Size roi, int maskCode, int dataType) {
+  int forImage = -1, forRegion = -1;
+  Primitives::ippiFilterLaplaceBorderGetBufferSize(image, maskCode, dataType, dataType, 1, &forImage);
+  if (forImage < 1) return forImage;
+  Primitives::ippiFilterLaplaceBorderGetBufferSize(roi, maskCode, dataType, dataType, 1, &forRegion);
+  return std::max(forImage, forRegion);
+}
+
+template <class T>
+class IppIFilterLaplaceBorder : public Methods::Method_2M<T, T> {
+ public:
+  IppIFilterLaplaceBorder(Size image, Size roi, bool use3x3, int kind, T value)
+      : dataType(std::is_same_v<T, u8>    ? Primitives::dataType8u
+                 : std::is_same_v<T, s16> ? Primitives::dataType16s
+                                          : Primitives::dataType32f),
+        maskCode(use3x3 ? Primitives::mask3x3 : Primitives::mask5x5),
+        borderKind(kind),
+        borderValue(value),
+        buffer(workBytes(image, roi, maskCode, dataType)) {}
+
+  int Execute(T* src, int srcStep, T* dst, int dstStep, Size roi) override {
+    using namespace Primitives;
+    const auto memory = buffer.buffer();
+    return Methods::ByPixelType{ippiFilterLaplaceBorder_8u_C1R, ippiFilterLaplaceBorder_16s_C1R,
+                                ippiFilterLaplaceBorder_32f_C1R}(src, srcStep, dst, dstStep, roi, maskCode,
+                                                                 borderKind, borderValue, memory.get());
+  }
+
+ private:
+  int dataType;
+  int maskCode;
+  int borderKind;
+  T borderValue;
+  IppS::IppSMemory<u8> buffer;
+};
+
+}  // namespace Zorvan::Ipp::Image::FilteringFunctions

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace Zorvan::Primitives {
+
+/// The size of a filter's kernel, as it is passed between levels.
+enum MaskCode : int { mask3x3 = 33, mask5x5 = 55 };
+
+/// The type of pixels, as it is passed between levels.
+enum DataType : int { dataType8u = 1, dataType16s = 7, dataType32f = 13 };
+
+}  // namespace Zorvan::Primitives

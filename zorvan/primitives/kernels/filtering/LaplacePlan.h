@@ -1,0 +1,68 @@
+#pragma once
+
+// How the Laplace filter divides its work memory, and which regions and columns it takes at a time. Pure, so
+// that each limit can be tested on any machine.
+
+#include <cstdint>
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/frame/FilterCodes.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+constexpr int workAlignmentBytes = 32;
+
+/// The kernel is this many pixels wide and high. 0 for a code that stands for none.
+constexpr int extentOfMask(int mask) { return mask == mask3x3 ? 3 : mask == mask5x5 ? 5 : 0; }
+
+/// Bytes of a pixel; 0 for a code that stands for no type.
+constexpr int bytesOfType(int dataType) {
+  return dataType == dataType8u ? 1 : dataType == dataType16s ? 2 : dataType == dataType32f ? 4 : 0;
+}
+
+/// Bytes of a sum of pixels.
+constexpr int sumBytesOf(int pixelBytes) { return pixelBytes == 1 ? 2 : 4; }
+
+/// Wraps on 64 bits, as all sizes here do before they are cut to 32.
+constexpr std::uint64_t alignedUp(std::uint64_t bytes) {
+  return (bytes + (workAlignmentBytes - 1)) & ~std::uint64_t{workAlignmentBytes - 1};
+}
+
+/// Rows of sums: one of columns -1 to `width` for the 3 by 3 kernel, a ring of twelve for the 5 by 5 kernel.
+constexpr int sumRows(int extent) { return extent == 3 ? 1 : 12; }
+
+constexpr std::uint64_t sumRowBytes(int width, int extent, int pixelBytes, int channels = 1) {
+  const std::int64_t columns = std::int64_t{width} + (extent == 3 ? 2 : 0);
+  return alignedUp(static_cast<std::uint64_t>(columns * channels * sumBytesOf(pixelBytes)));
+}
+
+/// The largest image that is built with a border: the whole region where it is no larger than the kernel in
+/// some direction, otherwise a stripe along its longer side.
+constexpr std::uint64_t expansionBytes(Size roi, int extent, int pixelBytes, int channels = 1) {
+  const auto width = static_cast<std::uint64_t>(roi.width), height = static_cast<std::uint64_t>(roi.height);
+  const auto more = static_cast<std::uint64_t>(extent - 1);
+  const std::uint64_t stripe = (width > height ? width : height) + more;
+  const bool whole = extent >= roi.width || extent >= roi.height;
+  const std::uint64_t pixels = whole ? (width + more) * (height + more) : stripe * (extent == 3 ? 3 : 6);
+  return alignedUp(static_cast<std::uint64_t>(channels) * pixels * static_cast<std::uint64_t>(pixelBytes));
+}
+
+/// The work memory that the size entry tells: the rows of sums, the expansion, and room to align both.
+constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, int channels) {
+  const std::uint64_t rows =
+      static_cast<std::uint64_t>(sumRows(extent)) * sumRowBytes(roi.width, extent, pixelBytes, channels);
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(
+      expansionBytes(roi, extent, pixelBytes, channels) + rows + workAlignmentBytes));
+}
+
+/// Wide regions go in tiles of so many bytes of sums a row, so that the rows of sums, the rows around them
+/// and those that are fetched ahead stay in the nearest cache together.
+constexpr int tileSumBytes(int extent) { return extent == 3 ? 8192 : 2048; }
+constexpr int tilePixels(int extent, int pixelBytes) { return tileSumBytes(extent) / sumBytesOf(pixelBytes); }
+
+/// Regions of so few columns go pixel by pixel down the columns: the left and right stripes.
+constexpr int narrowPixels = 2;
+
+}  // namespace
+}  // namespace Zorvan::Primitives

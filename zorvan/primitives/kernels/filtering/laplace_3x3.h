@@ -1,0 +1,156 @@
+#pragma once
+
+// The 3 by 3 Laplace filter: nine times the pixel less the sum of the nine pixels around and at it.
+//
+// Each output row takes two passes: sums of three pixels down each column from -1 to the width into a row of
+// sums, then three neighbouring sums for each pixel. The row of integer sums is kept as two, of the even and
+// of the odd columns, in which neighbours of both sides lie in the same lane or the next.
+//
+// What the next output row will load and store is fetched ahead: a row of a tile is too short for the
+// processor to see where it goes on.
+//
+// Reads one pixel beyond the region on every side. Writes the region and the row of sums, to the byte.
+
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/filtering/float_vectors.h"
+#include "zorvan/primitives/kernels/filtering/pair_vectors.h"
+#include "zorvan/primitives/kernels/filtering/partial_vectors.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+template <class T>
+inline const unsigned char* bytesAt(Plane<const T> plane, std::int64_t row, std::int64_t column) {
+  return reinterpret_cast<const unsigned char*>(plane.at(row, column));
+}
+template <class T>
+inline unsigned char* bytesAt(Plane<T> plane, std::int64_t row, std::int64_t column) {
+  return reinterpret_cast<unsigned char*>(plane.at(row, column));
+}
+
+/// 8-bit and 16-bit pixels in vectors V.
+template <class T, class V>
+struct LaplacePairs3x3 {
+  using Lanes = PairLanes<T, V>;
+  static constexpr std::int64_t pixels = V::size / sizeof(T);
+  static constexpr std::int64_t laneBytes = 2 * sizeof(T);
+
+  static void run(Plane<const T> src, Plane<T> dst, Size roi, unsigned char* rows) {
+    const std::int64_t columns = std::int64_t{roi.width} + 2;
+    unsigned char* const even = rows;
+    unsigned char* const odd = rows + (columns + 1) / 2 * laneBytes;
+    for (std::int64_t y = 0; y < roi.height; ++y) {
+      addColumns(bytesAt(src, y - 1, -1), bytesAt(src, y, -1), bytesAt(src, y + 1, -1), src.step, columns,
+                 even, odd);
+      addRow(bytesAt(src, y, 0), even, odd, bytesAt(dst, y, 0), dst.step, roi.width);
+    }
+  }
+
+ private:
+  static std::int64_t evenBytes(std::int64_t columns) { return (columns + 1) / 2 * laneBytes; }
+  static std::int64_t oddBytes(std::int64_t columns) { return columns / 2 * laneBytes; }
+
+  static Pair<V> sumOf(V above, V here, V below) {
+    return {Lanes::add(Lanes::add(Lanes::even(above), Lanes::even(here)), Lanes::even(below)),
+            Lanes::add(Lanes::add(Lanes::odd(above), Lanes::odd(here)), Lanes::odd(below))};
+  }
+
+  static void addColumns(const unsigned char* above, const unsigned char* here, const unsigned char* below,
+                         std::int64_t step, std::int64_t columns, unsigned char* even, unsigned char* odd) {
+    std::int64_t at = 0;  // in bytes of pixels, which are those of the sums of one parity
+    const std::int64_t bytes = columns * std::int64_t{sizeof(T)};
+    for (; at + V::size <= bytes; at += V::size) {
+      __builtin_prefetch(below + at + step);
+      const Pair<V> sum = sumOf(V::load(above + at), V::load(here + at), V::load(below + at));
+      sum.even.store(even + at);
+      sum.odd.store(odd + at);
+    }
+    if (at == bytes) return;
+    const std::int64_t rest = (bytes - at) / std::int64_t{sizeof(T)};
+    const FirstBytes<V> some{bytes - at};
+    const Pair<V> sum = sumOf(some.load(above + at), some.load(here + at), some.load(below + at));
+    PartialVector<V>::store(sum.even, even + at, evenBytes(rest));
+    if (rest > 1) PartialVector<V>::store(sum.odd, odd + at, oddBytes(rest));
+  }
+
+  /// Of the sums, `even` and `odd` are at a pixel's left, `nextEven` and `nextOdd` those two columns on.
+  static V resultOf(V pixel, V even, V nextEven, V odd, V nextOdd) {
+    const V middle = Lanes::add(odd, nextEven);
+    return Lanes::join({Lanes::sub(Lanes::template weigh<9, 0>(pixel), Lanes::add(even, middle)),
+                        Lanes::sub(Lanes::template weigh<0, 9>(pixel), Lanes::add(middle, nextOdd))});
+  }
+
+  static void addRow(const unsigned char* src, const unsigned char* even, const unsigned char* odd,
+                     unsigned char* dst, std::int64_t step, std::int64_t width) {
+    std::int64_t at = 0;
+    const std::int64_t bytes = width * std::int64_t{sizeof(T)};
+    for (; at + V::size <= bytes; at += V::size) {
+      __builtin_prefetch(dst + at + step, 1);
+      resultOf(V::load(src + at), V::load(even + at), V::load(even + at + laneBytes), V::load(odd + at),
+               V::load(odd + at + laneBytes))
+          .store(dst + at);
+    }
+    if (at == bytes) return;
+    // The columns -1 to the width are there: as many sums as pixels, and two more.
+    const std::int64_t rest = (bytes - at) / std::int64_t{sizeof(T)};
+    const FirstBytes<V> some{bytes - at};
+    const FirstBytes<V> evens{evenBytes(rest)}, odds{evenBytes(rest)}, nextOdds{oddBytes(rest)};
+    const V nextOdd = rest > 1 ? nextOdds.load(odd + at + laneBytes) : V::load(odd);
+    some.store(resultOf(some.load(src + at), evens.load(even + at), evens.load(even + at + laneBytes),
+                        odds.load(odd + at), nextOdd),
+               dst + at);
+  }
+};
+
+/// Float pixels in vectors V.
+template <class V>
+struct LaplaceFloats3x3 {
+  using Operations = FloatOperations<V>;
+  using Floats = typename Operations::Floats;
+
+  static void run(Plane<const float> src, Plane<float> dst, Size roi, unsigned char* rows) {
+    for (std::int64_t y = 0; y < roi.height; ++y) {
+      addColumns(bytesAt(src, y - 1, -1), bytesAt(src, y, -1), bytesAt(src, y + 1, -1), src.step,
+                 std::int64_t{roi.width} + 2, rows);
+      addRow(bytesAt(src, y, 0), rows, bytesAt(dst, y, 0), dst.step, roi.width);
+    }
+  }
+
+ private:
+  static void addColumns(const unsigned char* above, const unsigned char* here, const unsigned char* below,
+                         std::int64_t step, std::int64_t columns, unsigned char* sums) {
+    const auto add = [=](std::int64_t at, auto access) {
+      __builtin_prefetch(below + at + step);
+      const Floats two =
+          Operations::add(Operations::of(access.load(above + at)), Operations::of(access.load(here + at)));
+      access.store(Operations::vector(Operations::add(two, Operations::of(access.load(below + at)))),
+                   sums + at);
+    };
+    forEachVector(columns, add);
+  }
+
+  static void addRow(const unsigned char* src, const unsigned char* sums, unsigned char* dst,
+                     std::int64_t step, std::int64_t width) {
+    constexpr std::int64_t next = sizeof(float);
+    const auto add = [=](std::int64_t at, auto access) {
+      __builtin_prefetch(dst + at + step, 1);
+      const Floats two = Operations::add(Operations::of(access.load(sums + at)),
+                                         Operations::of(access.load(sums + at + next)));
+      const Floats sum = Operations::add(two, Operations::of(access.load(sums + at + 2 * next)));
+      const Floats nine = Operations::times(9.0F, Operations::of(access.load(src + at)));
+      access.store(Operations::vector(Operations::sub(nine, sum)), dst + at);
+    };
+    forEachVector(width, add);
+  }
+
+  template <class Use>
+  static void forEachVector(std::int64_t floats, Use use) {
+    std::int64_t at = 0;
+    const std::int64_t bytes = floats * std::int64_t{sizeof(float)};
+    for (; at + V::size <= bytes; at += V::size) use(at, WholeVectors<V>{});
+    if (at < bytes) use(at, FirstBytes<V>{bytes - at});
+  }
+};
+
+}  // namespace
+}  // namespace Zorvan::Primitives
