@@ -8,3 +8,4 @@
 #include "zorvan/foundation/IppSMemory.h"
 #include "zorvan/foundation/Status.h"
 #include "zorvan/operations/initializer/Initializer.h"
+#include "zorvan/operations/morphology/IppIMorphology.h"
