@@ -19,6 +19,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/PixelTypes.h"
 #include "zorvan/primitives/frame/ConnectedComp.h"
+#include "zorvan/primitives/frame/MorphSpec.h"
 
 namespace Zorvan::Primitives {
 

@@ -1,0 +1,173 @@
+// Erosion and dilation by definition: the neighbourhood of each pixel, taken one by one from an image that is
+// extended in all directions.
+
+#include <cstring>
+#include <vector>
+
+#include "tests/reference/Images.h"
+#include "tests/reference/Reference.h"
+
+namespace Zorvan::Reference {
+namespace {
+
+using Primitives::MorphAdvSpec;
+using Primitives::MorphSpec;
+
+constexpr int kReplicate = 1, kMirror = 3, kDefault = 5, kConstant = 6;
+constexpr int kAbove = 0x10, kBelow = 0x20, kLeft = 0x40, kRight = 0x80, kAll = 0xF0;
+
+template <class Record>
+Record recordAt(const Record* at) {
+  Record record;
+  std::memcpy(static_cast<void*>(&record), static_cast<const void*>(at), sizeof record);
+  return record;
+}
+
+template <class T>
+struct Image {
+  const T* pixels;
+  int step;
+  Size size;
+};
+
+/// The place inside `n` places that stands for place `i` outside.
+int inside(int i, int n, int kind) {
+  if (kind == kReplicate) return i < 0 ? 0 : n - 1;
+  while (i < 0 || i >= n) {  // reflect at the nearer end until inside
+    if (n == 1) return 0;
+    i = i < 0 ? -i : 2 * (n - 1) - i;
+  }
+  return i;
+}
+
+template <class T>
+T extendedPixel(const Image<T>& image, int row, int column, int word, T value) {
+  const bool rowMade = (row < 0 && !(word & kAbove)) || (row >= image.size.height && !(word & kBelow));
+  const bool columnMade = (column < 0 && !(word & kLeft)) || (column >= image.size.width && !(word & kRight));
+  const int kind = word & 15;
+  if ((rowMade || columnMade) && kind == kConstant) return value;
+  const int r = rowMade ? inside(row, image.size.height, kind) : row;
+  const int c = columnMade ? inside(column, image.size.width, kind) : column;
+  return get(image.pixels, image.step, r, c);
+}
+
+template <class T>
+T startValue(bool dilate);
+template <>
+u8 startValue(bool dilate) {
+  return dilate ? 0 : 255;
+}
+template <>
+float startValue(bool dilate) {
+  return dilate ? -3.4028235e38f : 3.4028235e38f;
+}
+
+/// What the tests of the arguments say, 0 if they pass.
+template <class T>
+int testArguments(const T* src, int srcStep, const T* dst, int dstStep, Size roi, const void* spec,
+                  const u8* buffer) {
+  if (src == nullptr || dst == nullptr || spec == nullptr || buffer == nullptr) return -8;
+  if (roi.width < 1 || roi.height < 1) return -6;
+  const std::int64_t rowBytes = static_cast<std::int64_t>(sizeof(T)) * roi.width;
+  if (srcStep < rowBytes || dstStep < rowBytes) return -16;
+  if (sizeof(T) == 4 && (srcStep % 4 != 0 || dstStep % 4 != 0)) return -108;
+  return 0;
+}
+
+template <class T>
+int morph(bool dilate, const T* src, int srcStep, T* dst, int dstStep, Size roi, int word, T value,
+          const MorphSpec* spec, const u8* buffer) {
+  const int status = testArguments(src, srcStep, dst, dstStep, roi, spec, buffer);
+  if (status != 0) return status;
+  if (word > 4095) return -225;
+  const int kind = word & 15;
+  if (word != 240 && kind != kReplicate && kind != kMirror && kind != kDefault && kind != kConstant)
+    return -225;
+  if (dilate && sizeof(T) == 1) word |= (word >> 4) & kAll;
+  if (kind == kDefault) {
+    word = (word & ~15) | kConstant;
+    value = startValue<T>(dilate);
+  }
+
+  const MorphSpec mask = recordAt(spec);
+  const int width = mask.maskWidth, height = mask.maskHeight;
+  int setCells = 0;
+  for (int i = 0; i < width * height; ++i) setCells += mask.cells[i] != 0;
+  const bool copies = setCells == 0 || width * height == 1;
+
+  if (width == 1) word |= kLeft | kRight;
+  if (height == 1) word |= kAbove | kBelow;
+  const bool small = width >= roi.width || height >= roi.height;
+  if (small && (word & kAll) != kAll) word &= ~kAll;
+
+  const Image<T> image{src, srcStep, roi};
+  std::vector<T> result;
+  for (int r = 0; r < roi.height; ++r) {
+    for (int c = 0; c < roi.width; ++c) {
+      T extreme = startValue<T>(dilate);
+      for (int i = 0; i < height; ++i) {
+        for (int j = 0; j < width; ++j) {
+          if (copies || mask.cells[i * width + j] == 0) continue;
+          const T pixel = extendedPixel(image, r + i - height / 2, c + j - width / 2, word, value);
+          if (dilate ? !(extreme > pixel) : !(extreme < pixel)) extreme = pixel;
+        }
+      }
+      result.push_back(copies ? get(src, srcStep, r, c) : extreme);
+    }
+  }
+  std::size_t i = 0;
+  for (int r = 0; r < roi.height; ++r) {
+    for (int c = 0; c < roi.width; ++c) put(dst, dstStep, r, c, result[i++]);
+  }
+  return 0;
+}
+
+template <class T>
+int morphTwice(bool dilateFirst, const T* src, int srcStep, T* dst, int dstStep, Size roi, int word, T value,
+               const MorphAdvSpec* spec, const u8* buffer) {
+  const int status = testArguments(src, srcStep, dst, dstStep, roi, spec, buffer);
+  if (status != 0) return status;
+  if (word > 4095) return -225;
+  const int kind = word & 15;
+  const bool hasKind = kind == kReplicate || kind == kMirror || kind == kDefault || kind == kConstant;
+  if (!hasKind && (word & kAll) != kAll) return -225;
+
+  const MorphAdvSpec both = recordAt(spec);
+  const auto pixels = static_cast<std::size_t>(roi.width) * static_cast<std::size_t>(roi.height);
+  std::vector<T> between(pixels);
+  const int step = roi.width * static_cast<int>(sizeof(T));
+  const int first =
+      morph(dilateFirst, src, srcStep, between.data(), step, roi, word, value, both.first, buffer);
+  if (first != 0) return first;
+  return morph<T>(!dilateFirst, between.data(), step, dst, dstStep, roi, hasKind ? kind : kDefault, value,
+                  both.second, buffer);
+}
+
+}  // namespace
+
+#define DEFINE(pixels, T)                                                                             \
+  int ippiMorphDilateBorder_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, Size roi,  \
+                                           int borderType, T borderValue, const MorphSpec* spec,      \
+                                           u8* buffer) {                                              \
+    return morph(true, src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer);       \
+  }                                                                                                   \
+  int ippiMorphErodeBorder_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, Size roi,   \
+                                          int borderType, T borderValue, const MorphSpec* spec,       \
+                                          u8* buffer) {                                               \
+    return morph(false, src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer);      \
+  }                                                                                                   \
+  int ippiMorphCloseBorder_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, Size roi,   \
+                                          int borderType, T borderValue, const MorphAdvSpec* spec,    \
+                                          u8* buffer) {                                               \
+    return morphTwice(true, src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer);  \
+  }                                                                                                   \
+  int ippiMorphOpenBorder_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, Size roi,    \
+                                         int borderType, T borderValue, const MorphAdvSpec* spec,     \
+                                         u8* buffer) {                                                \
+    return morphTwice(false, src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer); \
+  }
+DEFINE(8u, u8)
+DEFINE(32f, float)
+#undef DEFINE
+
+}  // namespace Zorvan::Reference

@@ -1,0 +1,168 @@
+#pragma once
+
+// One call of a morphology entry with all its memory: the mask's state and the work memory of exactly the
+// reported sizes, the source with as much around it as the border word declares readable and no more, all
+// between unreadable pages.
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "tests/reference/Images.h"
+#include "tests/support/Faults.h"
+#include "tests/support/Guarded.h"
+#include "tests/support/Pixels.h"
+#include "zorvan/primitives/frame/Entries.h"
+
+namespace Zorvan::Test {
+
+struct MorphMaskCells {
+  Size size;
+  std::vector<u8> cells;
+
+  u8& at(int row, int column) { return cells[static_cast<std::size_t>(row * size.width + column)]; }
+};
+
+inline MorphMaskCells emptyMask(Size size) {
+  return {size, std::vector<u8>(static_cast<std::size_t>(size.width * size.height), 0)};
+}
+inline MorphMaskCells solidMask(Size size) {
+  return {size, std::vector<u8>(static_cast<std::size_t>(size.width * size.height), 1)};
+}
+
+struct MorphCase {
+  MorphMaskCells mask;
+  Size roi;
+  int word;
+  int gap = 0;  ///< bytes between rows, beyond what must be readable
+  Content content = Content::random;
+  Placement placement = {Placement::Edge::back, 0};
+  std::uint64_t seed = 1;
+
+  std::string text() const {
+    std::string cells;
+    for (const u8 cell : mask.cells) cells += cell != 0 ? '#' : '.';
+    return "mask " + std::to_string(mask.size.width) + " by " + std::to_string(mask.size.height) + " " +
+           (cells.size() <= 90 ? cells : "") + ", region " + std::to_string(roi.width) + " by " +
+           std::to_string(roi.height) + ", word " + std::to_string(word) + ", gap " + std::to_string(gap) +
+           ", placement " + std::to_string(static_cast<int>(placement.edge)) + "+" +
+           std::to_string(placement.shift) + ", seed " + std::to_string(seed);
+  }
+};
+
+/// The state entries that go with a record and a pixel type.
+template <class Spec, class T>
+struct MorphState;
+#define STATE(Spec, T, getSize, init)                                                          \
+  template <>                                                                                  \
+  struct MorphState<Primitives::Spec, T> {                                                     \
+    static int sizes(Size roi, Size mask, int* spec, int* buffer) {                            \
+      return Primitives::getSize(roi, mask, spec, buffer);                                     \
+    }                                                                                          \
+    static int fill(Size roi, const u8* mask, Size size, Primitives::Spec* spec, u8* buffer) { \
+      return Primitives::init(roi, mask, size, spec, buffer);                                  \
+    }                                                                                          \
+  };
+STATE(MorphSpec, u8, ippiMorphologyBorderGetSize_8u_C1R, ippiMorphologyBorderInit_8u_C1R)
+STATE(MorphSpec, float, ippiMorphologyBorderGetSize_32f_C1R, ippiMorphologyBorderInit_32f_C1R)
+STATE(MorphAdvSpec, u8, ippiMorphAdvGetSize_8u_C1R, ippiMorphAdvInit_8u_C1R)
+STATE(MorphAdvSpec, float, ippiMorphAdvGetSize_32f_C1R, ippiMorphAdvInit_32f_C1R)
+#undef STATE
+
+template <class T, class Spec>
+class MorphCall {
+ public:
+  using Routine = int(const T*, int, T*, int, Size, int, T, const Spec*, u8*);
+
+  explicit MorphCall(const MorphCase& c, T value = T(100))
+      : case_(c),
+        value_(value),
+        sizes_(sizesOf(c)),
+        state_(0, specBytes(), c.placement, c.seed),
+        source_(1, sourceBytes(), c.placement, c.seed + 1),
+        work_(2, workBytes(), c.placement, c.seed + 2) {
+    // The turned mask takes in cells behind the last one of a mask of even size.
+    std::vector<u8> cells = c.mask.cells;
+    cells.resize(static_cast<std::size_t>((c.mask.size.width | 1) * (c.mask.size.height | 1)), 0);
+    MorphState<Spec, T>::fill(c.roi, cells.data(), c.mask.size, spec(), work_.data());
+    std::vector<T> pixels(source_.size() / sizeof(T));
+    fillPixels<T>(pixels.data(), pixels.size(), c.content, c.seed + 3);
+    for (T& pixel : pixels) {
+      if (pixel != pixel) pixel = T(0);  // what a NaN gives is left open
+    }
+    std::memcpy(source_.data(), pixels.data(), pixels.size() * sizeof(T));
+  }
+
+  /// What differs between the two routines, empty where nothing does.
+  std::string compare(Routine* reference, Routine* actual) const {
+    const int dstStep = case_.roi.width * pixelBytes + case_.gap;
+    const auto bytes =
+        static_cast<std::size_t>((case_.roi.height - 1) * dstStep + case_.roi.width * pixelBytes);
+    const Block expected(3, bytes, case_.placement, case_.seed + 4);
+    const Block got(4, bytes, case_.placement, case_.seed + 4);
+    const int wanted = run(reference, expected, dstStep);
+    int status = 0;
+    const std::string fault = faultOf([&] { status = run(actual, got, dstStep); });
+    if (!fault.empty()) return fault + "\n" + case_.text();
+    if (status != wanted) {
+      return "status " + std::to_string(status) + " instead of " + std::to_string(wanted) + "\n" +
+             case_.text();
+    }
+    agreeOnZeros(expected, got, dstStep);
+    if (expected.sameBytes(got)) return "";
+    return expected.difference(got) + "\n" + case_.text();
+  }
+
+ private:
+  static constexpr int pixelBytes = sizeof(T);
+  struct Sizes {
+    int spec, buffer;
+  };
+
+  static Sizes sizesOf(const MorphCase& c) {
+    Sizes sizes{};
+    MorphState<Spec, T>::sizes(c.roi, c.mask.size, &sizes.spec, &sizes.buffer);
+    return sizes;
+  }
+  std::size_t specBytes() const { return static_cast<std::size_t>(sizes_.spec); }
+  std::size_t workBytes() const { return static_cast<std::size_t>(sizes_.buffer); }
+
+  int reachX() const { return case_.mask.size.width / 2; }
+  int reachY() const { return case_.mask.size.height / 2; }
+  int left() const { return case_.word & 0x40 ? reachX() : 0; }
+  int right() const { return case_.word & 0x80 ? reachX() : 0; }
+  int above() const { return case_.word & 0x10 ? reachY() : 0; }
+  int below() const { return case_.word & 0x20 ? reachY() : 0; }
+  int srcStep() const { return (case_.roi.width + left() + right()) * pixelBytes + case_.gap; }
+  std::size_t sourceBytes() const {
+    return static_cast<std::size_t>((case_.roi.height + above() + below() - 1) * srcStep() +
+                                    (case_.roi.width + left() + right()) * pixelBytes);
+  }
+
+  Spec* spec() const { return reinterpret_cast<Spec*>(state_.data()); }
+
+  int run(Routine* routine, const Block& dst, int dstStep) const {
+    const unsigned char* const first = source_.data() + above() * srcStep() + left() * pixelBytes;
+    return routine(reinterpret_cast<const T*>(first), srcStep(), reinterpret_cast<T*>(dst.data()), dstStep,
+                   case_.roi, case_.word, value_, spec(), work_.data());
+  }
+
+  /// Of two zeros of different sign either is an extreme.
+  void agreeOnZeros(const Block& expected, const Block& got, int dstStep) const {
+    for (int r = 0; r < case_.roi.height; ++r) {
+      for (int c = 0; c < case_.roi.width; ++c) {
+        auto* const there = reinterpret_cast<T*>(got.data());
+        const T wanted = Reference::get(reinterpret_cast<const T*>(expected.data()), dstStep, r, c);
+        if (Reference::get<T>(there, dstStep, r, c) == wanted) Reference::put(there, dstStep, r, c, wanted);
+      }
+    }
+  }
+
+  MorphCase case_;
+  T value_;
+  Sizes sizes_;
+  Block state_, source_, work_;
+};
+
+}  // namespace Zorvan::Test

@@ -1,0 +1,90 @@
+#include "zorvan/operations/morphology/IppIMorphology.h"
+
+#include <algorithm>
+
+#include "zorvan/operations/LocalImage.h"
+#include "zorvan/operations/morphology/MorphologyMethods.h"
+
+namespace Zorvan::Ipp::Image {
+
+namespace Morphologies {
+
+namespace {
+
+constexpr int kConstantWidths[] = {3, 5, 7, 9};
+
+/// Enough for the usual masks of each of these widths, some of them tall.
+struct Ones {
+  u8 cells[256] = {};
+  constexpr Ones() {
+    for (u8& cell : cells) cell = 1;
+  }
+};
+constexpr Ones kOnes;
+
+}  // namespace
+
+std::shared_ptr<u8[]> makeStructuringMask(Size maskSize) {
+  const int width = maskSize.width;
+  const int height = std::max(maskSize.height, 1);
+  const auto isOf = [width](int constant) { return width == constant; };
+  const bool constantWidth = std::any_of(std::begin(kConstantWidths), std::end(kConstantWidths), isOf);
+  if (constantWidth && std::int64_t{width} * (height | 1) <= std::int64_t{sizeof kOnes.cells}) {
+    return {std::shared_ptr<u8[]>(), const_cast<u8*>(kOnes.cells)};  // only read, and never given back
+  }
+  if (width < 1) throw TextException("invalid image size");
+  const Size cells{width | 1, height | 1};
+  int step = 0;
+  std::shared_ptr<u8[]> ones(IppIMemory<u8>::Allocate(cells, step));
+  if (ones) ippiSet_8u_C1R(1, ones.get(), cells.width, cells);
+  return ones;
+}
+
+}  // namespace Morphologies
+
+namespace {
+
+using Methods::over;
+using Methods::Run;
+
+/// Executes `Method` into a new image, with room around it for the region of its own origin. Returns a copy
+/// of the pixels that the image has.
+template <class Method, class T>
+IppIMemory<T> runIntoNew(IppIMemory<T>& src, Rect rect, bool useRectSize, Size maskSize) {
+  Method method(maskSize, rect);
+  auto local = makeLocalImage<T>(useRectSize ? Size{rect.width, rect.height} : src.size(), rect);
+  Methods::execute(method, over(src, local), rect);
+  const auto& result = local;
+  return IppIMemory<T>(result);
+}
+
+}  // namespace
+
+#define OPERATION(Name)                                                                                   \
+  template <class T>                                                                                      \
+  IppIMemory<T> IppIMorphology<T>::Name(IppIMemory<T>& src, Rect rect, bool useRectSize, Size maskSize) { \
+    return runIntoNew<Morphologies::IppIMorphology##Name##_Src_Dst<T>>(src, rect, useRectSize, maskSize); \
+  }                                                                                                       \
+  template <class T>                                                                                      \
+  void IppIMorphology<T>::Name(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect, Size maskSize) {        \
+    Run<Morphologies::IppIMorphology##Name##_Src_Dst<T>>(over(src, dst), rect, maskSize, rect);           \
+  }
+OPERATION(Erode)
+OPERATION(Dilate)
+OPERATION(Open)
+OPERATION(Close)
+#undef OPERATION
+
+template <class T>
+IppIMorphology<T>& IppIMorphology<T>::operator=(const IppIMorphology&) {
+  return *this;
+}
+template <class T>
+IppIMorphology<T>& IppIMorphology<T>::operator=(IppIMorphology&&) {
+  return *this;
+}
+
+template class ZORVAN_IPP_API IppIMorphology<u8>;
+template class ZORVAN_IPP_API IppIMorphology<float>;
+
+}  // namespace Zorvan::Ipp::Image

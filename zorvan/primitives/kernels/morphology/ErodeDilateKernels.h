@@ -1,0 +1,222 @@
+#pragma once
+
+// Erosion and dilation: the entries, the driver, and which variant walks a mask how.
+
+#include "zorvan/primitives/frame/MorphSizes.h"
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/border_stripes.h"
+#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/morphology/packed_rows.h"
+#include "zorvan/primitives/kernels/morphology/shaped_cells.h"
+#include "zorvan/primitives/kernels/morphology/shaped_scan.h"
+#include "zorvan/primitives/kernels/morphology/solid_fused.h"
+#include "zorvan/primitives/kernels/morphology/solid_separable.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+using Ipp::ippStsBorderErr;
+using Ipp::ippStsNotEvenStepErr;
+
+/// The record of a mask as the kernels use it, wherever the caller keeps it.
+struct MorphMask {
+  MorphSpec spec;
+
+  explicit MorphMask(const MorphSpec* at) : spec(loadAs<MorphSpec>(at)) {}
+  Size size() const { return {spec.maskWidth, spec.maskHeight}; }
+  bool has(std::uint32_t flag) const { return (spec.flags & flag) != 0; }
+};
+
+struct ByteLanes16;
+struct ByteLanes32;
+struct ByteLanes64;
+struct FloatLanes32;
+struct FloatLanes64;
+
+template <class Operation, class Lanes>
+inline void computeSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                         Size mask, void* work) {
+  if (planPackedRows(src.step, roi.width, mask.width, sizeof(typename Lanes::Pixel))) {
+    computePackedSolid<Operation, Lanes>(src, dst, roi, mask);
+  } else {
+    separateImage<Operation, Lanes>(src, dst, roi, mask, work);
+  }
+}
+
+/// The two oldest variants: solid masks by rows and columns, others pixel by pixel.
+template <class ForBytes, class ForFloats>
+struct ScanningKernels {
+  template <class Pixel>
+  using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+
+  template <class Operation, class Pixel>
+  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask, void* work) {
+    const Reach reach = Reach::ofMask(mask.size());
+    const auto first = src.from(-reach.above, -reach.left);
+    if (planOldMorphForm(mask.spec.flags) == MorphForm::separable) {
+      computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
+    } else {
+      scanImage<Operation>(first, dst, roi, mask.size(), mask.spec.cells);
+    }
+  }
+};
+
+/// The newer variants: a kernel for each form of mask.
+template <class ForBytes, class ForFloats>
+struct FormKernels {
+  template <class Pixel>
+  using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+
+  template <class Operation, class Pixel>
+  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask, void* work) {
+    const Reach reach = Reach::ofMask(mask.size());
+    const auto first = src.from(-reach.above, -reach.left);
+    const bool packed = planPackedRows(src.step, roi.width, reach.mask().width, sizeof(Pixel));
+    const TabledCells table(mask.spec);
+    switch (planMorphForm(mask.size(), mask.spec.flags, [&] { return table.count(); })) {
+      case MorphForm::fused:
+        if (!packed) return fusedImage<Operation, Lanes<Pixel>, false>(src, dst, roi);
+        [[fallthrough]];
+      case MorphForm::separable:
+        return computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
+      case MorphForm::known3:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, KnownCells<KnownShape3>());
+      case MorphForm::known5:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, KnownCells<KnownShape5>());
+      case MorphForm::known7:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, KnownCells<KnownShape7>());
+      case MorphForm::cross:
+        return computeShaped<Operation, 1, 2>(first, dst, roi, packed, Cross(mask.spec));
+      case MorphForm::cellList:
+        return computeShaped<Operation, 1, 1>(first, dst, roi, packed,
+                                              ListedCells(table, src.step, sizeof(Pixel)));
+      case MorphForm::cellTable:
+        return computeShaped<Operation, 1, 1>(first, dst, roi, packed, table);
+      case MorphForm::runs:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, Runs(mask.spec));
+      case MorphForm::scan:
+        return;
+    }
+  }
+
+ private:
+  template <class Operation, int bandColumns, int rowColumns, class Pixel, class Cells>
+  static void computeShaped(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, bool packed,
+                            const Cells& cells) {
+    using L = Lanes<Pixel>;
+    if (!packed) return computeImage<Operation, L, bandColumns, rowColumns>(src, dst, roi, cells);
+    computePacked(src, dst, roi, [&](Plane<const Pixel> from, Pixel* results, std::int64_t length) {
+      computeBand<Operation, L, 1, rowColumns>(from, {results, 0}, length, cells);
+    });
+  }
+};
+
+template <class V>
+using MorphPolicy =
+    ByVariant<V, ScanningKernels<ByteLanes16, FloatLanes16>, ScanningKernels<ByteLanes16, FloatLanes16>,
+              FormKernels<ByteLanes16, FloatLanes16>, FormKernels<ByteLanes16, FloatLanes32>,
+              FormKernels<ByteLanes32, FloatLanes32>, FormKernels<ByteLanes64, FloatLanes64>>;
+
+template <class V>
+inline int copyRegion(const u8* src, int srcStep, u8* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiCopy_8u_C1R(src, srcStep, dst, dstStep, roi);
+}
+template <class V>
+inline int copyRegion(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiCopy_32f_C1R(src, srcStep, dst, dstStep, roi);
+}
+
+inline unsigned char* alignWork(u8* buffer) { return buffer + bytesToBoundary(buffer, 32); }
+
+/// What all four operations on an image test first, in this order.
+template <class T>
+inline int testMorphImages(const T* src, int srcStep, const T* dst, int dstStep, Size roi, const void* spec,
+                           const u8* buffer) {
+  if (src == nullptr || dst == nullptr || spec == nullptr || buffer == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  const std::int64_t rowBytes = std::int64_t{roi.width} * std::int64_t{sizeof(T)};
+  if (srcStep < rowBytes || dstStep < rowBytes) return ippStsStepErr;
+  if (sizeof(T) == 4 && (srcStep % 4 != 0 || dstStep % 4 != 0)) return ippStsNotEvenStepErr;
+  return ippStsNoErr;
+}
+
+/// Higher bits than these mean nothing, but words above are refused.
+constexpr int kLargestBorderWord = 4095;
+
+constexpr bool isMorphBorderKind(BorderKind kind) {
+  return kind == BorderKind::replicate || kind == BorderKind::mirror || kind == BorderKind::defaultValue ||
+         kind == BorderKind::constant;
+}
+
+constexpr bool isMorphBorder(int word) {
+  return word <= kLargestBorderWord &&
+         (word == BorderWord::allInMemory || isMorphBorderKind(BorderWord{word}.kind()));
+}
+
+/// The driver: the border by stripes in the work memory, behind the ring; the rest where it lies.
+template <class V, class Operation, class T>
+inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size roi, BorderWord word, T value,
+                         const MorphSpec* spec, u8* buffer) {
+  if (word.kind() == BorderKind::defaultValue) {
+    word.bits = (word.bits & ~BorderWord::kindBits) | static_cast<int>(BorderKind::constant);
+    value = Operation::neutral(T{});
+  }
+  const MorphMask mask(spec);
+  const Size maskSize = mask.size();
+  if ((maskSize.width == 1 && maskSize.height == 1) || mask.has(MorphSpec::noneSet)) {
+    return copyRegion<V>(src, srcStep, dst, dstStep, roi);
+  }
+  unsigned char* const work = alignWork(buffer);
+  const MorphMeasures<WrappingFigure> measures(roi, maskSize, sizeof(T));
+  T* const area = reinterpret_cast<T*>(work + measures.ringSize().value());
+  runWithBorder<T>({src, srcStep}, {dst, dstStep}, roi, Reach::ofMask(maskSize), word, value, area,
+                   [&](Plane<const T> from, Plane<T> to, Size size) {
+                     MorphPolicy<V>::template compute<Operation>(from, to, size, mask, work);
+                   });
+  return ippStsNoErr;
+}
+
+template <class V, class Operation, class T>
+inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, int sidesAsWell,
+                 T borderValue, const MorphSpec* spec, u8* buffer) {
+  const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
+  if (status != ippStsNoErr) return status;
+  if (!isMorphBorder(borderType)) return ippStsBorderErr;
+  return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, BorderWord{borderType | sidesAsWell},
+                                     borderValue, spec, buffer);
+}
+
+}  // namespace
+
+template <class V>
+int Routines<V>::ippiMorphErodeBorder_32f_C1R(const float* src, int srcStep, float* dst, int dstStep,
+                                              Size roi, int borderType, float borderValue,
+                                              const MorphSpec* spec, u8* buffer) {
+  return morph<V, Erosion>(src, srcStep, dst, dstStep, roi, borderType, 0, borderValue, spec, buffer);
+}
+template <class V>
+int Routines<V>::ippiMorphErodeBorder_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
+                                             int borderType, u8 borderValue, const MorphSpec* spec,
+                                             u8* buffer) {
+  return morph<V, Erosion>(src, srcStep, dst, dstStep, roi, borderType, 0, borderValue, spec, buffer);
+}
+template <class V>
+int Routines<V>::ippiMorphDilateBorder_32f_C1R(const float* src, int srcStep, float* dst, int dstStep,
+                                               Size roi, int borderType, float borderValue,
+                                               const MorphSpec* spec, u8* buffer) {
+  return morph<V, Dilation>(src, srcStep, dst, dstStep, roi, borderType, 0, borderValue, spec, buffer);
+}
+
+/// This entry alone takes sides in memory from bits 8 to 11 too.
+template <class V>
+int Routines<V>::ippiMorphDilateBorder_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
+                                              int borderType, u8 borderValue, const MorphSpec* spec,
+                                              u8* buffer) {
+  const int sidesAsWell = (borderType >> 4) & BorderWord::allInMemory;
+  return morph<V, Dilation>(src, srcStep, dst, dstStep, roi, borderType, sidesAsWell, borderValue, spec,
+                            buffer);
+}
+
+}  // namespace Zorvan::Primitives

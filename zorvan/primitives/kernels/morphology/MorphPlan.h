@@ -1,0 +1,71 @@
+#pragma once
+
+// What an erosion or dilation decides before it touches a pixel: by which algorithm a mask is walked, and how
+// the work is cut. Pure, so that each limit can be tested from both sides.
+
+#include <cstdint>
+
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/frame/MorphSpec.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+enum class MorphForm { fused, separable, known3, known5, known7, cross, cellList, cellTable, runs, scan };
+
+/// From this number of set cells on they are walked in their table; below, a list of offsets holds them.
+constexpr int kListedCells = 128;
+
+/// The newer variants choose by what the analysis found. Only masks without any such form have their cells
+/// counted.
+template <class CountCells>
+constexpr MorphForm planMorphForm(Size mask, std::uint32_t flags, CountCells countCells) {
+  if (flags & MorphSpec::allSet) {
+    return mask.width == 3 && mask.height == 3 ? MorphForm::fused : MorphForm::separable;
+  }
+  if (flags & MorphSpec::knownShape) {
+    if ((flags & MorphSpec::knownShape7) == MorphSpec::knownShape7) return MorphForm::known7;
+    if ((flags & MorphSpec::knownShape5) == MorphSpec::knownShape5) return MorphForm::known5;
+    return MorphForm::known3;
+  }
+  if (flags & MorphSpec::cross) return MorphForm::cross;
+  if (!(flags & MorphSpec::contiguous)) {
+    return countCells() < kListedCells ? MorphForm::cellList : MorphForm::cellTable;
+  }
+  return MorphForm::runs;
+}
+
+/// The two oldest know solid masks and others.
+constexpr MorphForm planOldMorphForm(std::uint32_t flags) {
+  return flags & MorphSpec::allSet ? MorphForm::separable : MorphForm::scan;
+}
+
+constexpr std::int64_t ringRowBytes(int width, int pixelBytes) {
+  return (std::int64_t{width} * pixelBytes + 31) & ~std::int64_t{31};
+}
+
+/// The ring of a separable pass may take this much, so that the rows that are read stay beside it in a
+/// nearest cache of 32 KiB; but a band is not made narrower than that is worth.
+constexpr std::int64_t kRingBytes = 16 << 10;
+constexpr std::int64_t kLeastBandBytes = 512;
+
+/// Columns of a band, a multiple of 64 bytes, or all of a region whose ring is small enough.
+constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
+  if (ringRowBytes(width, pixelBytes) * maskHeight <= kRingBytes) return width;
+  const std::int64_t fitting = kRingBytes / maskHeight & ~std::int64_t{63};
+  const std::int64_t bytes = fitting < kLeastBandBytes ? kLeastBandBytes : fitting;
+  const std::int64_t columns = bytes / pixelBytes;
+  return columns < width ? static_cast<int>(columns) : width;
+}
+
+/// Rows up to this length are worth computing as one long row, so much of it at a time.
+constexpr std::int64_t kPackedRowBytes = 64;
+constexpr std::int64_t kPackedBytes = 2048;
+
+/// Whether the neighbourhoods of a region `width` pixels wide lie in rows without a gap, and in short ones.
+constexpr bool planPackedRows(std::int64_t step, int width, int maskWidth, int pixelBytes) {
+  return step <= kPackedRowBytes && step == (std::int64_t{width} + maskWidth - 1) * pixelBytes;
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

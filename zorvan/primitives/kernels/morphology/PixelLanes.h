@@ -1,0 +1,279 @@
+#pragma once
+
+// Vectors of pixels with their extremes, in every width that the variant being built has. Loads and stores
+// take any address. A `Some` stands for the first few lanes: loads and stores that take one touch no other
+// pixel, and what they load into the other lanes means nothing.
+//
+// The order of operands matters for floats alone: where the comparison fails the second one is taken, so a
+// NaN that was accumulated is replaced by the next pixel, and the pixel under test takes the second place.
+
+#include <cstdint>
+
+#include "zorvan/primitives/kernels/common/Vectors.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// All lanes of a vector.
+struct All {};
+
+/// The first `bytes` bytes, below 16, of a vector; the rest is zero.
+inline __m128i loadLowBytes(const void* address, std::int64_t bytes) {
+  const auto* p = static_cast<const unsigned char*>(address);
+  if (bytes >= 8) {
+    const std::uint64_t low = loadAs<std::uint64_t>(p);
+    const std::uint64_t last = loadAs<std::uint64_t>(p + bytes - 8);
+    const std::uint64_t high = bytes == 8 ? 0 : last >> (8 * (16 - bytes));
+    return _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
+  }
+  std::uint64_t low = 0;
+  if (bytes >= 4) {
+    low = loadAs<std::uint32_t>(p) | std::uint64_t{loadAs<std::uint32_t>(p + bytes - 4)} << (8 * (bytes - 4));
+  } else if (bytes > 0) {
+    const std::int64_t middle = bytes >> 1, end = bytes - 1;
+    low = p[0] | std::uint64_t{p[middle]} << (8 * middle) | std::uint64_t{p[end]} << (8 * end);
+  }
+  return _mm_set_epi64x(0, static_cast<long long>(low));
+}
+
+/// Some lanes of a vector without mask registers, by their number of bytes.
+struct SomeBytes {
+  std::int64_t bytes;
+};
+
+struct ByteLanes16 {
+  using Pixel = std::uint8_t;
+  using Some = SomeBytes;
+  using Half = ByteLanes16;
+  static constexpr int count = 16;
+  static constexpr bool hasMasks = false;
+  __m128i bits;
+
+  static Some some(std::int64_t n) { return {n}; }
+  static ByteLanes16 load(const Pixel* p, All = {}) { return {Vector16::load(p).bits}; }
+  static ByteLanes16 load(const Pixel* p, Some lanes) { return {loadLowBytes(p, lanes.bytes)}; }
+  void store(Pixel* p, All = {}) const { Vector16{bits}.store(p); }
+  void store(Pixel* p, Some lanes) const { storeLowBytes(Vector16{bits}, p, lanes.bytes); }
+  void stream(Pixel* p) const { Vector16{bits}.stream(p); }
+
+  static ByteLanes16 broadcast(Pixel value) { return {Vector16::broadcast(value).bits}; }
+  static ByteLanes16 largest(ByteLanes16 a, ByteLanes16 b) { return {_mm_max_epu8(a.bits, b.bits)}; }
+  static ByteLanes16 smallest(ByteLanes16 a, ByteLanes16 b) { return {_mm_min_epu8(a.bits, b.bits)}; }
+
+#ifdef __SSSE3__
+  /// The pixels one and two places behind those of `a`, with `next` following it.
+  static ByteLanes16 behind1(ByteLanes16 a, ByteLanes16 next) {
+    return {_mm_alignr_epi8(next.bits, a.bits, 1)};
+  }
+  static ByteLanes16 behind2(ByteLanes16 a, ByteLanes16 next) {
+    return {_mm_alignr_epi8(next.bits, a.bits, 2)};
+  }
+#endif
+};
+
+struct FloatLanes16 {
+  using Pixel = float;
+  using Some = SomeBytes;
+  using Half = FloatLanes16;
+  static constexpr int count = 4;
+  static constexpr bool hasMasks = false;
+  __m128 bits;
+
+  static Some some(std::int64_t n) { return {4 * n}; }
+  static FloatLanes16 load(const Pixel* p, All = {}) { return {_mm_loadu_ps(p)}; }
+  static FloatLanes16 load(const Pixel* p, Some lanes) {
+    return {_mm_castsi128_ps(loadLowBytes(p, lanes.bytes))};
+  }
+  void store(Pixel* p, All = {}) const { _mm_storeu_ps(p, bits); }
+  void store(Pixel* p, Some lanes) const { storeLowBytes(Vector16{_mm_castps_si128(bits)}, p, lanes.bytes); }
+  void stream(Pixel* p) const { _mm_stream_ps(p, bits); }
+
+  static FloatLanes16 broadcast(Pixel value) { return {_mm_set1_ps(value)}; }
+  static FloatLanes16 largest(FloatLanes16 a, FloatLanes16 b) { return {_mm_max_ps(a.bits, b.bits)}; }
+  static FloatLanes16 smallest(FloatLanes16 a, FloatLanes16 b) { return {_mm_min_ps(a.bits, b.bits)}; }
+
+  static FloatLanes16 behind2(FloatLanes16 a, FloatLanes16 next) {
+    return {_mm_shuffle_ps(a.bits, next.bits, _MM_SHUFFLE(1, 0, 3, 2))};
+  }
+  static FloatLanes16 behind1(FloatLanes16 a, FloatLanes16 next) {
+    return {_mm_shuffle_ps(a.bits, behind2(a, next).bits, _MM_SHUFFLE(2, 1, 2, 1))};
+  }
+};
+
+#ifdef __AVX__
+struct FloatLanes32 {
+  using Pixel = float;
+  using Some = SomeBytes;
+  using Half = FloatLanes16;
+  static constexpr int count = 8;
+  static constexpr bool hasMasks = false;
+  __m256 bits;
+
+  static Some some(std::int64_t n) { return {4 * n}; }
+  static FloatLanes32 load(const Pixel* p, All = {}) { return {_mm256_loadu_ps(p)}; }
+  static FloatLanes32 load(const Pixel* p, Some lanes) {
+    if (lanes.bytes < 16) {
+      return {_mm256_zextps128_ps256(_mm_castsi128_ps(loadLowBytes(p, lanes.bytes)))};
+    }
+    const __m128 high = _mm_castsi128_ps(loadLowBytes(p + 4, lanes.bytes - 16));
+    return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(p)), high, 1)};
+  }
+  void store(Pixel* p, All = {}) const { _mm256_storeu_ps(p, bits); }
+  void store(Pixel* p, Some lanes) const {
+    const FloatLanes16 low{_mm256_castps256_ps128(bits)};
+    if (lanes.bytes < 16) return low.store(p, lanes);
+    low.store(p);
+    FloatLanes16{_mm256_extractf128_ps(bits, 1)}.store(p + 4, SomeBytes{lanes.bytes - 16});
+  }
+  void stream(Pixel* p) const { _mm256_stream_ps(p, bits); }
+
+  static FloatLanes32 broadcast(Pixel value) { return {_mm256_set1_ps(value)}; }
+  static FloatLanes32 largest(FloatLanes32 a, FloatLanes32 b) { return {_mm256_max_ps(a.bits, b.bits)}; }
+  static FloatLanes32 smallest(FloatLanes32 a, FloatLanes32 b) { return {_mm256_min_ps(a.bits, b.bits)}; }
+
+  static FloatLanes32 behind2(FloatLanes32 a, FloatLanes32 next) {
+    const __m256 middle = _mm256_permute2f128_ps(a.bits, next.bits, 0x21);
+    return {_mm256_shuffle_ps(a.bits, middle, _MM_SHUFFLE(1, 0, 3, 2))};
+  }
+  static FloatLanes32 behind1(FloatLanes32 a, FloatLanes32 next) {
+    return {_mm256_shuffle_ps(a.bits, behind2(a, next).bits, _MM_SHUFFLE(2, 1, 2, 1))};
+  }
+};
+#endif
+
+#ifdef __AVX2__
+struct ByteLanes32 {
+  using Pixel = std::uint8_t;
+  using Some = SomeBytes;
+  using Half = ByteLanes16;
+  static constexpr int count = 32;
+  static constexpr bool hasMasks = false;
+  __m256i bits;
+
+  static Some some(std::int64_t n) { return {n}; }
+  static ByteLanes32 load(const Pixel* p, All = {}) { return {Vector32::load(p).bits}; }
+  static ByteLanes32 load(const Pixel* p, Some lanes) {
+    if (lanes.bytes < 16) return {_mm256_zextsi128_si256(loadLowBytes(p, lanes.bytes))};
+    const __m128i high = loadLowBytes(p + 16, lanes.bytes - 16);
+    return {_mm256_inserti128_si256(_mm256_castsi128_si256(Vector16::load(p).bits), high, 1)};
+  }
+  void store(Pixel* p, All = {}) const { Vector32{bits}.store(p); }
+  void store(Pixel* p, Some lanes) const {
+    const Vector16 low{_mm256_castsi256_si128(bits)};
+    if (lanes.bytes < 16) return storeLowBytes(low, p, lanes.bytes);
+    low.store(p);
+    storeLowBytes(Vector16{_mm256_extracti128_si256(bits, 1)}, p + 16, lanes.bytes - 16);
+  }
+  void stream(Pixel* p) const { Vector32{bits}.stream(p); }
+
+  static ByteLanes32 broadcast(Pixel value) { return {Vector32::broadcast(value).bits}; }
+  static ByteLanes32 largest(ByteLanes32 a, ByteLanes32 b) { return {_mm256_max_epu8(a.bits, b.bits)}; }
+  static ByteLanes32 smallest(ByteLanes32 a, ByteLanes32 b) { return {_mm256_min_epu8(a.bits, b.bits)}; }
+
+  static __m256i middle(ByteLanes32 a, ByteLanes32 next) {
+    return _mm256_permute2x128_si256(a.bits, next.bits, 0x21);
+  }
+  static ByteLanes32 behind1(ByteLanes32 a, ByteLanes32 next) {
+    return {_mm256_alignr_epi8(middle(a, next), a.bits, 1)};
+  }
+  static ByteLanes32 behind2(ByteLanes32 a, ByteLanes32 next) {
+    return {_mm256_alignr_epi8(middle(a, next), a.bits, 2)};
+  }
+};
+#endif
+
+#ifdef __AVX512BW__
+struct ByteLanes64 {
+  using Pixel = std::uint8_t;
+  using Some = __mmask64;
+  static constexpr int count = 64;
+  static constexpr bool hasMasks = true;
+  __m512i bits;
+
+  static Some some(std::int64_t n) { return ~std::uint64_t{0} >> (-n & 63); }
+  static ByteLanes64 load(const Pixel* p, All = {}) { return {Vector64::load(p).bits}; }
+  static ByteLanes64 load(const Pixel* p, Some lanes) { return {_mm512_maskz_loadu_epi8(lanes, p)}; }
+  void store(Pixel* p, All = {}) const { Vector64{bits}.store(p); }
+  void store(Pixel* p, Some lanes) const { _mm512_mask_storeu_epi8(p, lanes, bits); }
+  void stream(Pixel* p) const { Vector64{bits}.stream(p); }
+
+  static ByteLanes64 broadcast(Pixel value) { return {Vector64::broadcast(value).bits}; }
+  static ByteLanes64 largest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_max_epu8(a.bits, b.bits)}; }
+  static ByteLanes64 smallest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_min_epu8(a.bits, b.bits)}; }
+
+  static __m512i middle(ByteLanes64 a, ByteLanes64 next) { return _mm512_alignr_epi32(next.bits, a.bits, 4); }
+  static ByteLanes64 behind1(ByteLanes64 a, ByteLanes64 next) {
+    return {_mm512_alignr_epi8(middle(a, next), a.bits, 1)};
+  }
+  static ByteLanes64 behind2(ByteLanes64 a, ByteLanes64 next) {
+    return {_mm512_alignr_epi8(middle(a, next), a.bits, 2)};
+  }
+};
+
+struct FloatLanes64 {
+  using Pixel = float;
+  using Some = __mmask16;
+  static constexpr int count = 16;
+  static constexpr bool hasMasks = true;
+  __m512 bits;
+
+  static Some some(std::int64_t n) { return static_cast<Some>(0xFFFFu >> (-n & 15)); }
+  static FloatLanes64 load(const Pixel* p, All = {}) { return {_mm512_loadu_ps(p)}; }
+  static FloatLanes64 load(const Pixel* p, Some lanes) { return {_mm512_maskz_loadu_ps(lanes, p)}; }
+  void store(Pixel* p, All = {}) const { _mm512_storeu_ps(p, bits); }
+  void store(Pixel* p, Some lanes) const { _mm512_mask_storeu_ps(p, lanes, bits); }
+  void stream(Pixel* p) const { _mm512_stream_ps(p, bits); }
+
+  static FloatLanes64 broadcast(Pixel value) { return {_mm512_set1_ps(value)}; }
+  static FloatLanes64 largest(FloatLanes64 a, FloatLanes64 b) {
+    return {_mm512_maskz_max_ps(0xFFFF, a.bits, b.bits)};
+  }
+  static FloatLanes64 smallest(FloatLanes64 a, FloatLanes64 b) {
+    return {_mm512_maskz_min_ps(0xFFFF, a.bits, b.bits)};
+  }
+
+  static FloatLanes64 behind1(FloatLanes64 a, FloatLanes64 next) { return {shifted<1>(a, next)}; }
+  static FloatLanes64 behind2(FloatLanes64 a, FloatLanes64 next) { return {shifted<2>(a, next)}; }
+
+ private:
+  template <int pixels>
+  static __m512 shifted(FloatLanes64 a, FloatLanes64 next) {
+    return _mm512_castsi512_ps(
+        _mm512_alignr_epi32(_mm512_castps_si512(next.bits), _mm512_castps_si512(a.bits), pixels));
+  }
+};
+#endif
+
+/// One operation by its accumulating step and its neutral pixel, from which every result starts.
+struct Dilation {
+  static constexpr std::uint8_t neutral(std::uint8_t) { return 0; }
+  static constexpr float neutral(float) { return -3.4028235e38f; }
+  template <class Lanes>
+  static Lanes combine(Lanes extreme, Lanes pixels) {
+    return Lanes::largest(extreme, pixels);
+  }
+  template <class T>
+  static T combinePixel(T extreme, T pixel) {
+    return extreme > pixel ? extreme : pixel;
+  }
+};
+struct Erosion {
+  static constexpr std::uint8_t neutral(std::uint8_t) { return 255; }
+  static constexpr float neutral(float) { return 3.4028235e38f; }
+  template <class Lanes>
+  static Lanes combine(Lanes extreme, Lanes pixels) {
+    return Lanes::smallest(extreme, pixels);
+  }
+  template <class T>
+  static T combinePixel(T extreme, T pixel) {
+    return extreme < pixel ? extreme : pixel;
+  }
+};
+
+template <class Operation, class Lanes>
+inline Lanes neutralLanes() {
+  return Lanes::broadcast(Operation::neutral(typename Lanes::Pixel{}));
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

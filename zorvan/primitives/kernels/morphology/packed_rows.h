@@ -1,0 +1,57 @@
+#pragma once
+
+// Narrow images without a gap between rows, as one long row: the stripes at a region's left and right, a few
+// pixels wide, would leave most lanes of a vector idle. Where the rows of neighbourhoods follow each other
+// without a gap, the neighbourhood of every pixel in between lies inside the image too; such pixels are
+// computed along with the others and dropped.
+
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/common/short_rows.h"
+#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/morphology/along_row.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// `computeRow(src, results, length)` computes one row of `length` pixels. `src` is the first pixel of the
+/// region's first neighbourhood.
+template <class Pixel, class ComputeRow>
+inline void computePacked(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, ComputeRow computeRow) {
+  alignas(64) Pixel results[kPackedBytes / sizeof(Pixel)];
+  const std::int64_t pitch = src.step / std::int64_t{sizeof(Pixel)};
+  const std::int64_t rowsAtOnce = kPackedBytes / src.step;
+  for (std::int64_t r = 0; r < roi.height; r += rowsAtOnce) {
+    const std::int64_t left = roi.height - r, rows = left < rowsAtOnce ? left : rowsAtOnce;
+    computeRow(src.from(r, 0), results, (rows - 1) * pitch + roi.width);
+    for (std::int64_t i = 0; i < rows; ++i) {
+      copyRun(dst.at(r + i, 0), results + i * pitch, roi.width * std::int64_t{sizeof(Pixel)});
+    }
+  }
+}
+
+/// Solid masks: the column-wise extreme of the rows below each pixel, then that of the pixels behind each.
+template <class Operation, class Lanes>
+inline void computePackedSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
+                               Size roi, Size mask) {
+  using Pixel = typename Lanes::Pixel;
+  alignas(64) Pixel columns[(kPackedBytes + kPackedRowBytes) / sizeof(Pixel)];
+  computePacked(src, dst, roi, [&](Plane<const Pixel> from, Pixel* results, std::int64_t length) {
+    alongRow<Lanes>(length + mask.width - 1, [&](std::int64_t column, auto lanes) {
+      Lanes extreme = neutralLanes<Operation, Lanes>();
+      for (std::int64_t r = 0; r < mask.height; ++r) {
+        extreme = Operation::combine(extreme, Lanes::load(from.at(r, column), lanes));
+      }
+      extreme.store(columns + column, lanes);
+    });
+    alongRow<Lanes>(length, [&](std::int64_t column, auto lanes) {
+      Lanes extreme = Lanes::load(columns + column, lanes);
+      for (std::int64_t c = 1; c < mask.width; ++c) {
+        extreme = Operation::combine(extreme, Lanes::load(columns + column + c, lanes));
+      }
+      extreme.store(results + column, lanes);
+    });
+  });
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

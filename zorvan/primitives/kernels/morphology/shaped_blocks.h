@@ -1,0 +1,84 @@
+#pragma once
+
+// The walk over the blocks of a result for masks that are not solid: bands of four rows, then the last rows
+// one at a time. What a block of one column of vectors holds is a matter of the mask's form.
+
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/morphology/along_row.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// The extremes of a block: `rows` rows by `columns` vectors.
+template <class Operation, class Lanes, int rows, int columns>
+struct ExtremeBlock {
+  using Pixel = typename Lanes::Pixel;
+  Lanes of[rows][columns];
+
+  ExtremeBlock() {
+    for (auto& row : of) {
+      for (Lanes& extreme : row) extreme = neutralLanes<Operation, Lanes>();
+    }
+  }
+
+  /// Adds the pixels from `src` on, which belong to the block's first pixel.
+  template <class Which>
+  void add(Plane<const Pixel> src, Which lanes) {
+    for (int r = 0; r < rows; ++r) {
+      const Pixel* const row = src.at(r, 0);
+      for (int c = 0; c < columns; ++c) {
+        of[r][c] = Operation::combine(of[r][c], Lanes::load(row + c * Lanes::count, lanes));
+      }
+    }
+  }
+
+  template <class Which>
+  void store(Plane<Pixel> dst, Which lanes) const {
+    for (int r = 0; r < rows; ++r) {
+      for (int c = 0; c < columns; ++c) of[r][c].store(dst.at(r, c * Lanes::count), lanes);
+    }
+  }
+};
+
+/// `cells.addTo(block, src, lanes)` adds all pixels under the mask, whose first cell lies at `src`.
+template <class Operation, class Lanes, int rows, int columns, class Cells, class Which>
+inline void computeBlock(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
+                         const Cells& cells, Which lanes) {
+  ExtremeBlock<Operation, Lanes, rows, columns> block;
+  cells.addTo(block, src, lanes);
+  block.store(dst, lanes);
+}
+
+/// A band of `rows` rows: blocks of `columns` vectors while they fit, then of one.
+template <class Operation, class Lanes, int rows, int columns, class Cells>
+inline void computeBand(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
+                        std::int64_t width, const Cells& cells) {
+  std::int64_t column = 0;
+  if constexpr (columns > 1) {
+    for (; column + columns * Lanes::count <= width; column += columns * Lanes::count) {
+      computeBlock<Operation, Lanes, rows, columns>(src.from(0, column), dst.from(0, column), cells, All{});
+    }
+  }
+  alongRow<Lanes>(
+      width,
+      [&](std::int64_t c, auto lanes) {
+        computeBlock<Operation, Lanes, rows, 1>(src.from(0, c), dst.from(0, c), cells, lanes);
+      },
+      column);
+}
+
+/// Bands of four rows by `bandColumns` vectors, then single rows by `rowColumns`.
+template <class Operation, class Lanes, int bandColumns, int rowColumns, class Cells>
+inline void computeImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                         const Cells& cells) {
+  std::int64_t r = 0;
+  for (; r + 4 <= roi.height; r += 4) {
+    computeBand<Operation, Lanes, 4, bandColumns>(src.from(r, 0), dst.from(r, 0), roi.width, cells);
+  }
+  for (; r < roi.height; ++r) {
+    computeBand<Operation, Lanes, 1, rowColumns>(src.from(r, 0), dst.from(r, 0), roi.width, cells);
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,93 @@
+#pragma once
+
+// Extremes of 3 by 3 neighbourhoods, straight from the image: the column-wise extreme of three rows, then
+// that combined with itself shifted by one and by two pixels, in registers.
+//
+// Two rows of the result are made at a time, since they share the extreme of their middle rows; an odd last
+// row has a loop of its own. Each block needs the first two columns of the next one, so the body ends where
+// these are no longer inside; the head up to an aligned address and the tail load each column where it is.
+
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/morphology/along_row.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// Column-wise extremes for `rows` rows of the result, 1 or 2.
+template <class Lanes, int rows>
+struct ColumnExtremes {
+  Lanes of[rows];
+};
+
+template <class Operation, class Lanes, int rows, class Which>
+inline ColumnExtremes<Lanes, rows> columnExtremes(const typename Lanes::Pixel* src, std::int64_t step,
+                                                  Which lanes) {
+  const auto row = [&](std::int64_t r) {
+    return Lanes::load(Plane<const typename Lanes::Pixel>{src, step}.at(r, 0), lanes);
+  };
+  const Lanes first = Operation::combine(neutralLanes<Operation, Lanes>(), row(0));
+  if constexpr (rows == 1) {
+    return {{Operation::combine(Operation::combine(first, row(1)), row(2))}};
+  } else {
+    const Lanes shared =
+        Operation::combine(Operation::combine(neutralLanes<Operation, Lanes>(), row(1)), row(2));
+    return {{Operation::combine(shared, row(0)), Operation::combine(shared, row(3))}};
+  }
+}
+
+/// `rows` rows of the result, of which the first neighbourhood begins at `src`.
+template <class Operation, class Lanes, int rows, bool streaming>
+inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
+                      std::int64_t width) {
+  using Pixel = typename Lanes::Pixel;
+  const auto direct = [&](std::int64_t column, auto lanes) {
+    ColumnExtremes<Lanes, rows> extremes =
+        columnExtremes<Operation, Lanes, rows>(src.at(0, column), src.step, lanes);
+    for (std::int64_t c = 1; c <= 2; ++c) {
+      const auto following = columnExtremes<Operation, Lanes, rows>(src.at(0, column + c), src.step, lanes);
+      for (int r = 0; r < rows; ++r) extremes.of[r] = Operation::combine(extremes.of[r], following.of[r]);
+    }
+    for (int r = 0; r < rows; ++r) extremes.of[r].store(dst.at(r, column), lanes);
+  };
+
+  std::int64_t column = 0;
+  if (width >= 3 * Lanes::count) {
+    constexpr std::int64_t blockBytes = Lanes::count * std::int64_t{sizeof(Pixel)};
+    const std::int64_t head = bytesToBoundary(dst.pixels, blockBytes);
+    if (head % std::int64_t{sizeof(Pixel)} == 0 && head != 0) {
+      direct(0, All{});
+      column = head / std::int64_t{sizeof(Pixel)};
+    }
+    auto current = columnExtremes<Operation, Lanes, rows>(src.at(0, column), src.step, All{});
+    for (; column + 2 * Lanes::count <= width + 2; column += Lanes::count) {
+      const auto next =
+          columnExtremes<Operation, Lanes, rows>(src.at(0, column + Lanes::count), src.step, All{});
+      for (int r = 0; r < rows; ++r) {
+        const Lanes a = current.of[r], b = next.of[r];
+        const Lanes extreme =
+            Operation::combine(Operation::combine(a, Lanes::behind1(a, b)), Lanes::behind2(a, b));
+        if constexpr (streaming) {
+          extreme.stream(dst.at(r, column));
+        } else {
+          extreme.store(dst.at(r, column));
+        }
+      }
+      current = next;
+    }
+  }
+  alongRow<Lanes>(width, direct, column);
+}
+
+template <class Operation, class Lanes, bool streaming>
+inline void fusedImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi) {
+  std::int64_t r = 0;
+  for (; r + 2 <= roi.height; r += 2) {
+    fusedRows<Operation, Lanes, 2, streaming>(src.from(r - 1, -1), dst.from(r, 0), roi.width);
+  }
+  if (r < roi.height) {
+    fusedRows<Operation, Lanes, 1, streaming>(src.from(r - 1, -1), dst.from(r, 0), roi.width);
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

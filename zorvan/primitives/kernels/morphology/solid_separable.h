@@ -1,0 +1,164 @@
+#pragma once
+
+// Extremes of solid rectangular neighbourhoods by rows, then by columns.
+//
+// A ring of rows in the work memory holds, for each source row, the extremes of as many pixels side by side
+// as the mask is wide. Each row of the result combines as many rows of extremes as the mask is high. Two rows
+// of the result are made at a time, block by block: all rows but the first and the last belong to both, and
+// the two new rows go from the registers into the results, then to the places of the two oldest. So the ring
+// holds one row less than the mask is high, an even number, and since order does not matter to an extreme it
+// is never turned: pairs of places are replaced in turn.
+//
+// A row of the ring is as many bytes as the region's, rounded up to a multiple of 32. Blocks that end behind
+// the region are limited to it, so that no store runs into the next row.
+
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/morphology/along_row.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// One block of `rows` new rows of extremes, each of `width` pixels side by side; a width of 0 is `anyWidth`.
+template <class Operation, class Lanes, int rows, int width>
+struct RowPass {
+  using Pixel = typename Lanes::Pixel;
+  Lanes of[rows];
+
+  template <class Which>
+  RowPass(Plane<const Pixel> src, std::int64_t column, std::int64_t anyWidth, Which lanes) {
+    for (int r = 0; r < rows; ++r) of[r] = neutralLanes<Operation, Lanes>();
+    const auto add = [&](std::int64_t c) {
+      for (int r = 0; r < rows; ++r) {
+        of[r] = Operation::combine(of[r], Lanes::load(src.at(r, column + c), lanes));
+      }
+    };
+    if constexpr (width == 3) {
+      add(0), add(1), add(2);
+    } else if constexpr (width == 5) {
+      add(0), add(1), add(2), add(3), add(4);
+    } else {
+      for (std::int64_t c = 0; c < anyWidth; ++c) add(c);
+    }
+  }
+};
+
+/// The ring's rows of extremes, `places` of them, for one block of columns.
+template <class Operation, class Lanes, int height>
+struct ColumnPass {
+  using Pixel = typename Lanes::Pixel;
+  Plane<Pixel> ring;
+  std::int64_t places;
+
+  /// Adds all places but `oldest` to the extreme.
+  template <class Which>
+  Lanes othersThan(std::int64_t oldest, Lanes extreme, std::int64_t column, Which lanes) const {
+    const auto add = [&](std::int64_t place) {
+      extreme = Operation::combine(extreme, Lanes::load(ring.at(place, column), lanes));
+    };
+    if constexpr (height == 3) {
+      add(oldest ^ 1);
+    } else if constexpr (height == 5) {
+      add(oldest ^ 1), add(oldest ^ 2), add(oldest ^ 3);
+    } else {
+      for (std::int64_t place = 0; place < oldest; ++place) add(place);
+      for (std::int64_t place = oldest + 1; place < places; ++place) add(place);
+    }
+    return extreme;
+  }
+};
+
+/// `width` and `height` are the mask's where it has a form of its own, else 0.
+template <class Operation, class Lanes, int width, int height>
+inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                         Size mask, Plane<typename Lanes::Pixel> ring) {
+  using Pixel = typename Lanes::Pixel;
+  const std::int64_t places = mask.height - 1;
+  const ColumnPass<Operation, Lanes, height> columns{ring, places};
+  for (std::int64_t place = 0; place < places; ++place) {
+    alongRowOnce<Lanes>(roi.width, [&](std::int64_t column, auto lanes) {
+      const RowPass<Operation, Lanes, 1, width> row(src.from(place, 0), column, mask.width, lanes);
+      row.of[0].store(ring.at(place, column), lanes);
+    });
+  }
+
+  std::int64_t oldest = 0, r = 0;
+  for (; r + 2 <= roi.height; r += 2) {
+    const Plane<const Pixel> newRows = src.from(r + places, 0);
+    const Plane<Pixel> results = dst.from(r, 0);
+    const Plane<Pixel> replaced = ring.from(oldest, 0);
+    alongRowOnce<Lanes>(roi.width, [&](std::int64_t column, auto lanes) {
+      const RowPass<Operation, Lanes, 2, width> row(newRows, column, mask.width, lanes);
+      const Lanes shared = columns.othersThan(oldest, row.of[0], column, lanes);
+      Operation::combine(shared, Lanes::load(replaced.at(0, column), lanes))
+          .store(results.at(0, column), lanes);
+      Operation::combine(shared, row.of[1]).store(results.at(1, column), lanes);
+      row.of[0].store(replaced.at(0, column), lanes);
+      row.of[1].store(replaced.at(1, column), lanes);
+    });
+    oldest = oldest + 2 < places ? oldest + 2 : 0;
+  }
+  if (r < roi.height) {
+    alongRowOnce<Lanes>(roi.width, [&](std::int64_t column, auto lanes) {
+      const RowPass<Operation, Lanes, 1, width> row(src.from(r + places, 0), column, mask.width, lanes);
+      const Lanes shared = columns.othersThan(oldest, row.of[0], column, lanes);
+      Operation::combine(shared, Lanes::load(ring.at(oldest, column), lanes)).store(dst.at(r, column), lanes);
+    });
+  }
+}
+
+/// A mask of one row has nothing to keep.
+template <class Operation, class Lanes, int width>
+inline void separateRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                         Size mask) {
+  for (std::int64_t r = 0; r < roi.height; ++r) {
+    alongRow<Lanes>(roi.width, [&](std::int64_t column, auto lanes) {
+      const RowPass<Operation, Lanes, 1, width> row(src.from(r, 0), column, mask.width, lanes);
+      row.of[0].store(dst.at(r, column), lanes);
+    });
+  }
+}
+
+template <class Operation, class Lanes, int width>
+inline void separateByHeight(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
+                             Size roi, Size mask, Plane<typename Lanes::Pixel> ring) {
+  switch (mask.height) {
+    case 1:
+      return separateRows<Operation, Lanes, width>(src, dst, roi, mask);
+    case 3:
+      return separateBand<Operation, Lanes, width, 3>(src, dst, roi, mask, ring);
+    case 5:
+      return separateBand<Operation, Lanes, width, 5>(src, dst, roi, mask, ring);
+    default:
+      return separateBand<Operation, Lanes, width, 0>(src, dst, roi, mask, ring);
+  }
+}
+
+/// `src` is the first pixel of the region's first neighbourhood. Wide regions go in bands of columns, one
+/// after the other, for which the ring stays in the nearest cache.
+template <class Operation, class Lanes>
+inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                          Size mask, void* work) {
+  using Pixel = typename Lanes::Pixel;
+  const int bandWidth = planRingColumns(roi.width, mask.height, sizeof(Pixel));
+  for (std::int64_t column = 0; column < roi.width; column += bandWidth) {
+    const std::int64_t left = roi.width - column;
+    const Size band{static_cast<int>(left < bandWidth ? left : bandWidth), roi.height};
+    const Plane<Pixel> ring{static_cast<Pixel*>(work), ringRowBytes(band.width, sizeof(Pixel))};
+    const auto from = src.from(0, column);
+    const auto to = dst.from(0, column);
+    switch (mask.width) {
+      case 3:
+        separateByHeight<Operation, Lanes, 3>(from, to, band, mask, ring);
+        break;
+      case 5:
+        separateByHeight<Operation, Lanes, 5>(from, to, band, mask, ring);
+        break;
+      default:
+        separateByHeight<Operation, Lanes, 0>(from, to, band, mask, ring);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
