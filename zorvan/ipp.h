@@ -11,3 +11,4 @@
 #include "zorvan/operations/initializer/Initializer.h"
 #include "zorvan/operations/logical/Comparer.h"
 #include "zorvan/operations/logical/IppILogical.h"
+#include "zorvan/operations/statistic/Statistic.h"
