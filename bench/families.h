@@ -6,5 +6,6 @@ namespace Zorvan::Bench {
 
 void addInitializer(Suite& suite);
 void addLogical(Suite& suite);
+void addStatistic(Suite& suite);
 
 }  // namespace Zorvan::Bench

@@ -206,6 +206,7 @@ int run(int argc, char** argv) {
   Suite suite;
   addInitializer(suite);
   addLogical(suite);
+  addStatistic(suite);
   Progress progress(registerAll(suite, variants, options.quick));
   const std::size_t matching = benchmark::RunSpecifiedBenchmarks(&progress);
   benchmark::Shutdown();

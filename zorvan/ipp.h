@@ -14,3 +14,4 @@
 #include "zorvan/operations/logical/Comparer.h"
 #include "zorvan/operations/logical/IppILogical.h"
 #include "zorvan/operations/morphology/IppIMorphology.h"
+#include "zorvan/operations/statistic/Statistic.h"

@@ -9,6 +9,7 @@
 
 #include "tests/reference/Statistic.h"
 #include "tests/support/EntryCheck.h"
+#include "zorvan/foundation/PixelTypes.h"
 
 namespace Zorvan::Test {
 
@@ -35,6 +36,14 @@ struct SameExtreme {
   }
 };
 
+/// A float value, of which zeros compare equal.
+struct SameValue {
+  static bool agree(const Block& expected, const Block& actual) {
+    if (!isResult<float>(expected)) return expected.sameBytes(actual);
+    return expected.sameBytes(actual) || valueOf<float>(expected) == valueOf<float>(actual);
+  }
+};
+
 /// A double within the slack that the reference has left.
 struct NearMean {
   static bool agree(const Block& expected, const Block& actual) {
@@ -56,6 +65,18 @@ struct AgreementOf<int(const float*, int, Size, float*)> {
 template <>
 struct AgreementOf<int(const float*, int, Size, double*, int)> {
   using type = NearMean;
+};
+template <>
+struct AgreementOf<int(const float*, int, const u8*, int, Size, double*)> {
+  using type = NearMean;
+};
+template <class T>
+struct AgreementOf<int(const T*, int, const u8*, int, Size, double*, double*)> {
+  using type = NearMean;
+};
+template <>
+struct AgreementOf<int(const float*, int, const u8*, int, Size, float*, float*, Point*, Point*)> {
+  using type = SameValue;
 };
 
 }  // namespace Zorvan::Test

@@ -8,6 +8,7 @@
 #include <limits>
 #include <vector>
 
+#include "tests/support/EntryTests.h"
 #include "tests/support/Faults.h"
 #include "tests/support/Guarded.h"
 #include "tests/support/VariantTests.h"
@@ -33,8 +34,5 @@ R found(int (*routine)(const T*, int, Size, R*, Hint...), const std::vector<T>& 
 }
 
 #define ROUTINE(entry, variant) Primitives::table.entry.routine[1 + (variant)]
-
-void registerExtremeRules();
-void registerMeanRules();
 
 }  // namespace Zorvan::Test

@@ -112,7 +112,7 @@ void zerosKeepTheLater(int variant) {
 
 }  // namespace
 
-void registerExtremeRules() {
+void registerEntryTests() {
   registerForEachVariant("Extreme", "endsBehindTheRowThatDecides", integers);
   registerForEachVariant("Extreme", "infinities", infinities);
   registerForEachVariant("Extreme", "nansGoWithTheNextPixel", nansInOneLane);

@@ -142,7 +142,7 @@ void nanInTheLastPixel(int variant) {
 
 }  // namespace
 
-void registerMeanRules() {
+void registerEntryTests() {
   registerForEachVariant("Mean", "integerSumsAreExact", integerSums);
   registerForEachVariant("Mean", "accurateSumsOfFloats", accurateSums);
   registerForEachVariant("Mean", "fastSumsLoseWithinARowOnly", fastSumsByRow);

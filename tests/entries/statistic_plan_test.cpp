@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
 #include "zorvan/primitives/kernels/statistic/SumPlan.h"
 
 namespace Zorvan::Primitives {
@@ -38,6 +39,14 @@ TEST(SumPlan, TilesHoldAsManyWholeRowsAsTheLimitAllows) {
   expectTile({65539, 9}, signedTilePixels, {65538, 1});
   expectTile({1, 40000}, unsignedTilePixels, {1, 32768});
   expectTile({1, 70000}, signedTilePixels, {1, 65538});
+}
+
+TEST(MaskedSumPlan, TheNarrowPathEndsAt0x800000Pixels) {
+  EXPECT_TRUE(takesNarrowSum({0x7FFFFF, 1}));
+  EXPECT_FALSE(takesNarrowSum({0x800000, 1}));
+  EXPECT_FALSE(takesNarrowSum({4096, 2048}));
+  EXPECT_TRUE(takesNarrowSum({65536, 65536}));  // the count wraps to zero
+  EXPECT_TRUE(takesNarrowSum({65536, 32768}));  // and to a negative number
 }
 
 }  // namespace

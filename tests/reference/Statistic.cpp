@@ -107,4 +107,134 @@ int ippiMean_32f_C1R(const float* src, int srcStep, Size roi, double* result, in
   return 0;
 }
 
+namespace {
+
+/// The tests of masked statistics. Of words the image's step is tested to the end before the mask's.
+template <class T>
+int testMasked(const T* src, int srcStep, const u8* mask, int maskStep, Size roi) {
+  if (src == nullptr || mask == nullptr) return -8;
+  if (roi.width < 1 || roi.height < 1) return -6;
+  const std::int64_t row = roi.width * std::int64_t{sizeof(T)};
+  if constexpr (sizeof(T) == 2) {
+    if (srcStep < row) return -16;
+    if (srcStep % 2 != 0) return -108;
+    if (maskStep < roi.width) return -16;
+  } else {
+    if (srcStep < row || maskStep < roi.width) return -16;
+    if (sizeof(T) == 4 && srcStep % 4 != 0) return -108;
+  }
+  return 0;
+}
+
+struct Sums {
+  double count = 0;
+  long double sum = 0, squares = 0, magnitudes = 0;
+
+  double mean() const { return count == 0 ? 0 : static_cast<double>(sum) / count; }
+};
+
+template <class T>
+Sums sumsOf(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, long double center = 0) {
+  Sums sums;
+  for (int r = 0; r < roi.height; ++r) {
+    for (int c = 0; c < roi.width; ++c) {
+      if (get(mask, maskStep, r, c) == 0) continue;
+      const long double value = get(src, srcStep, r, c) - center;
+      sums.count += 1;
+      sums.sum += value;
+      sums.squares += value * value;
+      if (std::isfinite(value)) sums.magnitudes += std::fabs(value);
+    }
+  }
+  return sums;
+}
+
+template <class T>
+int maskedMean(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean) {
+  if (mean == nullptr) return -8;
+  if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != 0) return status;
+  const Sums sums = sumsOf(src, srcStep, mask, maskStep, roi);
+  put(mean, 0, 0, 0, sums.mean());
+  // Lanes of floats take 480 additions, or a row of less than eight pixels.
+  slack = sums.count == 0 ? 0 : static_cast<double>(sums.magnitudes) / sums.count * 484 * 0x1p-24;
+  if (sums.magnitudes > std::numeric_limits<float>::max()) slack = HUGE_VAL;
+  return 0;
+}
+
+/// The deviation around the mean. What a variant may be off follows from how it goes about it: integers lose
+/// digits in one difference of doubles, floats add squares in single precision.
+template <class T>
+int meanDeviation(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean,
+                  double* stdDev) {
+  if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != 0) return status;
+  const Sums sums = sumsOf(src, srcStep, mask, maskStep, roi);
+  const Sums around = sumsOf(src, srcStep, mask, maskStep, roi, sums.mean());
+  const double variance = sums.count == 0 ? 0 : static_cast<double>(around.squares) / sums.count;
+  if (mean != nullptr) put(mean, 0, 0, 0, sums.mean());
+  if (stdDev != nullptr) put(stdDev, 0, 0, 0, std::sqrt(variance));
+  if constexpr (sizeof(T) == 4) {
+    const double roundings = (roi.width + 20) * 0x1p-24;
+    const double square = sums.count == 0 ? 0 : static_cast<double>(sums.squares) / sums.count;
+    slack = std::sqrt(square) * std::sqrt(3 * roundings) + 1e-22;
+    if (!(sums.squares < 1e37L)) slack = HUGE_VAL;
+  } else {
+    slack = 1e-5;
+  }
+  return 0;
+}
+
+/// Positions of the first in raster order. A selected NaN leaves every result open: no value, no position.
+template <class T>
+int extremesWithPlaces(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, float* minValue,
+                       float* maxValue, Point* minIndex, Point* maxIndex) {
+  if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != 0) return status;
+  float low = 0, high = 0;
+  Point lowAt{0, 0}, highAt{0, 0};
+  bool any = false;
+  for (int r = 0; r < roi.height; ++r) {
+    for (int c = 0; c < roi.width; ++c) {
+      if (get(mask, maskStep, r, c) == 0) continue;
+      const float value = get(src, srcStep, r, c);
+      if (!any || value < low) low = value, lowAt = {c, r};
+      if (!any || value > high) high = value, highAt = {c, r};
+      any = true;
+    }
+  }
+  if (minValue != nullptr) put(minValue, 0, 0, 0, low);
+  if (maxValue != nullptr) put(maxValue, 0, 0, 0, high);
+  if (minIndex != nullptr) put(minIndex, 0, 0, 0, lowAt);
+  if (maxIndex != nullptr) put(maxIndex, 0, 0, 0, highAt);
+  const bool nothingAsked =
+      minValue == nullptr && maxValue == nullptr && minIndex == nullptr && maxIndex == nullptr;
+  return any && !nothingAsked ? 0 : 1;
+}
+
+}  // namespace
+
+int ippiMean_8u_C1MR(const u8* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean) {
+  return maskedMean(src, srcStep, mask, maskStep, roi, mean);
+}
+int ippiMean_16u_C1MR(const u16* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean) {
+  return maskedMean(src, srcStep, mask, maskStep, roi, mean);
+}
+int ippiMean_32f_C1MR(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean) {
+  return maskedMean(src, srcStep, mask, maskStep, roi, mean);
+}
+int ippiMean_StdDev_8u_C1MR(const u8* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean,
+                            double* stdDev) {
+  return meanDeviation(src, srcStep, mask, maskStep, roi, mean, stdDev);
+}
+int ippiMinMaxIndx_8u_C1MR(const u8* src, int srcStep, const u8* mask, int maskStep, Size roi,
+                           float* minValue, float* maxValue, Point* minIndex, Point* maxIndex) {
+  return extremesWithPlaces(src, srcStep, mask, maskStep, roi, minValue, maxValue, minIndex, maxIndex);
+}
+int ippiMean_StdDev_32f_C1MR(const float* src, int srcStep, const u8* mask, int maskStep, Size roi,
+                             double* mean, double* stdDev) {
+  return meanDeviation(src, srcStep, mask, maskStep, roi, mean, stdDev);
+}
+int ippiMinMaxIndx_32f_C1MR(const float* src, int srcStep, const u8* mask, int maskStep, Size roi,
+                            float* minValue, float* maxValue, Point* minIndex, Point* maxIndex) {
+  return extremesWithPlaces(src, srcStep, mask, maskStep, roi, minValue, maxValue, minIndex, maxIndex);
+}
+
 }  // namespace Zorvan::Reference

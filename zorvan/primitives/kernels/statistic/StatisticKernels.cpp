@@ -1,6 +1,9 @@
 // Statistics for one variant. Built once per variant, with its instruction set and no more.
 
+#include "zorvan/primitives/kernels/statistic/DeviationKernels.h"
 #include "zorvan/primitives/kernels/statistic/ExtremeKernels.h"
+#include "zorvan/primitives/kernels/statistic/MaskedExtremeKernels.h"
+#include "zorvan/primitives/kernels/statistic/MaskedMeanKernels.h"
 #include "zorvan/primitives/kernels/statistic/MeanKernels.h"
 
 namespace Zorvan::Primitives {

@@ -6,6 +6,7 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/statistic/SumPlan.h"
+#include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
 
 #ifdef __AVX2__
@@ -37,14 +38,8 @@ struct Tiles32 {
   using Rows = ZeroFilled32;
   __m256d total = _mm256_setzero_pd();
 
-  void add(__m256i lanes) {
-    total = _mm256_add_pd(total, _mm256_cvtepi32_pd(_mm256_castsi256_si128(lanes)));
-    total = _mm256_add_pd(total, _mm256_cvtepi32_pd(_mm256_extracti128_si256(lanes, 1)));
-  }
-  double sum() const {
-    const __m128d two = _mm_add_pd(_mm256_castpd256_pd128(total), _mm256_extractf128_pd(total, 1));
-    return _mm_cvtsd_f64(_mm_add_sd(two, _mm_unpackhi_pd(two, two)));
-  }
+  void add(__m256i lanes) { total = plus(total, lanes); }
+  double sum() const { return sumOf(total); }
 };
 
 #ifdef __AVX512BW__
@@ -69,11 +64,8 @@ struct Tiles64 {
   using Rows = ZeroFilled64;
   __m512d total = _mm512_setzero_pd();
 
-  void add(__m512i lanes) {
-    total = _mm512_add_pd(total, _mm512_cvtepi32_pd(_mm512_castsi512_si256(lanes)));
-    total = _mm512_add_pd(total, _mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(lanes, 1)));
-  }
-  double sum() const { return _mm512_reduce_add_pd(total); }
+  void add(__m512i lanes) { total = plus(total, lanes); }
+  double sum() const { return sumOf(total); }
 };
 #endif
 

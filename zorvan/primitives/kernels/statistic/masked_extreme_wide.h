@@ -1,0 +1,202 @@
+#pragma once
+
+// Masked extremes of floats in two passes: the two newest variants.
+//
+// The first pass finds the values, 64 pixels a step over four accumulators of each direction, started at the
+// infinities. The second walks the rows from the top to the first selected pixel of each value. A NaN that
+// came out as an extreme matches no pixel; then there is no result.
+
+#include <limits>
+
+#include "zorvan/primitives/kernels/statistic/extreme_floats.h"
+#include "zorvan/primitives/kernels/statistic/masked_extreme.h"
+
+#ifdef __AVX2__
+namespace Zorvan::Primitives {
+namespace {
+
+/// What the second pass has found so far.
+class ExtremePlaces {
+ public:
+  ExtremePlaces(float low, float high) : found_{low, high, {0, 0}, {0, 0}} {}
+
+  bool complete() const { return hasLow_ && hasHigh_; }
+  MaskedExtremes result() const { return complete() ? found_ : MaskedExtremes{}; }
+
+  /// Bits of the selected pixels equal to either value among those from (row, column) on.
+  void meet(unsigned lows, unsigned highs, int row, std::int64_t column) {
+    take(lows, hasLow_, found_.minIndex, row, column);
+    take(highs, hasHigh_, found_.maxIndex, row, column);
+  }
+
+ private:
+  static void take(unsigned bits, bool& has, Point& at, int row, std::int64_t column) {
+    if (has || bits == 0) return;
+    has = true;
+    at = {static_cast<int>(column) + __builtin_ctz(bits), row};
+  }
+
+  MaskedExtremes found_;
+  bool hasLow_ = false, hasHigh_ = false;
+};
+
+/// 16 lanes are two vectors.
+class WideMaskedExtremes {
+ public:
+  static MaskedExtremes find(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                             Size roi) {
+    WideMaskedExtremes held;
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width);
+    }
+    ExtremePlaces places(held.low(), held.high());
+    for (int r = 0; r < roi.height && !places.complete(); ++r) {
+      held.placesIn(places, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
+    }
+    return places.result();
+  }
+
+ private:
+  static constexpr float infinity = std::numeric_limits<float>::infinity();
+  using Low = FloatLanes<Seek::minimum>;
+  using High = FloatLanes<Seek::maximum>;
+
+  /// Eight pixels at `p`, or the first `count` of them.
+  void add(int lane, const char* p, __m128i selection) {
+    const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
+    add(lane, _mm256_castsi256_ps(Vector32::load(p).bits), none);
+  }
+  void add(int lane, __m256 values, __m256 none) {
+    lows_[lane] = Low::better(lows_[lane], _mm256_blendv_ps(values, _mm256_set1_ps(infinity), none));
+    highs_[lane] = High::better(highs_[lane], _mm256_blendv_ps(values, _mm256_set1_ps(-infinity), none));
+  }
+
+  static __m128i selectionOf(const std::uint8_t* m, std::int64_t left) {
+    if (left >= 8) return loadLow8(m);
+    std::uint64_t bytes = 0;
+    for (std::int64_t i = 0; i < left; ++i) bytes |= std::uint64_t{m[i]} << (8 * i);
+    return _mm_cvtsi64_si128(static_cast<std::int64_t>(bytes));
+  }
+  static __m256 valuesOf(const char* p, __m256 none, std::int64_t left) {
+    if (left >= 8) return _mm256_castsi256_ps(Vector32::load(p).bits);
+    return _mm256_maskload_ps(reinterpret_cast<const float*>(p),
+                              _mm256_xor_si256(_mm256_castps_si256(none), _mm256_set1_epi32(-1)));
+  }
+
+  void row(const char* p, const std::uint8_t* m, std::int64_t left) {
+    for (; left >= 64; p += 256, m += 64, left -= 64) {
+      for (int i = 0; i < 8; ++i) {
+        if (i % 2 == 0) readAhead(p + 32 * i);
+        add(i % 4, p + 32 * i, loadLow8(m + 8 * i));
+      }
+    }
+    for (; left >= 16; p += 64, m += 16, left -= 16) {
+      add(0, p, loadLow8(m));
+      add(1, p + 32, loadLow8(m + 8));
+    }
+    for (; left > 0; p += 32, m += 8, left -= 8) {
+      const __m256 none = _mm256_castsi256_ps(unselectedDwords(selectionOf(m, left)));
+      add(2, valuesOf(p, none, left), none);
+    }
+  }
+
+  void placesIn(ExtremePlaces& places, const char* p, const std::uint8_t* m, int row, int width) const {
+    const __m256 lows = _mm256_set1_ps(low()), highs = _mm256_set1_ps(high());
+    for (int c = 0; c < width; c += 8) {
+      const std::int64_t left = width - c;
+      const __m256 none = _mm256_castsi256_ps(unselectedDwords(selectionOf(m + c, left)));
+      const __m256 values = valuesOf(p + 4 * std::int64_t{c}, none, left);
+      const auto matching = [&](__m256 value) {
+        const __m256 equal = _mm256_andnot_ps(none, _mm256_cmp_ps(values, value, _CMP_EQ_OQ));
+        return static_cast<unsigned>(_mm256_movemask_ps(equal));
+      };
+      places.meet(matching(lows), matching(highs), row, c);
+      if (places.complete()) return;
+    }
+  }
+
+  float low() const {
+    return Low::bestOf(Low::better(Low::better(lows_[0], lows_[1]), Low::better(lows_[2], lows_[3])));
+  }
+  float high() const {
+    return High::bestOf(High::better(High::better(highs_[0], highs_[1]), High::better(highs_[2], highs_[3])));
+  }
+
+  __m256 lows_[4] = {_mm256_set1_ps(infinity), _mm256_set1_ps(infinity), _mm256_set1_ps(infinity),
+                     _mm256_set1_ps(infinity)};
+  __m256 highs_[4] = {_mm256_set1_ps(-infinity), _mm256_set1_ps(-infinity), _mm256_set1_ps(-infinity),
+                      _mm256_set1_ps(-infinity)};
+};
+
+#ifdef __AVX512BW__
+class RegisterMaskedExtremes {
+ public:
+  static MaskedExtremes find(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                             Size roi) {
+    RegisterMaskedExtremes held;
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width);
+    }
+    const float low = held.low(), high = held.high();
+    ExtremePlaces places(low, high);
+    for (int r = 0; r < roi.height && !places.complete(); ++r) {
+      placesIn(places, low, high, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
+    }
+    return places.result();
+  }
+
+ private:
+  using Low = FloatLanes<Seek::minimum>;
+  using High = FloatLanes<Seek::maximum>;
+
+  struct Pair {
+    __m512 low = _mm512_set1_ps(std::numeric_limits<float>::infinity());
+    __m512 high = _mm512_set1_ps(-std::numeric_limits<float>::infinity());
+
+    void add(__mmask16 selected, const char* p) {
+      const __m512 values = _mm512_maskz_loadu_ps(selected, p);
+      low = Low::better(low, selected, values);
+      high = High::better(high, selected, values);
+    }
+  };
+
+  void row(const char* p, const std::uint8_t* m, std::int64_t pixels) {
+    forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
+      const char* const at = p + 4 * c;
+      for (int line = 0; line < 4; ++line) readAhead(at + 64 * line);
+      readAhead(m + c);
+      a_.add(sixteenOf<0>(selected), at);
+      b_.add(sixteenOf<1>(selected), at + 64);
+      c_.add(sixteenOf<2>(selected), at + 128);
+      d_.add(sixteenOf<3>(selected), at + 192);
+    });
+  }
+
+  static void placesIn(ExtremePlaces& places, float low, float high, const char* p, const std::uint8_t* m,
+                       int row, int width) {
+    const __m512 lows = _mm512_set1_ps(low), highs = _mm512_set1_ps(high);
+    for (int c = 0; c < width; c += 16) {
+      const __mmask16 inRow = static_cast<__mmask16>(width - c < 16 ? (1u << (width - c)) - 1 : 0xFFFFu);
+      const __m128i selection = _mm_maskz_loadu_epi8(inRow, m + c);
+      const __mmask16 selected = _mm_test_epi8_mask(selection, selection);
+      const __m512 values = _mm512_maskz_loadu_ps(selected, p + 4 * std::int64_t{c});
+      places.meet(_mm512_mask_cmp_ps_mask(selected, values, lows, _CMP_EQ_OQ),
+                  _mm512_mask_cmp_ps_mask(selected, values, highs, _CMP_EQ_OQ), row, c);
+      if (places.complete()) return;
+    }
+  }
+
+  float low() const {
+    return Low::bestOf(Low::better(Low::better(a_.low, b_.low), Low::better(c_.low, d_.low)));
+  }
+  float high() const {
+    return High::bestOf(High::better(High::better(a_.high, b_.high), High::better(c_.high, d_.high)));
+  }
+
+  Pair a_, b_, c_, d_;
+};
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives
+#endif

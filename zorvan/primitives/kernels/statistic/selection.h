@@ -1,0 +1,67 @@
+#pragma once
+
+// Which pixels a mask selects, as lanes and as bits. A pixel is selected where its mask byte is not zero.
+//
+// Nothing branches on the mask: statistics of scattered masks take as long as those of solid ones.
+
+#include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/statistic/read_ahead.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// All bits set where the byte is zero.
+inline __m128i unselected(__m128i mask) { return _mm_cmpeq_epi8(mask, _mm_setzero_si128()); }
+
+/// All bits set for a selected pixel, none for another.
+inline std::int32_t selectedBits(std::uint8_t mask) { return -static_cast<std::int32_t>(mask != 0); }
+
+inline __m128i loadLow8(const void* p) { return _mm_cvtsi64_si128(loadAs<std::int64_t>(p)); }
+inline __m128i loadLow4(const void* p) { return _mm_cvtsi32_si128(loadAs<std::int32_t>(p)); }
+
+/// The first four bytes, each 0 or 255, as lanes of 32 bits.
+inline __m128i bytesToDwords(__m128i bytes) {
+  bytes = _mm_unpacklo_epi8(bytes, bytes);
+  return _mm_unpacklo_epi16(bytes, bytes);
+}
+
+#ifdef __AVX2__
+inline __m256i unselected(__m256i mask) { return _mm256_cmpeq_epi8(mask, _mm256_setzero_si256()); }
+/// How many of the 32 bytes, each 0 or 255, are 0.
+inline int countClear(__m256i bytes) {
+  return 32 - _mm_popcnt_u32(static_cast<unsigned>(_mm256_movemask_epi8(bytes)));
+}
+/// Selected pixels of the first eight mask bytes, as lanes of 32 bits.
+inline __m256i unselectedDwords(__m128i mask) {
+  return _mm256_cmpeq_epi32(_mm256_cvtepu8_epi32(mask), _mm256_setzero_si256());
+}
+#endif
+
+#ifdef __AVX512BW__
+/// Goes along a row 64 pixels a step: `use(column, bits)` gets the selected ones of each step. The last step
+/// may be a part; bits behind the row's end are clear.
+template <class Use>
+inline void forEachSelection(const std::uint8_t* mask, std::int64_t pixels, Use use) {
+  std::int64_t c = 0;
+  for (; c + 64 <= pixels; c += 64) {
+    const __m512i bytes = _mm512_loadu_si512(mask + c);
+    use(c, _mm512_test_epi8_mask(bytes, bytes));
+  }
+  if (c != pixels) {
+    const __mmask64 inRow = _bzhi_u64(~0ull, static_cast<unsigned>(pixels - c));
+    const __m512i bytes = _mm512_maskz_loadu_epi8(inRow, mask + c);
+    use(c, _mm512_test_epi8_mask(bytes, bytes));
+  }
+}
+
+inline int countOf(__mmask64 selected) { return static_cast<int>(_mm_popcnt_u64(selected)); }
+
+/// Sixteen of a step's bits.
+template <int part>
+inline __mmask16 sixteenOf(__mmask64 selected) {
+  return static_cast<__mmask16>(selected >> (16 * part));
+}
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives
