@@ -30,10 +30,13 @@ struct Leaf2CopyRow {
 consteval Leaf2CopyRow leaf2CopyRow(int descriptor, int bytes) {
   const int zeros = std::countr_zero(static_cast<unsigned>(bytes));
   const int nibbles = (bytes >> zeros) << 4 | (zeros - Leaf2CopyRow::leastShift);
-  const Leaf2CopyRow row{static_cast<std::uint8_t>(descriptor), static_cast<std::uint8_t>(nibbles)};
-  if (row.bytes() != bytes) throw "This size does not fit in two nibbles.";
-  return row;
+  return {static_cast<std::uint8_t>(descriptor), static_cast<std::uint8_t>(nibbles)};
 }
+
+#define LEAF2_CACHE(descriptor, size) \
+  static_assert(leaf2CopyRow(descriptor, size).bytes() == size, "this size does not fit in two nibbles");
+#define LEAF2_SMALL_CACHE(descriptor, size)
+#include "zorvan/primitives/frame/Leaf2Caches.def"
 
 /// Caches of less than 512 KiB are left out: they count as unknown.
 constexpr Leaf2CopyRow leaf2CopyRows[] = {
