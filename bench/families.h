@@ -4,6 +4,8 @@
 
 namespace Zorvan::Bench {
 
+void addComputerVision(Suite& suite);
+void addFiltering(Suite& suite);
 void addInitializer(Suite& suite);
 void addLogical(Suite& suite);
 void addStatistic(Suite& suite);

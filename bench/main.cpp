@@ -207,6 +207,8 @@ int run(int argc, char** argv) {
   addInitializer(suite);
   addLogical(suite);
   addStatistic(suite);
+  addFiltering(suite);
+  addComputerVision(suite);
   Progress progress(registerAll(suite, variants, options.quick));
   const std::size_t matching = benchmark::RunSpecifiedBenchmarks(&progress);
   benchmark::Shutdown();

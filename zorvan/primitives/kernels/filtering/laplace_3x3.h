@@ -19,15 +19,6 @@
 namespace Zorvan::Primitives {
 namespace {
 
-template <class T>
-inline const unsigned char* bytesAt(Plane<const T> plane, std::int64_t row, std::int64_t column) {
-  return reinterpret_cast<const unsigned char*>(plane.at(row, column));
-}
-template <class T>
-inline unsigned char* bytesAt(Plane<T> plane, std::int64_t row, std::int64_t column) {
-  return reinterpret_cast<unsigned char*>(plane.at(row, column));
-}
-
 /// 8-bit and 16-bit pixels in vectors V.
 template <class T, class V>
 struct LaplacePairs3x3 {

@@ -17,7 +17,6 @@
 #include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
 #include "zorvan/primitives/kernels/filtering/float_vectors.h"
-#include "zorvan/primitives/kernels/filtering/laplace_3x3.h"
 #include "zorvan/primitives/kernels/filtering/pair_vectors.h"
 #include "zorvan/primitives/kernels/filtering/partial_vectors.h"
 

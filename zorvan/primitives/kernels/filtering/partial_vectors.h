@@ -3,10 +3,21 @@
 // Loads and stores of the first bytes of a vector, for the ends of rows: nothing behind them is touched.
 // Lanes that are not loaded are zero.
 
+#include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {
+
+/// The bytes of a row from a pixel on.
+template <class T>
+inline const unsigned char* bytesAt(Plane<const T> plane, std::int64_t row, std::int64_t column) {
+  return reinterpret_cast<const unsigned char*>(plane.at(row, column));
+}
+template <class T>
+inline unsigned char* bytesAt(Plane<T> plane, std::int64_t row, std::int64_t column) {
+  return reinterpret_cast<unsigned char*>(plane.at(row, column));
+}
 
 /// Copies up to a vector's bytes in pieces that halve from there.
 template <class Vector>
