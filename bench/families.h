@@ -4,6 +4,7 @@
 
 namespace Zorvan::Bench {
 
+void addArithmetic(Suite& suite);
 void addInitializer(Suite& suite);
 void addLogical(Suite& suite);
 

@@ -205,6 +205,7 @@ int run(int argc, char** argv) {
   const std::vector<int> variants = variantsToMeasure(options.variant);
   Suite suite;
   addInitializer(suite);
+  addArithmetic(suite);
   addLogical(suite);
   Progress progress(registerAll(suite, variants, options.quick));
   const std::size_t matching = benchmark::RunSpecifiedBenchmarks(&progress);
