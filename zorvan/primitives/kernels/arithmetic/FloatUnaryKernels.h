@@ -67,9 +67,9 @@ using AbsoluteOfTwo =
 
 /// Walks the rows at whole pixels. A row's routine tells whether there was a negative pixel that has no root.
 template <class Form, bool streaming>
-bool walkFloatRows(UnaryImages images, Size roi) {
-  images.srcStep = wholePixels(images.srcStep);
-  images.dstStep = wholePixels(images.dstStep);
+bool walkFloatRows(const UnaryImages& call, Size roi) {
+  const UnaryImages images{call.src, wholePixels(call.srcStep), call.dst, wholePixels(call.dstStep),
+                           call.inPlace};
   const FloatRows rows =
       Form::fuses ? planFloatRows(roi, images.srcStep, images.dstStep) : FloatRows{roi.height, roi.width};
   bool negative = false;
