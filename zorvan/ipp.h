@@ -7,6 +7,7 @@
 #include "zorvan/foundation/IppIMemory.h"
 #include "zorvan/foundation/IppSMemory.h"
 #include "zorvan/foundation/Status.h"
+#include "zorvan/operations/arithmetic/IppIArithmetic.h"
 #include "zorvan/operations/computervision/ComputerVision.h"
 #include "zorvan/operations/initializer/Initializer.h"
 #include "zorvan/operations/logical/Comparer.h"

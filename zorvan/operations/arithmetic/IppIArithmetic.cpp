@@ -1,0 +1,115 @@
+#include "zorvan/operations/arithmetic/IppIArithmetic.h"
+
+#include "zorvan/operations/LocalImage.h"
+#include "zorvan/operations/arithmetic/ArithmeticMethods.h"
+#include "zorvan/operations/initializer/Initializer.h"
+
+namespace Zorvan::Ipp::Image {
+
+using namespace Arithmetics;
+using Methods::over;
+using Methods::Run;
+
+template <class T>
+void IppIArithmetic<T>::Add(IppIMemory<T>& a, IppIMemory<T>& b, IppIMemory<T>& c, Rect rect) {
+  Run<IppIArithmeticAdd_Src1_Src2_Dst<T>>(over(a, b, c), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Add(IppIMemory<T>& a, IppIMemory<T>& b, Rect rect) {
+  Run<IppIArithmeticAdd_Src_SrcDst<T>>(over(a, b), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::AddC(IppIMemory<T>& image, T value, Rect rect) {
+  Run<IppIAddC<T>>(over(image), rect, value);
+}
+
+template <class T>
+void IppIArithmetic<T>::AddWithMask(IppIMemory<T>& src, IppIMemory<float>& srcDst, IppIMemory<u8>& mask,
+                                    Rect rect) {
+  Run<IppIArithmeticAdd_Src_Mask_SrcDst<T>>(over(src, mask, srcDst), rect);
+}
+
+/// The temporary's pixels are not set, and all of the region is added: callers pay for three passes and no
+/// more. It has room for a region that begins or ends outside it, as one that fits the image may.
+template <class T>
+void IppIArithmetic<T>::AddCWithMask(IppIMemory<T>& image, IppIMemory<u8>& mask, T value, Rect rect) {
+  auto addend = makeLocalImage<T>(image.size(), rect);
+  Initializer::FillWithMask<T>(addend, mask, value, rect);
+  Add(addend, image, rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Subtract(IppIMemory<T>& a, IppIMemory<T>& b, IppIMemory<T>& c, Rect rect) {
+  Run<IppISubtract_Src1_Src2_Dst<T>>(over(a, b, c), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Subtract(IppIMemory<T>& a, IppIMemory<T>& b, Rect rect) {
+  Run<IppISubtract_Src_SrcDst<T>>(over(a, b), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Multiply(IppIMemory<T>& a, IppIMemory<T>& b, IppIMemory<T>& c, Rect rect) {
+  Run<IppIArithmeticMultiply_Src1_Src2_Dst<T>>(over(a, b, c), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Multiply(IppIMemory<T>& a, IppIMemory<T>& b, Rect rect) {
+  Run<IppIArithmeticMultiply_Src_SrcDst<T>>(over(a, b), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Divide(IppIMemory<T>& a, IppIMemory<T>& b, IppIMemory<T>& c, Rect rect) {
+  Run<IppIArithmeticDivide_Src1_Src2_Dst<T>>(over(a, b, c), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Divide(IppIMemory<T>& a, IppIMemory<T>& b, Rect rect) {
+  Run<IppIArithmeticDivide_Src_SrcDst<T>>(over(a, b), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Absolute(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect) {
+  Run<IppIArithmeticAbsolute_Src_Dst<T>>(over(src, dst), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Absolute(IppIMemory<T>& image, Rect rect) {
+  Run<IppIArithmeticAbsolute_SrcDst<T>>(over(image), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Square(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect) {
+  Run<IppIArithmeticSquare_Src_Dst<T>>(over(src, dst), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::Square(IppIMemory<T>& image, Rect rect) {
+  Run<IppIArithmeticSquare_SrcDst<T>>(over(image), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::SquareRoot(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect) {
+  Run<IppIArithmeticSquareRoot_Src_Dst<T>>(over(src, dst), rect);
+}
+
+template <class T>
+void IppIArithmetic<T>::SquareRoot(IppIMemory<T>& image, Rect rect) {
+  Run<IppIArithmeticSquareRoot_SrcDst<T>>(over(image), rect);
+}
+
+template <class T>
+IppIArithmetic<T>& IppIArithmetic<T>::operator=(const IppIArithmetic&) {
+  return *this;
+}
+template <class T>
+IppIArithmetic<T>& IppIArithmetic<T>::operator=(IppIArithmetic&&) {
+  return *this;
+}
+
+template class IppIArithmetic<u8>;
+template class IppIArithmetic<float>;
+
+}  // namespace Zorvan::Ipp::Image
