@@ -6,6 +6,7 @@ namespace Zorvan::Bench {
 
 void addComputerVision(Suite& suite);
 void addFiltering(Suite& suite);
+void addArithmetic(Suite& suite);
 void addInitializer(Suite& suite);
 void addLogical(Suite& suite);
 void addStatistic(Suite& suite);

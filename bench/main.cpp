@@ -205,6 +205,7 @@ int run(int argc, char** argv) {
   const std::vector<int> variants = variantsToMeasure(options.variant);
   Suite suite;
   addInitializer(suite);
+  addArithmetic(suite);
   addLogical(suite);
   addStatistic(suite);
   addFiltering(suite);

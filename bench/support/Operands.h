@@ -2,6 +2,7 @@
 
 // What an operation works on: images with a role, their memory and their contents.
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -37,6 +38,9 @@ struct Operand {
   static constexpr Access access = A;
   static constexpr int pixelBytes = sizeof(T);
   static void prepare(T* pixels, Size size, std::uint32_t seed) { makeNoise(pixels, size, seed); }
+  static bool agree(const T* pixels, const T* others, std::size_t count) {
+    return std::memcmp(pixels, others, count * sizeof(T)) == 0;
+  }
 };
 
 template <class T>
@@ -46,6 +50,40 @@ struct Write : Operand<T, Access::write> {};
 template <class T>
 struct Update : Operand<T, Access::update> {};
 
+/// No pixel is negative.
+template <class O>
+struct Positive : O {
+  static void prepare(typename O::Pixel* pixels, Size size, std::uint32_t seed) {
+    O::prepare(pixels, size, seed);
+    for (std::int64_t i = 0; i < pixelsOf(size); ++i) pixels[i] = std::abs(pixels[i]);
+  }
+};
+
+/// All pixels are 1 or -1: factors and divisors that may be applied over and over.
+template <class O>
+struct Unit : O {
+  static void prepare(typename O::Pixel* pixels, Size size, std::uint32_t seed) {
+    O::prepare(pixels, size, seed);
+    for (std::int64_t i = 0; i < pixelsOf(size); ++i) pixels[i] = std::copysign(1.0F, pixels[i]);
+  }
+};
+
+/// Results that an estimate of the processor's leads to: some units in the last place are open.
+template <class O>
+struct Estimated : O {
+  static bool agree(const float* pixels, const float* others, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!(std::abs(pixels[i] - others[i]) <= 1e-6F * std::abs(others[i]))) return false;
+    }
+    return true;
+  }
+};
+
+struct FullMask : Operand<u8, Access::read> {
+  static void prepare(u8* mask, Size size, std::uint32_t) {
+    std::memset(mask, 255, static_cast<std::size_t>(pixelsOf(size)));
+  }
+};
 struct RandomMask : Operand<u8, Access::read> {
   static void prepare(u8* mask, Size size, std::uint32_t seed) { makeRandomMask(mask, size, seed); }
 };
@@ -75,8 +113,8 @@ class OperandSet {
  public:
   explicit OperandSet(Size size) : OperandSet(size, std::index_sequence_for<Operands...>{}) {}
 
-  bool sameBytes(const OperandSet& other) const {
-    return sameBytes(other, std::index_sequence_for<Operands...>{});
+  bool agreesWith(const OperandSet& other) const {
+    return agreesWith(other, std::index_sequence_for<Operands...>{});
   }
 
   Size size() const { return size_; }
@@ -98,11 +136,9 @@ class OperandSet {
   }
 
   template <std::size_t... i>
-  bool sameBytes(const OperandSet& other, std::index_sequence<i...>) const {
+  bool agreesWith(const OperandSet& other, std::index_sequence<i...>) const {
     const auto count = static_cast<std::size_t>(pixelsOf(size_));
-    return (
-        (std::memcmp(std::get<i>(pixels_), std::get<i>(other.pixels_), count * Operands::pixelBytes) == 0) &&
-        ...);
+    return (Operands::agree(std::get<i>(pixels_), std::get<i>(other.pixels_), count) && ...);
   }
 
   Size size_;

@@ -19,7 +19,7 @@ struct Operation {
   int bytesPerPixel;  // what the limit moves
   std::function<Contest(Size)> contestAt;
 
-  /// Whether the library and the plain loop leave the same bytes in all operands.
+  /// Whether the library and the plain loop leave the same in all operands.
   std::function<bool(Size)> agreesAt;
 };
 
@@ -47,7 +47,7 @@ class Suite {
       OperandSet<Operands...> want(size);
       callOurs(got);
       callPlain(want);
-      return got.sameBytes(want);
+      return got.agreesWith(want);
     };
     constexpr int bytes = ((Operands::pixelBytes * (Operands::access == Access::update ? 2 : 1)) + ...);
     operations_.push_back({name, pixels, bytes, contestAt, agreesAt});

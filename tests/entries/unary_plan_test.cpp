@@ -82,6 +82,19 @@ TEST(StreamedRows, BeginAboveSixMebibytesInBothImages) {
   EXPECT_TRUE(planStreamedRows({INT_MAX, INT_MAX}));
 }
 
+TEST(FloatRows, FuseWithoutAGapInWholePixels) {
+  for (const int src : {39, 40, 43, 44}) {
+    for (const int dst : {39, 40, 43, 44}) {
+      const FloatRows rows = planFloatRows({10, 3}, src, dst);
+      const bool fused = src / 4 == 10 && dst / 4 == 10;
+      EXPECT_EQ(rows.rows, fused ? 1 : 3) << src << " " << dst;
+      EXPECT_EQ(rows.rowPixels, fused ? 30 : 10) << src << " " << dst;
+    }
+  }
+  EXPECT_EQ(planFloatRows({1 << 20, 1 << 13}, 1 << 22, 1 << 22).rowPixels, std::int64_t{1} << 33);
+  EXPECT_EQ(planFloatRows({(1 << 30) + 1, 2}, 4, 4).rows, 2);
+}
+
 TEST(FloatHead, EndsAtTheBoundaryOrWithTheRow) {
   for (const int boundary : {16, 32, 64}) {
     const auto b = static_cast<std::uintptr_t>(boundary);
@@ -112,12 +125,12 @@ TEST(ByteRows, FuseOnlyWithoutAGapOnBothSides) {
   EXPECT_EQ(planByteRows({1 << 20, 1 << 13}, 1 << 20, 1 << 20, inPlace).rowPixels, std::int64_t{1} << 33);
 }
 
-TEST(ByteRows, StreamAboveSixMebibytesInTwoImages) {
-  EXPECT_FALSE(planByteRows({1024, 3072}, 1024, 1024, !inPlace).streaming);
-  EXPECT_TRUE(planByteRows({1024, 3073}, 1024, 1024, !inPlace).streaming);
-  EXPECT_FALSE(planByteRows({0x300000, 1}, 0x400000, 0x400000, !inPlace).streaming);
-  EXPECT_TRUE(planByteRows({0x300001, 1}, 0x400000, 0x400000, !inPlace).streaming);
-  EXPECT_FALSE(planByteRows({1024, 6147}, 1024, 1024, inPlace).streaming);
+TEST(ByteRows, StreamAboveThreeMebibytesInTwoImages) {
+  EXPECT_FALSE(planByteRows({1024, 1536}, 1024, 1024, !inPlace).streaming);
+  EXPECT_TRUE(planByteRows({1024, 1537}, 1024, 1024, !inPlace).streaming);
+  EXPECT_FALSE(planByteRows({0x180000, 1}, 0x400000, 0x400000, !inPlace).streaming);
+  EXPECT_TRUE(planByteRows({0x180001, 1}, 0x400000, 0x400000, !inPlace).streaming);
+  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, inPlace).streaming);
   EXPECT_TRUE(planByteRows({INT_MAX, INT_MAX}, INT_MAX, INT_MAX, !inPlace).streaming);
 }
 

@@ -37,20 +37,22 @@ using RootFloatPolicy =
 /// 16 bytes at a time, whatever the size.
 struct AbsoluteNarrow {
   static constexpr bool streams = false;
+  static constexpr bool fuses = false;
   template <bool streaming>
-  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
     floatsRow16<AbsoluteFloats, 16>(src, dst, n);
     return false;
   }
 };
 
-/// 32 bytes at a time.
+/// 32 bytes at a time. What streams fetches one row ahead.
 struct AbsoluteWide {
 #ifdef __AVX__
   static constexpr bool streams = true;
+  static constexpr bool fuses = true;
   template <bool streaming>
-  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-    floatsRow32<AbsoluteFloats, streaming>(src, dst, n);
+  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t srcStep) {
+    floatsRow32<AbsoluteFloats, streaming>(src, dst, n, srcStep);
     return false;
   }
 #endif
@@ -65,12 +67,14 @@ using AbsoluteOfTwo =
 
 /// Walks the rows at whole pixels. A row's routine tells whether there was a negative pixel that has no root.
 template <class Form, bool streaming>
-bool walkFloatRows(UnaryImages images, Size roi) {
-  images.srcStep = wholePixels(images.srcStep);
-  images.dstStep = wholePixels(images.dstStep);
+bool walkFloatRows(const UnaryImages& call, Size roi) {
+  const UnaryImages images{call.src, wholePixels(call.srcStep), call.dst, wholePixels(call.dstStep),
+                           call.inPlace};
+  const FloatRows rows =
+      Form::fuses ? planFloatRows(roi, images.srcStep, images.dstStep) : FloatRows{roi.height, roi.width};
   bool negative = false;
-  images.eachRow(roi.height, [&](const unsigned char* src, unsigned char* dst) {
-    negative |= Form::template row<streaming>(src, dst, roi.width);
+  images.eachRow(rows.rows, [&](const unsigned char* src, unsigned char* dst) {
+    negative |= Form::template row<streaming>(src, dst, rows.rowPixels, images.srcStep);
   });
   if constexpr (streaming) fenceStores();
   return negative;

@@ -15,6 +15,7 @@ namespace {
 /// own is written past the cache.
 constexpr std::int32_t prefetchFromBytes = 32769;
 constexpr std::int32_t streamAboveBytes = 0x600000;
+constexpr std::int32_t streamByteImagesAbove = 0x300000;  // the same for images of bytes
 
 /// The row distance in whole pixels. Entries that walk their rows one by one do not honour the bytes left.
 constexpr int wholePixels(int step) { return step & ~3; }
@@ -46,6 +47,19 @@ constexpr bool planStreamedRows(Size roi) {
   return std::int64_t{roi.width} * roi.height > streamAboveBytes / 8;
 }
 
+struct FloatRows {
+  std::int64_t rows;
+  std::int64_t rowPixels;
+};
+
+/// Rows of floats without a gap in whole pixels run as one, where the result does not depend on a pixel's
+/// place in its row.
+constexpr FloatRows planFloatRows(Size roi, int srcStep, int dstStep) {
+  const std::int64_t tight = 4 * std::int64_t{roi.width};
+  if (wholePixels(srcStep) != tight || wholePixels(dstStep) != tight) return {roi.height, roi.width};
+  return {1, std::int64_t{roi.width} * roi.height};
+}
+
 /// Pixels of a row of `pixels` in front of the boundary. Pixels that lie across it never reach it: they have
 /// no head.
 constexpr std::int64_t planHead(std::uintptr_t dst, std::int64_t pixels, int boundaryBytes) {
@@ -64,7 +78,7 @@ struct ByteRowsPlan {
 constexpr ByteRowsPlan planByteRows(Size roi, int srcStep, int dstStep, bool inPlace) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   const bool fused = srcStep == roi.width && dstStep == roi.width;
-  const bool streaming = !inPlace && pixels > streamAboveBytes / 2;
+  const bool streaming = !inPlace && pixels > streamByteImagesAbove / 2;
   return fused ? ByteRowsPlan{1, pixels, streaming} : ByteRowsPlan{roi.height, roi.width, streaming};
 }
 

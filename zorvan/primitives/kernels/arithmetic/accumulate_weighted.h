@@ -63,8 +63,8 @@ struct WeightedRow {
     addWeightedSingly<Source>(src, mask, srcDst, plan.head);
     std::int64_t i = plan.head;
     for (; i + passPixels <= pixels; i += passPixels) {
-      for (std::int64_t at = i; at < i + passPixels; at += 8) {
-        addWeightedEight<Source>(src + at * Source::pixelBytes, mask + at, srcDst + 4 * at);
+      for (int at = 0; at < passPixels; at += 8) {
+        addWeightedEight<Source>(src + (i + at) * Source::pixelBytes, mask + i + at, srcDst + 4 * (i + at));
       }
     }
     for (; i + restPixels <= pixels; i += restPixels) {

@@ -109,10 +109,11 @@ inline int rootBody16(const unsigned char* src, unsigned char* dst, std::int64_t
 /// In 16-byte registers.
 struct NarrowRoots {
   static constexpr bool streams = false;
+  static constexpr bool fuses = false;  // estimates and true roots differ
 
   /// True where a pixel of the row is negative.
   template <bool streaming>
-  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
     const MaskedExceptions masked;
     const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
     int negative = trueRootsSingly(src, dst, head);
@@ -149,9 +150,10 @@ inline int trueRootsFewer(const unsigned char* src, unsigned char* dst, std::int
 /// In 64-byte registers with fused multiply-adds. Rows that reach a cache line may go past the cache.
 struct WideRoots {
   static constexpr bool streams = true;
+  static constexpr bool fuses = false;
 
   template <bool streaming>
-  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
     const MaskedExceptions masked;
     int negative = 0;
     const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);

@@ -24,10 +24,9 @@ inline void squareRow(const unsigned char* src, unsigned char* dst, std::int64_t
   n -= head;
   for (; n >= 16; src += 64, dst += 64, n -= 16) {
     if constexpr (prefetched) {
-      const auto ahead = reinterpret_cast<std::uintptr_t>(src) + static_cast<std::uintptr_t>(prefetchBytes);
-      _mm_prefetch(reinterpret_cast<const char*>(ahead), _MM_HINT_T0);
+      prefetchAhead(src, prefetchBytes);
     }
-    floatsPasses<SquareFloats, Vector, streaming>(src, dst, 16);
+    floatsPass16<SquareFloats, Vector, streaming>(src, dst);
   }
   floatsFewer<SquareFloats>(src, dst, n);
   if constexpr (streaming) fenceStores();

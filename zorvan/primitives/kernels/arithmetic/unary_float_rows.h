@@ -106,32 +106,50 @@ inline void floatsFewer(const unsigned char* src, unsigned char* dst, std::int64
   floatsSingly<Operation>(src, dst, n & 3);
 }
 
-/// Whole passes of 16 pixels. Returns how many pixels that were.
 template <class Operation, class Vector, bool streaming>
-inline std::int64_t floatsPasses(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  std::int64_t i = 0;
-  for (; i + 16 <= n; i += 16) {
-    for (std::int64_t at = 4 * i; at < 4 * i + 64; at += Vector::size) {
-      const Vector pixels = Operation::of(Vector::load(src + at));
-      if constexpr (streaming) {
-        pixels.stream(dst + at);
-      } else {
-        pixels.store(dst + at);
-      }
+inline void floatsPass16(const unsigned char* src, unsigned char* dst) {
+  for (int at = 0; at < 64; at += Vector::size) {
+    const Vector pixels = Operation::of(Vector::load(src + at));
+    if constexpr (streaming) {
+      pixels.stream(dst + at);
+    } else {
+      pixels.store(dst + at);
     }
   }
-  return i;
 }
 
-/// Rows of at least 16 pixels go in passes from a 32-byte boundary on; shorter ones, and those whose pixels
-/// lie across it, go singly.
+/// Fetches what lies so many bytes ahead of `src`, which may be outside the image.
+inline void prefetchAhead(const unsigned char* src, std::int64_t bytes) {
+  const auto ahead = reinterpret_cast<std::uintptr_t>(src) + static_cast<std::uintptr_t>(bytes);
+  _mm_prefetch(reinterpret_cast<const char*>(ahead), _MM_HINT_T0);
+}
+
+/// Rows of at least 16 pixels go in 32-byte vectors from a 32-byte boundary on, two cache lines a turn;
+/// shorter ones, and those whose pixels lie across the boundary, go singly.
 template <class Operation, bool streaming>
-inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64_t n,
+                        std::int64_t prefetchBytes) {
   if (n < 16 || !isAligned(dst, 4)) return floatsSingly<Operation>(src, dst, n);
-  std::int64_t done = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector32::size);
-  floatsSingly<Operation>(src, dst, done);
-  done += floatsPasses<Operation, Vector32, streaming>(src + 4 * done, dst + 4 * done, n - done);
-  floatsFewer<Operation>(src + 4 * done, dst + 4 * done, n - done);
+  const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector32::size);
+  floatsSingly<Operation>(src, dst, head);
+  src += 4 * head;
+  dst += 4 * head;
+  n -= head;
+  for (; n >= 32; src += 128, dst += 128, n -= 32) {
+    if constexpr (streaming) {
+      prefetchAhead(src, prefetchBytes);
+      prefetchAhead(src, prefetchBytes + 64);
+    }
+    floatsPass16<Operation, Vector32, streaming>(src, dst);
+    floatsPass16<Operation, Vector32, streaming>(src + 64, dst + 64);
+  }
+  if (n >= 16) {
+    floatsPass16<Operation, Vector32, streaming>(src, dst);
+    src += 64;
+    dst += 64;
+    n -= 16;
+  }
+  floatsFewer<Operation>(src, dst, n);
 }
 #endif
 
