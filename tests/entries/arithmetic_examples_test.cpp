@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "tests/support/EntryTests.h"
 #include "tests/support/Quotients.h"
 #include "tests/support/VariantTests.h"
 #include "zorvan/primitives/frame/Table.h"
@@ -197,4 +198,8 @@ TEST(ArithmeticExamples, ShortcutsDoNotReadTheSources) {
 }
 
 }  // namespace
+
+/// The examples name their entries.
+void registerEntryTests() {}
+
 }  // namespace Zorvan::Test

@@ -18,7 +18,7 @@ int addConstant(T value, T* srcDst, int srcDstStep, Size roi, int f) {
   if (f == 0 && value == 0) return ippStsNoErr;
   const bool signOnly = planScaling(scalingLimitsOf<Sum<T>>(), f) == Scaling::signOnly;
   if (!std::is_signed_v<T> && signOnly && value != 0) {
-    return fillWith<V>(std::numeric_limits<T>::max(), srcDst, srcDstStep, roi);
+    return fillWith<V>(highest<T>, srcDst, srcDstStep, roi);
   }
   scaledRows<V, Sum<T>>(ConstantSource<T>{value}, ImageSource<T>{srcDst, srcDstStep}, srcDst, srcDstStep, roi,
                         f);

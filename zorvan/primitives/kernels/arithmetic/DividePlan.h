@@ -3,7 +3,6 @@
 // What a division does before it touches a pixel: how a scale factor goes into the quotient, and where the
 // vectors of a row begin. Pure, so that each limit can be tested from both sides on any machine.
 
-#include <bit>
 #include <cstdint>
 
 #include "zorvan/foundation/PixelTypes.h"
@@ -47,7 +46,7 @@ constexpr Quotients planQuotients(int f) {
 }
 
 constexpr float powerOfTwo(int exponent) {
-  return std::bit_cast<float>(static_cast<std::uint32_t>(127 + exponent) << 23);
+  return __builtin_bit_cast(float, static_cast<std::uint32_t>(127 + exponent) << 23);
 }
 
 /// What stands in for a divisor of 0 in a vector: it makes every quotient but 0 saturate. A quotient of 1

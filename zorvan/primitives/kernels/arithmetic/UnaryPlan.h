@@ -6,7 +6,6 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
-#include "zorvan/foundation/Wrapping.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -31,7 +30,8 @@ struct SquarePlan {
 /// not: a region beyond 2 GiB is squared whole, if at another pace.
 constexpr SquarePlan planSquareFrame(Size roi, int srcStep, int dstStep, bool inPlace) {
   const std::int64_t width = roi.width;
-  const std::int32_t total = wrappedProduct(wrappedProduct(roi.width, inPlace ? 4 : 8), roi.height);
+  const auto total = static_cast<std::int32_t>(static_cast<std::uint32_t>(roi.width) * (inPlace ? 4U : 8U) *
+                                               static_cast<std::uint32_t>(roi.height));
   const bool fused = srcStep == dstStep && srcStep == 4 * width;
   const bool oneRow = fused || roi.height == 1;
   SquarePlan plan{roi.height, width, 0, false};

@@ -8,10 +8,9 @@
 // the estimate cannot serve (not a number, or of a magnitude that has no normal reciprocal) is divided as it
 // stands. A block with a divisor of 0 is divided pixel by pixel.
 
-#include <limits>
-
 #include "zorvan/primitives/kernels/arithmetic/DividePlan.h"
 #include "zorvan/primitives/kernels/arithmetic/divide_row.h"
+#include "zorvan/primitives/kernels/common/Limits.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 
 namespace Zorvan::Primitives {
@@ -20,10 +19,9 @@ namespace {
 /// Over 0 of either sign the quotient is infinite with the sign of the numerator, and nothing over nothing is
 /// no number.
 inline float divideFloat(float divisor, float numerator, bool& anyZero) {
-  using Limits = std::numeric_limits<float>;
   if (divisor == 0) {
     anyZero = true;
-    return numerator > 0 ? Limits::infinity() : numerator < 0 ? -Limits::infinity() : Limits::quiet_NaN();
+    return numerator > 0 ? infinite<float> : numerator < 0 ? -infinite<float> : noNumber<float>;
   }
   return numerator / divisor;
 }

@@ -88,9 +88,9 @@ inline __m512i divideSixteen(__m512i divisors, __m512i numerators, const Quotien
   __m512 q = estimatedQuotient(x, d);
   // Bytes that are not scaled up give figures below 2^31, which saturate when they are packed.
   if constexpr (sizeof(T) > 1 || form == Quotients::scaledNumerator) {
-    q = _mm512_min_ps(q, _mm512_set1_ps(std::numeric_limits<T>::max()));
+    q = _mm512_min_ps(q, _mm512_set1_ps(highest<T>));
   }
-  if constexpr (std::is_signed_v<T>) q = _mm512_max_ps(q, _mm512_set1_ps(std::numeric_limits<T>::min()));
+  if constexpr (std::is_signed_v<T>) q = _mm512_max_ps(q, _mm512_set1_ps(lowest<T>));
   return _mm512_cvtps_epi32(q);
 }
 

@@ -2,10 +2,10 @@
 
 // Quotients of single integer pixels: the ends of rows, and scale factors that need no division.
 
-#include <limits>
 #include <type_traits>
 
 #include "zorvan/primitives/kernels/arithmetic/DividePlan.h"
+#include "zorvan/primitives/kernels/common/Limits.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 
 namespace Zorvan::Primitives {
@@ -25,8 +25,7 @@ inline QuotientFactors quotientFactors(int f) {
 /// The limit of the type on the side of `n`.
 template <class T>
 inline T limitTowards(T n) {
-  using Limits = std::numeric_limits<T>;
-  return n > 0 ? Limits::max() : n < 0 ? Limits::min() : T{0};
+  return n > 0 ? highest<T> : n < 0 ? lowest<T> : T{0};
 }
 
 /// A division by 0 saturates and sets `anyZero`. The quotient is clamped as a float: large ones do not wrap.
@@ -36,9 +35,9 @@ inline T dividePixel(T divisor, T numerator, const QuotientFactors& factors, boo
     anyZero = true;
     return limitTowards(numerator);
   }
-  constexpr float lowest = std::numeric_limits<T>::min(), highest = std::numeric_limits<T>::max();
+  constexpr float least = lowest<T>, most = highest<T>;
   const float q = numerator * factors.numerator / (divisor * factors.divisor);
-  return static_cast<T>(_mm_cvtss_si32(_mm_set_ss(q < lowest ? lowest : q > highest ? highest : q)));
+  return static_cast<T>(_mm_cvtss_si32(_mm_set_ss(q < least ? least : q > most ? most : q)));
 }
 
 /// Quotients that all round to 0, but where the divisor is 0.
@@ -52,8 +51,7 @@ template <class T>
 inline T saturatedQuotient(T divisor, T numerator) {
   const T limit = limitTowards(numerator);
   if (divisor >= 0 || numerator == 0) return limit;
-  return limit == std::numeric_limits<T>::max() ? std::numeric_limits<T>::min()
-                                                : std::numeric_limits<T>::max();
+  return limit == highest<T> ? lowest<T> : highest<T>;
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ inline F quotients(F numerator, F divisor, const QuotientFactors& factors, bool 
   divisor = divisor * broadcastFloats<F>(factors.divisor);
   if (zeroes) divisor = divisor + where0(divisor, broadcastFloats<F>(factors.forZero));
   const F q = estimatedQuotient(numerator * broadcastFloats<F>(factors.numerator), divisor);
-  return clamped(q, std::numeric_limits<T>::min(), std::numeric_limits<T>::max());
+  return clamped(q, lowest<T>, highest<T>);
 }
 
 template <class T>

@@ -92,7 +92,7 @@ inline void wideFloatRow(const FloatRowPlan& plan, A a, B b, unsigned char* dst,
   if (plan.inBlocks) {
     floatPixels<Op>(a, b, dst, i, 4 * plan.head);
     // Four passes to a turn while they last: a short turn takes longer than what it does.
-    const auto passes = [&](auto bytes) {
+    const auto passes = [&]<int bytes>() {
       for (const std::int64_t end = i + ((length - i) & -bytes); i != end; i += bytes) {
         for (int j = 0; j < bytes; j += 32) {
           const auto x = a.template lanes<__m256, false>(i + j);
@@ -101,8 +101,8 @@ inline void wideFloatRow(const FloatRowPlan& plan, A a, B b, unsigned char* dst,
         }
       }
     };
-    passes(std::integral_constant<int, 256>{});
-    passes(std::integral_constant<int, 64>{});
+    passes.template operator()<256>();
+    passes.template operator()<64>();
     if (i == length) return;
     for (const std::int64_t end = i + ((length - i) & ~15); i != end; i += 16) {
       const auto x = a.template lanes<__m128, false>(i);

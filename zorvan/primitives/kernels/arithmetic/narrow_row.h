@@ -56,13 +56,13 @@ inline void narrowRow(const Pixels& pixels, A a, B b, unsigned char* dst, std::i
     }
     if constexpr (plan.remainderInSteps) {
       if (!a.overlaps(dst, length) && !b.overlaps(dst, length)) {
-        const auto step = [&](auto bytes) {
+        const auto step = [&]<int bytes>() {
           if (i + bytes > length) return;
           storeFew<bytes>(dst + i, pixels.lanes(a.template few<bytes>(i), b.template few<bytes>(i)));
           i += bytes;
         };
-        step(std::integral_constant<int, 16>{});
-        step(std::integral_constant<int, 8>{});
+        step.template operator()<16>();
+        step.template operator()<8>();
       }
     }
   }

@@ -15,32 +15,31 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Masks all exceptions for as long as it lives, if any is not. Values that are computed in between have to
-/// come from memory and to go there, or through `settle`: the compiler knows of no other order between the
-/// control state and arithmetic.
-class MaskedExceptions {
- public:
-  MaskedExceptions() : before_(_mm_getcsr()), changed_((before_ & allMasks) != allMasks) {
-    if (changed_) _mm_setcsr((before_ | allMasks) & ~allFlags);
-    asm volatile("" ::: "memory");
-  }
-  ~MaskedExceptions() {
-    asm volatile("" ::: "memory");
-    if (changed_) _mm_setcsr(before_ | (_mm_getcsr() & keptFlags));
-  }
-  MaskedExceptions(const MaskedExceptions&) = delete;
-  MaskedExceptions& operator=(const MaskedExceptions&) = delete;
-
-  static void settle(int& value) { asm volatile("" : "+r"(value) : : "memory"); }
-
- private:
-  static constexpr unsigned allMasks = 0x1F80;
-  static constexpr unsigned allFlags = 0x3F;
-  static constexpr unsigned keptFlags =
-      0x08 | 0x10 | 0x02 | 0x20;  // overflow, underflow, denormal, precision
-  unsigned before_;
-  bool changed_;
+/// The control state before a row of roots.
+struct ControlState {
+  unsigned before;
+  bool changed;
 };
+
+/// Masks all exceptions and clears the flags, if any exception is not masked. What is computed from here to
+/// `restore` has to come from memory and to go there: the compiler knows of no other order between the
+/// control state and arithmetic.
+inline ControlState maskExceptions() {
+  constexpr unsigned allMasks = 0x1F80, allFlags = 0x3F;
+  const unsigned before = _mm_getcsr();
+  const bool changed = (before & allMasks) != allMasks;
+  if (changed) _mm_setcsr((before | allMasks) & ~allFlags);
+  asm volatile("" ::: "memory");
+  return {before, changed};
+}
+
+/// Puts the control state back, with the flags that the row has raised but those of invalid operations and
+/// divisions by zero. `result` is computed by then.
+inline void restore(ControlState state, int& result) {
+  constexpr unsigned keptFlags = 0x08 | 0x10 | 0x02 | 0x20;  // overflow, underflow, denormal, precision
+  asm volatile("" : "+r"(result) : : "memory");
+  if (state.changed) _mm_setcsr(state.before | (_mm_getcsr() & keptFlags));
+}
 
 constexpr std::int64_t rootAheadBytes = 96;
 constexpr std::int64_t rootPassPixels = 16;
@@ -114,11 +113,11 @@ struct NarrowRoots {
   /// True where a pixel of the row is negative.
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
-    const MaskedExceptions masked;
+    const ControlState state = maskExceptions();
     const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
     int negative = trueRootsSingly(src, dst, head);
     negative |= body(src + 4 * head, dst + 4 * head, n - head);
-    MaskedExceptions::settle(negative);
+    restore(state, negative);
     return negative != 0;
   }
 
@@ -154,7 +153,7 @@ struct WideRoots {
 
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
-    const MaskedExceptions masked;
+    const ControlState state = maskExceptions();
     int negative = 0;
     const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
     if (head != 0) negative |= trueRootsFewer(src, dst, head);
@@ -166,7 +165,7 @@ struct WideRoots {
     } else {
       negative |= body<false>(src, dst, n);
     }
-    MaskedExceptions::settle(negative);
+    restore(state, negative);
     return negative != 0;
   }
 

@@ -13,11 +13,11 @@
 // (32-bit results of 16-bit pixels, unsigned where the pixels are) and pack them.
 
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 
 #include "zorvan/primitives/kernels/arithmetic/ScalingPlan.h"
 #include "zorvan/primitives/kernels/common/LaneOps.h"
+#include "zorvan/primitives/kernels/common/Limits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -54,8 +54,7 @@ inline I narrowed(Halves<I> s) {
 
 template <class T>
 constexpr T saturated(std::int64_t s) {
-  using Limits = std::numeric_limits<T>;
-  return static_cast<T>(s < Limits::min() ? Limits::min() : s > Limits::max() ? Limits::max() : s);
+  return static_cast<T>(s < lowest<T> ? lowest<T> : s > highest<T> ? highest<T> : s);
 }
 
 inline __m128i shiftCount(int n) { return _mm_cvtsi32_si128(n); }
@@ -201,10 +200,7 @@ template <class T>
 struct SignOnly {
   static constexpr Scaling scaling = Scaling::signOnly;
   static constexpr bool exact = false;
-  T pixel(std::int64_t s) const {
-    using Limits = std::numeric_limits<T>;
-    return s > 0 ? Limits::max() : s < 0 ? Limits::min() : T{0};
-  }
+  T pixel(std::int64_t s) const { return s > 0 ? highest<T> : s < 0 ? lowest<T> : T{0}; }
   template <class I>
   I lanes(I x) const {
     if constexpr (sizeof(T) == 1) {

@@ -17,12 +17,12 @@ namespace {
 template <int... steps, class Pixels, class A, class B>
 inline void remainderInSteps(std::integer_sequence<int, steps...>, const Pixels& pixels, A a, B b,
                              unsigned char* dst, std::int64_t i, std::int64_t length) {
-  const auto run = [&](auto bytes) {
+  const auto run = [&]<int bytes>() {
     for (; i + bytes <= length; i += bytes) {
       storeFew<bytes>(dst + i, pixels.lanes(a.template few<bytes>(i), b.template few<bytes>(i)));
     }
   };
-  (run(std::integral_constant<int, steps>{}), ...);
+  (run.template operator()<steps>(), ...);
 }
 
 template <class Pixels, class A, class B>

@@ -45,6 +45,9 @@ constexpr std::int64_t fillBufferBytes(std::int64_t records) {
 /// How far the bound of a scan must lie ahead of a found pixel for its run's end to be searched by vectors.
 inline constexpr int vectorSearchPixels = 16;
 
+/// Scans of fewer pixels are not worth a vector.
+inline constexpr int vectorScanPixels = 4;
+
 constexpr bool searchesByVectors(std::int64_t x, std::int64_t scanRight) {
   return scanRight - x >= vectorSearchPixels;
 }

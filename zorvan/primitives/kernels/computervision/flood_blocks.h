@@ -120,7 +120,7 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
       : Pixels{oldPixel, newPixel, lastColumn}, block(oldPixel, newPixel) {}
 
   std::int64_t find(unsigned char* row, std::int64_t x, std::int64_t right) const {
-    if (right - x < 4) return Pixels::find(row, x, right);
+    if (right - x + 1 < vectorScanPixels) return Pixels::find(row, x, right);
     for (; x <= right; x += 16) {
       if (last - x < 15) return Pixels::find(row, x, right);
       const unsigned matches = block.matches(at(row, x));

@@ -67,7 +67,7 @@ struct MaskedRow : FillPixels<T> {
         newLanes(Vector64::broadcast(static_cast<std::make_unsigned_t<T>>(newPixel))) {}
 
   std::int64_t find(unsigned char* row, std::int64_t x, std::int64_t right) const {
-    if (right - x < 2) return Pixels::find(row, x, right);
+    if (right - x + 1 < vectorScanPixels) return Pixels::find(row, x, right);
     for (; right - x >= lanes; x += lanes) {
       const Mask matches = Lanes::matches(at(row, x), oldLanes);
       if (matches != 0) return x + __builtin_ctzll(matches);

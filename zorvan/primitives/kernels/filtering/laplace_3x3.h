@@ -23,7 +23,6 @@ namespace {
 template <class T, class V>
 struct LaplacePairs3x3 {
   using Lanes = PairLanes<T, V>;
-  static constexpr std::int64_t pixels = V::size / sizeof(T);
   static constexpr std::int64_t laneBytes = 2 * sizeof(T);
 
   static void run(Plane<const T> src, Plane<T> dst, Size roi, unsigned char* rows) {
@@ -85,10 +84,12 @@ struct LaplacePairs3x3 {
     // The columns -1 to the width are there: as many sums as pixels, and two more.
     const std::int64_t rest = (bytes - at) / std::int64_t{sizeof(T)};
     const FirstBytes<V> some{bytes - at};
-    const FirstBytes<V> evens{evenBytes(rest)}, odds{evenBytes(rest)}, nextOdds{oddBytes(rest)};
-    const V nextOdd = rest > 1 ? nextOdds.load(odd + at + laneBytes) : V::load(odd);
-    some.store(resultOf(some.load(src + at), evens.load(even + at), evens.load(even + at + laneBytes),
-                        odds.load(odd + at), nextOdd),
+    const FirstBytes<V> wholePairs{evenBytes(rest)}, nextOdds{oddBytes(rest)};
+    const V oddSums = wholePairs.load(odd + at);
+    const V nextOddSums =
+        rest > 1 ? nextOdds.load(odd + at + laneBytes) : oddSums;  // only odd pixels use them
+    some.store(resultOf(some.load(src + at), wholePairs.load(even + at),
+                        wholePairs.load(even + at + laneBytes), oddSums, nextOddSums),
                dst + at);
   }
 };
