@@ -23,7 +23,7 @@ using WideFloatExtremes = WideMaskedExtremes;
 class WideFloatExtremes;
 #endif
 #ifdef __AVX512BW__
-using RegisterByteExtremes = ExtremesByRow<ByteRows<RegisterSelection>>;
+using RegisterByteExtremes = ExtremesByRow<RegisterByteRows>;
 using RegisterFloatExtremes = RegisterMaskedExtremes;
 #else
 class RegisterByteExtremes;

@@ -115,19 +115,29 @@ class WideByteMoments {
 #endif
 
 #ifdef __AVX512BW__
-/// 64 pixels a step, the end of a row masked.
+/// 64 pixels a step, the end of a row masked. The lanes of squares are emptied when the next row might not
+/// fit: in rows shorter than that the fold would take longer than the sums.
 class RegisterByteMoments {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     RegisterByteMoments held;
-    forEachPiece(src, srcStep, mask, maskStep, roi,
-                 [&](auto* p, auto* m, std::int64_t pixels) { held.piece(p, m, pixels); });
+    std::int64_t room = squaresInLanes;
+    forEachPiece(src, srcStep, mask, maskStep, roi, [&](auto* p, auto* m, std::int64_t pixels) {
+      const std::int64_t taken = (pixels + 63) / 64 * 64;
+      if (room < taken) {
+        held.empty();
+        room = squaresInLanes;
+      }
+      room -= taken;
+      held.piece(p, m, pixels);
+    });
+    held.empty();
     return {held.count_, static_cast<double>(_mm512_reduce_add_epi64(held.sums_)), sumOf(held.squares_)};
   }
 
  private:
   void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t pixels) {
-    __m512i even = _mm512_setzero_si512(), odd = even, sums = sums_;
+    __m512i even = even_, odd = odd_, sums = sums_;
     std::uint32_t count = count_;
     forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
       readAhead(p + c);
@@ -140,12 +150,18 @@ class RegisterByteMoments {
       even = _mm512_add_epi32(even, _mm512_madd_epi16(low, low));
       odd = _mm512_add_epi32(odd, _mm512_madd_epi16(high, high));
     });
+    even_ = even;
+    odd_ = odd;
     sums_ = sums;
     count_ = count;
-    squares_ = plus(squares_, _mm512_add_epi32(even, odd));
   }
 
-  __m512i sums_ = _mm512_setzero_si512();
+  void empty() {
+    squares_ = plus(squares_, _mm512_add_epi32(even_, odd_));
+    even_ = odd_ = _mm512_setzero_si512();
+  }
+
+  __m512i sums_ = _mm512_setzero_si512(), even_ = sums_, odd_ = sums_;
   __m512d squares_ = _mm512_setzero_pd();
   std::uint32_t count_ = 0;
 };

@@ -55,16 +55,31 @@ class WideExtreme {
   static T find(const T* src, int srcStep, Size roi) {
     if (roi.width < Lanes::lanes32) return ShortRows::template find<Lanes>(src, srcStep, roi);
     const std::int64_t bytes = std::int64_t{roi.width} * std::int64_t{sizeof(T)};
-    __m256i a = Lanes::spread32(Lanes::neutral), b = a;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      row(reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r)), bytes, a, b);
-      if (Lanes::holds(Lanes::better(a, b), Lanes::best)) return Lanes::best;
-    }
-    return Lanes::bestOf(Lanes::better(a, b));
+    const bool wholeSteps = isAligned(src, 32) && srcStep % 32 == 0 && bytes % 64 == 0;
+    const auto inRows = [=](auto row) {
+      __m256i a = Lanes::spread32(Lanes::neutral), b = a;
+      const auto* p = reinterpret_cast<const unsigned char*>(src);
+      for (int r = 0; r < roi.height; ++r, p += srcStep) {
+        row(p, bytes, a, b);
+        if (Lanes::holds(Lanes::better(a, b), Lanes::best)) return Lanes::best;
+      }
+      return Lanes::bestOf(Lanes::better(a, b));
+    };
+    return wholeSteps ? inRows([](auto p, auto length, auto& a, auto& b) { wholeRow(p, length, a, b); })
+                      : inRows([](auto p, auto length, auto& a, auto& b) { anyRow(p, length, a, b); });
   }
 
  private:
-  static void row(const unsigned char* p, std::int64_t bytes, __m256i& a, __m256i& b) {
+  /// A row without a head or a rest: images of common sizes have no others, and small ones feel each branch.
+  static void wholeRow(const unsigned char* p, std::int64_t bytes, __m256i& a, __m256i& b) {
+    for (const unsigned char* const end = p + bytes; p != end; p += 64) {
+      readAhead(p);
+      a = Lanes::better(a, Vector32::load(p).bits);
+      b = Lanes::better(b, Vector32::load(p + 32).bits);
+    }
+  }
+
+  static void anyRow(const unsigned char* p, std::int64_t bytes, __m256i& a, __m256i& b) {
     const unsigned char* const end = p + bytes;
     const std::int64_t toBoundary = bytesToBoundary(p, 32);
     if (toBoundary != 0 && toBoundary % std::int64_t{sizeof(T)} == 0) {

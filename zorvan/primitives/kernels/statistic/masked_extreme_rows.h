@@ -65,20 +65,6 @@ struct BlendedSelection {
   }
 };
 
-#ifdef __AVX512BW__
-/// Selected lanes as bits of a mask register.
-struct RegisterSelection {
-  __mmask16 chosen;
-
-  static RegisterSelection of(__m128i mask) { return {_mm_test_epi8_mask(mask, mask)}; }
-  template <class Lanes>
-  __m128i better(__m128i held, __m128i pixels) const {
-    return Lanes::low ? _mm_mask_min_epu8(held, chosen, held, pixels)
-                      : _mm_mask_max_epu8(held, chosen, held, pixels);
-  }
-};
-#endif
-
 /// 16 pixels a step, four steps a turn where there are as many, then 8 and singly.
 template <class Selection>
 struct ByteRows {
@@ -121,6 +107,38 @@ struct ByteRows {
   static bool replacesLow(Pixel low, Pixel running) { return low < running; }
   static bool replacesHigh(Pixel high, Pixel running) { return high > running; }
 };
+
+#ifdef __AVX512BW__
+/// The same steps with selected lanes as bits of a mask register.
+struct RegisterByteRows : ByteRows<BlendedSelection> {
+  static Extremes row(const Pixel* p, const std::uint8_t* m, std::int64_t left, Pixel low, Pixel high) {
+    const __m128i lowStart = _mm_set1_epi8(static_cast<char>(low));
+    const __m128i highStart = _mm_set1_epi8(static_cast<char>(high));
+    __m128i lows = lowStart, highs = highStart;
+    const auto step = [&](__m128i mask, __m128i pixels) {
+      const __mmask16 chosen = _mm_test_epi8_mask(mask, mask);
+      lows = _mm_mask_min_epu8(lows, chosen, lows, pixels);
+      highs = _mm_mask_max_epu8(highs, chosen, highs, pixels);
+    };
+    for (; left >= 64; p += 64, m += 64, left -= 64) {
+      readAhead(p);
+      readAhead(m);
+      step(Vector16::load(m).bits, Vector16::load(p).bits);
+      step(Vector16::load(m + 16).bits, Vector16::load(p + 16).bits);
+      step(Vector16::load(m + 32).bits, Vector16::load(p + 32).bits);
+      step(Vector16::load(m + 48).bits, Vector16::load(p + 48).bits);
+    }
+    for (; left > 0; p += 16, m += 16, left -= 16) {
+      const __mmask16 inRow = static_cast<__mmask16>(left < 16 ? (1u << left) - 1 : 0xFFFFu);
+      step(_mm_maskz_loadu_epi8(inRow, m), _mm_maskz_loadu_epi8(inRow, p));
+    }
+    const __mmask16 changed = _mm_cmpneq_epu8_mask(lows, lowStart) | _mm_cmpneq_epu8_mask(highs, highStart);
+    if (changed == 0) return {low, high};
+    return {ExtremeLanes<Seek::minimum, Pixel>::bestOf(lows),
+            ExtremeLanes<Seek::maximum, Pixel>::bestOf(highs)};
+  }
+};
+#endif
 
 /// A row replaces a running value when it is strictly better.
 struct StrictlyBetter {

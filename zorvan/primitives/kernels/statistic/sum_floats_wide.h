@@ -73,20 +73,12 @@ struct Floats32 {
 };
 
 #ifdef __AVX512F__
-struct Doubles64 {
-  static constexpr int pixels = 8;
-  __m512d lanes = _mm512_setzero_pd();
-
-  void add(const char* p) { lanes = _mm512_add_pd(lanes, _mm512_cvtps_pd(loadAs<__m256>(p))); }
-  void add(Doubles64 other) { lanes = _mm512_add_pd(lanes, other.lanes); }
-  double total() const {
-    return foldAll(foldHigh(_mm256_add_pd(_mm512_castpd512_pd256(lanes), _mm512_extractf64x4_pd(lanes, 1))));
-  }
-
-  using Single = double;
-  static void addRest(Doubles64& sum, double&, const char* p, std::int64_t left) {
+/// With the rest of a row in a masked load. Vectors of 32 bytes: converting to a vector of 64 takes a shuffle
+/// more on one of the two ports that such vectors have, and the sum comes out slower.
+struct MaskedDoubles32 : Doubles32 {
+  static void addRest(MaskedDoubles32& sum, double&, const char* p, std::int64_t left) {
     const auto chosen = static_cast<__mmask8>((1u << left) - 1);
-    sum.lanes = _mm512_add_pd(sum.lanes, _mm512_cvtps_pd(_mm256_maskz_loadu_ps(chosen, p)));
+    sum.lanes = _mm256_add_pd(sum.lanes, _mm256_cvtps_pd(_mm_maskz_loadu_ps(chosen, p)));
   }
 };
 
@@ -109,13 +101,12 @@ struct Floats64 {
 };
 #endif
 
-/// A region of any width in lanes of doubles or floats, on four accumulators.
+/// A region of any width in lanes of doubles or floats, on eight accumulators.
 template <class Lanes>
 struct PersistentSum {
   static double of(const float* src, int srcStep, Size roi) {
-    constexpr std::int64_t width = Lanes::pixels;
-    constexpr std::int64_t turn = 4 * width > 16 ? 4 * width : 16;
-    Lanes a, b, c, d;
+    constexpr std::int64_t width = Lanes::pixels, turn = 8 * width;
+    Lanes sums[8];
     typename Lanes::Single single = 0;
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
@@ -123,18 +114,16 @@ struct PersistentSum {
       if (roi.width >= wideFloatRows) addSingly(single, p, left, headPixels(p));
       for (; left >= turn; p += 4 * turn, left -= turn) {
         for (std::int64_t line = 0; line < 4 * turn; line += 64) readAhead(p + line);
-        a.add(p);
-        b.add(p + 4 * width);
-        c.add(p + 8 * width);
-        d.add(p + 12 * width);
+        for (int i = 0; i < 8; ++i) sums[i].add(p + 4 * width * i);
       }
-      for (; left >= width; p += 4 * width, left -= width) a.add(p);
-      if (left != 0) Lanes::addRest(b, single, p, left);
+      for (; left >= width; p += 4 * width, left -= width) sums[0].add(p);
+      if (left != 0) Lanes::addRest(sums[1], single, p, left);
     }
-    a.add(b);
-    c.add(d);
-    a.add(c);
-    return static_cast<double>(a.total() + single);
+    for (int i = 0; i < 4; ++i) sums[i].add(sums[i + 4]);
+    sums[0].add(sums[2]);
+    sums[1].add(sums[3]);
+    sums[0].add(sums[1]);
+    return static_cast<double>(sums[0].total() + single);
   }
 };
 
