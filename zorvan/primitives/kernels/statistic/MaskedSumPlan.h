@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
-#include "zorvan/foundation/Wrapping.h"
+#include "zorvan/primitives/kernels/statistic/SumPlan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 /// wraps on 32 bits, so an enormous region may come out as a small one.
 constexpr std::int32_t narrowSumBelow = 0x800000;
 
-constexpr bool takesNarrowSum(Size roi) { return wrappedProduct(roi.width, roi.height) < narrowSumBelow; }
+constexpr bool takesNarrowSum(Size roi) { return wrappedCount(roi) < narrowSumBelow; }
 
 /// Additions into a lane of floats before it is emptied into a double.
 constexpr int floatAdditions = 480;

@@ -3,7 +3,6 @@
 // The mean of a region: the entries, and which variant sums how. A mean is a sum divided by the pixel count;
 // sums of integers are exact.
 
-#include "zorvan/foundation/Wrapping.h"
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
@@ -81,7 +80,7 @@ template <class T, class Sum>
 int findMean(const T* src, Size roi, double* result, Sum sumOf) {
   if (src == nullptr || result == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  storeAs(result, sumOf() / static_cast<double>(wrappedProduct(roi.width, roi.height)));
+  storeAs(result, sumOf() / static_cast<double>(wrappedCount(roi)));
   return ippStsNoErr;
 }
 

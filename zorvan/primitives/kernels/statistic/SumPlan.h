@@ -10,6 +10,12 @@
 namespace Zorvan::Primitives {
 namespace {
 
+/// The count of a region's pixels as a figure of 32 bits, which wraps.
+constexpr std::int32_t wrappedCount(Size roi) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(roi.width) *
+                                   static_cast<std::uint32_t>(roi.height));
+}
+
 /// A block of unsigned words: 32768 times 65535 stays below 2^31. Signed words take the same blocks.
 constexpr int sumBlockPixels = 32768;
 

@@ -150,8 +150,8 @@ class RegisterMaskedExtremes {
   using High = FloatLanes<Seek::maximum>;
 
   struct Pair {
-    __m512 low = _mm512_set1_ps(std::numeric_limits<float>::infinity());
-    __m512 high = _mm512_set1_ps(-std::numeric_limits<float>::infinity());
+    static constexpr float infinity = std::numeric_limits<float>::infinity();
+    __m512 low = _mm512_set1_ps(infinity), high = _mm512_set1_ps(-infinity);
 
     void add(__mmask16 selected, const char* p) {
       const __m512 values = _mm512_maskz_loadu_ps(selected, p);
