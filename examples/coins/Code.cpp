@@ -13,8 +13,8 @@ namespace {
 
 // A definition starts at the left margin, and its closing brace stands there alone.
 bool begins(const std::string& line, const std::string& function) {
-  return !line.empty() && line[0] != ' ' && line.back() == '{' &&
-         line.find(" " + function + "(") != std::string::npos;
+  const bool atMargin = !line.empty() && line[0] != ' ' && line[0] != '/';
+  return atMargin && line.find(" " + function + "(") != std::string::npos;
 }
 
 const std::set<std::string> kKeywords{"auto",   "bool",        "char",  "const", "constexpr", "double",

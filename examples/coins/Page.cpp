@@ -104,7 +104,8 @@ std::string stepArticle(const Report::Step& step, int number) {
   std::string html = "<article><header><h3><span class=count>" + n(number) + "</span> " +
                      escaped(step.heading) + "</h3><span class=ms>" + figureText(step.milliseconds, 3) +
                      " ms</span></header><p>" + escaped(step.text) +
-                     "</p><div class=pair><div class=figures>";
+                     (step.figures.size() > 1 ? "</p><div class=many>" : "</p><div class=pair>") +
+                     "<div class=figures>";
   for (const Report::Figure& figure : step.figures) {
     html += "<figure><img src=\"" + figure.file + "\" alt=\"" + escaped(step.heading) + "\"" +
             sizeAttributes(figure.picture.size()) + "><figcaption>" + figure.file + "</figcaption></figure>";

@@ -51,6 +51,8 @@ article p { margin: .3rem 0 1rem; color: var(--soft); }
 .figures:empty { display: none; }
 .figures:empty + pre { grid-column: 1 / -1; }
 .figures { display: grid; gap: .8rem; }
+.many .figures { grid-template-columns: repeat(auto-fit, minmax(15rem, 1fr)); margin-bottom: 1rem; }
+.many figure { max-width: 30rem; }
 figure { margin: 0; }
 figure img { width: 100%; height: auto; display: block; border-radius: 6px; border: 1px solid var(--line); }
 figcaption { font-size: .78rem; color: var(--soft); margin-top: .25rem; }

@@ -16,18 +16,23 @@ constexpr int kWidth = 5;
 constexpr int kHeight = 7;
 
 // Seven rows of five pixels each.
-constexpr const char* kGlyphs[10] = {
-    " ### #   ##  ### # ###  ##   # ### ", "  #   ##    #    #    #    #   ### ",
-    " ### #   #    #   #   #   #   #####", " ### #   #    #  ##     ##   # ### ",
-    "   #   ##  # # #  # #####   #    # ", "######    ####     #    ##   # ### ",
-    " ### #    #    #### #   ##   # ### ", "#####    #   #   #    #    #    #  ",
-    " ### #   ##   # ### #   ##   # ### ", " ### #   ##   # ####    #    # ### "};
+constexpr const char* kGlyphs[10] = {" ### #   ##  ### # ###  ##   # ### ",
+                                     "  #   ##    #    #    #    #   ### ",
+                                     " ### #   #    #   #   #   #   #####",
+                                     " ### #   #    #  ##     ##   # ### ",
+                                     "   #   ##  # # #  # #####   #    # ",
+                                     "######    ####     #    ##   # ### ",
+                                     " ### #    #    #### #   ##   # ### ",
+                                     "#####    #   #   #    #    #    #  ",
+                                     " ### #   ##   # ### #   ##   # ### ",
+                                     " ### #   ##   # ####    #    # ### "};
 
 /// The pixels of a digit as a mask.
 IppIMemory<u8> glyph(char digit) {
   IppIMemory<u8> mask(kWidth, kHeight);
   const auto pixels = mask.buffer();
-  for (int i = 0; i < kWidth * kHeight; ++i) pixels[i] = kGlyphs[digit - '0'][i] == '#' ? 255 : 0;
+  for (int i = 0; i < kWidth * kHeight; ++i)
+    pixels[i] = kGlyphs[digit - '0'][i] == '#' ? 255 : 0;
   return mask;
 }
 
@@ -36,7 +41,9 @@ IppIMemory<u8> glyph(char digit) {
 void drawNumber(IppIMemory<u8>& picture, int number, int column, int row) {
   for (const char digit : std::to_string(number)) {
     const Area ground{column, row, kWidth + 2, kHeight + 2};
-    if (column + ground.width > picture.width() || row + ground.height > picture.height()) return;
+    if (column + ground.width > picture.width() ||
+        row + ground.height > picture.height())
+      return;
     IppIMemory<u8> back = Examples::viewOf(picture, ground);
     Initializer::Fill<u8>(back, 0, Examples::rectOfView(ground));
     const Area place{column + 1, row + 1, kWidth, kHeight};

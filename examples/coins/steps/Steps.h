@@ -6,8 +6,9 @@
 #include "Region.h"
 #include "zorvan/ipp.h"
 
-// The steps of the demo: each is one function that does its work with the library's operations, and is shown
-// as it stands on the page beside the picture that it makes.
+// The steps of the demo: each is one function that does its work with the
+// library's operations, and is shown as it stands on the page beside the
+// picture that it makes.
 
 namespace Coins {
 
@@ -39,7 +40,8 @@ struct Measures {
 /// An image around the decoder's memory, which must outlive it.
 IppIMemory<u8> wrap(Examples::Picture& decoded);
 
-/// The largest less the smallest value around every pixel: bright where the picture changes.
+/// The largest less the smallest value around every pixel: bright where the
+/// picture changes.
 IppIMemory<u8> outline(IppIMemory<u8>& picture);
 
 /// The same values as floats.
@@ -51,7 +53,8 @@ IppIMemory<u8> above(IppIMemory<u8>& image, int limit);
 /// Adds what a mask's areas enclose.
 IppIMemory<u8> fillHoles(IppIMemory<u8>& mask);
 
-/// Takes off what is too narrow for a coin, and rounds off the notches that are left.
+/// Takes off what is too narrow for a coin, and rounds off the notches that are
+/// left.
 IppIMemory<u8> clean(IppIMemory<u8>& mask);
 
 // Every coin by itself.
@@ -62,7 +65,8 @@ std::deque<Object> separate(IppIMemory<u8>& mask);
 Measures measure(IppIMemory<u8>& picture, Object& object);
 
 /// The picture with the objects' boxes and numbers in it.
-IppIMemory<u8> drawBoxes(IppIMemory<u8>& picture, const std::deque<Object>& objects);
+IppIMemory<u8> drawBoxes(IppIMemory<u8>& picture,
+                         const std::deque<Object>& objects);
 
 /// Each object in a grey of its own.
 IppIMemory<u8> drawLabels(IppIMemory<u8>& mask, std::deque<Object>& objects);
@@ -74,7 +78,8 @@ IppIMemory<u8> fillCoins(IppIMemory<u8>& picture, IppIMemory<u8>& mask);
 IppIMemory<u8> chequers(Zorvan::Size size);
 
 /// The selected pixels of the picture on another ground.
-IppIMemory<u8> paste(IppIMemory<u8>& picture, IppIMemory<u8>& mask, IppIMemory<u8>& ground);
+IppIMemory<u8> paste(IppIMemory<u8>& picture, IppIMemory<u8>& mask,
+                     IppIMemory<u8>& ground);
 
 struct Combined {
   IppIMemory<u8> both;
@@ -86,18 +91,22 @@ Combined combine(IppIMemory<u8>& mask, IppIMemory<u8>& other);
 
 // The light and the grain of the photograph.
 
-/// The ground under the coins: the picture without everything that is brighter and narrower than the opening.
+/// The ground under the coins: the picture without everything that is brighter
+/// and narrower than the opening.
 IppIMemory<u8> background(IppIMemory<u8>& picture);
 
-IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture, IppIMemory<u8>& ground);
+IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture,
+                                 IppIMemory<u8>& ground);
 
 IppIMemory<u8> edges(IppIMemory<u8>& picture);
 
 /// The mean of several frames where `mask` selects, 0 elsewhere.
-IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames, IppIMemory<u8>& mask);
+IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames,
+                          IppIMemory<u8>& mask);
 
 /// Standard deviation of the difference from the picture where `mask` selects.
-double grain(IppIMemory<float>& image, IppIMemory<u8>& picture, IppIMemory<u8>& mask);
+double grain(IppIMemory<float>& image, IppIMemory<u8>& picture,
+             IppIMemory<u8>& mask);
 
 // Regions.
 

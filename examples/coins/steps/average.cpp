@@ -4,7 +4,8 @@ namespace Coins {
 
 using namespace Zorvan::Ipp::Image;
 
-IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames, IppIMemory<u8>& mask) {
+IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames,
+                          IppIMemory<u8>& mask) {
   const Zorvan::Rect whole = mask.SizeToRoi();
   IppIMemory<float> sum(mask.size());
   IppIMemory<float> count(mask.size());
@@ -13,15 +14,20 @@ IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames, IppIMemory<u8>& ma
   for (IppIMemory<u8>& frame : frames) {
     IppIArithmetic<u8>::AddWithMask(frame, sum, mask, whole);
   }
-  IppIArithmetic<float>::Divide(count, sum, whole);  // sum / count
+  // The second image is divided by the first, in place.
+  IppIArithmetic<float>::Divide(count, sum, whole);
   return sum;
 }
 
-double grain(IppIMemory<float>& image, IppIMemory<u8>& picture, IppIMemory<u8>& mask) {
+double grain(IppIMemory<float>& image, IppIMemory<u8>& picture,
+             IppIMemory<u8>& mask) {
   const Zorvan::Rect whole = mask.SizeToRoi();
   IppIMemory<float> difference = toFloat(picture);
   IppIArithmetic<float>::Subtract(image, difference, whole);
-  return Statistic<float>::MeanAndStandardDeviationWithMask(difference, mask, whole).StdDev;
+  const Zorvan::MeanStdDev found =
+      Statistic<float>::MeanAndStandardDeviationWithMask(difference, mask,
+                                                         whole);
+  return found.StdDev;
 }
 
 }  // namespace Coins

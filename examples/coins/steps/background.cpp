@@ -6,13 +6,17 @@ using namespace Zorvan::Ipp::Image;
 
 IppIMemory<u8> background(IppIMemory<u8>& picture) {
   IppIMemory<u8> ground(picture.size());
-  IppIMorphology<u8>::Open(picture, ground, picture.SizeToRoi(), {61, 61});  // wider than any coin
+  constexpr Zorvan::Size widerThanCoins{61, 61};
+  IppIMorphology<u8>::Open(picture, ground, picture.SizeToRoi(),
+                           widerThanCoins);
   return ground;
 }
 
-IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture, IppIMemory<u8>& ground) {
+IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture,
+                                 IppIMemory<u8>& ground) {
   IppIMemory<u8> flat(picture.size());
-  IppIArithmetic<u8>::Subtract(ground, picture, flat, picture.SizeToRoi());  // picture - ground
+  // The first image is taken from the second.
+  IppIArithmetic<u8>::Subtract(ground, picture, flat, picture.SizeToRoi());
   return flat;
 }
 

@@ -16,7 +16,8 @@ IppIMemory<u8> chequers(Zorvan::Size size) {
                         std::min(kSquare, size.height - row)};
       IppIMemory<u8> view = Examples::viewOf(board, square);
       const bool light = (row + column) / kSquare % 2 == 0;
-      Initializer::Fill<u8>(view, light ? kLight : kDark, Examples::rectOfView(square));
+      Initializer::Fill<u8>(view, light ? kLight : kDark,
+                            Examples::rectOfView(square));
     }
   }
   return board;

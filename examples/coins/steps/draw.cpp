@@ -7,7 +7,8 @@ namespace Coins {
 
 using namespace Zorvan::Ipp::Image;
 
-IppIMemory<u8> drawBoxes(IppIMemory<u8>& picture, const std::deque<Object>& objects) {
+IppIMemory<u8> drawBoxes(IppIMemory<u8>& picture,
+                         const std::deque<Object>& objects) {
   IppIMemory<u8> drawn = picture;  // a copy of the pixels
   const auto fill = [&](Area area, u8 value) {
     IppIMemory<u8> view = Examples::viewOf(drawn, area);
@@ -33,10 +34,12 @@ IppIMemory<u8> drawLabels(IppIMemory<u8>& mask, std::deque<Object>& objects) {
   for (Object& object : objects) {
     value += step;
     IppIMemory<int> view = Examples::viewOf(labels, object.box);
-    Initializer::FillWithMask<int>(view, object.mask, value, Examples::rectOfView(object.box));
+    Initializer::FillWithMask<int>(view, object.mask, value,
+                                   Examples::rectOfView(object.box));
   }
   IppIMemory<u8> shown(mask.size());
-  Initializer::Convert(labels, shown, mask.SizeToRoi());  // labels above 255 show as 255
+  // Labels above 255 show as 255.
+  Initializer::Convert(labels, shown, mask.SizeToRoi());
   return shown;
 }
 

@@ -12,8 +12,10 @@ IppIMemory<u8> edges(IppIMemory<u8>& picture) {
   IppILogical<u8>::Not(picture, negative, whole);
 
   // Bytes hold no response below 0: those of the negative are the other half.
-  FilteringFunction::LaplaceBorder3x3<u8>(picture, inner, whole, Zorvan::eBorderReplicate, 0);
-  FilteringFunction::LaplaceBorder3x3<u8>(negative, outer, whole, Zorvan::eBorderReplicate, 0);
+  FilteringFunction::LaplaceBorder3x3<u8>(picture, inner, whole,
+                                          Zorvan::eBorderReplicate, 0);
+  FilteringFunction::LaplaceBorder3x3<u8>(negative, outer, whole,
+                                          Zorvan::eBorderReplicate, 0);
   IppIArithmetic<u8>::Add(inner, outer, whole);
   return outer;
 }
