@@ -37,7 +37,7 @@ h3 { font-size: 1.1rem; margin: 0; }
 .scroll { overflow-x: auto; border: 1px solid var(--line); border-radius: 10px; background: var(--card); }
 table { border-collapse: collapse; width: 100%; font-size: .86rem; font-variant-numeric: tabular-nums; }
 th { text-align: right; font-weight: 600; color: var(--soft); white-space: nowrap; }
-th, td { padding: .3rem .7rem; border-bottom: 1px solid var(--line); }
+th, td { padding: .3rem .6rem; border-bottom: 1px solid var(--line); }
 td { text-align: right; }
 tbody tr:last-child td { border-bottom: 0; }
 tbody tr:hover, tr:target { background: var(--mark); }
@@ -64,7 +64,7 @@ footer { margin-top: 2.5rem; color: var(--soft); font-size: .9rem; }
 @media (max-width: 820px) {
   main { padding: 1.5rem 1rem 3rem; }
   .hero, .pair { grid-template-columns: minmax(0, 1fr); }
-  .facts { grid-template-columns: repeat(auto-fit, minmax(8rem, 1fr)); }
+  .facts { grid-template-columns: repeat(auto-fit, minmax(10rem, 1fr)); }
 }
 )css";
 

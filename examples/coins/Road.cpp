@@ -22,11 +22,11 @@ std::string oneDecimal(double value) {
 }
 
 IppIMemory<u8> findMask(IppIMemory<u8>& picture, Report& report) {
-  IppIMemory<u8> rims = report.run(
-      "Outline", {"outline"},
-      "Dilate takes the brightest pixel of every 3 by 3 square, Erode the darkest. Their difference "
-      "is large where the picture changes: at the rims.",
-      [&] { return outline(picture); });
+  IppIMemory<u8> rims =
+      report.run("Outline", {"outline"},
+                 "Dilate takes the brightest pixel of every 3 by 3 square, Erode the darkest. Their "
+                 "difference is large where the picture changes: at the rims.",
+                 [&] { return outline(picture); });
   report.show("outline", rims);
 
   IppIMemory<u8> rising =
@@ -36,19 +36,17 @@ IppIMemory<u8> findMask(IppIMemory<u8>& picture, Report& report) {
                  [&] { return above(rims, kRise); });
   report.show("rising", rising);
 
-  IppIMemory<u8> whole =
-      report.run("Fill the holes", {"fillHoles"},
-                 "A flood from outside stops at the rims. What it does not reach is inside. A frame of one "
-                 "pixel lets it "
-                 "run all round. Coins that the picture's edge cuts stay open, and are not counted.",
-                 [&] { return fillHoles(rising); });
+  IppIMemory<u8> whole = report.run(
+      "Fill the holes", {"fillHoles"},
+      "A flood from outside stops at the rims. What it does not reach is inside. A frame of one pixel lets "
+      "it run all round. Coins that the picture's edge cuts stay open, and are not counted.",
+      [&] { return fillHoles(rising); });
   report.show("whole", whole);
 
-  IppIMemory<u8> mask = report.run(
-      "Clean", {"clean"},
-      "Opening removes everything that a square of 9 by 9 does not fit into, and leaves the coins; "
-      "closing rounds off their notches.",
-      [&] { return clean(whole); });
+  IppIMemory<u8> mask = report.run("Clean", {"clean"},
+                                   "Opening removes everything that a square of 9 by 9 does not fit into, "
+                                   "and leaves the coins; closing rounds off their notches.",
+                                   [&] { return clean(whole); });
   report.show("mask", mask);
   return mask;
 }
@@ -64,8 +62,7 @@ std::vector<Coin> measureAll(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Repo
   std::vector<Coin> coins =
       report.run("Measure", {"measure"},
                  "Mean, deviation, darkest and brightest place of the photograph under each coin's mask. The "
-                 "time is that "
-                 "of all coins.",
+                 "time is that of all coins.",
                  [&] {
                    std::vector<Coin> measured;
                    for (Object& object : objects) {
@@ -81,11 +78,10 @@ std::vector<Coin> measureAll(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Repo
                  [&] { return drawLabels(mask, objects); });
   report.show("labels", labels);
 
-  IppIMemory<u8> found =
-      report.run("Draw", {"drawBoxes"},
-                 "Boxes are four thin regions each, filled through views; a digit is a small "
-                 "mask, filled with white.",
-                 [&] { return drawBoxes(picture, objects); });
+  IppIMemory<u8> found = report.run(
+      "Draw", {"drawBoxes"},
+      "Boxes are four thin regions each, filled through views; a digit is a small mask, filled with white.",
+      [&] { return drawBoxes(picture, objects); });
   report.show("found", found);
   return coins;
 }
@@ -112,21 +108,20 @@ void useMask(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Report& report) {
                  [&] { return above(picture, mean); });
   report.show("bright", bright);
 
-  Combined combined =
-      report.run("Combine masks", {"combine"},
-                 "The coins' mask and the bright pixels: in both (and), in either (or), in one "
-                 "of them only (exclusive or).",
-                 [&] { return combine(mask, bright); });
+  Combined combined = report.run("Combine masks", {"combine"},
+                                 "The coins' mask and the bright pixels: in both (and), in either (or), in "
+                                 "one of them only (exclusive or).",
+                                 [&] { return combine(mask, bright); });
   report.show("both", combined.both);
   report.show("either", combined.either);
   report.show("only-one", combined.onlyOne);
 }
 
 void improve(IppIMemory<u8>& picture, Report& report) {
-  IppIMemory<u8> ground = report.run(
-      "Background", {"background"},
-      "An opening wider than the coins keeps nothing of them: what is left is the ground and its light.",
-      [&] { return background(picture); });
+  IppIMemory<u8> ground = report.run("Background", {"background"},
+                                     "An opening with a square that no coin holds keeps nothing of the "
+                                     "coins: what is left is the ground and its light.",
+                                     [&] { return background(picture); });
   report.show("background", ground);
 
   IppIMemory<u8> flat = report.run("Without the background", {"withoutBackground"},
@@ -134,22 +129,20 @@ void improve(IppIMemory<u8>& picture, Report& report) {
                                    [&] { return withoutBackground(picture, ground); });
   report.show("flat", flat);
 
-  IppIMemory<u8> lines =
-      report.run("Edges", {"edges"},
-                 "The Laplace filter answers to both sides of an edge with different signs. Filtering the "
-                 "negative too, and adding, gives its magnitude.",
-                 [&] { return edges(picture); });
+  IppIMemory<u8> lines = report.run("Edges", {"edges"},
+                                    "The Laplace filter answers to both sides of an edge with different "
+                                    "signs. Filtering the negative too, and adding, gives its magnitude.",
+                                    [&] { return edges(picture); });
   report.show("edges", lines);
 }
 
 void averageFrames(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Report& report) {
   std::deque<IppIMemory<u8>> frames = noisyFrames(picture, kFrames);
-  IppIMemory<float> mean =
-      report.run("Average noisy frames", {"average", "grain"},
-                 std::to_string(kFrames) +
-                     " frames with artificial noise, added up in floats under the coins' "
-                     "mask, divided by their number.",
-                 [&] { return average(frames, mask); });
+  IppIMemory<float> mean = report.run(
+      "Average noisy frames", {"average", "grain"},
+      std::to_string(kFrames) +
+          " frames with artificial noise, added up in floats under the coins' mask, divided by their number.",
+      [&] { return average(frames, mask); });
   IppIMemory<float> first = toFloat(frames.front());
   report.remark("The noise's standard deviation falls from " + oneDecimal(grain(first, picture, mask)) +
                 " to " + oneDecimal(grain(mean, picture, mask)) + ".");

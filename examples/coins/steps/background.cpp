@@ -6,9 +6,9 @@ using namespace Zorvan::Ipp::Image;
 
 IppIMemory<u8> background(IppIMemory<u8>& picture) {
   IppIMemory<u8> ground(picture.size());
-  constexpr Zorvan::Size widerThanCoins{61, 61};
-  IppIMorphology<u8>::Open(picture, ground, picture.SizeToRoi(),
-                           widerThanCoins);
+  // No coin holds a square of this size.
+  constexpr Zorvan::Size square{61, 61};
+  IppIMorphology<u8>::Open(picture, ground, picture.SizeToRoi(), square);
   return ground;
 }
 
