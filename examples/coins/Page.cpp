@@ -83,10 +83,8 @@ std::string fact(const std::string& figure, const std::string& text) {
 std::string facts(const Report& report, const std::vector<Coin>& coins) {
   double milliseconds = 0;
   for (const Report::Step& step : report.steps()) {
-    if (step.section == report.steps()[0].section || step.heading == "Separate" ||
-        step.heading == "Measure") {
-      milliseconds += step.milliseconds;
-    }
+    milliseconds += step.milliseconds;
+    if (step.functions.front() == "measure") break;
   }
   std::string html = "<div class=facts>" + fact(n(static_cast<double>(coins.size())), "coins") +
                      fact(figureText(milliseconds, 1) + " ms", "from the pixels to the table");
