@@ -20,7 +20,7 @@ class Report {
   };
 
   struct Step {
-    /// The part of the work that the step belongs to.
+    /// What the step and its neighbours are about.
     std::string section;
     std::string heading;
     std::string text;
@@ -33,7 +33,7 @@ class Report {
   /// Creates the folder if it is missing.
   explicit Report(std::string folder);
 
-  /// The steps to come belong to this part of the work.
+  /// Heads the steps to come.
   void section(const std::string& title) { section_ = title; }
 
   /// Takes a step: returns what `work` returns, and keeps the time that it took.
