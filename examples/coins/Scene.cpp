@@ -18,19 +18,30 @@ double coin(double distance, double radius, double across) {
   return 165 + rim + relief - 0.6 * across;
 }
 
-void drawCoin(Examples::Picture& scene, double middleRow, double middleColumn, double radius) {
+void drawCoin(Examples::Picture& scene, const Disc& disc) {
   for (int r = 0; r < kHeight; ++r) {
     for (int c = 0; c < kWidth; ++c) {
-      const double distance = std::hypot(r - middleRow, c - middleColumn);
-      if (distance > radius) continue;
-      const double across = (r - middleRow + c - middleColumn) * 0.7;
-      const double value = coin(distance, radius, across);
+      const double distance = std::hypot(r - disc.row, c - disc.column);
+      if (distance > disc.radius) continue;
+      const double across = (r - disc.row + c - disc.column) * 0.7;
+      const double value = coin(distance, disc.radius, across);
       scene.pixels[std::size_t(r) * kWidth + c] = static_cast<Zorvan::u8>(std::clamp(value, 0.0, 255.0));
     }
   }
 }
 
 }  // namespace
+
+std::vector<Disc> sceneCoins() {
+  std::vector<Disc> coins;
+  for (int line = 0; line < 4; ++line) {
+    for (int place = 0; place < 6; ++place) {
+      coins.push_back({42.0 + 73 * line + (place * 3) % 5, 38.0 + 61 * place + (line * 4) % 7,
+                       16.0 + (line * 5 + place * 7) % 11});
+    }
+  }
+  return coins;
+}
 
 Examples::Picture drawScene() {
   Examples::Picture scene{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t(kWidth) * kHeight)};
@@ -39,12 +50,7 @@ Examples::Picture drawScene() {
       scene.pixels[std::size_t(r) * kWidth + c] = static_cast<Zorvan::u8>(ground(r, c));
     }
   }
-  for (int line = 0; line < 4; ++line) {
-    for (int place = 0; place < 6; ++place) {
-      const double radius = 16 + (line * 5 + place * 7) % 11;
-      drawCoin(scene, 42 + 73 * line + (place * 3) % 5, 38 + 61 * place + (line * 4) % 7, radius);
-    }
-  }
+  for (const Disc& disc : sceneCoins()) drawCoin(scene, disc);
   return scene;
 }
 

@@ -1,8 +1,19 @@
 #pragma once
 
+#include <vector>
+
 #include "Png.h"
 
 namespace Coins {
+
+struct Disc {
+  double row;
+  double column;
+  double radius;
+};
+
+/// The coins of the scene.
+std::vector<Disc> sceneCoins();
 
 /// A drawn stand-in for the photograph: coins on an unevenly lit ground.
 Examples::Picture drawScene();

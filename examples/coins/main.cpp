@@ -1,13 +1,18 @@
-// Takes a picture of coins apart with the library's operations, and leaves a picture of every step.
+// Counts and measures the coins of a photograph with the library's operations, and leaves a page of every
+// step.
 
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
+#include "CoinTable.h"
+#include "Montage.h"
+#include "Page.h"
 #include "Png.h"
 #include "Report.h"
+#include "Road.h"
 #include "Scene.h"
-#include "Steps.h"
 
 namespace {
 
@@ -16,31 +21,20 @@ constexpr const char* kUsage =
     "     coins --scene <output folder>          a drawn scene\n";
 
 void run(const std::string& source, const std::string& folder) {
-  using Coins::IppIMemory;
-  using Coins::u8;
-
-  Examples::Picture decoded = source == "--scene" ? Coins::drawScene() : Examples::readPng(source);
+  const bool drawn = source == "--scene";
+  Examples::Picture decoded = drawn ? Coins::drawScene() : Examples::readPng(source);
   Examples::Report report(folder);
+  const std::vector<Coins::Coin> coins = Coins::takeApart(decoded, report);
 
-  // The image wraps the decoder's memory: no pixel is copied, and `decoded` must outlive the image.
-  IppIMemory<u8> picture;
-  const double ms = Examples::timed([&] {
-    picture = IppIMemory<u8>::CreateContainer(decoded.pixels.data(), decoded.width, decoded.height);
-  });
-  report.add("picture", picture, ms, "CreateContainer around the decoder's memory");
-
-  Coins::crop(picture, report);
-  IppIMemory<u8> bright = Coins::selectBright(picture, report);
-  IppIMemory<int> counts = Coins::countAround(bright, report);
-  IppIMemory<u8> mask = Coins::coinMask(counts, report);
-  Coins::fillCoins(picture, mask, report);
-  Coins::paste(picture, mask, report);
+  Coins::writeCoinCsv(folder + "/coins.csv", coins);
   Coins::writeMontage(report);
+  Coins::writePage(report, coins,
+                   drawn ? "A drawn scene" : std::filesystem::path(source).filename().string());
 
-  std::cout
-      << report.table()
-      << "Times are those of the library's operations, run once, with the first touch of new memory.\n\n"
-      << "The pictures are in " << folder << ", four of them side by side in " << folder << "/montage.png\n";
+  std::cout << report.table()
+            << "Times are those of one run of each step, with the first touch of new memory.\n\n"
+            << Coins::coinText(coins) << coins.size() << (coins.size() == 1 ? " coin\n\n" : " coins\n\n")
+            << "The page is " << folder << "/index.html, the table also " << folder << "/coins.csv\n";
 }
 
 }  // namespace

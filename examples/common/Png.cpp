@@ -85,6 +85,7 @@ bool writeAll(Writer& writer, std::FILE* file, Zorvan::Size size, png_bytepp row
   png_set_IHDR(writer.png, writer.info, static_cast<png_uint_32>(size.width),
                static_cast<png_uint_32>(size.height), 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
                PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+  png_set_compression_level(writer.png, 9);
   png_set_rows(writer.png, writer.info, rows);
   png_write_png(writer.png, writer.info, PNG_TRANSFORM_IDENTITY, nullptr);
   return true;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iomanip>
 #include <sstream>
+#include <stdexcept>
 
 #include "Png.h"
 
@@ -13,30 +14,29 @@ Report::Report(std::string folder) : folder_(std::move(folder)) {
   std::filesystem::create_directories(folder_);
 }
 
-void Report::add(const std::string& title, const Zorvan::Ipp::Image::IppIMemory<Zorvan::u8>& picture,
-                 double milliseconds, const std::string& text) {
+void Report::show(const std::string& title, const Zorvan::Ipp::Image::IppIMemory<Zorvan::u8>& picture) {
   char number[16];
-  std::snprintf(number, sizeof number, "%02zu-", steps_.size() + 1);
-  Step& step = steps_.emplace_back();
-  step.title = title;
-  step.text = text;
-  step.file = number + title + ".png";
-  step.milliseconds = milliseconds;
-  step.picture = picture;
-  writePng(folder_ + "/" + step.file, picture);
+  std::snprintf(number, sizeof number, "%02d-", ++figures_);
+  Figure& figure = steps_.back().figures.emplace_back();
+  figure.title = title;
+  figure.file = number + title + ".png";
+  figure.picture = picture;
+  writePng(folder_ + "/" + figure.file, picture);
+}
+
+const Report::Figure& Report::figure(const std::string& title) const {
+  for (const Step& step : steps_) {
+    for (const Figure& figure : step.figures) {
+      if (figure.title == title) return figure;
+    }
+  }
+  throw std::logic_error("No picture of the report is called " + title);
 }
 
 std::string Report::table() const {
   std::ostringstream out;
-  out << std::left << std::setw(18) << "picture" << std::right << std::setw(10) << "size" << std::setw(9)
-      << "ms"
-      << "  what was done\n";
-  for (const Step& step : steps_) {
-    const std::string size =
-        std::to_string(step.picture.width()) + "x" + std::to_string(step.picture.height());
-    out << std::left << std::setw(18) << step.file << std::right << std::setw(10) << size << std::setw(9)
-        << std::fixed << std::setprecision(3) << step.milliseconds << "  " << step.text << "\n";
-  }
+  out << "       ms  step\n" << std::fixed << std::setprecision(3);
+  for (const Step& step : steps_) out << std::setw(9) << step.milliseconds << "  " << step.heading << "\n";
   return out.str();
 }
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -63,16 +66,53 @@ int countAreas(Picture mask) {
   return areas;
 }
 
+std::string readText(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// The files that the page refers to, beside it.
+std::set<std::string> references(const std::string& html) {
+  std::set<std::string> files;
+  for (const std::string attribute : {" src=\"", " href=\""}) {
+    for (std::size_t at = html.find(attribute); at != std::string::npos; at = html.find(attribute, at + 1)) {
+      const std::size_t begin = at + attribute.size();
+      const std::string target = html.substr(begin, html.find('"', begin) - begin);
+      if (target[0] != '#') files.insert(target);
+    }
+  }
+  return files;
+}
+
+void checkPage() {
+  const std::string html = readText(folder + "/index.html");
+  CHECK(html.find("<h1>24 coins</h1>") != std::string::npos);
+  CHECK(html.find("://") == std::string::npos);
+  const std::set<std::string> files = references(html);
+  CHECK(files.size() > 20);
+  for (const std::string& file : files) {
+    const std::string bytes = readText(folder + "/" + file);
+    CHECK(!bytes.empty());
+  }
+  // The code beside the pictures is that of the sources.
+  CHECK(html.find("outline</span>(") != std::string::npos &&
+        html.find("Dilate</span>(picture") != std::string::npos);
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
   if (argumentCount != 2) return 2;
   folder = arguments[1];
   const Picture picture = step("picture"), quarter = step("quarter"), middle = step("middle"),
-                spot = step("spot"), mask = step("mask"), filled = step("filled"), board = step("board"),
-                pasted = step("pasted");
+                spot = step("spot"), outline = step("outline"), rising = step("rising"),
+                whole = step("whole"), mask = step("mask"), labels = step("labels"), found = step("found"),
+                filled = step("filled"), board = step("board"), pasted = step("pasted"),
+                bright = step("bright"), both = step("both"), either = step("either"),
+                onlyOne = step("only-one"), ground = step("background"), flat = step("flat");
   CHECK(picture.width == 384 && picture.height == 303);
-  for (const Picture* same : {&spot, &mask, &filled, &board, &pasted}) {
+  for (const Picture* same : {&spot, &outline, &rising, &whole, &mask, &labels, &found, &filled, &board,
+                              &pasted, &bright, &both, &either, &onlyOne, &ground, &flat}) {
     CHECK(same->width == 384 && same->height == 303);
   }
   CHECK(quarter.width == 192 && quarter.height == 152 && middle.width == 192 && middle.height == 152);
@@ -84,7 +124,11 @@ int main(int argumentCount, char** arguments) {
   CHECK(everywhere(spot, [&](int c, int r) {
     return at(spot, c, r) == (c >= 151 && c < 303 && r < 152 ? at(picture, c, r) : 0);
   }));
+  CHECK(everywhere(rising,
+                   [&](int c, int r) { return at(rising, c, r) == (at(outline, c, r) > 30 ? 255 : 0); }));
+  CHECK(everywhere(whole, [&](int c, int r) { return at(whole, c, r) == 255 || at(rising, c, r) == 0; }));
   CHECK(everywhere(mask, [&](int c, int r) { return at(mask, c, r) == 0 || at(mask, c, r) == 255; }));
+  CHECK(everywhere(labels, [&](int c, int r) { return (at(labels, c, r) > 0) == (at(mask, c, r) > 0); }));
   CHECK(everywhere(
       filled, [&](int c, int r) { return at(filled, c, r) == (at(mask, c, r) ? 255 : at(picture, c, r)); }));
   CHECK(everywhere(board,
@@ -92,13 +136,23 @@ int main(int argumentCount, char** arguments) {
   CHECK(everywhere(pasted, [&](int c, int r) {
     return at(pasted, c, r) == (at(mask, c, r) ? at(picture, c, r) : at(board, c, r));
   }));
+  CHECK(
+      everywhere(both, [&](int c, int r) { return at(both, c, r) == (at(mask, c, r) & at(bright, c, r)); }));
+  CHECK(everywhere(either,
+                   [&](int c, int r) { return at(either, c, r) == (at(mask, c, r) | at(bright, c, r)); }));
+  CHECK(everywhere(onlyOne,
+                   [&](int c, int r) { return at(onlyOne, c, r) == (at(mask, c, r) ^ at(bright, c, r)); }));
+  CHECK(everywhere(flat, [&](int c, int r) {
+    return at(ground, c, r) <= at(picture, c, r) && at(flat, c, r) == at(picture, c, r) - at(ground, c, r);
+  }));
   CHECK(countAreas(mask) == 24);
 
   const Picture montage = Examples::readPng(folder + "/montage.png");
   CHECK(montage.width == 776 && montage.height == 614);
   CHECK(everywhere(picture, [&](int c, int r) {
-    return at(montage, c, r) == at(picture, c, r) && at(montage, c + 392, r) == at(mask, c, r) &&
-           at(montage, c, r + 311) == at(filled, c, r) && at(montage, c + 392, r + 311) == at(pasted, c, r);
+    return at(montage, c, r) == at(picture, c, r) && at(montage, c + 392, r) == at(outline, c, r) &&
+           at(montage, c, r + 311) == at(mask, c, r) && at(montage, c + 392, r + 311) == at(found, c, r);
   }));
+  checkPage();
   return failures;
 }

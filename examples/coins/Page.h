@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Report.h"
+#include "Road.h"
+
+namespace Coins {
+
+/// Writes `index.html` into the report's folder: the coins, their table, and every step's pictures beside its
+/// code. It needs nothing but the pictures beside it.
+void writePage(const Examples::Report& report, const std::vector<Coin>& coins, const std::string& source);
+
+}  // namespace Coins

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <deque>
+
+#include "Png.h"
+#include "Region.h"
+#include "zorvan/ipp.h"
+
+// The steps of the demo: each is one function that does its work with the
+// library's operations, and is shown as it stands on the page beside the
+// picture that it makes.
+
+namespace Coins {
+
+using Examples::Area;
+using Zorvan::u8;
+using Zorvan::Ipp::Image::IppIMemory;
+
+/// A connected area of a mask.
+struct Object {
+  /// Its bounding box in the picture.
+  Area box{};
+  /// Number of its pixels.
+  double area = 0;
+  /// A mask of the box's size that selects its pixels.
+  IppIMemory<u8> mask;
+};
+
+/// What is measured under an object's mask in a picture.
+struct Measures {
+  Zorvan::MeanStdDev brightness;
+  /// Positions count from the object's box.
+  Zorvan::MinMaxIndex extremes;
+  /// Of the circle with the object's area.
+  double diameter;
+};
+
+// From the photograph to a mask of the coins.
+
+/// An image around the decoder's memory, which must outlive it.
+IppIMemory<u8> wrap(Examples::Picture& decoded);
+
+/// The largest less the smallest value around every pixel: bright where the
+/// picture changes.
+IppIMemory<u8> outline(IppIMemory<u8>& picture);
+
+/// The same values as floats.
+IppIMemory<float> toFloat(IppIMemory<u8>& image);
+
+/// A mask of the pixels above `limit`, a whole number from 0 to 255.
+IppIMemory<u8> above(IppIMemory<u8>& image, int limit);
+
+/// Adds what a mask's areas enclose.
+IppIMemory<u8> fillHoles(IppIMemory<u8>& mask);
+
+/// Takes off what is too narrow for a coin, and rounds off the notches that are
+/// left.
+IppIMemory<u8> clean(IppIMemory<u8>& mask);
+
+// Every coin by itself.
+
+/// The connected areas of a mask, from the top.
+std::deque<Object> separate(IppIMemory<u8>& mask);
+
+Measures measure(IppIMemory<u8>& picture, Object& object);
+
+/// The picture with the objects' boxes and numbers in it.
+IppIMemory<u8> drawBoxes(IppIMemory<u8>& picture,
+                         const std::deque<Object>& objects);
+
+/// Each object in a grey of its own.
+IppIMemory<u8> drawLabels(IppIMemory<u8>& mask, std::deque<Object>& objects);
+
+// What masks are good for.
+
+IppIMemory<u8> fillCoins(IppIMemory<u8>& picture, IppIMemory<u8>& mask);
+
+IppIMemory<u8> chequers(Zorvan::Size size);
+
+/// The selected pixels of the picture on another ground.
+IppIMemory<u8> paste(IppIMemory<u8>& picture, IppIMemory<u8>& mask,
+                     IppIMemory<u8>& ground);
+
+struct Combined {
+  IppIMemory<u8> both;
+  IppIMemory<u8> either;
+  IppIMemory<u8> onlyOne;
+};
+
+Combined combine(IppIMemory<u8>& mask, IppIMemory<u8>& other);
+
+// The light and the grain of the photograph.
+
+/// The ground under the coins: the picture without everything that is brighter
+/// and narrower than the opening.
+IppIMemory<u8> background(IppIMemory<u8>& picture);
+
+IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture,
+                                 IppIMemory<u8>& ground);
+
+IppIMemory<u8> edges(IppIMemory<u8>& picture);
+
+/// The mean of several frames where `mask` selects, 0 elsewhere.
+IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames,
+                          IppIMemory<u8>& mask);
+
+/// Standard deviation of the difference from the picture where `mask` selects.
+double grain(IppIMemory<float>& image, IppIMemory<u8>& picture,
+             IppIMemory<u8>& mask);
+
+// Regions.
+
+/// The upper left quarter of the picture.
+IppIMemory<u8> cropCorner(IppIMemory<u8>& picture);
+
+/// A quarter from the middle of the picture.
+IppIMemory<u8> cropMiddle(IppIMemory<u8>& picture);
+
+/// The picture with all but one region black.
+IppIMemory<u8> keepWindow(IppIMemory<u8>& picture);
+
+}  // namespace Coins

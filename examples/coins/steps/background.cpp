@@ -1,0 +1,23 @@
+#include "Steps.h"
+
+namespace Coins {
+
+using namespace Zorvan::Ipp::Image;
+
+IppIMemory<u8> background(IppIMemory<u8>& picture) {
+  IppIMemory<u8> ground(picture.size());
+  // No coin holds a square of this size.
+  constexpr Zorvan::Size square{61, 61};
+  IppIMorphology<u8>::Open(picture, ground, picture.SizeToRoi(), square);
+  return ground;
+}
+
+IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture,
+                                 IppIMemory<u8>& ground) {
+  IppIMemory<u8> flat(picture.size());
+  // The first image is taken from the second.
+  IppIArithmetic<u8>::Subtract(ground, picture, flat, picture.SizeToRoi());
+  return flat;
+}
+
+}  // namespace Coins

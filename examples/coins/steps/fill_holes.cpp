@@ -1,0 +1,25 @@
+#include "Steps.h"
+
+namespace Coins {
+
+using namespace Zorvan::Ipp::Image;
+
+IppIMemory<u8> fillHoles(IppIMemory<u8>& mask) {
+  // A frame of one pixel joins all that lies outside, and gives the flood a
+  // start.
+  IppIMemory<u8> framed(mask.width() + 2, mask.height() + 2);
+  Initializer::Fill<u8>(framed, 0, framed.SizeToRoi());
+  IppIMemory<u8> inner =
+      Examples::viewOf(framed, {1, 1, mask.width(), mask.height()});
+  Initializer::Copy(mask, inner, mask.SizeToRoi());
+
+  // What the flood from the corner does not reach is a hole, once the areas
+  // themselves are white.
+  ComputerVision::FloodFill<u8>(framed, {0, 0}, 255, framed.SizeToRoi());
+  IppIMemory<u8> filled(mask.size());
+  IppILogical<u8>::Not(inner, filled, mask.SizeToRoi());
+  IppILogical<u8>::Or(mask, filled, mask.SizeToRoi());
+  return filled;
+}
+
+}  // namespace Coins

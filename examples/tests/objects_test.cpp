@@ -1,0 +1,155 @@
+// The road finds what was drawn: plates whose places, areas and brightness are known to the pixel, and the
+// coins of the scene.
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "Check.h"
+#include "CoinTable.h"
+#include "Road.h"
+#include "Scene.h"
+
+namespace {
+
+using Coins::Coin;
+using Examples::Area;
+using Examples::Picture;
+
+constexpr int kWidth = 301;
+constexpr int kHeight = 210;
+constexpr int kGround = 40;
+constexpr int kPlate = 160;
+constexpr int kDark = 7;
+constexpr int kBright = 180;
+
+void draw(Picture& picture, Area area, int value) {
+  for (int r = area.row; r < area.row + area.height; ++r) {
+    for (int c = area.column; c < area.column + area.width; ++c) {
+      picture.pixels[static_cast<std::size_t>(r * kWidth + c)] = static_cast<Zorvan::u8>(value);
+    }
+  }
+}
+
+/// The road's outline straddles the rim: what is found is a pixel wider than the plate on every side that
+/// lies in the picture.
+Area grown(Area plate) {
+  const int left = std::max(plate.column - 1, 0), top = std::max(plate.row - 1, 0);
+  const int right = std::min(plate.column + plate.width + 1, kWidth);
+  const int bottom = std::min(plate.row + plate.height + 1, kHeight);
+  return {left, top, right - left, bottom - top};
+}
+
+bool endsWith(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+bool near(double a, double b) { return std::abs(a - b) < 1e-6; }
+
+void checkPlate(const Coin& coin, Area plate) {
+  const Area box = grown(plate);
+  CHECK(coin.box.column == box.column && coin.box.row == box.row);
+  CHECK(coin.box.width == box.width && coin.box.height == box.height);
+  const double area = box.width * box.height, inside = plate.width * plate.height - 2;
+  CHECK(coin.area == area);
+  CHECK(near(coin.measures.diameter, std::sqrt(area * 4 / std::acos(-1.0))));
+
+  const double ring = area - plate.width * plate.height;
+  const double mean = (inside * kPlate + kDark + kBright + ring * kGround) / area;
+  const auto square = [&](double value) { return (value - mean) * (value - mean); };
+  const double variance =
+      (inside * square(kPlate) + square(kDark) + square(kBright) + ring * square(kGround)) / area;
+  CHECK(near(coin.measures.brightness.Mean, mean));
+  CHECK(near(coin.measures.brightness.StdDev, std::sqrt(variance)));
+
+  const Zorvan::MinMaxIndex& extremes = coin.measures.extremes;
+  CHECK(extremes.Min == kDark && extremes.Max == kBright);
+  CHECK(box.column + extremes.MinIndex.x == plate.column + 5 &&
+        box.row + extremes.MinIndex.y == plate.row + 3);
+  CHECK(box.column + extremes.MaxIndex.x == plate.column + 2 &&
+        box.row + extremes.MaxIndex.y == plate.row + 6);
+}
+
+void checkCsv(const std::string& folder, const std::vector<Coin>& coins) {
+  Coins::writeCoinCsv(folder + "/coins.csv", coins);
+  std::ifstream file(folder + "/coins.csv");
+  std::string line;
+  std::vector<std::string> lines;
+  while (std::getline(file, line)) lines.push_back(line);
+  CHECK(lines.size() == coins.size() + 1);
+  CHECK(lines[0] ==
+        "coin,column,row,width,height,area,diameter,mean,deviation,darkest,darkest_column,darkest_row,"
+        "brightest,"
+        "brightest_column,brightest_row");
+  // The first plate stands at column 20, row 9.
+  CHECK(lines[1].rfind("1,19,8,32,22,704,29.9,", 0) == 0);
+  CHECK(endsWith(lines[1], ",7,25,12,180,22,15"));
+}
+
+void checkPlates(const std::string& folder) {
+  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
+  // From the top; the second ends a pixel from the right edge, which its outline reaches.
+  const std::vector<Area> plates{
+      {20, 9, 30, 20}, {250, 14, 50, 11}, {90, 40, 61, 47}, {200, 90, 9, 77}, {20, 140, 44, 60}};
+  for (const Area& plate : plates) {
+    draw(picture, plate, kPlate);
+    draw(picture, {plate.column + 5, plate.row + 3, 1, 1}, kDark);
+    draw(picture, {plate.column + 2, plate.row + 6, 1, 1}, kBright);
+  }
+  draw(picture, {100, 150, 3, 3}, kPlate);          // a speck
+  draw(picture, {100, 120, 60, 2}, kPlate);         // a scratch
+  draw(picture, {100, 170, 40, 40}, kPlate);        // cut by the edge: its rim is open
+  draw(picture, {240, 140, 40, 40}, kGround + 30);  // too faint
+  Examples::Report report(folder);
+  const std::vector<Coin> found = Coins::takeApart(picture, report);
+  CHECK(found.size() == plates.size());
+  if (failures > 0) return;
+  for (std::size_t i = 0; i < plates.size(); ++i) checkPlate(found[i], plates[i]);
+  checkCsv(folder, found);
+}
+
+/// A ring is a disc to the road: what it encloses belongs to it.
+void checkRing(const std::string& folder) {
+  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
+  draw(picture, {60, 50, 80, 70}, kPlate);
+  draw(picture, {66, 56, 68, 58}, kGround);
+  Examples::Report report(folder);
+  const std::vector<Coin> found = Coins::takeApart(picture, report);
+  CHECK(found.size() == 1 && found[0].area == 82 * 72);
+}
+
+void checkScene(const std::string& folder) {
+  Picture scene = Coins::drawScene();
+  Examples::Report report(folder);
+  const std::vector<Coin> found = Coins::takeApart(scene, report);
+  CHECK(found.size() == 24);
+  for (const Coins::Disc& disc : Coins::sceneCoins()) {
+    const auto coin = std::find_if(found.begin(), found.end(), [&](const Coin& c) {
+      return disc.column >= c.box.column && disc.column < c.box.column + c.box.width &&
+             disc.row >= c.box.row && disc.row < c.box.row + c.box.height;
+    });
+    CHECK(coin != found.end());
+    if (coin == found.end()) continue;
+    CHECK(coin->measures.diameter > 2 * disc.radius && coin->measures.diameter < 2 * disc.radius + 3);
+  }
+}
+
+void checkNothing(const std::string& folder) {
+  Picture picture{40, 30, std::vector<Zorvan::u8>(std::size_t{40} * 30, kGround)};
+  Examples::Report report(folder);
+  CHECK(Coins::takeApart(picture, report).empty());
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  if (argumentCount != 2) return 2;
+  const std::string folder = arguments[1];
+  checkPlates(folder + "/plates");
+  checkRing(folder + "/ring");
+  checkScene(folder + "/scene");
+  checkNothing(folder + "/nothing");
+  return failures;
+}
