@@ -48,8 +48,8 @@ std::vector<T> noise(int count) {
 template <class T>
 std::vector<T> onePass(const std::vector<T>& src, Size size, Size mask, bool dilate, bool turned) {
   std::vector<T> dst;
-  const int before = turned ? (mask.width - 1) / 2 : mask.width / 2;
-  const int above = turned ? (mask.height - 1) / 2 : mask.height / 2;
+  const int before = turned ? mask.width / 2 : (mask.width - 1) / 2;
+  const int above = turned ? mask.height / 2 : (mask.height - 1) / 2;
   for (int r = 0; r < size.height; ++r) {
     for (int c = 0; c < size.width; ++c) {
       T extreme = src[static_cast<std::size_t>(r * size.width + c)];

@@ -181,10 +181,10 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
 }
 
 /// The sides in memory that bits 8 to 11 of the word tell too: the 8-bit dilation alone takes them.
+constexpr int sidesInHigherBits(Dilation, u8, int word) { return (word >> 4) & BorderWord::allInMemory; }
 template <class Operation, class T>
-constexpr int sidesInHigherBits(int word) {
-  const bool taken = std::is_same_v<Operation, Dilation> && std::is_same_v<T, u8>;
-  return taken ? (word >> 4) & BorderWord::allInMemory : 0;
+constexpr int sidesInHigherBits(Operation, T, int) {
+  return 0;
 }
 
 /// An erosion or dilation with all tests of its arguments: an entry, or one pass of a compound operation.
@@ -194,7 +194,7 @@ inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int b
   const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != ippStsNoErr) return status;
   if (!isMorphBorder(borderType)) return ippStsBorderErr;
-  const BorderWord word{borderType | sidesInHigherBits<Operation, T>(borderType)};
+  const BorderWord word{borderType | sidesInHigherBits(Operation(), T(), borderType)};
   return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, word, borderValue, spec, buffer,
                                      resultIsReadAgain);
 }

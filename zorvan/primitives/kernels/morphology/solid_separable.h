@@ -83,7 +83,7 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
   const auto alongRing = [&](auto block) {
     alongRowOnce<Lanes>(roi.width, head, [&](std::int64_t column, auto lanes) {
       // A head may not be whole: the block behind it has columns in its lanes that were stored before.
-      if (std::is_same_v<decltype(lanes), All> || (column >= head && column <= wholeColumns)) {
+      if (areAll(lanes) || (column >= head && column <= wholeColumns)) {
         block(column, lanes, All{});
       } else {
         block(column, lanes, lanes);
