@@ -22,7 +22,9 @@ void addSquare(Suite& suite, const char* pixels, int side) {
   using Image = IppIMemory<T>;
   using M = IppIMorphology<T>;
   const auto add = [&](const char* operation, void (*ours)(Image&, Image&, Rect, Size), auto plain) {
-    const std::string name = operation + ("_" + std::to_string(side));
+    std::string name = operation;
+    name += '_';
+    name += std::to_string(side);
     suite.add<Read<T>, Write<T>>(
         name.c_str(), pixels,
         [=](Image& src, Image& dst, Rect rect) {
