@@ -9,6 +9,7 @@ void addFiltering(Suite& suite);
 void addArithmetic(Suite& suite);
 void addInitializer(Suite& suite);
 void addLogical(Suite& suite);
+void addMorphology(Suite& suite);
 void addStatistic(Suite& suite);
 
 }  // namespace Zorvan::Bench

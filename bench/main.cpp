@@ -207,6 +207,7 @@ int run(int argc, char** argv) {
   addInitializer(suite);
   addArithmetic(suite);
   addLogical(suite);
+  addMorphology(suite);
   addStatistic(suite);
   addFiltering(suite);
   addComputerVision(suite);

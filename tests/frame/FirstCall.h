@@ -75,6 +75,65 @@ inline std::string callFirst(int (*entry)(Size, int, int, int, int, int*),
   return status == 0 && bytes == 32 + 32 + 32 ? "" : "an argument was lost";
 }
 
+/// Sizes and state of morphology, over memory that is large enough for a mask of 3 by 3.
+inline std::string callFirst(int (*entry)(Size, Size, int*, int*),
+                             const Primitives::Row<int(Size, Size, int*, int*)>& row) {
+  int sizes[2] = {}, again[2] = {};
+  const int status = entry({100, 90}, {3, 3}, &sizes[0], &sizes[1]);
+  const auto routine = selectedRoutine(row);
+  if (routine == nullptr) return "no variant has been selected";
+  routine({100, 90}, {3, 3}, &again[0], &again[1]);
+  const bool same = sizes[0] == again[0] && sizes[1] == again[1];
+  return status == 0 && same && sizes[0] >= 193 && sizes[1] != 0 ? "" : "an argument was lost";
+}
+
+template <class Spec>
+std::string callFirst(int (*entry)(Size, const u8*, Size, Spec*, u8*),
+                      const Primitives::Row<int(Size, const u8*, Size, Spec*, u8*)>& row) {
+  const u8 mask[9] = {0, 1, 0, 1, 1, 1, 0, 1, 0};
+  alignas(8) u8 state[1024] = {};
+  const int status = entry({4, 4}, mask, {3, 3}, reinterpret_cast<Spec*>(state), state);
+  if (selectedRoutine(row) == nullptr) return "no variant has been selected";
+  auto* spec = reinterpret_cast<Primitives::MorphSpec*>(state);
+  if constexpr (std::is_same_v<Spec, Primitives::MorphAdvSpec>) {
+    spec = reinterpret_cast<Spec*>(state)->second;
+  }
+  return status == 0 && spec != nullptr && spec->flags == 0x130 ? "" : "an argument was lost";
+}
+
+/// Erosion, dilation, opening and closing: border word, value, state and work memory arrive. The state is
+/// made by hand, since the entries that make it would select a variant.
+template <class T, class Spec>
+std::string callFirst(
+    int (*entry)(const T*, int, T*, int, Size, int, T, const Spec*, u8*),
+    const Primitives::Row<int(const T*, int, T*, int, Size, int, T, const Spec*, u8*)>& row) {
+  u8 cells[9] = {255, 255, 255, 255, 255, 255, 255, 255, 255};
+  Primitives::MorphSpec mask{};
+  mask.cells = cells;
+  mask.maskWidth = mask.maskHeight = 3;
+  mask.flags = Primitives::MorphSpec::allSet | Primitives::MorphSpec::contiguous;
+  Primitives::MorphAdvSpec both{};
+  both.first = both.second = &mask;
+  const Spec* spec = nullptr;
+  if constexpr (std::is_same_v<Spec, Primitives::MorphSpec>) {
+    spec = &mask;
+  } else {
+    spec = &both;
+  }
+  T src[25], first[25] = {}, second[25] = {};
+  for (int i = 0; i < 25; ++i) src[i] = static_cast<T>(40 + 7 * i % 11);
+  u8 work[4096];
+  constexpr int step = 5 * sizeof(T);
+  const int status = entry(src, step, first, step, {5, 5}, 6, T(43), spec, work);
+  const auto routine = selectedRoutine(row);
+  if (routine == nullptr) return "no variant has been selected";
+  routine(src, step, second, step, {5, 5}, 6, T(43), spec, work);
+  for (int i = 0; i < 25; ++i) {
+    if (first[i] != second[i] || first[i] == T(0)) return "an argument was lost";
+  }
+  return status == 0 ? "" : "the status differs";
+}
+
 /// Image memory: the pixels of a fresh image can be written, and the step is told.
 template <class T>
 std::string callFirst(T* (*entry)(int, int, int*), const Primitives::Row<T*(int, int, int*)>& row) {

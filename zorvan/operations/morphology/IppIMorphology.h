@@ -10,11 +10,11 @@ namespace Zorvan::Ipp::Image {
 /// Grey-scale morphology with a solid rectangle: each pixel of the result is the smallest or the largest
 /// pixel of a neighbourhood. Pixel types are `u8` and `float`.
 ///
-/// `maskSize` is the rectangle, in pixels. The neighbourhood of the pixel in column x, row y is the columns
-/// from x - width / 2 and the rows from y - height / 2 on, rounded down; of even sizes it reaches further
-/// back than forward:
+/// `maskSize` is the rectangle, in pixels. The neighbourhood of the pixel in column x, row y begins
+/// (width - 1) / 2 columns before and (height - 1) / 2 rows above it, rounded down; of even sizes it reaches
+/// one pixel further forward than back:
 ///
-///     dilation(x, y) = max src(x + i, y + j)    i from -(width / 2) to (width - 1) / 2, j likewise
+///     dilation(x, y) = max src(x + i, y + j)    i from -((width - 1) / 2) to width / 2, j likewise
 ///     erosion(x, y)  = min src(x + i, y + j)
 ///
 /// Opening is a dilation of the erosion, closing an erosion of the dilation; in each, the second step takes

@@ -48,8 +48,8 @@ struct ReplicatedBorder {
   void besides(const unsigned char* src, std::int64_t width, unsigned char* dst, std::int64_t left,
                std::int64_t right) const {
     const auto last = src + (width - 1) * std::int64_t{sizeof(Bits)};
-    fillRun(dst, loadAs<Bits>(src), left);
-    fillRun(dst + (left + width) * std::int64_t{sizeof(Bits)}, loadAs<Bits>(last), right);
+    if (left != 0) fillRun(dst, loadAs<Bits>(src), left);
+    if (right != 0) fillRun(dst + (left + width) * std::int64_t{sizeof(Bits)}, loadAs<Bits>(last), right);
   }
 };
 
@@ -88,19 +88,21 @@ inline void copyInto(Plane<const T> src, Size srcSize, Plane<T> dst, Size dstSiz
                      Border border) {
   using Bits = typename PixelBits<sizeof(T)>::type;
   const std::int64_t right = std::int64_t{dstSize.width} - left - srcSize.width;
-  for (std::int64_t r = 0; r < dstSize.height; ++r) {
-    const std::int64_t row = border.rowOf(r - above, srcSize.height);
-    auto* const to = reinterpret_cast<unsigned char*>(dst.at(r, 0));
-    if constexpr (requires { border.value; }) {
-      if (row < 0) {
-        fillRun(to, border.value, dstSize.width);
-        continue;
+  withCopier(srcSize.width * std::int64_t{sizeof(T)}, [=](auto copyRow) {
+    for (std::int64_t r = 0; r < dstSize.height; ++r) {
+      const std::int64_t row = border.rowOf(r - above, srcSize.height);
+      auto* const to = reinterpret_cast<unsigned char*>(dst.at(r, 0));
+      if constexpr (requires { border.value; }) {
+        if (row < 0) {
+          fillRun(to, border.value, dstSize.width);
+          continue;
+        }
       }
+      const auto* const from = reinterpret_cast<const unsigned char*>(src.at(row, 0));
+      border.template besides<Bits>(from, srcSize.width, to, left, right);
+      copyRow(to + left * std::int64_t{sizeof(T)}, from);
     }
-    const auto* const from = reinterpret_cast<const unsigned char*>(src.at(row, 0));
-    border.template besides<Bits>(from, srcSize.width, to, left, right);
-    copyRun(to + left * std::int64_t{sizeof(T)}, from, srcSize.width * std::int64_t{sizeof(T)});
-  }
+  });
 }
 
 /// Copies `src` into `dst` from row `above` and column `left` on and makes the border around it by its kind.

@@ -41,6 +41,48 @@ inline void copyRun(void* to, const void* from, std::int64_t bytes) {
   }
 }
 
+/// A run whose length is known when it is compiled: one or two moves.
+template <int bytes>
+inline void copyFixedRun(void* to, const void* from) {
+  auto* dst = static_cast<unsigned char*>(to);
+  const auto* src = static_cast<const unsigned char*>(from);
+  if constexpr (bytes >= 16) {
+    copyOverlapping<__m128i>(dst, src, bytes);
+  } else if constexpr (bytes >= 8) {
+    copyOverlapping<std::uint64_t>(dst, src, bytes);
+  } else if constexpr (bytes >= 4) {
+    copyOverlapping<std::uint32_t>(dst, src, bytes);
+  } else if constexpr (bytes >= 2) {
+    copyOverlapping<std::uint16_t>(dst, src, bytes);
+  } else {
+    *dst = *src;
+  }
+}
+
+/// Gives `use` a copier for runs of `bytes` bytes. Rows of a few pixels share their length, so it is looked
+/// at once and not for each of them.
+template <class Use>
+inline void withCopier(std::int64_t bytes, Use use) {
+  switch (bytes) {
+#define FIXED(n) \
+  case n:        \
+    return use([](void* to, const void* from) { copyFixedRun<n>(to, from); });
+    FIXED(1)
+    FIXED(2)
+    FIXED(3)
+    FIXED(4)
+    FIXED(6)
+    FIXED(8)
+    FIXED(12)
+    FIXED(16)
+    FIXED(24)
+    FIXED(32)
+#undef FIXED
+    default:
+      return use([bytes](void* to, const void* from) { copyRun(to, from, bytes); });
+  }
+}
+
 /// Pixels of 1, 2 or 4 bytes; `value` holds the bits of one.
 template <class Bits>
 inline void fillRun(void* to, Bits value, std::int64_t pixels) {

@@ -37,7 +37,7 @@ struct FloatLanes64;
 
 template <class Operation, class Lanes>
 inline void computeSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
-                         Size mask, void* work) {
+                         Size mask, MorphWork work) {
   if (planPackedRows(src.step, roi.width, mask.width, sizeof(typename Lanes::Pixel))) {
     computePackedSolid<Operation, Lanes>(src, dst, roi, mask);
   } else {
@@ -52,7 +52,8 @@ struct ScanningKernels {
   using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
 
   template <class Operation, class Pixel>
-  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask, void* work) {
+  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
+                      MorphWork work) {
     const Reach reach = Reach::ofMask(mask.size());
     const auto first = src.from(-reach.above, -reach.left);
     if (planOldMorphForm(mask.spec.flags) == MorphForm::separable) {
@@ -70,14 +71,15 @@ struct FormKernels {
   using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
 
   template <class Operation, class Pixel>
-  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask, void* work) {
+  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
+                      MorphWork work) {
     const Reach reach = Reach::ofMask(mask.size());
     const auto first = src.from(-reach.above, -reach.left);
     const bool packed = planPackedRows(src.step, roi.width, reach.mask().width, sizeof(Pixel));
     const TabledCells table(mask.spec);
     switch (planMorphForm(mask.size(), mask.spec.flags, [&] { return table.count(); })) {
       case MorphForm::fused:
-        if (!packed) return fusedImage<Operation, Lanes<Pixel>, false>(src, dst, roi);
+        if (!packed) return fusedImage<Operation, Lanes<Pixel>>(src, dst, roi, work);
         [[fallthrough]];
       case MorphForm::separable:
         return computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
@@ -158,7 +160,7 @@ constexpr bool isMorphBorder(int word) {
 /// The driver: the border by stripes in the work memory, behind the ring; the rest where it lies.
 template <class V, class Operation, class T>
 inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size roi, BorderWord word, T value,
-                         const MorphSpec* spec, u8* buffer) {
+                         const MorphSpec* spec, u8* buffer, bool resultIsReadAgain) {
   if (word.kind() == BorderKind::defaultValue) {
     word.bits = (word.bits & ~BorderWord::kindBits) | static_cast<int>(BorderKind::constant);
     value = Operation::neutral(T{});
@@ -168,9 +170,9 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   if ((maskSize.width == 1 && maskSize.height == 1) || mask.has(MorphSpec::noneSet)) {
     return copyRegion<V>(src, srcStep, dst, dstStep, roi);
   }
-  unsigned char* const work = alignWork(buffer);
+  const MorphWork work{alignWork(buffer), resultIsReadAgain};
   const MorphMeasures<WrappingFigure> measures(roi, maskSize, sizeof(T));
-  T* const area = reinterpret_cast<T*>(work + measures.ringSize().value());
+  T* const area = reinterpret_cast<T*>(work.ring + measures.ringSize().value());
   runWithBorder<T>({src, srcStep}, {dst, dstStep}, roi, Reach::ofMask(maskSize), word, value, area,
                    [&](Plane<const T> from, Plane<T> to, Size size) {
                      MorphPolicy<V>::template compute<Operation>(from, to, size, mask, work);
@@ -178,45 +180,38 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   return ippStsNoErr;
 }
 
+/// The sides in memory that bits 8 to 11 of the word tell too: the 8-bit dilation alone takes them.
+constexpr int sidesInHigherBits(Dilation, u8, int word) { return (word >> 4) & BorderWord::allInMemory; }
+template <class Operation, class T>
+constexpr int sidesInHigherBits(Operation, T, int) {
+  return 0;
+}
+
+/// An erosion or dilation with all tests of its arguments: an entry, or one pass of a compound operation.
 template <class V, class Operation, class T>
-inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, int sidesAsWell,
-                 T borderValue, const MorphSpec* spec, u8* buffer) {
+inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
+                 const MorphSpec* spec, u8* buffer, bool resultIsReadAgain = false) {
   const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != ippStsNoErr) return status;
   if (!isMorphBorder(borderType)) return ippStsBorderErr;
-  return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, BorderWord{borderType | sidesAsWell},
-                                     borderValue, spec, buffer);
+  const BorderWord word{borderType | sidesInHigherBits(Operation(), T(), borderType)};
+  return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, word, borderValue, spec, buffer,
+                                     resultIsReadAgain);
 }
 
 }  // namespace
 
-template <class V>
-int Routines<V>::ippiMorphErodeBorder_32f_C1R(const float* src, int srcStep, float* dst, int dstStep,
-                                              Size roi, int borderType, float borderValue,
-                                              const MorphSpec* spec, u8* buffer) {
-  return morph<V, Erosion>(src, srcStep, dst, dstStep, roi, borderType, 0, borderValue, spec, buffer);
-}
-template <class V>
-int Routines<V>::ippiMorphErodeBorder_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
-                                             int borderType, u8 borderValue, const MorphSpec* spec,
-                                             u8* buffer) {
-  return morph<V, Erosion>(src, srcStep, dst, dstStep, roi, borderType, 0, borderValue, spec, buffer);
-}
-template <class V>
-int Routines<V>::ippiMorphDilateBorder_32f_C1R(const float* src, int srcStep, float* dst, int dstStep,
-                                               Size roi, int borderType, float borderValue,
-                                               const MorphSpec* spec, u8* buffer) {
-  return morph<V, Dilation>(src, srcStep, dst, dstStep, roi, borderType, 0, borderValue, spec, buffer);
-}
-
-/// This entry alone takes sides in memory from bits 8 to 11 too.
-template <class V>
-int Routines<V>::ippiMorphDilateBorder_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
-                                              int borderType, u8 borderValue, const MorphSpec* spec,
-                                              u8* buffer) {
-  const int sidesAsWell = (borderType >> 4) & BorderWord::allInMemory;
-  return morph<V, Dilation>(src, srcStep, dst, dstStep, roi, borderType, sidesAsWell, borderValue, spec,
-                            buffer);
-}
+#define DEFINE(Name, Operation, pixels, T)                                                                \
+  template <class V>                                                                                      \
+  int Routines<V>::ippiMorph##Name##Border_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, \
+                                                          Size roi, int borderType, T borderValue,        \
+                                                          const MorphSpec* spec, u8* buffer) {            \
+    return morph<V, Operation>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer);   \
+  }
+DEFINE(Dilate, Dilation, 8u, u8)
+DEFINE(Dilate, Dilation, 32f, float)
+DEFINE(Erode, Erosion, 8u, u8)
+DEFINE(Erode, Erosion, 32f, float)
+#undef DEFINE
 
 }  // namespace Zorvan::Primitives

@@ -58,6 +58,23 @@ constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
   return columns < width ? static_cast<int>(columns) : width;
 }
 
+/// Bytes between the rows of the ring, which holds one row less than the mask is high in room for as many as
+/// that, at 32 bytes' rounding: whole vectors where the rows are long enough to make room for them.
+constexpr std::int64_t planRingStep(int width, int maskHeight, int pixelBytes) {
+  const std::int64_t least = ringRowBytes(width, pixelBytes), whole = (least + 63) & ~std::int64_t{63};
+  return (maskHeight - 1) * whole <= maskHeight * least ? whole : least;
+}
+
+/// Results from this size on would only push out of the caches what they are made from.
+constexpr std::int64_t kStreamFromBytes = 3 << 19;
+
+/// Whether the results are stored past the caches: a large region whose rows lie alike in their blocks, of at
+/// least two blocks each.
+constexpr bool planStreaming(Size roi, std::int64_t dstStep, int pixelBytes, int blockBytes) {
+  const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
+  return rowBytes * roi.height >= kStreamFromBytes && dstStep % blockBytes == 0 && rowBytes >= 2 * blockBytes;
+}
+
 /// Rows up to this length are worth computing as one long row, so much of it at a time.
 constexpr std::int64_t kPackedRowBytes = 64;
 constexpr std::int64_t kPackedBytes = 2048;

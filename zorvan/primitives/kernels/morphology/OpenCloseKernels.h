@@ -21,9 +21,9 @@ constexpr bool planSecondBorder(int word, int& second) {
   return given.has(BorderWord::allInMemory);
 }
 
-template <class T, class Pass>
-inline int morphTwice(Pass firstPass, Pass secondPass, const T* src, int srcStep, T* dst, int dstStep,
-                      Size roi, int borderType, T borderValue, const MorphAdvSpec* spec, u8* buffer) {
+template <class V, class First, class Second, class T>
+inline int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
+                      const MorphAdvSpec* spec, u8* buffer) {
   const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != ippStsNoErr) return status;
   int secondBorder = 0;
@@ -34,41 +34,27 @@ inline int morphTwice(Pass firstPass, Pass secondPass, const T* src, int srcStep
   const MorphMeasures<WrappingFigure> measures(roi, mask.size(), sizeof(T));
   T* const between = reinterpret_cast<T*>(buffer + 2 * std::int64_t{measures.bufferSize().value()});
   const int betweenStep = align32(measures.roiWidth * measures.pixelBytes).value();
-  const int first =
-      firstPass(src, srcStep, between, betweenStep, roi, borderType, borderValue, both.first, buffer);
+  const int first = morph<V, First>(src, srcStep, between, betweenStep, roi, borderType, borderValue,
+                                    both.first, buffer, true);
   if (first != ippStsNoErr) return first;
-  return secondPass(between, betweenStep, dst, dstStep, roi, secondBorder, borderValue, both.second, buffer);
+  return morph<V, Second, T>(between, betweenStep, dst, dstStep, roi, secondBorder, borderValue, both.second,
+                             buffer);
 }
 
 }  // namespace
 
-template <class V>
-int Routines<V>::ippiMorphOpenBorder_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
-                                            int borderType, u8 borderValue, const MorphAdvSpec* spec,
-                                            u8* buffer) {
-  return morphTwice(ippiMorphErodeBorder_8u_C1R, ippiMorphDilateBorder_8u_C1R, src, srcStep, dst, dstStep,
-                    roi, borderType, borderValue, spec, buffer);
-}
-template <class V>
-int Routines<V>::ippiMorphOpenBorder_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi,
-                                             int borderType, float borderValue, const MorphAdvSpec* spec,
-                                             u8* buffer) {
-  return morphTwice(ippiMorphErodeBorder_32f_C1R, ippiMorphDilateBorder_32f_C1R, src, srcStep, dst, dstStep,
-                    roi, borderType, borderValue, spec, buffer);
-}
-template <class V>
-int Routines<V>::ippiMorphCloseBorder_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
-                                             int borderType, u8 borderValue, const MorphAdvSpec* spec,
-                                             u8* buffer) {
-  return morphTwice(ippiMorphDilateBorder_8u_C1R, ippiMorphErodeBorder_8u_C1R, src, srcStep, dst, dstStep,
-                    roi, borderType, borderValue, spec, buffer);
-}
-template <class V>
-int Routines<V>::ippiMorphCloseBorder_32f_C1R(const float* src, int srcStep, float* dst, int dstStep,
-                                              Size roi, int borderType, float borderValue,
-                                              const MorphAdvSpec* spec, u8* buffer) {
-  return morphTwice(ippiMorphDilateBorder_32f_C1R, ippiMorphErodeBorder_32f_C1R, src, srcStep, dst, dstStep,
-                    roi, borderType, borderValue, spec, buffer);
-}
+#define DEFINE(Name, First, Second, pixels, T)                                                            \
+  template <class V>                                                                                      \
+  int Routines<V>::ippiMorph##Name##Border_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, \
+                                                          Size roi, int borderType, T borderValue,        \
+                                                          const MorphAdvSpec* spec, u8* buffer) {         \
+    return morphTwice<V, First, Second>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec,   \
+                                        buffer);                                                          \
+  }
+DEFINE(Open, Erosion, Dilation, 8u, u8)
+DEFINE(Open, Erosion, Dilation, 32f, float)
+DEFINE(Close, Dilation, Erosion, 8u, u8)
+DEFINE(Close, Dilation, Erosion, 32f, float)
+#undef DEFINE
 
 }  // namespace Zorvan::Primitives

@@ -16,6 +16,11 @@ namespace {
 
 /// All lanes of a vector.
 struct All {};
+constexpr bool areAll(All) { return true; }
+template <class Some>
+constexpr bool areAll(const Some&) {
+  return false;
+}
 
 /// The first `bytes` bytes, below 16, of a vector; the rest is zero.
 inline __m128i loadLowBytes(const void* address, std::int64_t bytes) {

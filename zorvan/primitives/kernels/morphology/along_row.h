@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
 #include "zorvan/primitives/kernels/morphology/PixelLanes.h"
 
 namespace Zorvan::Primitives {
@@ -22,10 +24,48 @@ inline void alongRow(std::int64_t width, Block block, std::int64_t column = 0) {
   block(column, Lanes::some(width - column));
 }
 
-/// The same where no pixel may be computed twice.
+/// What a kernel gets beside the images: room for the ring of a separable pass, and whether the result is the
+/// source of a further pass, which had better find it in the caches.
+struct MorphWork {
+  unsigned char* ring;
+  bool resultIsReadAgain;
+};
+
+/// Stores of a result: past the caches where the plan says so. Those take blocks on their own boundaries; a
+/// row begins with the `head` pixels in front of the first.
+template <class Lanes>
+struct ResultStores {
+  using Pixel = typename Lanes::Pixel;
+  static constexpr int blockBytes = Lanes::count * static_cast<int>(sizeof(Pixel));
+  bool streaming = false;
+  std::int64_t head = 0;
+
+  ResultStores() = default;
+  ResultStores(Plane<Pixel> dst, Size roi, MorphWork work) {
+    const std::int64_t headBytes = bytesToBoundary(dst.pixels, blockBytes);
+    head = headBytes / std::int64_t{sizeof(Pixel)};
+    streaming = !work.resultIsReadAgain && headBytes % std::int64_t{sizeof(Pixel)} == 0 &&
+                planStreaming(roi, dst.step, sizeof(Pixel), blockBytes);
+  }
+
+  void store(Lanes result, Pixel* at, All) const {
+    if (streaming) {
+      result.stream(at);
+    } else {
+      result.store(at);
+    }
+  }
+  void store(Lanes result, Pixel* at, typename Lanes::Some lanes) const { result.store(at, lanes); }
+  void finish() const {
+    if (streaming) fenceStores();
+  }
+};
+
+/// The same where no pixel may be computed twice, with a block of `head` pixels in front of the whole ones.
 template <class Lanes, class Block>
-inline void alongRowOnce(std::int64_t width, Block block) {
-  std::int64_t column = 0;
+inline void alongRowOnce(std::int64_t width, std::int64_t head, Block block) {
+  std::int64_t column = head;
+  if (head != 0) block(std::int64_t{0}, Lanes::some(head));
   for (; column + Lanes::count <= width; column += Lanes::count) block(column, All{});
   if (column != width) block(column, Lanes::some(width - column));
 }

@@ -23,9 +23,9 @@ inline void computePacked(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, Co
   for (std::int64_t r = 0; r < roi.height; r += rowsAtOnce) {
     const std::int64_t left = roi.height - r, rows = left < rowsAtOnce ? left : rowsAtOnce;
     computeRow(src.from(r, 0), results, (rows - 1) * pitch + roi.width);
-    for (std::int64_t i = 0; i < rows; ++i) {
-      copyRun(dst.at(r + i, 0), results + i * pitch, roi.width * std::int64_t{sizeof(Pixel)});
-    }
+    withCopier(roi.width * std::int64_t{sizeof(Pixel)}, [&, to = dst.from(r, 0)](auto copyRow) {
+      for (std::int64_t i = 0; i < rows; ++i) copyRow(to.at(i, 0), results + i * pitch);
+    });
   }
 }
 

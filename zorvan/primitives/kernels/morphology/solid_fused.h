@@ -35,10 +35,17 @@ inline ColumnExtremes<Lanes, rows> columnExtremes(const typename Lanes::Pixel* s
   }
 }
 
+/// A block combined with itself shifted by one and by two pixels; `next` follows it.
+template <class Operation, class Lanes>
+inline Lanes shiftedExtreme(Lanes block, Lanes next) {
+  return Operation::combine(Operation::combine(block, Lanes::behind1(block, next)),
+                            Lanes::behind2(block, next));
+}
+
 /// `rows` rows of the result, of which the first neighbourhood begins at `src`.
-template <class Operation, class Lanes, int rows, bool streaming>
+template <class Operation, class Lanes, int rows>
 inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
-                      std::int64_t width) {
+                      std::int64_t width, ResultStores<Lanes> stores) {
   using Pixel = typename Lanes::Pixel;
   const auto direct = [&](std::int64_t column, auto lanes) {
     ColumnExtremes<Lanes, rows> extremes =
@@ -52,8 +59,7 @@ inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lan
 
   std::int64_t column = 0;
   if (width >= 3 * Lanes::count) {
-    constexpr std::int64_t blockBytes = Lanes::count * std::int64_t{sizeof(Pixel)};
-    const std::int64_t head = bytesToBoundary(dst.pixels, blockBytes);
+    const std::int64_t head = bytesToBoundary(dst.pixels, ResultStores<Lanes>::blockBytes);
     if (head % std::int64_t{sizeof(Pixel)} == 0 && head != 0) {
       direct(0, All{});
       column = head / std::int64_t{sizeof(Pixel)};
@@ -63,30 +69,42 @@ inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lan
       const auto next =
           columnExtremes<Operation, Lanes, rows>(src.at(0, column + Lanes::count), src.step, All{});
       for (int r = 0; r < rows; ++r) {
-        const Lanes a = current.of[r], b = next.of[r];
-        const Lanes extreme =
-            Operation::combine(Operation::combine(a, Lanes::behind1(a, b)), Lanes::behind2(a, b));
-        if constexpr (streaming) {
-          extreme.stream(dst.at(r, column));
-        } else {
-          extreme.store(dst.at(r, column));
-        }
+        stores.store(shiftedExtreme<Operation>(current.of[r], next.of[r]), dst.at(r, column), All{});
       }
       current = next;
     }
   }
-  alongRow<Lanes>(width, direct, column);
+  if constexpr (Lanes::hasMasks) {
+    for (; column < width; column += Lanes::count) {
+      const std::int64_t here = width + 2 - column, there = here - Lanes::count;
+      const auto limited = [&](std::int64_t from, std::int64_t pixels) {
+        return columnExtremes<Operation, Lanes, rows>(
+            src.at(0, from), src.step, Lanes::some(pixels < Lanes::count ? pixels : Lanes::count));
+      };
+      const auto current = limited(column, here);
+      const auto next = there > 0 ? limited(column + Lanes::count, there) : current;
+      const auto lanes = Lanes::some(width - column < Lanes::count ? width - column : Lanes::count);
+      for (int r = 0; r < rows; ++r) {
+        shiftedExtreme<Operation>(current.of[r], next.of[r]).store(dst.at(r, column), lanes);
+      }
+    }
+  } else {
+    alongRow<Lanes>(width, direct, column);
+  }
 }
 
-template <class Operation, class Lanes, bool streaming>
-inline void fusedImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi) {
+template <class Operation, class Lanes>
+inline void fusedImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                       MorphWork work) {
+  // The body needs a block more than streaming does: narrower rows have none.
+  const auto stores =
+      roi.width >= 3 * Lanes::count ? ResultStores<Lanes>(dst, roi, work) : ResultStores<Lanes>();
   std::int64_t r = 0;
   for (; r + 2 <= roi.height; r += 2) {
-    fusedRows<Operation, Lanes, 2, streaming>(src.from(r - 1, -1), dst.from(r, 0), roi.width);
+    fusedRows<Operation, Lanes, 2>(src.from(r - 1, -1), dst.from(r, 0), roi.width, stores);
   }
-  if (r < roi.height) {
-    fusedRows<Operation, Lanes, 1, streaming>(src.from(r - 1, -1), dst.from(r, 0), roi.width);
-  }
+  if (r < roi.height) fusedRows<Operation, Lanes, 1>(src.from(r - 1, -1), dst.from(r, 0), roi.width, stores);
+  stores.finish();
 }
 
 }  // namespace

@@ -9,8 +9,9 @@
 // holds one row less than the mask is high, an even number, and since order does not matter to an extreme it
 // is never turned: pairs of places are replaced in turn.
 //
-// A row of the ring is as many bytes as the region's, rounded up to a multiple of 32. Blocks that end behind
-// the region are limited to it, so that no store runs into the next row.
+// Blocks at a row's end are limited to the region, but their extremes go to the ring and come back as whole
+// vectors wherever its rows have room for that: a vector that was stored as a whole can be read again at
+// once.
 
 #include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/morphology/MorphPlan.h"
@@ -71,14 +72,29 @@ struct ColumnPass {
 /// `width` and `height` are the mask's where it has a form of its own, else 0.
 template <class Operation, class Lanes, int width, int height>
 inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
-                         Size mask, Plane<typename Lanes::Pixel> ring) {
+                         Size mask, Plane<typename Lanes::Pixel> ring, ResultStores<Lanes> stores) {
   using Pixel = typename Lanes::Pixel;
   const std::int64_t places = mask.height - 1;
+  const std::int64_t wholeColumns = ring.step / std::int64_t{sizeof(Pixel)} - Lanes::count;
+  const std::int64_t head = stores.streaming ? stores.head : 0;
   const ColumnPass<Operation, Lanes, height> columns{ring, places};
+
+  /// `block(column, lanes, ringLanes)`
+  const auto alongRing = [&](auto block) {
+    alongRowOnce<Lanes>(roi.width, head, [&](std::int64_t column, auto lanes) {
+      // A head may not be whole: the block behind it has columns in its lanes that were stored before.
+      if (areAll(lanes) || (column >= head && column <= wholeColumns)) {
+        block(column, lanes, All{});
+      } else {
+        block(column, lanes, lanes);
+      }
+    });
+  };
+
   for (std::int64_t place = 0; place < places; ++place) {
-    alongRowOnce<Lanes>(roi.width, [&](std::int64_t column, auto lanes) {
+    alongRing([&](std::int64_t column, auto lanes, auto ringLanes) {
       const RowPass<Operation, Lanes, 1, width> row(src.from(place, 0), column, mask.width, lanes);
-      row.of[0].store(ring.at(place, column), lanes);
+      row.of[0].store(ring.at(place, column), ringLanes);
     });
   }
 
@@ -87,22 +103,23 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
     const Plane<const Pixel> newRows = src.from(r + places, 0);
     const Plane<Pixel> results = dst.from(r, 0);
     const Plane<Pixel> replaced = ring.from(oldest, 0);
-    alongRowOnce<Lanes>(roi.width, [&](std::int64_t column, auto lanes) {
+    alongRing([&](std::int64_t column, auto lanes, auto ringLanes) {
       const RowPass<Operation, Lanes, 2, width> row(newRows, column, mask.width, lanes);
-      const Lanes shared = columns.othersThan(oldest, row.of[0], column, lanes);
-      Operation::combine(shared, Lanes::load(replaced.at(0, column), lanes))
-          .store(results.at(0, column), lanes);
-      Operation::combine(shared, row.of[1]).store(results.at(1, column), lanes);
-      row.of[0].store(replaced.at(0, column), lanes);
-      row.of[1].store(replaced.at(1, column), lanes);
+      const Lanes shared = columns.othersThan(oldest, row.of[0], column, ringLanes);
+      const Lanes last = Lanes::load(replaced.at(0, column), ringLanes);
+      stores.store(Operation::combine(shared, last), results.at(0, column), lanes);
+      stores.store(Operation::combine(shared, row.of[1]), results.at(1, column), lanes);
+      row.of[0].store(replaced.at(0, column), ringLanes);
+      row.of[1].store(replaced.at(1, column), ringLanes);
     });
     oldest = oldest + 2 < places ? oldest + 2 : 0;
   }
   if (r < roi.height) {
-    alongRowOnce<Lanes>(roi.width, [&](std::int64_t column, auto lanes) {
+    alongRing([&](std::int64_t column, auto lanes, auto ringLanes) {
       const RowPass<Operation, Lanes, 1, width> row(src.from(r + places, 0), column, mask.width, lanes);
-      const Lanes shared = columns.othersThan(oldest, row.of[0], column, lanes);
-      Operation::combine(shared, Lanes::load(ring.at(oldest, column), lanes)).store(dst.at(r, column), lanes);
+      const Lanes shared = columns.othersThan(oldest, row.of[0], column, ringLanes);
+      const Lanes last = Lanes::load(ring.at(oldest, column), ringLanes);
+      stores.store(Operation::combine(shared, last), dst.at(r, column), lanes);
     });
   }
 }
@@ -121,16 +138,17 @@ inline void separateRows(Plane<const typename Lanes::Pixel> src, Plane<typename 
 
 template <class Operation, class Lanes, int width>
 inline void separateByHeight(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
-                             Size roi, Size mask, Plane<typename Lanes::Pixel> ring) {
+                             Size roi, Size mask, Plane<typename Lanes::Pixel> ring,
+                             const ResultStores<Lanes>& stores) {
   switch (mask.height) {
     case 1:
       return separateRows<Operation, Lanes, width>(src, dst, roi, mask);
     case 3:
-      return separateBand<Operation, Lanes, width, 3>(src, dst, roi, mask, ring);
+      return separateBand<Operation, Lanes, width, 3>(src, dst, roi, mask, ring, stores);
     case 5:
-      return separateBand<Operation, Lanes, width, 5>(src, dst, roi, mask, ring);
+      return separateBand<Operation, Lanes, width, 5>(src, dst, roi, mask, ring, stores);
     default:
-      return separateBand<Operation, Lanes, width, 0>(src, dst, roi, mask, ring);
+      return separateBand<Operation, Lanes, width, 0>(src, dst, roi, mask, ring, stores);
   }
 }
 
@@ -138,26 +156,33 @@ inline void separateByHeight(Plane<const typename Lanes::Pixel> src, Plane<typen
 /// after the other, for which the ring stays in the nearest cache.
 template <class Operation, class Lanes>
 inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
-                          Size mask, void* work) {
+                          Size mask, MorphWork work) {
   using Pixel = typename Lanes::Pixel;
   const int bandWidth = planRingColumns(roi.width, mask.height, sizeof(Pixel));
+  // The room for the ring has at least 32 bytes to spare, and begins at a multiple of 32.
+  unsigned char* const first = work.ring + bytesToBoundary(work.ring, 64);
+  // The bands' first columns lie alike in their blocks, but a last one may be too narrow to stream.
+  const ResultStores<Lanes> wide(dst, roi, work), narrow;
   for (std::int64_t column = 0; column < roi.width; column += bandWidth) {
     const std::int64_t left = roi.width - column;
     const Size band{static_cast<int>(left < bandWidth ? left : bandWidth), roi.height};
-    const Plane<Pixel> ring{static_cast<Pixel*>(work), ringRowBytes(band.width, sizeof(Pixel))};
+    const Plane<Pixel> ring{reinterpret_cast<Pixel*>(first),
+                            planRingStep(band.width, mask.height, sizeof(Pixel))};
+    const ResultStores<Lanes>& stores = band.width >= 2 * Lanes::count ? wide : narrow;
     const auto from = src.from(0, column);
     const auto to = dst.from(0, column);
     switch (mask.width) {
       case 3:
-        separateByHeight<Operation, Lanes, 3>(from, to, band, mask, ring);
+        separateByHeight<Operation, Lanes, 3>(from, to, band, mask, ring, stores);
         break;
       case 5:
-        separateByHeight<Operation, Lanes, 5>(from, to, band, mask, ring);
+        separateByHeight<Operation, Lanes, 5>(from, to, band, mask, ring, stores);
         break;
       default:
-        separateByHeight<Operation, Lanes, 0>(from, to, band, mask, ring);
+        separateByHeight<Operation, Lanes, 0>(from, to, band, mask, ring, stores);
     }
   }
+  wide.finish();
 }
 
 }  // namespace

@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "zorvan/primitives/frame/MorphSizes.h"
+#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+constexpr auto kNotCounted = [] {
+  ADD_FAILURE() << "cells are counted for masks without a form only";
+  return 0;
+};
+
+TEST(MorphForm, OfSolidMasksDependsOnTheSizeAlone) {
+  EXPECT_EQ(planMorphForm({3, 3}, 18, kNotCounted), MorphForm::fused);
+  for (const Size size : {Size{1, 3}, Size{3, 1}, Size{3, 5}, Size{5, 3}, Size{31, 31}}) {
+    EXPECT_EQ(planMorphForm(size, 18, kNotCounted), MorphForm::separable);
+  }
+}
+
+TEST(MorphForm, OfOtherMasksGoesByFlagsInOrder) {
+  EXPECT_EQ(planMorphForm({3, 3}, 0x130, kNotCounted), MorphForm::known3);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x310, kNotCounted), MorphForm::known5);
+  EXPECT_EQ(planMorphForm({7, 7}, 0x510, kNotCounted), MorphForm::known7);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x30, kNotCounted), MorphForm::cross);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x20, kNotCounted), MorphForm::cross);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x18, kNotCounted), MorphForm::runs);
+}
+
+TEST(MorphForm, ListsFewerThan128Cells) {
+  EXPECT_EQ(planMorphForm({31, 31}, 0, [] { return 127; }), MorphForm::cellList);
+  EXPECT_EQ(planMorphForm({31, 31}, 0, [] { return 128; }), MorphForm::cellTable);
+  EXPECT_EQ(planMorphForm({31, 31}, 8, [] { return 129; }), MorphForm::cellTable);
+}
+
+TEST(MorphForm, OfTheOldestVariantsIsSolidOrNot) {
+  EXPECT_EQ(planOldMorphForm(18), MorphForm::separable);
+  EXPECT_EQ(planOldMorphForm(0x130), MorphForm::scan);
+}
+
+TEST(MorphRing, StaysInItsPlace) {
+  for (const int pixelBytes : {1, 4}) {
+    for (int height = 3; height < 40; height += 2) {
+      for (const int width : {1, 7, 8, 9, 31, 32, 33, 63, 64, 65, 511, 512, 513, 1000, 4096, 20000}) {
+        const int columns = planRingColumns(width, height, pixelBytes);
+        ASSERT_GE(columns, 1);
+        ASSERT_LE(columns, width);
+        ASSERT_TRUE(columns == width || columns * pixelBytes % 64 == 0);
+        const std::int64_t step = planRingStep(columns, height, pixelBytes);
+        ASSERT_EQ(step % 32, 0);
+        ASSERT_GE(step, columns * pixelBytes);
+        ASSERT_LE((height - 1) * step, height * ringRowBytes(width, pixelBytes));
+      }
+    }
+  }
+}
+
+TEST(MorphRing, IsCutIntoBandsAboveItsShareOfTheCache) {
+  EXPECT_EQ(planRingColumns(5440, 3, 1), 5440);  // 3 rows of 5440 bytes are 16320
+  EXPECT_LT(planRingColumns(5480, 3, 1), 5480);
+  EXPECT_EQ(planRingColumns(100000, 1001, 1), 512);
+}
+
+TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
+  EXPECT_FALSE(planStreaming({1024, 1535}, 1024, 1, 64));
+  EXPECT_TRUE(planStreaming({1024, 1536}, 1024, 1, 64));
+  EXPECT_TRUE(planStreaming({1024, 1537}, 1024, 1, 64));
+  EXPECT_TRUE(planStreaming({1024, 384}, 4096, 4, 64));
+  EXPECT_FALSE(planStreaming({1024, 1536}, 1025, 1, 64));
+  EXPECT_FALSE(planStreaming({127, 100000}, 128, 1, 64));
+  EXPECT_TRUE(planStreaming({128, 100000}, 128, 1, 64));
+}
+
+TEST(MorphPackedRows, AreShortAndWithoutAGap) {
+  EXPECT_TRUE(planPackedRows(4, 2, 3, 1));
+  EXPECT_FALSE(planPackedRows(5, 2, 3, 1));
+  EXPECT_TRUE(planPackedRows(64, 62, 3, 1));
+  EXPECT_FALSE(planPackedRows(65, 63, 3, 1));
+  EXPECT_TRUE(planPackedRows(24, 2, 5, 4));
+}
+
+TEST(MorphSizes, AreTheRulesFigures) {
+  const MorphMeasures<WrappingFigure> example({100, 100}, {3, 3}, 4);
+  EXPECT_EQ(example.builtPixels().value(), 306);
+  EXPECT_EQ(example.ringSize().value(), 1344);
+  EXPECT_EQ(example.bufferSize().value(), 2656);
+  EXPECT_EQ(example.specSize().value(), 193);
+  EXPECT_EQ(example.compound().spec.value(), 9 + 2 * 193 + 64);
+  EXPECT_EQ(example.compound().buffer.value(), 2 * 2656 + 102 * 416);
+}
+
+TEST(MorphSizes, OfAMaskAsLargeAsTheRegionTakeItWhole) {
+  EXPECT_EQ((MorphMeasures<WrappingFigure>({3, 100}, {3, 3}, 1).builtPixels().value()), 5 * 102);
+  EXPECT_EQ((MorphMeasures<WrappingFigure>({4, 100}, {3, 3}, 1).builtPixels().value()), 102 * 3);
+  EXPECT_EQ((MorphMeasures<WrappingFigure>({10, 10}, {1, 5}, 1).builtPixels().value()), 10 * 6);
+  EXPECT_EQ((MorphMeasures<WrappingFigure>({10, 10}, {5, 1}, 1).builtPixels().value()), 10 * 6);
+  EXPECT_EQ((MorphMeasures<WrappingFigure>({10, 10}, {4, 4}, 1).builtPixels().value()), 14 * 6);
+}
+
+TEST(MorphSizes, WrapOrDoNotFit) {
+  const Size most{0x7FFFFFFF, 0x7FFFFFFF};
+  EXPECT_FALSE((MorphMeasures<TrueFigure>(most, most, 4).bufferSize().fits()));
+  EXPECT_FALSE((MorphMeasures<TrueFigure>({1, 1}, {65536, 65536}, 1).specSize().fits()));
+  EXPECT_EQ((MorphMeasures<WrappingFigure>({1, 1}, {65537, 65537}, 1).cells().value()), 131073);
+  EXPECT_TRUE((MorphMeasures<TrueFigure>({100, 100}, {3, 3}, 4).compound().buffer.fits()));
+}
+
+/// The largest piece that a border is built for fits the work memory to the last byte.
+TEST(MorphSizes, HoldTheRingAndTheLargestPiece) {
+  for (const int pixelBytes : {1, 4}) {
+    for (int w = 1; w < 9; ++w) {
+      for (int h = 1; h < 9; ++h) {
+        for (int width = 1; width < 24; ++width) {
+          for (int height = 1; height < 24; ++height) {
+            const MorphMeasures<WrappingFigure> measures({width, height}, {w, h}, pixelBytes);
+            const int area = measures.bufferSize().value() - 31 - measures.ringSize().value();
+            const int maskWidth = w | 1, maskHeight = h | 1;
+            const bool whole = maskWidth >= width || maskHeight >= height;
+            const int built =
+                whole ? (width + maskWidth - 1) * (height + maskHeight - 1)
+                      : std::max(h == 1 ? 0 : (width + maskWidth - 1) * (maskHeight - 1) * 3 / 2,
+                                 w == 1 ? 0 : (maskWidth - 1) * 3 / 2 * (height + maskHeight - 1));
+            ASSERT_GE(area, built * pixelBytes) << w << " by " << h << ", " << width << " by " << height;
+          }
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
