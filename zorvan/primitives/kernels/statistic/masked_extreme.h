@@ -4,6 +4,7 @@
 // and the status.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/Bits.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 
 namespace Zorvan::Primitives {
@@ -21,7 +22,7 @@ inline int firstSelected(const std::uint8_t* mask, int width) {
   int c = 0;
   for (; width - c >= 16; c += 16) {
     const int none = _mm_movemask_epi8(unselected(Vector16::load(mask + c).bits));
-    if (none != 0xFFFF) return c + __builtin_ctz(static_cast<unsigned>(~none));
+    if (none != 0xFFFF) return c + lowestSetBit(static_cast<unsigned>(~none));
   }
   for (; c < width; ++c) {
     if (mask[c] != 0) return c;
