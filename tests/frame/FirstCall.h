@@ -4,6 +4,7 @@
 // call made straight at the selected routine. Entries whose arguments do not follow the house's shape say how
 // they are called by an overload of callFirst.
 
+#include <cstring>
 #include <string>
 #include <type_traits>
 
@@ -94,11 +95,17 @@ std::string callFirst(int (*entry)(Size, const u8*, Size, Spec*, u8*),
   alignas(8) u8 state[1024] = {};
   const int status = entry({4, 4}, mask, {3, 3}, reinterpret_cast<Spec*>(state), state);
   if (selectedRoutine(row) == nullptr) return "no variant has been selected";
-  auto* spec = reinterpret_cast<Primitives::MorphSpec*>(state);
+  // The record may lie at any address.
+  const void* record = state;
   if constexpr (std::is_same_v<Spec, Primitives::MorphAdvSpec>) {
-    spec = reinterpret_cast<Spec*>(state)->second;
+    Primitives::MorphAdvSpec both;
+    std::memcpy(&both, state, sizeof both);
+    record = both.second;
   }
-  return status == 0 && spec != nullptr && spec->flags == 0x130 ? "" : "an argument was lost";
+  if (status != 0 || record == nullptr) return "an argument was lost";
+  Primitives::MorphSpec spec;
+  std::memcpy(&spec, record, sizeof spec);
+  return spec.flags == 0x130 ? "" : "an argument was lost";
 }
 
 /// Erosion, dilation, opening and closing: border word, value, state and work memory arrive. The state is
