@@ -70,7 +70,11 @@ T rootOf(T x) {
 }
 template <class T>
 T absoluteOf(T x) {
-  return static_cast<T>(std::abs(x));
+  if constexpr (isByte<T>) {
+    return x;
+  } else {
+    return std::abs(x);
+  }
 }
 
 }  // namespace
