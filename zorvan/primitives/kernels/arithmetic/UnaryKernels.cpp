@@ -1,5 +1,5 @@
-// Square, square root and absolute value for one variant. Built once per variant, with its instruction set and
-// no more.
+// Square, square root and absolute value for one variant. Built once per variant, with its instruction set
+// and no more.
 
 #include "zorvan/primitives/kernels/arithmetic/FloatUnaryKernels.h"
 #include "zorvan/primitives/kernels/arithmetic/ScaledUnaryKernels.h"
