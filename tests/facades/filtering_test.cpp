@@ -157,6 +157,18 @@ TYPED_TEST(EachFilteredType, RefusesWhatDoesNotFit) {
   EXPECT_EQ(result, std::vector<T>(30, T(2)));
 }
 
+/// The bytes that a high image of so few columns needs do not fit the size entry's figure, which wraps to a
+/// small one.
+TEST(LaplaceBorder, RefusesAWholeImageWhoseWorkMemoryCannotBeTold) {
+  const int width = 5, height = 477'218'600;
+  std::vector<u8> pixels(100, 1);
+  auto src = IppIMemory<u8>::CreateContainer(pixels.data(), width, height);
+  auto dst = IppIMemory<u8>::CreateContainer(pixels.data(), width, height);
+  EXPECT_EQ(plainTextOf([&] { FilteringFunction::LaplaceBorder5x5<u8>(src, dst, eBorderReplicate, 0); }),
+            "invalid length");
+  EXPECT_EQ(pixels, std::vector<u8>(100, 1));
+}
+
 TEST(BorderType, HasAFixedUnderlyingType) {
   EXPECT_TRUE((std::is_same_v<std::underlying_type_t<eBorderType>, std::int32_t>));
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <type_traits>
 
 #include "zorvan/foundation/IppSMemory.h"
@@ -8,16 +10,22 @@
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 #include "zorvan/primitives/frame/FilterCodes.h"
+#include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
 
 namespace Zorvan::Ipp::Image::FilteringFunctions {
 
 /// Bytes of work memory for a Laplace filter: those for the whole source image, or for the region where that
 /// needs more, as one that is no larger than the kernel in some direction may. -1 where the size entry
-/// refuses the image.
+/// refuses the image, or cannot tell what the region needs: its figure has 32 bits.
 inline int workBytes(Size image, Size roi, int maskCode, int dataType) {
   int forImage = -1, forRegion = -1;
   Primitives::ippiFilterLaplaceBorderGetBufferSize(image, maskCode, dataType, dataType, 1, &forImage);
   if (forImage < 1) return forImage;
+  if (roi.width > 0 && roi.height > 0) {
+    const std::uint64_t needed = Primitives::laplaceWorkBytes(roi, Primitives::extentOfMask(maskCode),
+                                                              Primitives::bytesOfType(dataType));
+    if (needed > static_cast<std::uint64_t>(std::numeric_limits<int>::max())) return -1;
+  }
   Primitives::ippiFilterLaplaceBorderGetBufferSize(roi, maskCode, dataType, dataType, 1, &forRegion);
   return std::max(forImage, forRegion);
 }

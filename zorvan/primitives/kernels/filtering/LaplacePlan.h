@@ -48,12 +48,17 @@ constexpr std::uint64_t expansionBytes(Size roi, int extent, int pixelBytes, int
   return alignedUp(static_cast<std::uint64_t>(channels) * pixels * static_cast<std::uint64_t>(pixelBytes));
 }
 
-/// The work memory that the size entry tells: the rows of sums, the expansion, and room to align both.
-constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, int channels) {
+/// The work memory: the rows of sums, the expansion, and room to align both.
+constexpr std::uint64_t laplaceWorkBytes(Size roi, int extent, int pixelBytes, int channels = 1) {
   const std::uint64_t rows =
       static_cast<std::uint64_t>(sumRows(extent)) * sumRowBytes(roi.width, extent, pixelBytes, channels);
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(
-      expansionBytes(roi, extent, pixelBytes, channels) + rows + workAlignmentBytes));
+  return expansionBytes(roi, extent, pixelBytes, channels) + rows + workAlignmentBytes;
+}
+
+/// What the size entry tells of it: the lowest 32 bits.
+constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, int channels) {
+  return static_cast<std::int32_t>(
+      static_cast<std::uint32_t>(laplaceWorkBytes(roi, extent, pixelBytes, channels)));
 }
 
 /// Wide regions go in tiles of so many bytes of sums a row, so that the rows of sums, the rows around them
