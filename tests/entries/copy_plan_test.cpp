@@ -1,23 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/AskedCache.h"
 #include "zorvan/primitives/kernels/initializer/CopyPlan.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-struct Answer {
-  bool known;
-  int bytes;
-};
-
-/// Answers the question about the cache and counts how often it is asked.
-struct Cache {
-  Answer answer;
-  int asked = 0;
-  auto ask() {
-    return [this] { return ++asked, answer; };
-  }
-};
+using Answer = Test::CacheAnswer;
+using Cache = Test::AskedCache;
 
 constexpr int kMiB = 1 << 20;
 constexpr Answer kTinyCache{true, 1};
