@@ -91,7 +91,8 @@ TEST(WideFillPlan, ClaimsLinesAheadAboveAMebibyte) {
 
 TEST(WideFillPlan, AnUnknownCacheKeepsFromStreaming) {
   Cache cache{{false, 0}};
-  EXPECT_EQ(planWideFill<1>({0x600001, 1}, 0, false, cache.ask()).stores, FillStores::claimed);
+  EXPECT_EQ(planWideFill<1>({0x600000, 1}, 0, false, cache.ask()).stores, FillStores::claimed);
+  EXPECT_EQ(planWideFill<1>({0x600001, 1}, 0, false, cache.ask()).stores, FillStores::plain);
 }
 
 TEST(WideFillPlan, ProductsOf32BitsStreamUnfusedWithoutAsking) {
