@@ -43,6 +43,16 @@ TEST(MaskedPlan, ThePixelCountDoesNotOverflow) {
   EXPECT_EQ(beyond.pixels, 1 << 16);
 }
 
+TEST(MaskedPlan, EmptyStoresAreSkippedInLargeImages) {
+  for (const std::int64_t bytes : {0x7FFF, 0x8000, 0x8001}) {
+    EXPECT_EQ((planSkipsEmptyStores<1>({1, bytes})), bytes > 0x8000) << bytes;
+  }
+  EXPECT_FALSE((planSkipsEmptyStores<4>({1, 0x2000})));
+  EXPECT_TRUE((planSkipsEmptyStores<4>({1, 0x2001})));
+  EXPECT_FALSE((planSkipsEmptyStores<2>({128, 128})));  // rows apart count together
+  EXPECT_TRUE((planSkipsEmptyStores<2>({128, 129})));
+}
+
 TEST(MaskedRowPlan, ShortRowsGoPixelByPixel) {
   for (const int pixels : {31, 32, 33}) {
     EXPECT_EQ((planMaskedRow<4, 32>(pixels, 0).byPixels), pixels <= 32) << pixels;

@@ -113,10 +113,15 @@ void everyMask(const Operation<T>& operation) {
   }
 }
 
-/// From both sides of the figures at which rows no longer run together.
+/// From both sides of the figures at which rows no longer run together. Images as large as these leave out
+/// empty stores, so their masks have empty and full runs.
 template <class T>
 void joinLimits(const Operation<T>& operation) {
-  const Mask mask = [](int i) -> u8 { return i % 5 < 2 ? 0 : static_cast<u8>(i | 1); };
+  const Mask mask = [](int i) -> u8 {
+    const int run = i / 100 % 4;
+    if (run < 2) return run == 0 ? 0 : 1;
+    return i % 5 < 2 ? 0 : static_cast<u8>(i | 1);
+  };
   for (const int figure : {32767, 32768, 32769}) {
     compare(operation, {figure, 2}, {0, 0, 0}, {0, 0, 0}, mask);
     compare(operation, {3, figure}, {0, 0, 0}, {1, 2, 3}, mask);

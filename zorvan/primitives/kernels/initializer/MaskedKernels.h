@@ -91,7 +91,7 @@ int setMasked(Bits value, void* dst, int dstStep, Size roi, const u8* mask, int 
   const MaskedPlan plan = planMasked<Line::rows>(roi, tight);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
     Line::Form::row(ValueSource<Bits>{value}, rowAt(static_cast<unsigned char*>(dst), dstStep, r),
-                    rowAt(mask, maskStep, r), plan.pixels);
+                    rowAt(mask, maskStep, r), plan);
   }
   return ippStsNoErr;
 }
@@ -106,8 +106,7 @@ int copyMasked(const void* src, int srcStep, void* dst, int dstStep, Size roi, c
   const MaskedPlan plan = planMasked<Line::rows>(roi, tight);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
     Line::Form::row(RowSource<Bits>{rowAt(static_cast<const unsigned char*>(src), srcStep, r)},
-                    rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r),
-                    plan.pixels);
+                    rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r), plan);
   }
   return ippStsNoErr;
 }

@@ -33,6 +33,17 @@ constexpr MaskedPlan planMasked(Size roi, bool tight) {
   return {roi.height, roi.width};
 }
 
+struct EmptyStoreLimits {
+  static constexpr std::int64_t skipAboveBytes = 0x8000;  ///< what the nearest cache holds beside the mask
+};
+
+/// Whether stores without a selected pixel are left out. That saves a line's way to the processor and back,
+/// and costs a branch that is hard to foresee: it pays for images that lie farther away.
+template <int pixelBytes>
+constexpr bool planSkipsEmptyStores(const MaskedPlan& plan) {
+  return plan.rows * plan.pixels * pixelBytes > EmptyStoreLimits::skipAboveBytes;
+}
+
 struct MaskedRowPlan {
   bool byPixels;    ///< the whole row pixel by pixel
   bool onBoundary;  ///< blocks start on the boundary after `head` pixels

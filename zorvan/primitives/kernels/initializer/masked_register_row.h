@@ -13,102 +13,103 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// 64 bytes of pixels: loads and stores of those that the low bits of `selected` name.
+/// The pixels of 64 bytes, and the mask register that names some of them.
 template <class Pixel>
-struct Selected;
+struct Store64;
 template <>
-struct Selected<std::uint8_t> {
-  static Vector64 load(const void* p, __mmask64 selected) { return {_mm512_maskz_loadu_epi8(selected, p)}; }
-  static void store(Vector64 v, void* p, __mmask64 selected) { _mm512_mask_storeu_epi8(p, selected, v.bits); }
+struct Store64<std::uint8_t> {
+  using Selected = __mmask64;
+  static Selected among(__m512i mask) { return _mm512_test_epi8_mask(mask, mask); }
+  static Selected ofAll(const void* mask) { return among(_mm512_loadu_si512(mask)); }
+  static Selected ofFirst(std::int64_t pixels, const void* mask) {
+    return among(_mm512_maskz_loadu_epi8(_bzhi_u64(~0ull, static_cast<unsigned>(pixels)), mask));
+  }
+  static bool isNone(Selected selected) { return _kortestz_mask64_u8(selected, selected) != 0; }
+  static Vector64 load(const void* p, Selected selected) { return {_mm512_maskz_loadu_epi8(selected, p)}; }
+  static void put(Vector64 v, void* p, Selected selected) { _mm512_mask_storeu_epi8(p, selected, v.bits); }
 };
 template <>
-struct Selected<std::uint16_t> {
-  static Vector64 load(const void* p, __mmask64 selected) {
-    return {_mm512_maskz_loadu_epi16(static_cast<__mmask32>(selected), p)};
+struct Store64<std::uint16_t> {
+  using Selected = __mmask32;
+  static Selected among(__m256i mask) { return _mm256_test_epi8_mask(mask, mask); }
+  static Selected ofAll(const void* mask) { return among(Vector32::load(mask).bits); }
+  static Selected ofFirst(std::int64_t pixels, const void* mask) {
+    return among(_mm256_maskz_loadu_epi8(_bzhi_u32(~0u, static_cast<unsigned>(pixels)), mask));
   }
-  static void store(Vector64 v, void* p, __mmask64 selected) {
-    _mm512_mask_storeu_epi16(p, static_cast<__mmask32>(selected), v.bits);
-  }
+  static bool isNone(Selected selected) { return _kortestz_mask32_u8(selected, selected) != 0; }
+  static Vector64 load(const void* p, Selected selected) { return {_mm512_maskz_loadu_epi16(selected, p)}; }
+  static void put(Vector64 v, void* p, Selected selected) { _mm512_mask_storeu_epi16(p, selected, v.bits); }
 };
 template <>
-struct Selected<std::uint32_t> {
-  static Vector64 load(const void* p, __mmask64 selected) {
-    return {_mm512_maskz_loadu_epi32(static_cast<__mmask16>(selected), p)};
+struct Store64<std::uint32_t> {
+  using Selected = __mmask16;
+  static Selected among(__m128i mask) { return _mm_test_epi8_mask(mask, mask); }
+  static Selected ofAll(const void* mask) { return among(Vector16::load(mask).bits); }
+  static Selected ofFirst(std::int64_t pixels, const void* mask) {
+    const unsigned first = _bzhi_u32(~0u, static_cast<unsigned>(pixels));
+    return among(_mm_maskz_loadu_epi8(static_cast<__mmask16>(first), mask));
   }
-  static void store(Vector64 v, void* p, __mmask64 selected) {
-    _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(selected), v.bits);
-  }
+  static bool isNone(Selected selected) { return _kortestz_mask16_u8(selected, selected) != 0; }
+  static Vector64 load(const void* p, Selected selected) { return {_mm512_maskz_loadu_epi32(selected, p)}; }
+  static void put(Vector64 v, void* p, Selected selected) { _mm512_mask_storeu_epi32(p, selected, v.bits); }
 };
 
-template <class Pixel>
-inline Vector64 selectedOf(ValueSource<Pixel> source, std::int64_t, __mmask64) {
+template <class Pixel, class Selected>
+inline Vector64 selectedOf(ValueSource<Pixel> source, Selected) {
   return Vector64::broadcast(source.value);
 }
-template <class Pixel>
-inline Vector64 selectedOf(RowSource<Pixel> source, std::int64_t i, __mmask64 selected) {
-  return Selected<Pixel>::load(source.row + i * std::int64_t{sizeof(Pixel)}, selected);
+template <class Pixel, class Selected>
+inline Vector64 selectedOf(RowSource<Pixel> source, Selected selected) {
+  return Store64<Pixel>::load(source.row, selected);
 }
 
-/// The pixels that are tested at once: several blocks.
-constexpr int turnPixels = 64;
-
-/// Up to a turn.
-template <class Source>
-inline void maskedPart(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
-  using Pixel = typename Source::Pixel;
-  constexpr int perStore = 64 / sizeof(Pixel);
-  const __m512i bytes = _mm512_maskz_loadu_epi8(_bzhi_u64(~0ull, static_cast<unsigned>(pixels)), mask);
-  __mmask64 selected = _mm512_test_epi8_mask(bytes, bytes);
-  for (std::int64_t i = 0; i < pixels; i += perStore, selected >>= perStore % 64) {
-    Selected<Pixel>::store(selectedOf(source, i, selected), dst + i * std::int64_t{sizeof(Pixel)}, selected);
-  }
+template <class Source, class Selected>
+inline void putSelected(Source source, unsigned char* dst, Selected selected) {
+  Store64<typename Source::Pixel>::put(selectedOf(source, selected), dst, selected);
 }
 
-/// 64 pixels. Full and empty ones leave the straight line: they come in long runs, and a mixed one has the
-/// most to do.
-template <class Source>
-inline void maskedTurn(Source source, unsigned char* dst, const unsigned char* mask) {
-  using Pixel = typename Source::Pixel;
-  constexpr int pixelBytes = sizeof(Pixel);
-  constexpr int perStore = 64 / pixelBytes;
-  const __m512i bytes = Vector64::load(mask).bits;
-  const __mmask64 selected = _mm512_test_epi8_mask(bytes, bytes);
-  if (_kortestz_mask64_u8(selected, selected)) [[unlikely]]
-    return;
-  if constexpr (perStore < turnPixels) {  // saves shifts of the mask; one store is the same either way
-    if (_kortestc_mask64_u8(selected, selected)) [[unlikely]] {
-      for (int i = 0; i < turnPixels; i += perStore)
-        source.template at<Vector64>(i).store(dst + i * pixelBytes);
-      return;
-    }
+/// Whole stores, and returns how many pixels that were. A store without a selected pixel still costs the
+/// processor a look at its line: `skipping` spares it that, and the source's line too.
+template <bool skipping, class Source>
+inline std::int64_t maskedStores(Source source, unsigned char* dst, const unsigned char* mask,
+                                 std::int64_t pixels) {
+  using Stores = Store64<typename Source::Pixel>;
+  constexpr std::int64_t pixelBytes = sizeof(typename Source::Pixel);
+  constexpr std::int64_t perStore = 64 / pixelBytes;
+  const auto store = [&](std::int64_t i) {
+    const auto selected = Stores::ofAll(mask + i);
+    if (skipping && Stores::isNone(selected)) return;
+    putSelected(source.from(i), dst + i * pixelBytes, selected);
+  };
+  std::int64_t i = 0;
+  for (; i + 4 * perStore <= pixels; i += 4 * perStore) {
+    store(i);
+    store(i + perStore);
+    store(i + 2 * perStore);
+    store(i + 3 * perStore);
   }
-  for (int i = 0; i < turnPixels; i += perStore) {
-    const __mmask64 here = selected >> i;
-    Selected<Pixel>::store(selectedOf(source, i, here), dst + i * pixelBytes, here);
-  }
+  for (; i + perStore <= pixels; i += perStore) store(i);
+  return i;
 }
 
-/// One line of the policy: the longest row that goes pixel by pixel. The ends of a row are parts of a turn.
+/// One line of the policy: the longest row that goes pixel by pixel. The ends of a row are parts of a store.
 template <int byPixelsUpTo>
 struct RegisterForm {
   template <class Source>
-  static void row(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
-    constexpr std::int64_t pixelBytes = sizeof(typename Source::Pixel);
+  static void row(Source source, unsigned char* dst, const unsigned char* mask, const MaskedPlan& image) {
+    using Stores = Store64<typename Source::Pixel>;
+    constexpr int pixelBytes = sizeof(typename Source::Pixel);
+    const std::int64_t pixels = image.pixels;
     const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, 64));
     if (plan.byPixels) return maskedPixels(source, dst, mask, pixels);
 
-    if (plan.head != 0) maskedPart(source, dst, mask, plan.head);
-    std::int64_t i = plan.head;
-    const auto turn = [&](std::int64_t at) { maskedTurn(source.from(at), dst + at * pixelBytes, mask + at); };
-    for (; i + 2 * turnPixels <= pixels; i += 2 * turnPixels) {
-      turn(i);
-      turn(i + turnPixels);
-    }
-    if (i + turnPixels <= pixels) {
-      turn(i);
-      i += turnPixels;
-    }
-    if (i != pixels) maskedPart(source.from(i), dst + i * pixelBytes, mask + i, pixels - i);
+    if (plan.head != 0) putSelected(source, dst, Stores::ofFirst(plan.head, mask));
+    std::int64_t done = plan.head;
+    const auto stores =
+        planSkipsEmptyStores<pixelBytes>(image) ? maskedStores<true, Source> : maskedStores<false, Source>;
+    done += stores(source.from(done), dst + done * pixelBytes, mask + done, pixels - done);
+    if (done == pixels) return;
+    putSelected(source.from(done), dst + done * pixelBytes, Stores::ofFirst(pixels - done, mask + done));
   }
 };
 

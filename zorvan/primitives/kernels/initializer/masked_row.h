@@ -92,8 +92,9 @@ enum class MaskedEnd { byPixels, byBlock };
 template <class Block, MaskedEnd head, MaskedEnd tail, class Store, int byPixelsUpTo = Block::pixels - 1>
 struct BlockForm {
   template <class Source>
-  static void row(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
+  static void row(Source source, unsigned char* dst, const unsigned char* mask, const MaskedPlan& image) {
     constexpr int pixelBytes = sizeof(typename Source::Pixel);
+    const std::int64_t pixels = image.pixels;
     const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, Block::boundary));
     if (plan.byPixels) return maskedPixels(source, dst, mask, pixels);
 
