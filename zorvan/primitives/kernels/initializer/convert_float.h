@@ -79,19 +79,26 @@ inline void toFloatFewer<Vector64>(const unsigned char* src, unsigned char* dst,
 }
 #endif
 
-/// 16 pixels, 64 bytes of `dst`, a turn in vectors of any width.
+/// 16 pixels, 64 bytes of `dst`, in vectors of any width.
 template <class Vector, bool streaming>
-inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  for (; n >= 16; src += 64, dst += 64, n -= 16) {
-    for (int at = 0; at < 64; at += Vector::size) {
-      const Vector floats = toFloats(Vector::load(src + at));
-      if constexpr (streaming) {
-        floats.stream(dst + at);
-      } else {
-        floats.store(dst + at);
-      }
+inline void toFloat16(const unsigned char* src, unsigned char* dst) {
+  for (int at = 0; at < 64; at += Vector::size) {
+    const Vector floats = toFloats(Vector::load(src + at));
+    if constexpr (streaming) {
+      floats.stream(dst + at);
+    } else {
+      floats.store(dst + at);
     }
   }
+}
+
+/// Four times 16 pixels a turn: the processor fetches a loop of two instructions slower than it stores.
+template <class Vector, bool streaming>
+inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n >= 64; src += 256, dst += 256, n -= 64) {
+    for (int at = 0; at < 256; at += 64) toFloat16<Vector, streaming>(src + at, dst + at);
+  }
+  for (; n >= 16; src += 64, dst += 64, n -= 16) toFloat16<Vector, streaming>(src, dst);
   if (n != 0) toFloatFewer<Vector>(src, dst, n);
 }
 
