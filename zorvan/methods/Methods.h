@@ -64,16 +64,21 @@ std::tuple<IppIMemory<T>&...> over(IppIMemory<T>&... images) {
   return {images...};
 }
 
+/// Out of the way of the calls that succeed, which then keep no register for it.
+[[noreturn, gnu::cold, gnu::noinline]] inline void raise(int status) {
+  throw IppException(static_cast<eIppResultStatus>(status));
+}
+
 /// Raises 29 unless `rect` fits `image`. The sums wrap on 32 bits; nothing else of the rectangle is tested.
 template <class T>
 void requireFit(Rect rect, const IppIMemory<T>& image) {
   if (wrappedSum(rect.x, rect.width) > image.width() || wrappedSum(rect.y, rect.height) > image.height()) {
-    throw IppException(ippStsWrongIntersectROI);
+    raise(ippStsWrongIntersectROI);
   }
 }
 
 inline void raiseUnlessZero(int status) {
-  if (status != 0) throw IppException(static_cast<eIppResultStatus>(status));
+  if (status != 0) raise(status);
 }
 
 /// Executes `method` on the region of each image, each with its own width and step, and raises every status
