@@ -60,22 +60,21 @@ inline void copyClass(CopyRows rows, std::int64_t width) {
 
 /// `width` is from 1 to 511 bytes.
 inline void copyNarrow(CopyRows rows, std::int64_t width) {
-  using Bytes64 = Twice<Vector32>;
   switch (width / 64) {
     case 4:
-      return copyClass<Bytes64, 4>(rows, width);
+      return copyClass<WideBytes64, 4>(rows, width);
     case 5:
-      return copyClass<Bytes64, 5>(rows, width);
+      return copyClass<WideBytes64, 5>(rows, width);
     case 6:
-      return copyClass<Bytes64, 6>(rows, width);
+      return copyClass<WideBytes64, 6>(rows, width);
     case 7:
-      return copyClass<Bytes64, 7>(rows, width);
+      return copyClass<WideBytes64, 7>(rows, width);
     case 3:
-      return copyClass<Bytes64, 3>(rows, width);
+      return copyClass<WideBytes64, 3>(rows, width);
     case 2:
-      return copyClass<Bytes64, 2>(rows, width);
+      return copyClass<WideBytes64, 2>(rows, width);
     case 1:
-      return copyClass<Bytes64, 1>(rows, width);
+      return copyClass<WideBytes64, 1>(rows, width);
     default:
       break;
   }

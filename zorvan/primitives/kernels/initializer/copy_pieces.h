@@ -52,6 +52,28 @@ struct Twice {
   }
 };
 
+#ifdef __AVX512F__
+/// One load of 64 bytes for two stores of 32: a processor that stores two halves of a cache line at once has
+/// no room for two more loads beside them.
+struct WideBytes64 {
+  static constexpr int size = 64;
+  Vector64 whole;
+
+  static WideBytes64 load(const unsigned char* p) { return {Vector64::load(p)}; }
+  Twice<Vector32> halves() const {
+    return {{_mm512_castsi512_si256(whole.bits)}, {_mm512_extracti64x4_epi64(whole.bits, 1)}};
+  }
+  void store(unsigned char* p) const { halves().store(p); }
+  void storeAligned(unsigned char* p) const { halves().storeAligned(p); }
+  void stream(unsigned char* p) const { halves().stream(p); }
+};
+#elif defined(__AVX__)
+using WideBytes64 = Twice<Vector32>;
+#endif
+#ifdef __AVX__
+using WideBytes256 = Twice<Twice<WideBytes64>>;
+#endif
+
 struct PlainStores {
   template <class Piece>
   static void put(Piece piece, unsigned char* dst) {

@@ -21,7 +21,7 @@ inline void copyEnds(const unsigned char* src, unsigned char* dst, std::int64_t 
 
 /// At most 128 bytes.
 inline void copyFew(const unsigned char* src, unsigned char* dst, std::int64_t length) {
-  if (length >= 64) return copyEnds<Twice<Vector32>>(src, dst, length);
+  if (length >= 64) return copyEnds<WideBytes64>(src, dst, length);
   if (length >= 32) return copyEnds<Vector32>(src, dst, length);
   if (length >= 16) return copyEnds<Vector16>(src, dst, length);
   if (length >= 8) return copyEnds<Bytes8>(src, dst, length);
@@ -32,24 +32,20 @@ inline void copyFew(const unsigned char* src, unsigned char* dst, std::int64_t l
 /// Any length. Unaligned blocks at both ends, aligned stores between them.
 inline void copyForward(const unsigned char* src, unsigned char* dst, std::int64_t length) {
   CopyRun row{src, dst, length};
-  using Bytes64 = Twice<Vector32>;
-  using Bytes256 = Twice<Twice<Bytes64>>;
-  if (length <= 2 * Bytes64::size) return copyFew(src, dst, length);
-  row.alignByPiece<Bytes64>(64);
-  row.takeAll<Bytes256, AlignedStores>();
-  row.takeAll<Bytes64, AlignedStores>();
-  if (row.length != 0) row.takeLast<Bytes64>();
+  if (length <= 2 * WideBytes64::size) return copyFew(src, dst, length);
+  row.alignByPiece<WideBytes64>(64);
+  row.takeAll<WideBytes256, AlignedStores>();
+  row.takeAll<WideBytes64, AlignedStores>();
+  if (row.length != 0) row.takeLast<WideBytes64>();
 }
 
 /// `length` bytes, a multiple of 64, from the end to the start. The destination is 32-byte aligned.
 inline void copyBlocksBackward(const unsigned char* src, unsigned char* dst, std::int64_t length) {
-  using Bytes64 = Twice<Vector32>;
-  using Bytes256 = Twice<Twice<Bytes64>>;
-  for (; length >= Bytes256::size; length -= Bytes256::size) {
-    Bytes256::load(src + length - Bytes256::size).storeAligned(dst + length - Bytes256::size);
+  for (; length >= WideBytes256::size; length -= WideBytes256::size) {
+    WideBytes256::load(src + length - WideBytes256::size).storeAligned(dst + length - WideBytes256::size);
   }
-  for (; length != 0; length -= Bytes64::size) {
-    Bytes64::load(src + length - Bytes64::size).storeAligned(dst + length - Bytes64::size);
+  for (; length != 0; length -= WideBytes64::size) {
+    WideBytes64::load(src + length - WideBytes64::size).storeAligned(dst + length - WideBytes64::size);
   }
 }
 
@@ -66,13 +62,11 @@ inline void copyBackward(const unsigned char* src, unsigned char* dst, std::int6
 /// At least 64 bytes. The fence is the caller's.
 inline void copyStreaming(const unsigned char* src, unsigned char* dst, std::int64_t length) {
   CopyRun run{src, dst, length};
-  using Bytes64 = Twice<Vector32>;
-  using Bytes256 = Twice<Twice<Bytes64>>;
   const std::int64_t head = bytesToBoundary(run.dst, 64);
   copyFew(src, dst, head);
   run.skip(head);
-  run.takeAll<Bytes256, StreamingStores>();
-  run.takeAll<Bytes64, StreamingStores>();
+  run.takeAll<WideBytes256, StreamingStores>();
+  run.takeAll<WideBytes64, StreamingStores>();
   copyFew(run.src, run.dst, run.length);
 }
 

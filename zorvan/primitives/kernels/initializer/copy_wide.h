@@ -14,10 +14,8 @@ namespace {
 template <class Stores>
 inline void copyVectors(const unsigned char* src, unsigned char* dst, std::int64_t length) {
   CopyRun row{src, dst, length};
-  using Bytes64 = Twice<Vector32>;
-  using Bytes256 = Twice<Twice<Bytes64>>;
-  row.takeAll<Bytes256, Stores>();
-  row.takeAll<Bytes64, Stores>();
+  row.takeAll<WideBytes256, Stores>();
+  row.takeAll<WideBytes64, Stores>();
   if (row.length != 0) row.take<Vector32, Stores>();
 }
 
@@ -30,12 +28,10 @@ inline void copyVectorsBackward(const unsigned char* src, unsigned char* dst, st
 /// A row of any length past the cache; also one that ends before the boundary.
 inline void copyRowStreaming(const unsigned char* src, unsigned char* dst, std::int64_t length) {
   CopyRun row{src, dst, length};
-  using Bytes64 = Twice<Vector32>;
-  using Bytes256 = Twice<Twice<Bytes64>>;
   const std::int64_t toBoundary = bytesToBoundary(dst, 64);
   row.takeBits<Bytes1, Bytes2, Bytes4, Bytes8, Vector16, Vector32>(toBoundary < length ? toBoundary : length);
-  row.takeAll<Bytes256, StreamingStores>();
-  row.takeAll<Bytes64, StreamingStores>();
+  row.takeAll<WideBytes256, StreamingStores>();
+  row.takeAll<WideBytes64, StreamingStores>();
   row.takeBits<Vector32, Vector16, Bytes8, Bytes4, Bytes2, Bytes1>(row.length);
 }
 
