@@ -10,10 +10,12 @@ using Ipp::Image::IppIArithmetic;
 using Ipp::Image::IppIMemory;
 
 /// Floats that are multiplied or divided over and over shall not run out of their range; quotients and roots
-/// of floats come from estimates.
+/// of floats come from estimates. So do quotients of bytes, whose ties the processor's estimate decides.
 template <class T>
 struct Operands {
   using Factor = Read<T>;
+  using Divisor = Odd<Read<T>>;
+  using DivisorInPlace = Divisor;
   using Quotient = Write<T>;
   using QuotientInPlace = Update<T>;
   using Radicand = Read<T>;
@@ -23,6 +25,8 @@ struct Operands {
 template <>
 struct Operands<float> {
   using Factor = Unit<Read<float>>;
+  using Divisor = Read<float>;
+  using DivisorInPlace = Factor;
   using Quotient = Estimated<Write<float>>;
   using QuotientInPlace = Estimated<Update<float>>;
   using Radicand = Positive<Read<float>>;
@@ -44,7 +48,7 @@ void addBinary(Suite& suite, const char* pixels) {
   suite.add<Read<T>, Read<T>, Write<T>>(
       "mul", pixels, [](Image& a, Image& b, Image& c, Rect rect) { A::Multiply(a, b, c, rect); },
       P::multiply);
-  suite.add<Read<T>, Read<T>, typename O::Quotient>(
+  suite.add<typename O::Divisor, Read<T>, typename O::Quotient>(
       "div", pixels, [](Image& a, Image& b, Image& c, Rect rect) { A::Divide(a, b, c, rect); }, P::divide);
   suite.add<Read<T>, Update<T>>(
       "add_inplace", pixels, [](Image& a, Image& b, Rect rect) { A::Add(a, b, rect); }, P::addInPlace);
@@ -54,7 +58,7 @@ void addBinary(Suite& suite, const char* pixels) {
   suite.add<typename O::Factor, Update<T>>(
       "mul_inplace", pixels, [](Image& a, Image& b, Rect rect) { A::Multiply(a, b, rect); },
       P::multiplyInPlace);
-  suite.add<typename O::Factor, typename O::QuotientInPlace>(
+  suite.add<typename O::DivisorInPlace, typename O::QuotientInPlace>(
       "div_inplace", pixels, [](Image& a, Image& b, Rect rect) { A::Divide(a, b, rect); }, P::divideInPlace);
 }
 

@@ -68,6 +68,16 @@ struct Unit : O {
   }
 };
 
+/// No pixel is even: a quotient by an odd divisor lies between two whole numbers, never half way, so that
+/// every way of rounding to the nearest gives the same.
+template <class O>
+struct Odd : O {
+  static void prepare(typename O::Pixel* pixels, Size size, std::uint32_t seed) {
+    O::prepare(pixels, size, seed);
+    for (std::int64_t i = 0; i < pixelsOf(size); ++i) pixels[i] |= 1;
+  }
+};
+
 /// Results that an estimate of the processor's leads to: some units in the last place are open.
 template <class O>
 struct Estimated : O {
