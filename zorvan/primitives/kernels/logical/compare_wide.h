@@ -55,29 +55,23 @@ struct MaskedFloatCompare {
 
   explicit MaskedFloatCompare(float constant) : value(_mm512_set1_ps(constant)) {}
 
-  __m256i whole(const u8* src) const { return bytesOf(_mm512_kunpackw(sixteen(src + 64), sixteen(src))); }
-
-  /// Twice 32 pixels. One port of the processor compares, joins mask registers and takes masks from general
-  /// ones: three uses of it for 32 pixels. Joined in a general register, 64 pixels need five in place of six.
-  void twoWholes(const u8* src, u8* dst) const {
-    const auto mask = [&](int i) -> std::uint64_t { return _cvtmask16_u32(sixteen(src + 64 * i)); };
-    const __m512i bytes = _mm512_movm_epi8(mask(0) | mask(1) << 16 | mask(2) << 32 | mask(3) << 48);
-    Vector32{_mm512_castsi512_si256(bytes)}.store(dst);
-    Vector32{_mm512_extracti64x4_epi64(bytes, 1)}.store(dst + 32);
+  /// Each half has its own way from mask to bytes: mask registers are slow to join.
+  __m256i whole(const u8* src) const {
+    const __m128i low = _mm_movm_epi8(sixteen(src)), high = _mm_movm_epi8(sixteen(src + 64));
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
   }
   void part(const u8* src, u8* dst, std::int64_t pixels) const {
     const __mmask32 lanes = _bzhi_u32(~0U, static_cast<unsigned>(pixels));
     const auto low = static_cast<__mmask16>(lanes), high = static_cast<__mmask16>(lanes >> 16);
     const __mmask16 lowHolds = _mm512_cmp_ps_mask(_mm512_maskz_loadu_ps(low, src), value, predicate);
     const __mmask16 highHolds = _mm512_cmp_ps_mask(_mm512_maskz_loadu_ps(high, src + 64), value, predicate);
-    _mm256_mask_storeu_epi8(dst, lanes, bytesOf(_mm512_kunpackw(highHolds, lowHolds)));
+    _mm256_mask_storeu_epi8(dst, lanes, _mm256_movm_epi8(_mm512_kunpackw(highHolds, lowHolds)));
   }
 
  private:
   __mmask16 sixteen(const u8* src) const {
     return _mm512_cmp_ps_mask(_mm512_loadu_ps(src), value, predicate);
   }
-  static __m256i bytesOf(__mmask32 holds) { return _mm256_movm_epi8(holds); }
 };
 #endif
 
@@ -90,13 +84,6 @@ inline void compareWide(const Compare& compare, const u8* src, u8* dst, std::int
     src += head * Compare::pixelBytes;
     dst += head;
     pixels -= head;
-  }
-  if constexpr (requires { compare.twoWholes(src, dst); }) {
-    for (; pixels >= 64; pixels -= 64) {
-      compare.twoWholes(src, dst);
-      src += 64 * Compare::pixelBytes;
-      dst += 64;
-    }
   }
   for (; pixels >= 32; pixels -= 32) {
     Vector32{compare.whole(src)}.store(dst);
