@@ -22,12 +22,12 @@ inline void squareRow(const unsigned char* src, unsigned char* dst, std::int64_t
   src += 4 * head;
   dst += 4 * head;
   n -= head;
-  for (; n >= 16; src += 64, dst += 64, n -= 16) {
-    if constexpr (prefetched) {
-      prefetchAhead(src, prefetchBytes);
-    }
-    floatsPass16<SquareFloats, Vector, streaming>(src, dst);
-  }
+  const auto pass = [&](int at) {
+    if constexpr (prefetched) prefetchAhead(src + at, prefetchBytes);
+    floatsPass16<SquareFloats, Vector, streaming>(src + at, dst + at);
+  };
+  for (; n >= 64; src += 256, dst += 256, n -= 64) pass(0), pass(64), pass(128), pass(192);
+  for (; n >= 16; src += 64, dst += 64, n -= 16) pass(0);
   floatsFewer<SquareFloats>(src, dst, n);
   if constexpr (streaming) fenceStores();
 }
