@@ -133,13 +133,27 @@ inline bool divideFloatRowMasked(const unsigned char* divisors, const unsigned c
     divideFloatBlock(divisors, numerators, dst, firstOnes(head), static_cast<int>(head), anyZero);
   }
   std::int64_t i = head;
-  for (; i + 16 <= n; i += 16) {
-    const __m512 d = _mm512_loadu_ps(divisors + 4 * i);
-    if (_mm512_cmp_ps_mask(d, _mm512_setzero_ps(), _CMP_EQ_OQ) != 0) [[unlikely]] {
-      divideFloats(divisors, numerators, dst, i, i + 16, anyZero);
-    } else {
-      _mm512_storeu_ps(dst + 4 * i, _mm512_div_ps(_mm512_loadu_ps(numerators + 4 * i), d));
+  const auto divideTurn = [&]<int vectors>() {
+    __m512 d[vectors];
+    __mmask16 zeroes = 0;
+    for (int j = 0; j < vectors; ++j) {
+      d[j] = _mm512_loadu_ps(divisors + 4 * i + 64 * j);
+      zeroes = static_cast<__mmask16>(zeroes | _mm512_cmp_ps_mask(d[j], _mm512_setzero_ps(), _CMP_EQ_OQ));
     }
+    if (zeroes != 0) [[unlikely]]
+      return false;
+    for (int j = 0; j < vectors; ++j) {
+      _mm512_storeu_ps(dst + 4 * i + 64 * j,
+                       _mm512_div_ps(_mm512_loadu_ps(numerators + 4 * i + 64 * j), d[j]));
+    }
+    i += 16 * vectors;
+    return true;
+  };
+  for (; i + 16 <= n;) {
+    if (i + 64 <= n && divideTurn.template operator()<4>()) continue;
+    if (divideTurn.template operator()<1>()) continue;
+    divideFloats(divisors, numerators, dst, i, i + 16, anyZero);
+    i += 16;
   }
   if (i < n) {
     divideFloatBlock(divisors + 4 * i, numerators + 4 * i, dst + 4 * i, firstOnes(n - i),
