@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/reference/Unary.h"
+#include "tests/support/Cache.h"
 #include "tests/support/EntryTests.h"
 
 namespace Zorvan::Test {
@@ -105,6 +106,7 @@ void stepsBetweenPixels(int variant) {
 /// that do not, at places that streaming stores do and do not reach.
 void aroundTheLimits(int variant) {
   constexpr int most = 0x600000 / 8;
+  const ForcedCache told(1 << 20);
   std::vector<float> src(most + 1024), dst(most + 1024);
   for (std::size_t i = 0; i < src.size(); ++i) src[i] = static_cast<float>(static_cast<int>(i % 4099) - 2000);
   for (const Size roi : {Size{4096, 1}, Size{4097, 1}, Size{64, 64}, Size{17, 241}, Size{most - 1, 1},

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <vector>
 
+#include "tests/support/Cache.h"
 #include "tests/support/EntryTests.h"
 
 namespace Zorvan::Test {
@@ -206,6 +207,7 @@ void badSteps(TwoImages<T>* entry, InPlace<T>* inPlace) {
 void largeBytes(int variant) {
   const auto entry = Primitives::table.ippiSqr_8u_C1RSfs.routine[1 + variant];
   constexpr int most = 0x180000;
+  const ForcedCache told(1 << 20);
   std::vector<u8> src(most + 2000), dst(most + 2100);
   for (std::size_t i = 0; i < src.size(); ++i) src[i] = static_cast<u8>(i % 19);
   for (const Size roi : {Size{most, 1}, Size{most + 1, 1}, Size{most / 1024, 1025}}) {

@@ -2,12 +2,19 @@
 
 #include <climits>
 
+#include "tests/support/AskedCache.h"
 #include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
 constexpr bool inPlace = true;
+
+using Answer = Test::CacheAnswer;
+using Cache = Test::AskedCache;
+
+Answer toldCache() { return {true, 1 << 20}; }
+Answer untoldCache() { return {false, -1}; }
 
 SquarePlan planOf(Size roi, int gap, bool place) {
   return planSquareFrame(roi, 4 * roi.width + gap, 4 * roi.width + gap, place);
@@ -73,13 +80,28 @@ TEST(SquareFrame, TheTotalWraps) {
   EXPECT_EQ(planSquareFrame({(1 << 30) + 1, 2}, 4, 4, !inPlace).rows, 2);
 }
 
-TEST(StreamedRows, BeginAboveSixMebibytesInBothImages) {
-  EXPECT_FALSE(planStreamedRows({0x600000 / 8, 1}));
-  EXPECT_TRUE(planStreamedRows({0x600000 / 8 + 1, 1}));
-  EXPECT_FALSE(planStreamedRows({1024, 768}));
-  EXPECT_TRUE(planStreamedRows({1024, 769}));
-  EXPECT_TRUE(planStreamedRows({1 << 15, 1 << 14}));
-  EXPECT_TRUE(planStreamedRows({INT_MAX, INT_MAX}));
+TEST(Streaming, BeginsAboveTheLimitOfThePixels) {
+  EXPECT_FALSE(planStreaming<4>(0x600000 / 8, toldCache));
+  EXPECT_TRUE(planStreaming<4>(0x600000 / 8 + 1, toldCache));
+  EXPECT_FALSE(planStreaming<1>(0x300000 / 2, toldCache));
+  EXPECT_TRUE(planStreaming<1>(0x300000 / 2 + 1, toldCache));
+  EXPECT_TRUE(planStreaming<4>(std::int64_t{INT_MAX} * INT_MAX, toldCache));
+}
+
+TEST(Streaming, BeginsLaterWhereTheCacheIsNotTold) {
+  EXPECT_FALSE(planStreaming<4>(0x1800000 / 8, untoldCache));
+  EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, untoldCache));
+  EXPECT_FALSE(planStreaming<1>(0x1800000 / 2, untoldCache));
+  EXPECT_TRUE(planStreaming<1>(0x1800000 / 2 + 1, untoldCache));
+}
+
+TEST(Streaming, AsksForTheCacheBetweenTheLimitsAlone) {
+  Cache cache{{true, 1}};
+  EXPECT_FALSE(planStreaming<4>(0x600000 / 8, cache.ask()));
+  EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, cache.ask()));
+  EXPECT_EQ(cache.asked, 0);
+  EXPECT_TRUE(planStreaming<4>(0x600000 / 8 + 1, cache.ask()));
+  EXPECT_EQ(cache.asked, 1);
 }
 
 TEST(FloatRows, FuseWithoutAGapInWholePixels) {
@@ -116,22 +138,24 @@ TEST(WholePixels, DropTheBytesLeft) {
 TEST(ByteRows, FuseOnlyWithoutAGapOnBothSides) {
   for (const int src : {9, 10, 11}) {
     for (const int dst : {9, 10, 11}) {
-      const ByteRowsPlan plan = planByteRows({10, 3}, src, dst, !inPlace);
+      const ByteRowsPlan plan = planByteRows({10, 3}, src, dst, !inPlace, toldCache);
       const bool fused = src == 10 && dst == 10;
       EXPECT_EQ(plan.rows, fused ? 1 : 3) << src << " " << dst;
       EXPECT_EQ(plan.rowPixels, fused ? 30 : 10) << src << " " << dst;
     }
   }
-  EXPECT_EQ(planByteRows({1 << 20, 1 << 13}, 1 << 20, 1 << 20, inPlace).rowPixels, std::int64_t{1} << 33);
+  EXPECT_EQ(planByteRows({1 << 20, 1 << 13}, 1 << 20, 1 << 20, inPlace, toldCache).rowPixels,
+            std::int64_t{1} << 33);
 }
 
-TEST(ByteRows, StreamAboveThreeMebibytesInTwoImages) {
-  EXPECT_FALSE(planByteRows({1024, 1536}, 1024, 1024, !inPlace).streaming);
-  EXPECT_TRUE(planByteRows({1024, 1537}, 1024, 1024, !inPlace).streaming);
-  EXPECT_FALSE(planByteRows({0x180000, 1}, 0x400000, 0x400000, !inPlace).streaming);
-  EXPECT_TRUE(planByteRows({0x180001, 1}, 0x400000, 0x400000, !inPlace).streaming);
-  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, inPlace).streaming);
-  EXPECT_TRUE(planByteRows({INT_MAX, INT_MAX}, INT_MAX, INT_MAX, !inPlace).streaming);
+TEST(ByteRows, StreamFromOneLargeImageToAnother) {
+  EXPECT_FALSE(planByteRows({1024, 1536}, 1024, 1024, !inPlace, toldCache).streaming);
+  EXPECT_TRUE(planByteRows({1024, 1537}, 1024, 1024, !inPlace, toldCache).streaming);
+  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, !inPlace, untoldCache).streaming);
+  EXPECT_FALSE(planByteRows({0x180000, 1}, 0x400000, 0x400000, !inPlace, toldCache).streaming);
+  EXPECT_TRUE(planByteRows({0x180001, 1}, 0x400000, 0x400000, !inPlace, toldCache).streaming);
+  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, inPlace, toldCache).streaming);
+  EXPECT_TRUE(planByteRows({INT_MAX, INT_MAX}, INT_MAX, INT_MAX, !inPlace, untoldCache).streaming);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "zorvan/primitives/kernels/arithmetic/square_frame.h"
 #include "zorvan/primitives/kernels/arithmetic/unary_float_rows.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/CacheAnswer.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -86,7 +87,9 @@ int eachFloatRow(const UnaryImages& images, Size roi) {
   const int status = testUnary(images, roi);
   if (status != ippStsNoErr) return status;
   bool streaming = false;
-  if constexpr (Form::streams) streaming = !images.inPlace && planStreamedRows(roi);
+  if constexpr (Form::streams) {
+    streaming = !images.inPlace && planStreaming<4>(std::int64_t{roi.width} * roi.height, askCacheSize);
+  }
   bool negative;
   if (streaming) {
     negative = walkFloatRows<Form, Form::streams>(images, roi);

@@ -11,6 +11,7 @@
 #include "zorvan/primitives/kernels/arithmetic/word_roots.h"
 #include "zorvan/primitives/kernels/arithmetic/word_squares.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/CacheAnswer.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -28,7 +29,7 @@ using ByteVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32
 
 template <class Vector, class Operation>
 void eachByteRow(const Operation& operation, const UnaryImages& images, Size roi) {
-  const ByteRowsPlan plan = planByteRows(roi, images.srcStep, images.dstStep, images.inPlace);
+  const ByteRowsPlan plan = planByteRows(roi, images.srcStep, images.dstStep, images.inPlace, askCacheSize);
   if (plan.streaming) {
     images.eachRow(plan.rows, [&](auto* src, auto* dst) {
       bytesRow<Vector, true>(operation, src, dst, plan.rowPixels);

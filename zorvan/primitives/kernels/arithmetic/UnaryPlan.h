@@ -16,6 +16,19 @@ constexpr std::int32_t prefetchFromBytes = 32769;
 constexpr std::int32_t streamAboveBytes = 0x600000;
 constexpr std::int32_t streamByteImagesAbove = 0x300000;  // the same for images of bytes
 
+/// The same where the processor does not tell its largest cache. Those that tell it write past the cache at
+/// no cost as soon as the second level is full; the others lose by it what still fits into the last one.
+constexpr std::int32_t streamUntoldAboveBytes = 0x1800000;
+
+/// Whether pixels of `pixelBytes` that go from one image to another go past the cache. Squares of floats have
+/// a rule of their own.
+template <int pixelBytes, class Ask>
+constexpr bool planStreaming(std::int64_t pixels, Ask askCache) {
+  constexpr std::int32_t above = pixelBytes == 1 ? streamByteImagesAbove : streamAboveBytes;
+  if (pixels <= above / (2 * pixelBytes)) return false;
+  return pixels > streamUntoldAboveBytes / (2 * pixelBytes) || askCache().known;
+}
+
 /// The row distance in whole pixels. Entries that walk their rows one by one do not honour the bytes left.
 constexpr int wholePixels(int step) { return step & ~3; }
 
@@ -40,11 +53,6 @@ constexpr SquarePlan planSquareFrame(Size roi, int srcStep, int dstStep, bool in
   plan.prefetchBytes = oneRow && total <= streamAboveBytes ? 256 : srcStep;
   plan.streaming = !inPlace && total > streamAboveBytes;
   return plan;
-}
-
-/// Whether rows that are walked one by one from one image to another go past the cache.
-constexpr bool planStreamedRows(Size roi) {
-  return std::int64_t{roi.width} * roi.height > streamAboveBytes / 8;
 }
 
 struct FloatRows {
@@ -75,10 +83,11 @@ struct ByteRowsPlan {
 };
 
 /// Rows without a gap run as one. A destination of its own that cannot stay in the cache goes past it.
-constexpr ByteRowsPlan planByteRows(Size roi, int srcStep, int dstStep, bool inPlace) {
+template <class Ask>
+constexpr ByteRowsPlan planByteRows(Size roi, int srcStep, int dstStep, bool inPlace, Ask askCache) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   const bool fused = srcStep == roi.width && dstStep == roi.width;
-  const bool streaming = !inPlace && pixels > streamByteImagesAbove / 2;
+  const bool streaming = !inPlace && planStreaming<1>(pixels, askCache);
   return fused ? ByteRowsPlan{1, pixels, streaming} : ByteRowsPlan{roi.height, roi.width, streaming};
 }
 
