@@ -101,6 +101,13 @@ TEST(WidePass, Holds64BytesWithoutScaling) {
   EXPECT_EQ(planWidePass(2, Scaling::enlarged), 32);
 }
 
+TEST(JoinedPass, IsOfProductsOfBytesAlone) {
+  EXPECT_TRUE(planJoinedPass(Operation::product, 1, Scaling::saturated));
+  EXPECT_FALSE(planJoinedPass(Operation::product, 1, Scaling::rounded));
+  EXPECT_FALSE(planJoinedPass(Operation::product, 2, Scaling::saturated));
+  EXPECT_FALSE(planJoinedPass(Operation::sum, 1, Scaling::saturated));
+}
+
 TEST(FloatRowPlan, RunsInBlocksFrom11PixelsAtAnyAddress) {
   EXPECT_EQ(planFloatRow(64, 10, true), pixelByPixel);
   EXPECT_EQ(planFloatRow(64, 11, true), (FloatRowPlan{true, true, 0, false}));
@@ -138,6 +145,24 @@ TEST(WideFloatRowPlan, OfAConstantAlignsEveryRow) {
   EXPECT_EQ(planWideFloatRow(68, 15, 16), pixelByPixel);
   EXPECT_EQ(planWideFloatRow(68, 16, 16), (FloatRowPlan{true, true, 7, false}));
   EXPECT_EQ(planWideFloatRow(66, 16, 16), pixelByPixel);
+}
+
+bool wholeBlocksAt(std::uintptr_t dst, int dstStep, std::int64_t n) {
+  return areWholeBlocks(planWideFloatRow(dst, n, 29), dstStep, n);
+}
+
+TEST(WideFloatRowPlan, IsOneForAllRowsThatAreBlocksAlone) {
+  EXPECT_TRUE(wholeBlocksAt(64, 256, 64));
+  EXPECT_TRUE(wholeBlocksAt(32, -32, 32));
+  EXPECT_TRUE(wholeBlocksAt(64, 0, 64));
+  EXPECT_FALSE(wholeBlocksAt(64, 252, 64));  // the second row has a head
+  EXPECT_FALSE(wholeBlocksAt(68, 256, 64));
+  EXPECT_FALSE(wholeBlocksAt(66, 256, 64));
+  EXPECT_FALSE(wholeBlocksAt(64, 256, 63));
+  EXPECT_FALSE(wholeBlocksAt(64, 256, 65));
+  EXPECT_FALSE(wholeBlocksAt(64, 256, 0));
+  EXPECT_TRUE(wholeBlocksAt(67, 65, 16));  // below 29 pixels no row has a head
+  EXPECT_FALSE(wholeBlocksAt(67, 65, 17));
 }
 
 template <class T>

@@ -10,33 +10,64 @@
 namespace Zorvan::Primitives {
 namespace {
 
+/// Where the rows are read and written.
+template <class A, class B>
+struct FloatImages {
+  A a;
+  B b;
+  unsigned char* dst;
+  int dstStep;
+  std::int64_t rows, rowPixels;
+
+  template <class RowRoutine>
+  void eachRow(RowRoutine row) const {
+    for (std::int64_t r = 0; r < rows; ++r) row(a.row(r), b.row(r), rowAt(dst, dstStep, r), rowPixels);
+  }
+};
+
 /// 16-byte stores. Some forms stream long rows, others prefetch.
 template <bool mayStream, bool prefetch>
 struct FloatRows {
   template <class Op, class A, class B>
-  static void row(A a, B b, unsigned char* dst, std::int64_t n) {
-    const FloatRowPlan plan = planFloatRow(reinterpret_cast<std::uintptr_t>(dst), n, mayStream);
-    floatRow<Op, mayStream, prefetch>(plan, a, b, dst, 4 * n);
+  static void run(FloatImages<A, B> images) {
+    images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
+      const FloatRowPlan plan = planFloatRow(reinterpret_cast<std::uintptr_t>(dst), n, mayStream);
+      floatRow<Op, mayStream, prefetch>(plan, a, b, dst, 4 * n);
+    });
   }
 };
 
 /// 16-byte stores on a boundary or single pixels.
 struct AlignedFloatRows {
   template <class Op, class A, class B>
-  static void row(A a, B b, unsigned char* dst, std::int64_t n) {
-    const FloatRowPlan plan = planAlignedFloatRow(reinterpret_cast<std::uintptr_t>(dst), n);
-    floatRow<Op, false, false>(plan, a, b, dst, 4 * n);
+  static void run(FloatImages<A, B> images) {
+    images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
+      const FloatRowPlan plan = planAlignedFloatRow(reinterpret_cast<std::uintptr_t>(dst), n);
+      floatRow<Op, false, false>(plan, a, b, dst, 4 * n);
+    });
   }
 };
 
-/// 32-byte stores.
+/// 32-byte stores. Rows that are blocks alone are planned once for all of them.
 template <int alignFromPixels>
 struct WideFloatRows {
 #ifdef __AVX__
   template <class Op, class A, class B>
-  static void row(A a, B b, unsigned char* dst, std::int64_t n) {
-    const FloatRowPlan plan = planWideFloatRow(reinterpret_cast<std::uintptr_t>(dst), n, alignFromPixels);
-    wideFloatRow<Op>(plan, a, b, dst, 4 * n);
+  static void run(FloatImages<A, B> images) {
+    const FloatRowPlan first = planOf(images.dst, images.rowPixels);
+    if (areWholeBlocks(first, images.dstStep, images.rowPixels)) {
+      return images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
+        wideFloatBlocks<Op>(a, b, dst, 0, 4 * n);
+      });
+    }
+    images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
+      wideFloatRow<Op>(planOf(dst, n), a, b, dst, 4 * n);
+    });
+  }
+
+ private:
+  static FloatRowPlan planOf(unsigned char* dst, std::int64_t n) {
+    return planWideFloatRow(reinterpret_cast<std::uintptr_t>(dst), n, alignFromPixels);
   }
 #endif
 };
@@ -65,10 +96,8 @@ template <class Policy, class Op, class A, class B>
 int floatImage(A a, B b, float* dst, int dstStep, Size roi) {
   if (a.isNull() || b.isNull() || dst == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  for (std::int64_t r = 0; r < roi.height; ++r) {
-    Policy::template row<Op>(a.row(r), b.row(r), rowAt(reinterpret_cast<unsigned char*>(dst), dstStep, r),
-                             roi.width);
-  }
+  Policy::template run<Op>(
+      FloatImages<A, B>{a, b, reinterpret_cast<unsigned char*>(dst), dstStep, roi.height, roi.width});
   return ippStsNoErr;
 }
 

@@ -52,5 +52,11 @@ constexpr FloatRowPlan planWideFloatRow(std::uintptr_t dst, std::int64_t n, std:
   return {true, true, floatsToBoundary(dst, 32), false};
 }
 
+/// Whether all rows are blocks of 16 pixels from the first one on, as the first row is.
+constexpr bool areWholeBlocks(const FloatRowPlan& first, int dstStep, std::int64_t n) {
+  const bool alike = !first.aligned || dstStep % 32 == 0;
+  return first.inBlocks && first.head == 0 && alike && n % 16 == 0;
+}
+
 }  // namespace
 }  // namespace Zorvan::Primitives

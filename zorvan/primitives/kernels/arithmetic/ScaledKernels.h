@@ -12,20 +12,48 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// 16-byte stores, after a head of single pixels.
-struct NarrowRows {
-  template <class Pixels, class A, class B>
-  static void row(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t length) {
-    narrowRow(pixels, a, b, dst, length);
+/// Where the rows are read and written. Rows are never joined.
+template <class A, class B>
+struct ScaledImages {
+  A a;
+  B b;
+  unsigned char* dst;
+  int dstStep;
+  std::int64_t rows, rowBytes;
+
+  template <class RowRoutine>
+  void eachRow(RowRoutine row) const {
+    for (std::int64_t r = 0; r < rows; ++r) row(a.row(r), b.row(r), rowAt(dst, dstStep, r), rowBytes);
   }
 };
 
-/// 32-byte stores at any address.
+/// 16-byte stores, after a head of single pixels.
+struct NarrowRows {
+  template <class Pixels, class A, class B>
+  static void run(const Pixels& pixels, ScaledImages<A, B> images) {
+    images.eachRow([pixels](auto a, auto b, unsigned char* dst, std::int64_t length) {
+      narrowRow(pixels, a, b, dst, length);
+    });
+  }
+};
+
+/// 32-byte stores at any address. Rows of passes alone have a loop without the way to the tail: in narrow
+/// images a row is a pass or two.
 struct WideRows {
 #ifdef __AVX2__
   template <class Pixels, class A, class B>
-  static void row(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t length) {
-    wideRow(pixels, a, b, dst, length);
+  static void run(const Pixels& pixels, ScaledImages<A, B> images) {
+    constexpr int passBytes = planWidePass(sizeof(typename Pixels::Pixel), Pixels::scaling);
+    if (images.rowBytes % passBytes == 0) return rows<true>(pixels, images);
+    rows<false>(pixels, images);
+  }
+
+ private:
+  template <bool whole, class Pixels, class A, class B>
+  static void rows(const Pixels& pixels, ScaledImages<A, B> images) {
+    images.eachRow([pixels](auto a, auto b, unsigned char* dst, std::int64_t length) {
+      wideRow<whole>(pixels, a, b, dst, length);
+    });
   }
 #endif
 };
@@ -58,11 +86,9 @@ void scaledRows(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f)
   using T = typename Op::Pixel;
   const auto run = [&](auto scale) {
     const ScaledOperation<Op, decltype(scale)> pixels{scale};
-    const std::int64_t length = std::int64_t{roi.width} * std::int64_t{sizeof(T)};
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      ScaledPolicy<V>::row(pixels, a.row(r), b.row(r),
-                           rowAt(reinterpret_cast<unsigned char*>(dst), dstStep, r), length);
-    }
+    const ScaledImages<A, B> images{a,       b,          reinterpret_cast<unsigned char*>(dst),
+                                    dstStep, roi.height, std::int64_t{roi.width} * std::int64_t{sizeof(T)}};
+    ScaledPolicy<V>::run(pixels, images);
   };
   switch (planScaling(scalingLimitsOf<Op>(), f)) {
     case Scaling::saturated:

@@ -30,14 +30,6 @@ ZORVAN_BYTE_PAIR(sub_epi8)
 ZORVAN_BYTE_PAIR(min_epu8)
 ZORVAN_BYTE_PAIR(add_epi8)
 ZORVAN_BYTE_PAIR(sub_epi8)
-ZORVAN_BYTE_PAIR(subs_epu8)
-ZORVAN_BYTE_PAIR(adds_epu16)
-ZORVAN_BYTE_PAIR(subs_epu16)
-ZORVAN_BYTE_PAIR(avg_epu16)
-ZORVAN_BYTE_PAIR(mullo_epi16)
-ZORVAN_BYTE_PAIR(unpacklo_epi8)
-ZORVAN_BYTE_PAIR(unpackhi_epi8)
-ZORVAN_BYTE_PAIR(packus_epi16)
 #undef ZORVAN_BYTE_PAIR
 inline __m512i sll_epi16(__m512i a, __m128i count) { return _mm512_sll_epi16(a, count); }
 inline __m512i srl_epi16(__m512i a, __m128i count) { return _mm512_srl_epi16(a, count); }

@@ -86,23 +86,29 @@ inline void floatRow(const FloatRowPlan& plan, A a, B b, unsigned char* dst, std
 }
 
 #ifdef __AVX__
+/// Blocks of 16 pixels up to `end`, four of them to a turn while they last: a short turn takes longer than
+/// what it does.
+template <class Op, class A, class B>
+inline void wideFloatBlocks(A a, B b, unsigned char* dst, std::int64_t i, std::int64_t end) {
+  const auto turn = [&]<int bytes>() {
+    for (int j = 0; j < bytes; j += 32) {
+      const auto x = a.template lanes<__m256, false>(i + j);
+      const auto y = b.template lanes<__m256, false>(i + j);
+      storeLanes<false>(dst + i + j, Op::of(x, y));
+    }
+  };
+  for (; end - i >= 256; i += 256) turn.template operator()<256>();
+  for (; i != end; i += 64) turn.template operator()<64>();
+}
+
 template <class Op, class A, class B>
 inline void wideFloatRow(const FloatRowPlan& plan, A a, B b, unsigned char* dst, std::int64_t length) {
   std::int64_t i = 0;
   if (plan.inBlocks) {
     floatPixels<Op>(a, b, dst, i, 4 * plan.head);
-    // Four passes to a turn while they last: a short turn takes longer than what it does.
-    const auto passes = [&]<int bytes>() {
-      for (const std::int64_t end = i + ((length - i) & -bytes); i != end; i += bytes) {
-        for (int j = 0; j < bytes; j += 32) {
-          const auto x = a.template lanes<__m256, false>(i + j);
-          const auto y = b.template lanes<__m256, false>(i + j);
-          storeLanes<false>(dst + i + j, Op::of(x, y));
-        }
-      }
-    };
-    passes.template operator()<256>();
-    passes.template operator()<64>();
+    const std::int64_t endOfBlocks = i + ((length - i) & ~63);
+    wideFloatBlocks<Op>(a, b, dst, i, endOfBlocks);
+    i = endOfBlocks;
     if (i == length) return;
     for (const std::int64_t end = i + ((length - i) & ~15); i != end; i += 16) {
       const auto x = a.template lanes<__m128, false>(i);

@@ -12,18 +12,25 @@
 namespace Zorvan::Primitives {
 namespace {
 
+#define ZORVAN_LANES_PAIR(name) ZORVAN_LANES_PAIR_UP_TO_32(name) ZORVAN_LANES_PAIR_OF_64(name)
 #ifdef __AVX2__
-#define ZORVAN_LANES_PAIR(name)                                          \
+#define ZORVAN_LANES_PAIR_UP_TO_32(name)                                 \
   inline __m128i name(__m128i a, __m128i b) { return _mm_##name(a, b); } \
   inline __m256i name(__m256i a, __m256i b) { return _mm256_##name(a, b); }
 #define ZORVAN_LANES_SHIFT(name)                                                 \
   inline __m128i name(__m128i a, __m128i count) { return _mm_##name(a, count); } \
   inline __m256i name(__m256i a, __m128i count) { return _mm256_##name(a, count); }
 #else
-#define ZORVAN_LANES_PAIR(name) \
+#define ZORVAN_LANES_PAIR_UP_TO_32(name) \
   inline __m128i name(__m128i a, __m128i b) { return _mm_##name(a, b); }
 #define ZORVAN_LANES_SHIFT(name) \
   inline __m128i name(__m128i a, __m128i count) { return _mm_##name(a, count); }
+#endif
+#ifdef __AVX512BW__
+#define ZORVAN_LANES_PAIR_OF_64(name) \
+  inline __m512i name(__m512i a, __m512i b) { return _mm512_##name(a, b); }
+#else
+#define ZORVAN_LANES_PAIR_OF_64(name)
 #endif
 
 ZORVAN_LANES_PAIR(adds_epu8)
@@ -40,8 +47,8 @@ ZORVAN_LANES_PAIR(avg_epu16)
 ZORVAN_LANES_PAIR(mullo_epi16)
 ZORVAN_LANES_PAIR(mulhi_epi16)
 ZORVAN_LANES_PAIR(mulhi_epu16)
-ZORVAN_LANES_PAIR(cmpeq_epi8)
-ZORVAN_LANES_PAIR(cmpeq_epi16)
+ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi8)
+ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi16)
 ZORVAN_LANES_PAIR(unpacklo_epi8)
 ZORVAN_LANES_PAIR(unpackhi_epi8)
 ZORVAN_LANES_PAIR(unpacklo_epi16)
@@ -57,6 +64,8 @@ ZORVAN_LANES_SHIFT(srl_epi32)
 ZORVAN_LANES_SHIFT(srl_epi64)
 ZORVAN_LANES_SHIFT(sra_epi32)
 #undef ZORVAN_LANES_PAIR
+#undef ZORVAN_LANES_PAIR_UP_TO_32
+#undef ZORVAN_LANES_PAIR_OF_64
 #undef ZORVAN_LANES_SHIFT
 
 inline __m128i signs_epi16(__m128i x) { return _mm_srai_epi16(x, 15); }
@@ -79,12 +88,18 @@ inline I broadcastWords(int value) {
 #ifdef __AVX2__
   if constexpr (sizeof(I) == 32) return _mm256_set1_epi16(static_cast<short>(value));
 #endif
+#ifdef __AVX512F__
+  if constexpr (sizeof(I) == 64) return _mm512_set1_epi16(static_cast<short>(value));
+#endif
 }
 template <class I>
 inline I broadcastDwords(int value) {
   if constexpr (sizeof(I) == 16) return _mm_set1_epi32(value);
 #ifdef __AVX2__
   if constexpr (sizeof(I) == 32) return _mm256_set1_epi32(value);
+#endif
+#ifdef __AVX512F__
+  if constexpr (sizeof(I) == 64) return _mm512_set1_epi32(value);
 #endif
 }
 template <class I>
@@ -111,6 +126,9 @@ inline I lower_epu16(I a, I b) {
 #endif
 #ifdef __AVX2__
   if constexpr (sizeof(I) == 32) return _mm256_min_epu16(a, b);
+#endif
+#ifdef __AVX512BW__
+  if constexpr (sizeof(I) == 64) return _mm512_min_epu16(a, b);
 #endif
 #ifndef __SSE4_1__
   return _mm_sub_epi16(a, _mm_subs_epu16(a, b));
