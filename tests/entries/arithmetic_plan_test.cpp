@@ -147,6 +147,11 @@ TEST(WideFloatRowPlan, OfAConstantAlignsEveryRow) {
   EXPECT_EQ(planWideFloatRow(66, 16, 16), pixelByPixel);
 }
 
+TEST(WidestFloats, AreOfSmallImages) {
+  EXPECT_TRUE(planWidestFloats(0x10000));
+  EXPECT_FALSE(planWidestFloats(0x10001));
+}
+
 bool wholeBlocksAt(std::uintptr_t dst, int dstStep, std::int64_t n) {
   return areWholeBlocks(planWideFloatRow(dst, n, 29), dstStep, n);
 }

@@ -48,20 +48,26 @@ struct AlignedFloatRows {
   }
 };
 
-/// 32-byte stores. Rows that are blocks alone are planned once for all of them.
-template <int alignFromPixels>
+/// Blocks of 16 pixels from a 32-byte boundary on. Rows that are blocks alone are planned once for all of
+/// them.
+template <int alignFromPixels, int registerBytes = 32>
 struct WideFloatRows {
 #ifdef __AVX__
   template <class Op, class A, class B>
   static void run(FloatImages<A, B> images) {
+    if constexpr (registerBytes == 64) {
+      if (!planWidestFloats(images.rows * images.rowPixels)) {
+        return WideFloatRows<alignFromPixels, 32>::template run<Op>(images);
+      }
+    }
     const FloatRowPlan first = planOf(images.dst, images.rowPixels);
     if (areWholeBlocks(first, images.dstStep, images.rowPixels)) {
       return images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
-        wideFloatBlocks<Op>(a, b, dst, 0, 4 * n);
+        wideFloatBlocks<Op, registerBytes>(a, b, dst, 0, 4 * n);
       });
     }
     images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
-      wideFloatRow<Op>(planOf(dst, n), a, b, dst, 4 * n);
+      wideFloatRow<Op, registerBytes>(planOf(dst, n), a, b, dst, 4 * n);
     });
   }
 
@@ -76,18 +82,19 @@ using FloatRowsPlain = FloatRows<false, false>;
 using FloatRowsStreaming = FloatRows<true, false>;
 using FloatRowsPrefetching = FloatRows<false, true>;
 using FloatRowsWide = WideFloatRows<29>;
+using FloatRowsWidest = WideFloatRows<29, 64>;
 using FloatRowsWideAligned = WideFloatRows<16>;
 
 // The sum of three images alone streams, a form in place alone prefetches.
 template <class V>
 using FloatSumPolicy = ByVariant<V, FloatRowsStreaming, FloatRowsStreaming, FloatRowsStreaming,
-                                 AlignedFloatRows, FloatRowsWide, FloatRowsWide>;
+                                 AlignedFloatRows, FloatRowsWide, FloatRowsWidest>;
 template <class V>
 using FloatPolicy = ByVariant<V, FloatRowsPlain, FloatRowsPlain, FloatRowsPlain, AlignedFloatRows,
-                              FloatRowsWide, FloatRowsWide>;
+                              FloatRowsWide, FloatRowsWidest>;
 template <class V>
 using FloatInPlacePolicy = ByVariant<V, FloatRowsPrefetching, FloatRowsPrefetching, FloatRowsPrefetching,
-                                     AlignedFloatRows, FloatRowsWide, FloatRowsWide>;
+                                     AlignedFloatRows, FloatRowsWide, FloatRowsWidest>;
 template <class V>
 using FloatConstantPolicy = ByVariant<V, AlignedFloatRows, AlignedFloatRows, AlignedFloatRows,
                                       FloatRowsWideAligned, FloatRowsWideAligned, FloatRowsWideAligned>;

@@ -52,6 +52,10 @@ constexpr FloatRowPlan planWideFloatRow(std::uintptr_t dst, std::int64_t n, std:
   return {true, true, floatsToBoundary(dst, 32), false};
 }
 
+/// Whether 64-byte registers are worth it: while images of so many pixels stay near the processor, loads and
+/// stores are what the time goes into. Beyond, all wait for the memory, and 32 bytes at a time wait less.
+constexpr bool planWidestFloats(std::int64_t pixels) { return pixels <= 0x10000; }
+
 /// Whether all rows are blocks of 16 pixels from the first one on, as the first row is.
 constexpr bool areWholeBlocks(const FloatRowPlan& first, int dstStep, std::int64_t n) {
   const bool alike = !first.aligned || dstStep % 32 == 0;

@@ -86,14 +86,32 @@ inline void floatRow(const FloatRowPlan& plan, A a, B b, unsigned char* dst, std
 }
 
 #ifdef __AVX__
+template <int registerBytes>
+struct FloatRegister;
+template <>
+struct FloatRegister<32> {
+  using Lanes = __m256;
+};
+#ifdef __AVX512F__
+template <>
+struct FloatRegister<64> {
+  using Lanes = __m512;
+};
+#endif
+
 /// Blocks of 16 pixels up to `end`, four of them to a turn while they last: a short turn takes longer than
-/// what it does.
-template <class Op, class A, class B>
+/// what it does. The wider registers are for destinations that start on a cache line: across two of them they
+/// gain nothing.
+template <class Op, int registerBytes, class A, class B>
 inline void wideFloatBlocks(A a, B b, unsigned char* dst, std::int64_t i, std::int64_t end) {
+  if constexpr (registerBytes == 64) {
+    if (!isAligned(dst + i, 64)) return wideFloatBlocks<Op, 32>(a, b, dst, i, end);
+  }
+  using Lanes = typename FloatRegister<registerBytes>::Lanes;
   const auto turn = [&]<int bytes>() {
-    for (int j = 0; j < bytes; j += 32) {
-      const auto x = a.template lanes<__m256, false>(i + j);
-      const auto y = b.template lanes<__m256, false>(i + j);
+    for (int j = 0; j < bytes; j += registerBytes) {
+      const auto x = a.template lanes<Lanes, false>(i + j);
+      const auto y = b.template lanes<Lanes, false>(i + j);
       storeLanes<false>(dst + i + j, Op::of(x, y));
     }
   };
@@ -101,13 +119,13 @@ inline void wideFloatBlocks(A a, B b, unsigned char* dst, std::int64_t i, std::i
   for (; i != end; i += 64) turn.template operator()<64>();
 }
 
-template <class Op, class A, class B>
+template <class Op, int registerBytes, class A, class B>
 inline void wideFloatRow(const FloatRowPlan& plan, A a, B b, unsigned char* dst, std::int64_t length) {
   std::int64_t i = 0;
   if (plan.inBlocks) {
     floatPixels<Op>(a, b, dst, i, 4 * plan.head);
     const std::int64_t endOfBlocks = i + ((length - i) & ~63);
-    wideFloatBlocks<Op>(a, b, dst, i, endOfBlocks);
+    wideFloatBlocks<Op, registerBytes>(a, b, dst, i, endOfBlocks);
     i = endOfBlocks;
     if (i == length) return;
     for (const std::int64_t end = i + ((length - i) & ~15); i != end; i += 16) {
