@@ -82,6 +82,7 @@ class FloodFill {
     FillSegment segment{seed.y, left, right, right + 1, right, seed.y == roi_.height - 1 ? -1 : 1};
     do {
       area_.include(segment);
+      if (isInColumn(segment)) followColumn(segment);
       const std::int32_t ahead = segment.y - segment.direction;
       const std::int32_t back = segment.y + segment.direction;
       if (static_cast<std::uint32_t>(ahead) < static_cast<std::uint32_t>(roi_.height)) {
@@ -98,6 +99,37 @@ class FloodFill {
   }
 
  private:
+  /// Whether the run and its parent are the same single pixel of two rows: another such run is likely ahead,
+  /// and nothing is left to look at behind.
+  static bool isInColumn(const FillSegment& run) {
+    return run.left == run.right && run.parentLeft == run.left && run.parentRight == run.left;
+  }
+
+  /// Goes on from such a run while the row ahead holds another one, which would be pushed and popped with
+  /// nothing in between, and leaves the last of them. What is ahead of that one is longer, or nothing.
+  [[gnu::always_inline]] void followColumn(FillSegment& run) {
+    if (row_.last == 0) return;
+    // Where the region ends on one side the other neighbour is asked twice.
+    constexpr std::int64_t pixelBytes = sizeof(typename Row::Pixel);
+    const std::int64_t toLeft = run.left > 0 ? -pixelBytes : pixelBytes;
+    const std::int64_t toRight = run.left < row_.last ? pixelBytes : -pixelBytes;
+    const auto isOld = [this](unsigned char* p) { return row_.isOld(p, 0); };
+
+    const std::int64_t toAhead = -std::int64_t{run.direction} * step_;
+    const std::int32_t rowsAhead = run.direction < 0 ? roi_.height - 1 - run.y : run.y;
+    unsigned char* p = Row::at(rowAt(image_, step_, run.y), run.left);
+    std::int32_t rows = 0;
+    for (; rows < rowsAhead; ++rows) {
+      p += toAhead;
+      if (!isOld(p) || isOld(p + toLeft) || isOld(p + toRight)) break;
+      row_.fill(p, 0);
+    }
+    if (rows == 0) return;
+    run.y -= run.direction * rows;
+    area_.count += static_cast<std::uint32_t>(rows);
+    area_.include(run);
+  }
+
   /// Fills the runs of row `y` that reach into the columns `x` to `right`, and pushes them as children of
   /// `parent`. A run may go on beyond the columns on both sides, which is how a fill flows around obstacles.
   [[gnu::always_inline]] void scan(const FillSegment& parent, std::int32_t y, std::int64_t x,
