@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
+#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/SumPlan.h"
 
 namespace Zorvan::Primitives {
@@ -47,6 +48,15 @@ TEST(MaskedSumPlan, TheNarrowPathEndsAt0x800000Pixels) {
   EXPECT_FALSE(takesNarrowSum({4096, 2048}));
   EXPECT_TRUE(takesNarrowSum({65536, 65536}));  // the count wraps to zero
   EXPECT_TRUE(takesNarrowSum({65536, 32768}));  // and to a negative number
+}
+
+TEST(ReadAheadPlan, RegionsOfTheNearestCacheAreNotAskedFor) {
+  EXPECT_FALSE(readsAhead({8191, 1}, 4));
+  EXPECT_TRUE(readsAhead({8192, 1}, 4));
+  EXPECT_TRUE(readsAhead({8193, 1}, 4));
+  EXPECT_FALSE(readsAhead({1, 16383}, 2));
+  EXPECT_TRUE(readsAhead({128, 128}, 2));
+  EXPECT_TRUE(readsAhead({65536, 65536}, 4));  // a product that wraps to zero
 }
 
 }  // namespace

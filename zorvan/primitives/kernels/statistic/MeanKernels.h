@@ -42,7 +42,7 @@ struct WideSignedWords;
 using RegisterBytes = RegisterByteSum;
 using RegisterWords = TiledSum<Tiles64, UnsignedPairs64, unsignedTilePixels>;
 using RegisterSignedWords = TiledSum<Tiles64, SignedPairs64, signedTilePixels>;
-using AccurateRegister = PersistentSum<MaskedDoubles32>;
+using AccurateRegister = PersistentSum<Doubles64>;
 struct FastRegister {
   static double of(const float* src, int srcStep, Size roi) {
     using Sum = PersistentSum<Floats64>;

@@ -10,6 +10,7 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/extreme_lanes.h"
 #include "zorvan/primitives/kernels/statistic/read_ahead.h"
 
@@ -159,12 +160,15 @@ class RegisterFloatExtreme {
  public:
   static float find(const float* src, int srcStep, Size roi) {
     __m512 a = _mm512_set1_ps(loadAs<float>(src)), b = a, c = a, d = a;
+    const bool far = readsAhead(roi, sizeof(float));
     const __mmask16 rest = static_cast<__mmask16>((1u << (roi.width % 16)) - 1);
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const char* p = rowBytes(src, srcStep, r);
       std::int64_t left = roi.width;
       for (; left >= 64; p += 256, left -= 64) {
-        for (int line = 0; line < 4; ++line) readAhead(p + 64 * line);
+        if (far) {
+          for (int line = 0; line < 4; ++line) readAhead(p + 64 * line);
+        }
         a = Lanes::better(a, _mm512_loadu_ps(p));
         b = Lanes::better(b, _mm512_loadu_ps(p + 64));
         c = Lanes::better(c, _mm512_loadu_ps(p + 128));

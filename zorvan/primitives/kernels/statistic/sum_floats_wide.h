@@ -9,6 +9,7 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/read_ahead.h"
 
 #ifdef __AVX__
@@ -73,12 +74,23 @@ struct Floats32 {
 };
 
 #ifdef __AVX512F__
-/// With the rest of a row in a masked load. Vectors of 32 bytes: converting to a vector of 64 takes a shuffle
-/// more on one of the two ports that such vectors have, and the sum comes out slower.
-struct MaskedDoubles32 : Doubles32 {
-  static void addRest(MaskedDoubles32& sum, double&, const char* p, std::int64_t left) {
-    const auto chosen = static_cast<__mmask8>((1u << left) - 1);
-    sum.lanes = _mm256_add_pd(sum.lanes, _mm256_cvtps_pd(_mm_maskz_loadu_ps(chosen, p)));
+/// Lanes of doubles, filled eight at a time, with the rest of a row in a masked load. A product with one is
+/// exact, so that each addition can be a multiply-add: some processors convert where they add and multiply
+/// elsewhere.
+struct Doubles64 {
+  static constexpr int pixels = 8;
+  __m512d lanes = _mm512_setzero_pd();
+
+  void add(__m256 floats) { lanes = _mm512_fmadd_pd(_mm512_cvtps_pd(floats), _mm512_set1_pd(1), lanes); }
+  void add(const char* p) { add(loadAs<__m256>(p)); }
+  void add(Doubles64 other) { lanes = _mm512_add_pd(lanes, other.lanes); }
+  double total() const {
+    return foldAll(foldHigh(_mm256_add_pd(_mm512_castpd512_pd256(lanes), _mm512_extractf64x4_pd(lanes, 1))));
+  }
+
+  using Single = double;
+  static void addRest(Doubles64& sum, double&, const char* p, std::int64_t left) {
+    sum.add(_mm256_maskz_loadu_ps(static_cast<__mmask8>((1u << left) - 1), p));
   }
 };
 
@@ -101,29 +113,51 @@ struct Floats64 {
 };
 #endif
 
-/// A region of any width in lanes of doubles or floats, on eight accumulators.
+/// A region of any width in lanes of doubles or floats, on eight accumulators. They have names, as the
+/// compiler leaves an array of them in memory between the rows.
 template <class Lanes>
 struct PersistentSum {
   static double of(const float* src, int srcStep, Size roi) {
-    constexpr std::int64_t width = Lanes::pixels, turn = 8 * width;
-    Lanes sums[8];
+    constexpr std::int64_t width = Lanes::pixels, turn = 8 * width, bytes = 4 * width;
+    const bool far = readsAhead(roi, sizeof(float));
+    Lanes a, b, c, d, e, f, g, h;
     typename Lanes::Single single = 0;
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
       std::int64_t left = roi.width;
       if (roi.width >= wideFloatRows) addSingly(single, p, left, headPixels(p));
-      for (; left >= turn; p += 4 * turn, left -= turn) {
-        for (std::int64_t line = 0; line < 4 * turn; line += 64) readAhead(p + line);
-        for (int i = 0; i < 8; ++i) sums[i].add(p + 4 * width * i);
+      for (; left >= turn; p += 8 * bytes, left -= turn) {
+        if (far) {
+          for (std::int64_t line = 0; line < 8 * bytes; line += 64) readAhead(p + line);
+        }
+        a.add(p);
+        b.add(p + bytes);
+        c.add(p + 2 * bytes);
+        d.add(p + 3 * bytes);
+        e.add(p + 4 * bytes);
+        f.add(p + 5 * bytes);
+        g.add(p + 6 * bytes);
+        h.add(p + 7 * bytes);
       }
-      for (; left >= width; p += 4 * width, left -= width) sums[0].add(p);
-      if (left != 0) Lanes::addRest(sums[1], single, p, left);
+      for (; left >= 2 * width; p += 2 * bytes, left -= 2 * width) {
+        a.add(p);
+        b.add(p + bytes);
+      }
+      if (left >= width) {
+        c.add(p);
+        p += bytes;
+        left -= width;
+      }
+      if (left != 0) Lanes::addRest(d, single, p, left);
     }
-    for (int i = 0; i < 4; ++i) sums[i].add(sums[i + 4]);
-    sums[0].add(sums[2]);
-    sums[1].add(sums[3]);
-    sums[0].add(sums[1]);
-    return static_cast<double>(sums[0].total() + single);
+    a.add(e);
+    b.add(f);
+    c.add(g);
+    d.add(h);
+    a.add(c);
+    b.add(d);
+    a.add(b);
+    return static_cast<double>(a.total() + single);
   }
 };
 
