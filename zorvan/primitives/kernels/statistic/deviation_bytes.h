@@ -5,6 +5,7 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
+#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/deviation.h"
 #include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
@@ -115,55 +116,54 @@ class WideByteMoments {
 #endif
 
 #ifdef __AVX512BW__
-/// 64 pixels a step, the end of a row masked. The lanes of squares are emptied when the next row might not
-/// fit: in rows shorter than that the fold would take longer than the sums.
+/// 64 pixels a step, the end of a row masked. Rows go into the same lanes of squares as long as these hold
+/// them: in short rows emptying the lanes would take longer than the sums. Longer rows are cut into strips.
 class RegisterByteMoments {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     RegisterByteMoments held;
-    std::int64_t room = squaresInLanes;
-    forEachPiece(src, srcStep, mask, maskStep, roi, [&](auto* p, auto* m, std::int64_t pixels) {
-      const std::int64_t taken = (pixels + 63) / 64 * 64;
-      if (room < taken) {
-        held.empty();
-        room = squaresInLanes;
+    held.far_ = readsAhead(roi, 2);
+    for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
+      const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
+      const std::int64_t together = squaresInLanes / ((pixels + 63) / 64 * 64);
+      for (std::int64_t r = 0; r < roi.height; r += together) {
+        const std::int64_t rows = roi.height - r < together ? roi.height - r : together;
+        held.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows, pixels);
       }
-      room -= taken;
-      held.piece(p, m, pixels);
-    });
-    held.empty();
+    }
     return {held.count_, static_cast<double>(_mm512_reduce_add_epi64(held.sums_)), sumOf(held.squares_)};
   }
 
  private:
-  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t pixels) {
-    __m512i even = even_, odd = odd_, sums = sums_;
+  void add(const std::uint8_t* p, std::int64_t srcStep, const std::uint8_t* m, std::int64_t maskStep,
+           std::int64_t rows, std::int64_t pixels) {
+    const bool far = far_;
+    __m512i even = _mm512_setzero_si512(), odd = even, sums = sums_;
     std::uint32_t count = count_;
-    forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
-      readAhead(p + c);
-      readAhead(m + c);
-      const __m512i bytes = _mm512_maskz_loadu_epi8(selected, p + c);
-      count += static_cast<std::uint32_t>(countOf(selected));
-      sums = _mm512_add_epi64(sums, _mm512_sad_epu8(bytes, _mm512_setzero_si512()));
-      const __m512i low = _mm512_and_si512(bytes, _mm512_set1_epi16(0xFF));
-      const __m512i high = _mm512_srli_epi16(bytes, 8);
-      even = _mm512_add_epi32(even, _mm512_madd_epi16(low, low));
-      odd = _mm512_add_epi32(odd, _mm512_madd_epi16(high, high));
-    });
-    even_ = even;
-    odd_ = odd;
+    for (; rows != 0; p += srcStep, m += maskStep, --rows) {
+      forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
+        if (far) {
+          readAhead(p + c);
+          readAhead(m + c);
+        }
+        const __m512i bytes = _mm512_maskz_loadu_epi8(selected, p + c);
+        count += static_cast<std::uint32_t>(countOf(selected));
+        sums = _mm512_add_epi64(sums, _mm512_sad_epu8(bytes, _mm512_setzero_si512()));
+        const __m512i low = _mm512_and_si512(bytes, _mm512_set1_epi16(0xFF));
+        const __m512i high = _mm512_srli_epi16(bytes, 8);
+        even = _mm512_add_epi32(even, _mm512_madd_epi16(low, low));
+        odd = _mm512_add_epi32(odd, _mm512_madd_epi16(high, high));
+      });
+    }
+    squares_ = plus(squares_, _mm512_add_epi32(even, odd));
     sums_ = sums;
     count_ = count;
   }
 
-  void empty() {
-    squares_ = plus(squares_, _mm512_add_epi32(even_, odd_));
-    even_ = odd_ = _mm512_setzero_si512();
-  }
-
-  __m512i sums_ = _mm512_setzero_si512(), even_ = sums_, odd_ = sums_;
+  __m512i sums_ = _mm512_setzero_si512();
   __m512d squares_ = _mm512_setzero_pd();
   std::uint32_t count_ = 0;
+  bool far_ = false;
 };
 #endif
 

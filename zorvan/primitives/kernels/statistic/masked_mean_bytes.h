@@ -6,6 +6,7 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
+#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
@@ -130,9 +131,18 @@ struct WideMaskedBytes {
 
 #ifdef __AVX512BW__
 /// 64 pixels a step, otherwise the same.
-struct RegisterMaskedBytes {
+class RegisterMaskedBytes {
+ public:
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
+    return readsAhead(roi, 2) ? sumOfRows<true>(src, srcStep, mask, maskStep, roi)
+                              : sumOfRows<false>(src, srcStep, mask, maskStep, roi);
+  }
+
+ private:
+  template <bool far>
+  static MaskedSum sumOfRows(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                             Size roi) {
     __m512d total = _mm512_setzero_pd();
     std::uint32_t count = 0;
     for (std::int64_t r = 0; r < roi.height; ++r) {
@@ -140,8 +150,10 @@ struct RegisterMaskedBytes {
       const std::uint8_t* m = rowAt(mask, maskStep, r);
       __m512i lanes = _mm512_setzero_si512();
       forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
-        readAhead(p + c);
-        readAhead(m + c);
+        if constexpr (far) {
+          readAhead(p + c);
+          readAhead(m + c);
+        }
         const __m512i pixels = _mm512_maskz_loadu_epi8(selected, p + c);
         lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, _mm512_setzero_si512()));
         count += static_cast<std::uint32_t>(countOf(selected));
