@@ -32,6 +32,7 @@ struct ExtremeOf {
 template <Seek seek, class T>
 struct ExtremeLanes : ExtremeOf<seek, T> {
   using ExtremeOf<seek, T>::low;
+  using ExtremeOf<seek, T>::best;
   using ExtremeOf<seek, T>::better;
   static constexpr int lanes16 = 16 / sizeof(T);
 
@@ -61,11 +62,19 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
     return _mm_movemask_epi8(equal) != 0;
   }
   static T bestOf(__m128i lanes) {
+#ifdef __SSE4_1__
+    // One instruction finds the least of eight unsigned words. With the type's best value as 0, better is
+    // less; of two bytes in a word the lower one takes the lesser, and the higher one becomes 0.
+    lanes = _mm_xor_si128(lanes, spread16(best));
+    if constexpr (sizeof(T) == 1) lanes = _mm_min_epu8(lanes, _mm_srli_epi16(lanes, 8));
+    return static_cast<T>(_mm_cvtsi128_si32(_mm_minpos_epu16(lanes)) ^ best);
+#else
     lanes = better(lanes, _mm_srli_si128(lanes, 8));
     lanes = better(lanes, _mm_srli_si128(lanes, 4));
     lanes = better(lanes, _mm_srli_si128(lanes, 2));
     if constexpr (sizeof(T) == 1) lanes = better(lanes, _mm_srli_si128(lanes, 1));
     return static_cast<T>(_mm_cvtsi128_si32(lanes));
+#endif
   }
 
 #ifdef __AVX2__
@@ -88,6 +97,23 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
   }
   static T bestOf(__m256i lanes) {
     return bestOf(better(_mm256_castsi256_si128(lanes), _mm256_extracti128_si256(lanes, 1)));
+  }
+  /// The better ones of lanes 32 bytes apart.
+  static __m256i in32(__m256i lanes) { return lanes; }
+#endif
+
+#ifdef __AVX512BW__
+  static __m512i better(__m512i a, __m512i b) {
+    if constexpr (std::is_same_v<T, std::uint8_t>) {
+      return low ? _mm512_min_epu8(a, b) : _mm512_max_epu8(a, b);
+    } else if constexpr (std::is_same_v<T, std::int16_t>) {
+      return low ? _mm512_min_epi16(a, b) : _mm512_max_epi16(a, b);
+    } else {
+      return low ? _mm512_min_epu16(a, b) : _mm512_max_epu16(a, b);
+    }
+  }
+  static __m256i in32(__m512i lanes) {
+    return better(_mm512_castsi512_si256(lanes), _mm512_extracti64x4_epi64(lanes, 1));
   }
 #endif
 };

@@ -1,12 +1,15 @@
 #pragma once
 
-// Minimum and maximum of integers with 32-byte vectors: the two newest variants.
+// Minimum and maximum of integers with vectors of 32 bytes on two accumulators, which the widest variant
+// keeps in both halves of registers of 64: the two newest variants.
 //
-// A row that does not start on a 32-byte boundary begins with one unaligned step and goes on from the
-// boundary behind it; where no pixel starts on that boundary the row runs unaligned. What is left of a row at
-// the end is covered by one step that ends exactly where the row does: rereading pixels changes no extreme.
-// Rows shorter than a vector go pixel by pixel, or in one masked load. The search is over after the first row
-// that holds the best value of the type; no later row is read.
+// A row begins with one unaligned step and goes on from the boundary behind it; where no pixel starts on that
+// boundary the row runs unaligned. What is left of a row at the end is covered by one step that ends exactly
+// where the row does: rereading pixels changes no extreme. Rows shorter than a vector go pixel by pixel, or
+// in one masked load.
+//
+// The search is over after the first row that holds the best value of the type; no later row is read. Each
+// row has accumulators of its own, so that its test waits for no other row.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/statistic/extreme_lanes.h"
@@ -55,55 +58,52 @@ class WideExtreme {
   static T find(const T* src, int srcStep, Size roi) {
     if (roi.width < Lanes::lanes32) return ShortRows::template find<Lanes>(src, srcStep, roi);
     const std::int64_t bytes = std::int64_t{roi.width} * std::int64_t{sizeof(T)};
-    const bool wholeSteps = isAligned(src, 32) && srcStep % 32 == 0 && bytes % 64 == 0;
-    const auto inRows = [=](auto row) {
-      __m256i a = Lanes::spread32(Lanes::neutral), b = a;
+    const auto inRows = [=](auto bestOfRow) {
+      __m256i held = Lanes::spread32(Lanes::neutral);
       const auto* p = reinterpret_cast<const unsigned char*>(src);
       for (int r = 0; r < roi.height; ++r, p += srcStep) {
-        row(p, bytes, a, b);
-        if (Lanes::holds(Lanes::better(a, b), Lanes::best)) return Lanes::best;
+        const __m256i row = bestOfRow(p, bytes);
+        if (Lanes::holds(row, Lanes::best)) return Lanes::best;
+        held = Lanes::better(held, row);
       }
-      return Lanes::bestOf(Lanes::better(a, b));
+      return Lanes::bestOf(held);
     };
-    return wholeSteps ? inRows([](auto p, auto length, auto& a, auto& b) { wholeRow(p, length, a, b); })
-                      : inRows([](auto p, auto length, auto& a, auto& b) { anyRow(p, length, a, b); });
+    if (bytes <= 64) return inRows([](auto p, auto length) { return ofTwo<Vector32>(p, length); });
+#ifdef __AVX512BW__
+    if (bytes <= 128) return inRows([](auto p, auto length) { return ofTwo<Vector64>(p, length); });
+    return inRows([](auto p, auto length) { return ofMany<Vector64>(p, length); });
+#else
+    return inRows([](auto p, auto length) { return ofMany<Vector32>(p, length); });
+#endif
   }
 
  private:
-  /// A row without a head or a rest: images of common sizes have no others, and small ones feel each branch.
-  static void wholeRow(const unsigned char* p, std::int64_t bytes, __m256i& a, __m256i& b) {
-    for (const unsigned char* const end = p + bytes; p != end; p += 64) {
-      readAhead(p);
-      a = Lanes::better(a, Vector32::load(p).bits);
-      b = Lanes::better(b, Vector32::load(p + 32).bits);
-    }
+  /// A row of one or two vectors, without a branch: short rows feel each of them.
+  template <class Vector>
+  static __m256i ofTwo(const unsigned char* p, std::int64_t bytes) {
+    return Lanes::in32(Lanes::better(Vector::load(p).bits, Vector::load(p + bytes - Vector::size).bits));
   }
 
-  static void anyRow(const unsigned char* p, std::int64_t bytes, __m256i& a, __m256i& b) {
-    const unsigned char* const end = p + bytes;
-    const std::int64_t toBoundary = bytesToBoundary(p, 32);
-    if (toBoundary != 0 && toBoundary % std::int64_t{sizeof(T)} == 0) {
-      a = Lanes::better(a, Vector32::load(p).bits);
-      p += toBoundary;
+  /// A row of more than two vectors.
+  template <class Vector>
+  static __m256i ofMany(const unsigned char* p, std::int64_t bytes) {
+    constexpr int size = Vector::size;
+    readAhead(p);
+    const unsigned char* const last = p + bytes - size;
+    auto a = Vector::load(p).bits, b = a;
+    const std::int64_t toBoundary = bytesToBoundary(p, size);
+    p += toBoundary != 0 && toBoundary % std::int64_t{sizeof(T)} == 0 ? toBoundary : size;
+    for (; last - p > 2 * size; p += 2 * size) {
+      for (int line = 0; line < 2 * size; line += 64) readAhead(p + line);
+      a = Lanes::better(a, Vector::load(p).bits);
+      b = Lanes::better(b, Vector::load(p + size).bits);
     }
-    for (; end - p >= 128; p += 128) {
-      readAhead(p);
-      readAhead(p + 64);
-      a = Lanes::better(a, Vector32::load(p).bits);
-      b = Lanes::better(b, Vector32::load(p + 32).bits);
-      a = Lanes::better(a, Vector32::load(p + 64).bits);
-      b = Lanes::better(b, Vector32::load(p + 96).bits);
-    }
-    if (end - p >= 64) {
-      a = Lanes::better(a, Vector32::load(p).bits);
-      b = Lanes::better(b, Vector32::load(p + 32).bits);
-      p += 64;
-    }
-    if (end - p >= 32) {
-      a = Lanes::better(a, Vector32::load(p).bits);
-      p += 32;
-    }
-    if (p != end) b = Lanes::better(b, Vector32::load(end - 32).bits);
+    readAhead(p);
+    readAhead(last);
+    a = Lanes::better(a, Vector::load(p).bits);
+    if (last - p > size) b = Lanes::better(b, Vector::load(p + size).bits);
+    b = Lanes::better(b, Vector::load(last).bits);
+    return Lanes::in32(Lanes::better(a, b));
   }
 };
 
