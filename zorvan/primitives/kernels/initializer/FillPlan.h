@@ -42,8 +42,8 @@ constexpr FillPlan planRowFill(Size roi, int dstStep, Ask askCache) {
           streaming ? FillStores::streaming : FillStores::plain};
 }
 
-/// The newest two variants: limits in pixels that all stand for 6 MiB, the cache compared in pixels. Lines are
-/// claimed ahead where a cache can hold them all: those that come from memory arrive later for it.
+/// The newest two variants: limits in pixels that all stand for 6 MiB, the cache compared in pixels. Lines
+/// are claimed ahead where a cache can hold them all: those that come from memory arrive later for it.
 template <int pixelBytes>
 struct WideFillLimits {
   static constexpr std::int64_t askAbovePixels = 0x600000 / pixelBytes;
