@@ -64,13 +64,48 @@ TEST(MorphRing, IsCutIntoBandsAboveItsShareOfTheCache) {
 }
 
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
-  EXPECT_FALSE(planStreaming({1024, 1535}, 1024, 1, 64));
-  EXPECT_TRUE(planStreaming({1024, 1536}, 1024, 1, 64));
-  EXPECT_TRUE(planStreaming({1024, 1537}, 1024, 1, 64));
-  EXPECT_TRUE(planStreaming({1024, 384}, 4096, 4, 64));
-  EXPECT_FALSE(planStreaming({1024, 1536}, 1025, 1, 64));
-  EXPECT_FALSE(planStreaming({127, 100000}, 128, 1, 64));
-  EXPECT_TRUE(planStreaming({128, 100000}, 128, 1, 64));
+  EXPECT_EQ(resultBytes({1024, 384}, 4), kStreamFromBytes);
+  EXPECT_FALSE(planStreaming(kStreamFromBytes - 1, 1024, 1024, 64));
+  EXPECT_TRUE(planStreaming(kStreamFromBytes, 1024, 1024, 64));
+  EXPECT_TRUE(planStreaming(kStreamFromBytes + 1, 1024, 4096, 64));
+  EXPECT_FALSE(planStreaming(kStreamFromBytes, 1024, 1025, 64));
+  EXPECT_FALSE(planStreaming(kStreamFromBytes, 127, 128, 64));
+  EXPECT_TRUE(planStreaming(kStreamFromBytes, 128, 128, 64));
+  EXPECT_FALSE(planStreaming(0, 1024, 1024, 64));
+}
+
+TEST(MorphBands, AreAsHighAsTheCacheHolds) {
+  // 256 KiB hold 256 rows of 1 KiB, of which the mask reads two beside a band.
+  EXPECT_EQ(planBands({1024, 2 * 254 - 1}, {3, 3}, 1024), 1);
+  EXPECT_EQ(planBands({1024, 2 * 254}, {3, 3}, 1024), 2);
+  EXPECT_EQ(planBands({1024, 3 * 254 - 1}, {3, 3}, 1024), 2);
+  EXPECT_EQ(planBands({1024, 3 * 254}, {3, 3}, 1024), 3);
+  EXPECT_EQ(planBands({1024, 1}, {3, 3}, 1024), 1);
+}
+
+TEST(MorphBands, AreAtLeastTwiceAsHighAsTheMask) {
+  EXPECT_EQ(planBands({100000, 4 * 9 - 1}, {9, 9}, 100000), 1);
+  EXPECT_EQ(planBands({100000, 4 * 9}, {9, 9}, 100000), 2);
+  EXPECT_EQ(planBands({1 << 20, 4}, {3, 1}, 1 << 20), 2);
+}
+
+TEST(MorphBands, TakeRegionsWiderThanTheMask) {
+  EXPECT_EQ(planBands({3, 100000}, {3, 3}, 32), 1);
+  EXPECT_GT(planBands({4, 100000}, {3, 3}, 32), 1);
+}
+
+TEST(MorphBands, DivideTheRowsEvenly) {
+  for (const int height : {508, 509, 1000, 4096}) {
+    const int bands = planBands({1024, height}, {3, 3}, 1024);
+    int end = 0;
+    for (int band = 1; band <= bands; ++band) {
+      const int rows = planBandEnd(height, bands, band) - end;
+      EXPECT_GE(rows, 254);
+      EXPECT_LE(rows, height / bands + 1);
+      end += rows;
+    }
+    EXPECT_EQ(end, height);
+  }
 }
 
 TEST(MorphPackedRows, AreShortAndWithoutAGap) {

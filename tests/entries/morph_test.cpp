@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <limits>
 
@@ -10,6 +11,7 @@
 #include "tests/support/MorphCall.h"
 #include "tests/support/Options.h"
 #include "tests/support/Random.h"
+#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
 
 namespace Zorvan::Test {
 namespace {
@@ -177,6 +179,51 @@ void largeRegions(const Pair<T, Spec>& pair) {
   }
 }
 
+/// Regions that the two passes go through in bands of rows, with borders and sides in memory of all kinds.
+template <class T>
+void bands(const Pair<T, MorphAdvSpec>& pair) {
+  constexpr int e = sizeof(T);
+  Random random(options().seed);
+  const std::pair<MorphMaskCells, Size> cases[] = {{solidMask({3, 3}), {2200 / e, 240}},
+                                                   {solidMask({4, 4}), {9000 / e, 52}},
+                                                   {solidMask({5, 9}), {24000 / e, 36}},
+                                                   {solidMask({1, 31}), {2900 / e, 126}},
+                                                   {solidMask({3, 1}), {20000 / e, 26}},
+                                                   {drawn({3, 3}, "#..#..###"), {4100 / e, 124}},
+                                                   {randomMask(random, {5, 4}, 60), {9000 / e, 52}},
+                                                   {emptyMask({3, 3}), {9000 / e, 56}},
+                                                   {solidMask({3, 3}), {10, 16400}}};
+  for (const auto& [mask, roi] : cases) {
+    const int step = (roi.width * e + 31) & ~31;
+    EXPECT_GT(planBands(roi, {mask.size.width | 1, mask.size.height | 1}, step), 1);
+    for (int turn = turns(random.below(4) == 0, 1, 4); turn > 0; --turn) {
+      if (!pair.agreesOn(drawCase(random, mask, roi))) return;
+    }
+  }
+}
+
+/// A result in the place of its source: all of that is read before the result is begun.
+template <class T>
+void inPlace(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, MorphAdvSpec>* actual) {
+  const Size roi{4096, 130};
+  const MorphMaskCells mask = solidMask({5, 5});
+  int specBytes = 0, bufferBytes = 0;
+  MorphState<MorphAdvSpec, T>::sizes(roi, mask.size, &specBytes, &bufferBytes);
+  std::vector<u8> state(static_cast<std::size_t>(specBytes)), work(static_cast<std::size_t>(bufferBytes));
+  auto* const spec = reinterpret_cast<MorphAdvSpec*>(state.data());
+  MorphState<MorphAdvSpec, T>::fill(roi, mask.cells.data(), mask.size, spec, work.data());
+  constexpr int step = 4096 * sizeof(T);
+  std::vector<T> src(4096 * 133), expected(4096 * 130);
+  fillPixels<T>(src.data(), src.size(), Content::runs, options().seed);
+  for (T& pixel : src) pixel = pixel != pixel ? T(0) : pixel;
+  for (const std::size_t row : {0, 3}) {  // the result begins with the source or behind its first rows
+    std::vector<T> image = src;
+    EXPECT_EQ(reference(src.data(), step, expected.data(), step, roi, 1, T(0), spec, work.data()), 0);
+    EXPECT_EQ(actual(image.data(), step, &image[4096 * row], step, roi, 1, T(0), spec, work.data()), 0);
+    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), image.begin() + 4096 * std::ptrdiff_t(row)));
+  }
+}
+
 /// As many cells as the list holds, and one more: the same image by both ways.
 template <class T>
 void listedAndTabled(MorphRoutine<T, MorphSpec>* reference, MorphRoutine<T, MorphSpec>* actual) {
@@ -305,6 +352,9 @@ void registerMorph(const char* name, MorphRoutine<T, Spec>* reference,
   if constexpr (std::is_same_v<Spec, MorphSpec>) {
     add("_listedAndTabled", listedAndTabled<T>);
     add("_wordFolding", wordFolding<T>);
+  } else {
+    add("_bands", onPair(bands<T>));
+    add("_inPlace", inPlace<T>);
   }
 }
 

@@ -160,7 +160,7 @@ constexpr bool isMorphBorder(int word) {
 /// The driver: the border by stripes in the work memory, behind the ring; the rest where it lies.
 template <class V, class Operation, class T>
 inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size roi, BorderWord word, T value,
-                         const MorphSpec* spec, u8* buffer, bool resultIsReadAgain) {
+                         const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {
   if (word.kind() == BorderKind::defaultValue) {
     word.bits = (word.bits & ~BorderWord::kindBits) | static_cast<int>(BorderKind::constant);
     value = Operation::neutral(T{});
@@ -170,7 +170,7 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   if ((maskSize.width == 1 && maskSize.height == 1) || mask.has(MorphSpec::noneSet)) {
     return copyRegion<V>(src, srcStep, dst, dstStep, roi);
   }
-  const MorphWork work{alignWork(buffer), resultIsReadAgain};
+  const MorphWork work{alignWork(buffer), streamedBytes};
   const MorphMeasures<WrappingFigure> measures(roi, maskSize, sizeof(T));
   T* const area = reinterpret_cast<T*>(work.ring + measures.ringSize().value());
   runWithBorder<T>({src, srcStep}, {dst, dstStep}, roi, Reach::ofMask(maskSize), word, value, area,
@@ -190,13 +190,13 @@ constexpr int sidesInHigherBits(Operation, T, int) {
 /// An erosion or dilation with all tests of its arguments: an entry, or one pass of a compound operation.
 template <class V, class Operation, class T>
 inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
-                 const MorphSpec* spec, u8* buffer, bool resultIsReadAgain = false) {
+                 const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {
   const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != ippStsNoErr) return status;
   if (!isMorphBorder(borderType)) return ippStsBorderErr;
   const BorderWord word{borderType | sidesInHigherBits(Operation(), T(), borderType)};
   return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, word, borderValue, spec, buffer,
-                                     resultIsReadAgain);
+                                     streamedBytes);
 }
 
 }  // namespace
@@ -206,7 +206,8 @@ inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int b
   int Routines<V>::ippiMorph##Name##Border_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, \
                                                           Size roi, int borderType, T borderValue,        \
                                                           const MorphSpec* spec, u8* buffer) {            \
-    return morph<V, Operation>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer);   \
+    return morph<V, Operation>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer,    \
+                               resultBytes(roi, sizeof(T)));                                              \
   }
 DEFINE(Dilate, Dilation, 8u, u8)
 DEFINE(Dilate, Dilation, 32f, float)

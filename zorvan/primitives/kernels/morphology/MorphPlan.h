@@ -65,14 +65,38 @@ constexpr std::int64_t planRingStep(int width, int maskHeight, int pixelBytes) {
   return (maskHeight - 1) * whole <= maskHeight * least ? whole : least;
 }
 
+constexpr std::int64_t resultBytes(Size roi, int pixelBytes) {
+  return std::int64_t{roi.width} * pixelBytes * roi.height;
+}
+
 /// Results from this size on would only push out of the caches what they are made from.
 constexpr std::int64_t kStreamFromBytes = 3 << 19;
 
-/// Whether the results are stored past the caches: a large region whose rows lie alike in their blocks, of at
-/// least two blocks each.
-constexpr bool planStreaming(Size roi, std::int64_t dstStep, int pixelBytes, int blockBytes) {
-  const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
-  return rowBytes * roi.height >= kStreamFromBytes && dstStep % blockBytes == 0 && rowBytes >= 2 * blockBytes;
+/// Whether a part's rows of results are stored past the caches: in a large result, if the rows lie alike in
+/// their blocks and have at least two blocks each.
+constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep,
+                             int blockBytes) {
+  return bytes >= kStreamFromBytes && dstStep % blockBytes == 0 && rowBytes >= 2 * blockBytes;
+}
+
+/// The rows between two passes may take this much, so that they stay in a second cache beside the rows that
+/// are read and written.
+constexpr std::int64_t kBetweenBytes = 256 << 10;
+
+/// Bands of rows in which two passes follow each other, one if the region is not divided. Each is twice as
+/// high as the mask, so that both passes have room for the stripes of their borders, the second too, which
+/// stays behind by its reach. A region no wider than the mask is built with its border as a whole.
+constexpr int planBands(Size roi, Size mask, std::int64_t betweenStep) {
+  if (mask.width >= roi.width) return 1;
+  const std::int64_t least = 2 * std::int64_t{mask.height};
+  const std::int64_t fitting = kBetweenBytes / betweenStep - (mask.height - 1);
+  const std::int64_t rows = fitting < least ? least : fitting;
+  return roi.height < rows ? 1 : static_cast<int>(roi.height / rows);
+}
+
+/// The row behind band number `band`, counted from 1: bands are equally high, or one row higher.
+constexpr int planBandEnd(int height, int bands, int band) {
+  return static_cast<int>(std::int64_t{height} * band / bands);
 }
 
 /// Rows up to this length are worth computing as one long row, so much of it at a time.

@@ -24,11 +24,11 @@ inline void alongRow(std::int64_t width, Block block, std::int64_t column = 0) {
   block(column, Lanes::some(width - column));
 }
 
-/// What a kernel gets beside the images: room for the ring of a separable pass, and whether the result is the
-/// source of a further pass, which had better find it in the caches.
+/// What a kernel gets beside the images: room for the ring of a separable pass, and how large the result is
+/// of which it makes a part; 0 for one that a further pass reads, and had better find in the caches.
 struct MorphWork {
   unsigned char* ring;
-  bool resultIsReadAgain;
+  std::int64_t resultBytes;
 };
 
 /// Stores of a result: past the caches where the plan says so. Those take blocks on their own boundaries; a
@@ -44,8 +44,9 @@ struct ResultStores {
   ResultStores(Plane<Pixel> dst, Size roi, MorphWork work) {
     const std::int64_t headBytes = bytesToBoundary(dst.pixels, blockBytes);
     head = headBytes / std::int64_t{sizeof(Pixel)};
-    streaming = !work.resultIsReadAgain && headBytes % std::int64_t{sizeof(Pixel)} == 0 &&
-                planStreaming(roi, dst.step, sizeof(Pixel), blockBytes);
+    streaming =
+        headBytes % std::int64_t{sizeof(Pixel)} == 0 &&
+        planStreaming(work.resultBytes, roi.width * std::int64_t{sizeof(Pixel)}, dst.step, blockBytes);
   }
 
   void store(Lanes result, Pixel* at, All) const {
