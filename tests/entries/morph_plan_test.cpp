@@ -64,7 +64,7 @@ TEST(MorphRing, IsCutIntoBandsAboveItsShareOfTheCache) {
 }
 
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
-  EXPECT_EQ(resultBytes({1024, 384}, 4), kStreamFromBytes);
+  EXPECT_EQ(resultBytes({1024, 1024}, 4), kStreamFromBytes);
   EXPECT_FALSE(planStreaming(kStreamFromBytes - 1, 1024, 1024, 64));
   EXPECT_TRUE(planStreaming(kStreamFromBytes, 1024, 1024, 64));
   EXPECT_TRUE(planStreaming(kStreamFromBytes + 1, 1024, 4096, 64));

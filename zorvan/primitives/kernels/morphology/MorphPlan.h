@@ -70,7 +70,7 @@ constexpr std::int64_t resultBytes(Size roi, int pixelBytes) {
 }
 
 /// Results from this size on would only push out of the caches what they are made from.
-constexpr std::int64_t kStreamFromBytes = 3 << 19;
+constexpr std::int64_t kStreamFromBytes = 4 << 20;
 
 /// Whether a part's rows of results are stored past the caches: in a large result, if the rows lie alike in
 /// their blocks and have at least two blocks each.

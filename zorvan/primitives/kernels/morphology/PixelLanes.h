@@ -4,6 +4,9 @@
 // take any address. A `Some` stands for the first few lanes: loads and stores that take one touch no other
 // pixel, and what they load into the other lanes means nothing.
 //
+// Vectors as long as a line of the cache know the pixels behind them, from registers: of their loads at other
+// addresses every one would take two lines.
+//
 // The order of operands matters for floats alone: where the comparison fails the second one is taken, so a
 // NaN that was accumulated is replaced by the next pixel, and the pixel under test takes the second place.
 
@@ -52,6 +55,7 @@ struct ByteLanes16 {
   using Half = ByteLanes16;
   static constexpr int count = 16;
   static constexpr bool hasMasks = false;
+  static constexpr bool areLines = false;
   __m128i bits;
 
   static Some some(std::int64_t n) { return {n}; }
@@ -82,6 +86,7 @@ struct FloatLanes16 {
   using Half = FloatLanes16;
   static constexpr int count = 4;
   static constexpr bool hasMasks = false;
+  static constexpr bool areLines = false;
   __m128 bits;
 
   static Some some(std::int64_t n) { return {4 * n}; }
@@ -112,6 +117,7 @@ struct FloatLanes32 {
   using Half = FloatLanes16;
   static constexpr int count = 8;
   static constexpr bool hasMasks = false;
+  static constexpr bool areLines = false;
   __m256 bits;
 
   static Some some(std::int64_t n) { return {4 * n}; }
@@ -153,6 +159,7 @@ struct ByteLanes32 {
   using Half = ByteLanes16;
   static constexpr int count = 32;
   static constexpr bool hasMasks = false;
+  static constexpr bool areLines = false;
   __m256i bits;
 
   static Some some(std::int64_t n) { return {n}; }
@@ -193,6 +200,7 @@ struct ByteLanes64 {
   using Some = __mmask64;
   static constexpr int count = 64;
   static constexpr bool hasMasks = true;
+  static constexpr bool areLines = true;
   __m512i bits;
 
   static Some some(std::int64_t n) { return ~std::uint64_t{0} >> (-n & 63); }
@@ -206,13 +214,14 @@ struct ByteLanes64 {
   static ByteLanes64 largest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_max_epu8(a.bits, b.bits)}; }
   static ByteLanes64 smallest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_min_epu8(a.bits, b.bits)}; }
 
-  static __m512i middle(ByteLanes64 a, ByteLanes64 next) { return _mm512_alignr_epi32(next.bits, a.bits, 4); }
-  static ByteLanes64 behind1(ByteLanes64 a, ByteLanes64 next) {
-    return {_mm512_alignr_epi8(middle(a, next), a.bits, 1)};
+  /// The pixels `n` places behind those of `a`, below 16, with `next` following it.
+  template <int n>
+  static ByteLanes64 behind(ByteLanes64 a, ByteLanes64 next) {
+    if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(next.bits, a.bits, n / 4)};
+    return {_mm512_alignr_epi8(_mm512_alignr_epi32(next.bits, a.bits, 4), a.bits, n % 16)};
   }
-  static ByteLanes64 behind2(ByteLanes64 a, ByteLanes64 next) {
-    return {_mm512_alignr_epi8(middle(a, next), a.bits, 2)};
-  }
+  static ByteLanes64 behind1(ByteLanes64 a, ByteLanes64 next) { return behind<1>(a, next); }
+  static ByteLanes64 behind2(ByteLanes64 a, ByteLanes64 next) { return behind<2>(a, next); }
 };
 
 struct FloatLanes64 {
@@ -220,6 +229,7 @@ struct FloatLanes64 {
   using Some = __mmask16;
   static constexpr int count = 16;
   static constexpr bool hasMasks = true;
+  static constexpr bool areLines = true;
   __m512 bits;
 
   static Some some(std::int64_t n) { return static_cast<Some>(0xFFFFu >> (-n & 15)); }
@@ -237,15 +247,13 @@ struct FloatLanes64 {
     return {_mm512_maskz_min_ps(0xFFFF, a.bits, b.bits)};
   }
 
-  static FloatLanes64 behind1(FloatLanes64 a, FloatLanes64 next) { return {shifted<1>(a, next)}; }
-  static FloatLanes64 behind2(FloatLanes64 a, FloatLanes64 next) { return {shifted<2>(a, next)}; }
-
- private:
-  template <int pixels>
-  static __m512 shifted(FloatLanes64 a, FloatLanes64 next) {
-    return _mm512_castsi512_ps(
-        _mm512_alignr_epi32(_mm512_castps_si512(next.bits), _mm512_castps_si512(a.bits), pixels));
+  template <int n>
+  static FloatLanes64 behind(FloatLanes64 a, FloatLanes64 next) {
+    return {_mm512_castsi512_ps(
+        _mm512_alignr_epi32(_mm512_castps_si512(next.bits), _mm512_castps_si512(a.bits), n))};
   }
+  static FloatLanes64 behind1(FloatLanes64 a, FloatLanes64 next) { return behind<1>(a, next); }
+  static FloatLanes64 behind2(FloatLanes64 a, FloatLanes64 next) { return behind<2>(a, next); }
 };
 #endif
 
@@ -278,6 +286,13 @@ struct Erosion {
 template <class Operation, class Lanes>
 inline Lanes neutralLanes() {
   return Lanes::broadcast(Operation::neutral(typename Lanes::Pixel{}));
+}
+
+/// The neutral pixels combined with the first ones. Of bytes none lies beyond the neutral one.
+template <class Operation, class Lanes>
+inline Lanes firstExtreme(Lanes pixels) {
+  if constexpr (sizeof(typename Lanes::Pixel) == 1) return pixels;
+  return Operation::combine(neutralLanes<Operation, Lanes>(), pixels);
 }
 
 }  // namespace

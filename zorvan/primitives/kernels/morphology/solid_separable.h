@@ -9,9 +9,15 @@
 // holds one row less than the mask is high, an even number, and since order does not matter to an extreme it
 // is never turned: pairs of places are replaced in turn.
 //
+// Usual sides are known where the loops over them are compiled, which leaves none of these loops.
+// The next rows of the source and the result are fetched ahead: a row of a band is too short for the
+// processor to see where it goes on.
+//
 // Blocks at a row's end are limited to the region, but their extremes go to the ring and come back as whole
 // vectors wherever its rows have room for that: a vector that was stored as a whole can be read again at
 // once.
+
+#include <utility>
 
 #include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/morphology/MorphPlan.h"
@@ -28,19 +34,27 @@ struct RowPass {
 
   template <class Which>
   RowPass(Plane<const Pixel> src, std::int64_t column, std::int64_t anyWidth, Which lanes) {
-    for (int r = 0; r < rows; ++r) of[r] = neutralLanes<Operation, Lanes>();
-    const auto add = [&](std::int64_t c) {
+    for (int r = 0; r < rows; ++r) of[r] = firstExtreme<Operation>(Lanes::load(src.at(r, column), lanes));
+    if constexpr (Lanes::areLines && width != 0 && areAll(Which{})) {
       for (int r = 0; r < rows; ++r) {
-        of[r] = Operation::combine(of[r], Lanes::load(src.at(r, column + c), lanes));
+        const Lanes block = Lanes::load(src.at(r, column));
+        const Lanes next = Lanes::load(src.at(r, column + Lanes::count), Lanes::some(width - 1));
+        addBehind(of[r], block, next, std::make_integer_sequence<int, width - 1>());
       }
-    };
-    if constexpr (width == 3) {
-      add(0), add(1), add(2);
-    } else if constexpr (width == 5) {
-      add(0), add(1), add(2), add(3), add(4);
     } else {
-      for (std::int64_t c = 0; c < anyWidth; ++c) add(c);
+      const std::int64_t columns = width != 0 ? width : anyWidth;
+      for (std::int64_t c = 1; c < columns; ++c) {
+        for (int r = 0; r < rows; ++r) {
+          of[r] = Operation::combine(of[r], Lanes::load(src.at(r, column + c), lanes));
+        }
+      }
     }
+  }
+
+ private:
+  template <int... c>
+  static void addBehind(Lanes& extreme, Lanes block, Lanes next, std::integer_sequence<int, c...>) {
+    ((extreme = Operation::combine(extreme, Lanes::template behind<c + 1>(block, next))), ...);
   }
 };
 
@@ -50,24 +64,41 @@ struct ColumnPass {
   using Pixel = typename Lanes::Pixel;
   Plane<Pixel> ring;
   std::int64_t places;
+  std::int64_t oldest = 0;
+  const Pixel* others[height == 0 ? 1 : height - 2] = {};
 
-  /// Adds all places but `oldest` to the extreme.
+  /// Where all places but the oldest are is found once for a row.
+  void turnTo(std::int64_t place) {
+    oldest = place;
+    if constexpr (height != 0) {
+      for (int i = 0; i < height - 2; ++i) others[i] = ring.at(i < oldest ? i : i + 1, 0);
+    }
+  }
+
+  /// Adds all places but the oldest to the extreme.
   template <class Which>
-  Lanes othersThan(std::int64_t oldest, Lanes extreme, std::int64_t column, Which lanes) const {
-    const auto add = [&](std::int64_t place) {
-      extreme = Operation::combine(extreme, Lanes::load(ring.at(place, column), lanes));
+  Lanes addOthers(Lanes extreme, std::int64_t column, Which lanes) const {
+    const auto add = [&](const Pixel* row) {
+      extreme = Operation::combine(extreme, Lanes::load(row + column, lanes));
     };
-    if constexpr (height == 3) {
-      add(oldest ^ 1);
-    } else if constexpr (height == 5) {
-      add(oldest ^ 1), add(oldest ^ 2), add(oldest ^ 3);
+    if constexpr (height != 0) {
+      for (const Pixel* const row : others) add(row);
     } else {
-      for (std::int64_t place = 0; place < oldest; ++place) add(place);
-      for (std::int64_t place = oldest + 1; place < places; ++place) add(place);
+      for (std::int64_t place = 0; place < oldest; ++place) add(ring.at(place, 0));
+      for (std::int64_t place = oldest + 1; place < places; ++place) add(ring.at(place, 0));
     }
     return extreme;
   }
 };
+
+/// The lines of two rows from here on.
+template <class Pixel>
+inline void fetchAhead(Plane<const Pixel> src, Plane<Pixel> dst) {
+  for (int r = 0; r < 2; ++r) {
+    __builtin_prefetch(src.at(r, 0));
+    __builtin_prefetch(dst.at(r, 0), 1);
+  }
+}
 
 /// `width` and `height` are the mask's where it has a form of its own, else 0.
 template <class Operation, class Lanes, int width, int height>
@@ -77,7 +108,7 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
   const std::int64_t places = mask.height - 1;
   const std::int64_t wholeColumns = ring.step / std::int64_t{sizeof(Pixel)} - Lanes::count;
   const std::int64_t head = stores.streaming ? stores.head : 0;
-  const ColumnPass<Operation, Lanes, height> columns{ring, places};
+  ColumnPass<Operation, Lanes, height> columns{ring, places};
 
   /// `block(column, lanes, ringLanes)`
   const auto alongRing = [&](auto block) {
@@ -103,9 +134,11 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
     const Plane<const Pixel> newRows = src.from(r + places, 0);
     const Plane<Pixel> results = dst.from(r, 0);
     const Plane<Pixel> replaced = ring.from(oldest, 0);
+    columns.turnTo(oldest);
     alongRing([&](std::int64_t column, auto lanes, auto ringLanes) {
+      fetchAhead(newRows.from(2, column), results.from(2, column));
       const RowPass<Operation, Lanes, 2, width> row(newRows, column, mask.width, lanes);
-      const Lanes shared = columns.othersThan(oldest, row.of[0], column, ringLanes);
+      const Lanes shared = columns.addOthers(row.of[0], column, ringLanes);
       const Lanes last = Lanes::load(replaced.at(0, column), ringLanes);
       stores.store(Operation::combine(shared, last), results.at(0, column), lanes);
       stores.store(Operation::combine(shared, row.of[1]), results.at(1, column), lanes);
@@ -115,9 +148,10 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
     oldest = oldest + 2 < places ? oldest + 2 : 0;
   }
   if (r < roi.height) {
+    columns.turnTo(oldest);
     alongRing([&](std::int64_t column, auto lanes, auto ringLanes) {
       const RowPass<Operation, Lanes, 1, width> row(src.from(r + places, 0), column, mask.width, lanes);
-      const Lanes shared = columns.othersThan(oldest, row.of[0], column, ringLanes);
+      const Lanes shared = columns.addOthers(row.of[0], column, ringLanes);
       const Lanes last = Lanes::load(ring.at(oldest, column), ringLanes);
       stores.store(Operation::combine(shared, last), dst.at(r, column), lanes);
     });
@@ -152,6 +186,25 @@ inline void separateByHeight(Plane<const typename Lanes::Pixel> src, Plane<typen
   }
 }
 
+template <class Operation, class Lanes>
+inline void separateBySize(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                           Size mask, Plane<typename Lanes::Pixel> ring, const ResultStores<Lanes>& stores) {
+  if (mask.width == 7 && mask.height == 7) {
+    return separateBand<Operation, Lanes, 7, 7>(src, dst, roi, mask, ring, stores);
+  }
+  if (mask.width == 9 && mask.height == 9) {
+    return separateBand<Operation, Lanes, 9, 9>(src, dst, roi, mask, ring, stores);
+  }
+  switch (mask.width) {
+    case 3:
+      return separateByHeight<Operation, Lanes, 3>(src, dst, roi, mask, ring, stores);
+    case 5:
+      return separateByHeight<Operation, Lanes, 5>(src, dst, roi, mask, ring, stores);
+    default:
+      return separateByHeight<Operation, Lanes, 0>(src, dst, roi, mask, ring, stores);
+  }
+}
+
 /// `src` is the first pixel of the region's first neighbourhood. Wide regions go in bands of columns, one
 /// after the other, for which the ring stays in the nearest cache.
 template <class Operation, class Lanes>
@@ -169,18 +222,7 @@ inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename
     const Plane<Pixel> ring{reinterpret_cast<Pixel*>(first),
                             planRingStep(band.width, mask.height, sizeof(Pixel))};
     const ResultStores<Lanes>& stores = band.width >= 2 * Lanes::count ? wide : narrow;
-    const auto from = src.from(0, column);
-    const auto to = dst.from(0, column);
-    switch (mask.width) {
-      case 3:
-        separateByHeight<Operation, Lanes, 3>(from, to, band, mask, ring, stores);
-        break;
-      case 5:
-        separateByHeight<Operation, Lanes, 5>(from, to, band, mask, ring, stores);
-        break;
-      default:
-        separateByHeight<Operation, Lanes, 0>(from, to, band, mask, ring, stores);
-    }
+    separateBySize<Operation, Lanes>(src.from(0, column), dst.from(0, column), band, mask, ring, stores);
   }
   wide.finish();
 }
