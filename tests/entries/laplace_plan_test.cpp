@@ -41,12 +41,21 @@ TEST(LaplacePlan, TheReportedSizeWrapsAt32Bits) {
 }
 
 TEST(LaplacePlan, TilesHaveTheSameBytesOfSumsForAllPixels) {
-  EXPECT_EQ(tilePixels(3, 1), 4096);
-  EXPECT_EQ(tilePixels(3, 2), 2048);
-  EXPECT_EQ(tilePixels(3, 4), 2048);
+  EXPECT_EQ(tilePixels(3, 1), 8192);
+  EXPECT_EQ(tilePixels(3, 2), 4096);
+  EXPECT_EQ(tilePixels(3, 4), 4096);
   EXPECT_EQ(tilePixels(5, 1), 1024);
   EXPECT_EQ(tilePixels(5, 2), 512);
   EXPECT_EQ(tilePixels(5, 4), 512);
+}
+
+TEST(LaplacePlan, StreamsLargeTilesWithRowsInStep) {
+  EXPECT_FALSE(planLaplaceStreaming({4096, 1023}, 1, 4096, 63, 64));
+  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 63, 64));
+  EXPECT_TRUE(planLaplaceStreaming({1024, 1025}, 4, 4096, 60, 64));
+  EXPECT_FALSE(planLaplaceStreaming({1024, 1025}, 4, 4096, 61, 64));
+  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 1, 4128, 63, 64));
+  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4128, 31, 32));
 }
 
 }  // namespace

@@ -230,6 +230,21 @@ void wideRegions(const LaplaceEntry<T>& entry, int variant) {
   }
 }
 
+/// Results large enough to be stored past the caches, whose rows begin anywhere in a vector.
+template <class T>
+void largeRegions(const LaplaceEntry<T>& entry, int variant) {
+  constexpr int e = sizeof(T);
+  Random random(options().seed + 2);
+  const int turns = options().level == Level::full ? 6 : 1;
+  for (int turn = 0; turn < turns; ++turn) {
+    const Size roi{4200 / e + random.below(100), 1100};
+    LaplaceCase c = anyCase<T>(roi, 33, 1 | random.below(2) << 6, random);
+    c.moreDstBytes = -roi.width * e & 63;
+    c.dstPlacement = {Placement::Edge::inside, random.below(32) * e % 64};
+    if (!agreeOn(entry, variant, c, anyValue<T>(random))) return;
+  }
+}
+
 /// A single pixel in a field of nothing gives the kernel itself.
 template <class T>
 void oneSet(const LaplaceEntry<T>& entry, int variant, T pixel, int mask, const std::vector<int>& expected) {
@@ -338,6 +353,7 @@ void registerLaplace(const char* name, LaplaceRoutine<T>* reference,
   };
   add("SmallRegions", smallRegions);
   add("WideRegions", wideRegions);
+  add("LargeRegions", largeRegions);
   add("KnownPictures", knownPictures);
   add("Refusals", refusals);
   add("ZeroStep", zeroStep);

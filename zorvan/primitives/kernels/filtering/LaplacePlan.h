@@ -61,10 +61,22 @@ constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, 
       static_cast<std::uint32_t>(laplaceWorkBytes(roi, extent, pixelBytes, channels)));
 }
 
-/// Wide regions go in tiles of so many bytes of sums a row, so that the rows of sums, the rows around them
-/// and those that are fetched ahead stay in the nearest cache together.
-constexpr int tileSumBytes(int extent) { return extent == 3 ? 8192 : 2048; }
+/// Wide regions go in tiles of so many bytes of sums a row. The ring of the 5 by 5 kernel stays in the
+/// nearest cache together with the rows around it and those that are fetched ahead; the one row of the 3 by 3
+/// kernel is soon read again from the next, and longer rows pay more.
+constexpr int tileSumBytes(int extent) { return extent == 3 ? 16384 : 2048; }
 constexpr int tilePixels(int extent, int pixelBytes) { return tileSumBytes(extent) / sumBytesOf(pixelBytes); }
+
+/// Results from this size on would only push out of the caches what they are made from.
+constexpr std::int64_t streamFromBytes = 4 << 20;
+
+/// Whether a tile is stored past the caches: a large one whose rows lie alike in vectors, with `headBytes` in
+/// front of the first of these.
+constexpr bool planLaplaceStreaming(Size tile, int pixelBytes, std::int64_t dstStep, std::int64_t headBytes,
+                                    int vectorBytes) {
+  return std::int64_t{tile.width} * tile.height * pixelBytes >= streamFromBytes &&
+         dstStep % vectorBytes == 0 && headBytes % pixelBytes == 0;
+}
 
 /// Regions of so few columns go pixel by pixel down the columns: the left and right stripes.
 constexpr int narrowPixels = 2;
