@@ -28,5 +28,10 @@ TEST(FloodFillPlan, SearchesByVectorsFromSixteenPixelsAhead) {
   EXPECT_FALSE(searchesByVectors(0, 0));
 }
 
+TEST(FloodFillPlan, FollowsColumnsOfRowsThatAreNotWholePagesApart) {
+  for (const int step : {4096, 8192, -4096}) EXPECT_FALSE(followsColumns(step)) << step;
+  for (const int step : {1, 64, 4095, 4097, 6144, -4100}) EXPECT_TRUE(followsColumns(step)) << step;
+}
+
 }  // namespace
 }  // namespace Zorvan::Primitives

@@ -82,7 +82,7 @@ class FloodFill {
     FillSegment segment{seed.y, left, right, right + 1, right, seed.y == roi_.height - 1 ? -1 : 1};
     do {
       area_.include(segment);
-      if (isInColumn(segment)) followColumn(segment);
+      if (followsColumns(step_) && isInColumn(segment)) followColumn(segment);
       const std::int32_t ahead = segment.y - segment.direction;
       const std::int32_t back = segment.y + segment.direction;
       if (static_cast<std::uint32_t>(ahead) < static_cast<std::uint32_t>(roi_.height)) {
