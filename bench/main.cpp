@@ -24,6 +24,11 @@ namespace {
 constexpr Size allSizes[] = {{64, 64}, {640, 480}, {1920, 1080}, {4096, 4096}, {1921, 1081}};
 constexpr Size quickSizes[] = {{64, 64}, {640, 480}};
 
+// The plain loop and the limit stand in line, the library is called: an image of one pixel tells what the
+// call itself takes, which counts where the image is small.
+constexpr std::int64_t mostPixelsBesideCall = 64 * 64;
+constexpr Size onePixel = {1, 1};
+
 // The comparison of results needs a second set of images, and what differs does so at small sizes too.
 constexpr std::int64_t mostComparedPixels = 640 * 480;
 
@@ -120,6 +125,9 @@ void race(benchmark::State& state, const Operation& operation, Size size, int va
   state.SetLabel(result.limitLoop);
   state.counters["limit_ns"] = result.limit.nanoseconds;
   state.counters["plain_ns"] = result.plain.nanoseconds;
+  if (pixelsOf(size) <= mostPixelsBesideCall) {
+    state.counters["call_ns"] = measure(operation.contestAt(onePixel).ours, effort).nanoseconds;
+  }
   state.counters["ours_noise"] = result.ours.noise;
   state.counters["plain_noise"] = result.plain.noise;
   state.counters["limit_noise"] = result.limit.noise;

@@ -21,10 +21,9 @@ template <class T>
 void addSquare(Suite& suite, const char* pixels, int side) {
   using Image = IppIMemory<T>;
   using M = IppIMorphology<T>;
-  const auto add = [&](const char* operation, void (*ours)(Image&, Image&, Rect, Size), auto plain) {
-    std::string name = operation;
-    name += '_';
-    name += std::to_string(side);
+  const auto add = [&](const std::string& operation, void (*ours)(Image&, Image&, Rect, Size), auto plain) {
+    const std::string length = std::to_string(side);
+    const std::string name = operation + length + 'x' + length;
     suite.add<Read<T>, Write<T>>(
         name.c_str(), pixels,
         [=](Image& src, Image& dst, Rect rect) {

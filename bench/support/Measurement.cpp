@@ -77,4 +77,13 @@ Result measure(const Contest& contest, Effort effort) {
   return {ours.timing(), plain.timing(), limit->timing(), limit->name(), round};
 }
 
+Timing measure(const Contestant& contestant, Effort effort) {
+  Lane lane(contestant);
+  const auto end = Clock::now() + std::chrono::duration<double>(effort.seconds);
+  for (int round = 0; round < effort.leastRounds || (Clock::now() < end && round < mostRounds); ++round) {
+    lane.run(round);
+  }
+  return lane.timing();
+}
+
 }  // namespace Zorvan::Bench

@@ -56,4 +56,7 @@ struct Effort {
 
 Result measure(const Contest& contest, Effort effort);
 
+/// The time of one contestant alone.
+Timing measure(const Contestant& contestant, Effort effort);
+
 }  // namespace Zorvan::Bench
