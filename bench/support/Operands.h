@@ -26,7 +26,7 @@ inline std::int64_t pixelsOf(Size size) { return std::int64_t{size.width} * size
 template <class T>
 void makeNoise(T* pixels, Size size, std::uint32_t seed);
 
-/// Each pixel selected or not by a throw of a coin.
+/// Each pixel but the first, which is selected, selected or not by a throw of a coin.
 void makeRandomMask(u8* mask, Size size, std::uint32_t seed);
 
 /// Half of the pixels, in areas some tens of pixels across: smooth noise above its median.
