@@ -11,22 +11,26 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr float largest = std::numeric_limits<float>::max();
 const float nan = std::numeric_limits<float>::quiet_NaN();
 
-/// The rows from the second on lie in unreadable memory; the first one decides.
+/// The rows behind the one that decides lie in unreadable memory.
 template <class T>
 void expectEnd(int (*routine)(const T*, int, Size, T*), T best, T other) {
-  for (const int width : {1, 3, 10, 11, 15, 16, 17, 31, 32, 33, 64, 65, 200}) {
+  for (const int width : {1, 3, 10, 11, 15, 16, 17, 31, 32, 33, 64, 65, 128, 129, 200, 256, 257, 700}) {
     for (const int place : {0, width / 2, width - 1}) {
-      const auto bytes = static_cast<std::size_t>(width) * sizeof(T);
-      const Block row(0, bytes, {Placement::Edge::back, 0}, 1);
-      std::vector<T> pixels(static_cast<std::size_t>(width), other);
-      pixels[static_cast<std::size_t>(place)] = best;
-      std::memcpy(row.data(), pixels.data(), bytes);
-      T result{};
-      const std::string fault = faultOf([&] {
-        EXPECT_EQ(routine(reinterpret_cast<const T*>(row.data()), 4096, {width, 100}, &result), 0);
-      });
-      EXPECT_EQ(fault, "") << width << " " << place;
-      EXPECT_EQ(result, best) << width << " " << place;
+      for (const int row : {0, 1, 2}) {
+        const int step = width * static_cast<int>(sizeof(T));
+        std::vector<T> pixels(static_cast<std::size_t>(width) * (row + 1), other);
+        pixels[static_cast<std::size_t>(row) * width + place] = best;
+        const Block rows(0, pixels.size() * sizeof(T), {Placement::Edge::back, 0}, 1);
+        std::memcpy(rows.data(), pixels.data(), pixels.size() * sizeof(T));
+        for (const int height : {row + 1, 100, 101}) {
+          T result{};
+          const std::string fault = faultOf([&] {
+            EXPECT_EQ(routine(reinterpret_cast<const T*>(rows.data()), step, {width, height}, &result), 0);
+          });
+          EXPECT_EQ(fault, "") << width << " " << place << " " << row;
+          EXPECT_EQ(result, best) << width << " " << place << " " << row;
+        }
+      }
     }
   }
 }
@@ -62,6 +66,31 @@ void integers(int variant) {
   expectNoEnd<s16>(ROUTINE(ippiMax_16s_C1R, variant), 32766);
   expectNoEnd<float>(ROUTINE(ippiMin_32f_C1R, variant), -infinity);
   expectNoEnd<float>(ROUTINE(ippiMax_32f_C1R, variant), infinity);
+}
+
+/// Regions that are asked for ahead, from either distance, with the extreme in their last row.
+template <class T>
+void expectLast(int (*routine)(const T*, int, Size, T*), T best) {
+  for (const Size roi : {Size{1600, 1001}, Size{3001, 2800}}) {
+    const std::size_t count = static_cast<std::size_t>(roi.width) * roi.height;
+    std::vector<T> pixels(count, T{100});
+    for (const std::size_t place : {count - 1, count - 1500}) {
+      pixels[place] = best;
+      EXPECT_EQ(found(routine, pixels, roi), best) << roi.width;
+      pixels[place] = T{100};
+    }
+  }
+}
+
+void largeRegions(int variant) {
+  expectLast<u8>(ROUTINE(ippiMin_8u_C1R, variant), 99);
+  expectLast<u8>(ROUTINE(ippiMax_8u_C1R, variant), 101);
+  expectLast<u16>(ROUTINE(ippiMin_16u_C1R, variant), 99);
+  expectLast<u16>(ROUTINE(ippiMax_16u_C1R, variant), 101);
+  expectLast<s16>(ROUTINE(ippiMin_16s_C1R, variant), -99);
+  expectLast<s16>(ROUTINE(ippiMax_16s_C1R, variant), 101);
+  expectLast<float>(ROUTINE(ippiMin_32f_C1R, variant), 99.5f);
+  expectLast<float>(ROUTINE(ippiMax_32f_C1R, variant), 100.5f);
 }
 
 void infinities(int variant) {
@@ -114,6 +143,7 @@ void zerosKeepTheLater(int variant) {
 
 void registerEntryTests() {
   registerForEachVariant("Extreme", "endsBehindTheRowThatDecides", integers);
+  registerForEachVariant("Extreme", "ofLargeRegions", largeRegions);
   registerForEachVariant("Extreme", "infinities", infinities);
   registerForEachVariant("Extreme", "nansGoWithTheNextPixel", nansInOneLane);
   registerForEachVariant("Extreme", "ofEqualZerosTheLaterStays", zerosKeepTheLater);

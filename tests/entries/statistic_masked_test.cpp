@@ -231,6 +231,53 @@ void tiesGoToTheFirst(int (*routine)(const T*, int, const u8*, int, Size, float*
   }
 }
 
+/// Regions that are asked for ahead, from either distance, and searched in many blocks. Small whole numbers
+/// make all sums exact.
+template <class T>
+void sumsOfLargeRegions(int (*mean)(const T*, int, const u8*, int, Size, double*),
+                        int (*deviation)(const T*, int, const u8*, int, Size, double*, double*),
+                        int (*extremes)(const T*, int, const u8*, int, Size, float*, float*, Point*,
+                                        Point*)) {
+  for (const Size roi : {Size{1201, 800}, Size{2503, 1800}}) {
+    const std::size_t count = static_cast<std::size_t>(roi.width) * roi.height;
+    Masked<T> image = allSelected(std::vector<T>(count), roi);
+    for (std::size_t i = 0; i < count; ++i) {
+      image.pixels[i] = static_cast<T>(i * 31 % 14 + 1);
+      image.mask[i] = i % 3 == 1 ? 0 : 9;
+    }
+    // Unselected, selected, and selected again some blocks later.
+    for (const std::size_t i : {std::size_t{1}, count / 6 * 3, count / 6 * 3 + 30000}) image.pixels[i] = 0;
+    for (const std::size_t i : {count / 9 * 3 + 1, count / 9 * 6, count / 9 * 6 + 3}) image.pixels[i] = 15;
+    double n = 0, sum = 0, squares = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      if (image.mask[i] == 0) continue;
+      n += 1;
+      sum += image.pixels[i];
+      squares += image.pixels[i] * image.pixels[i];
+    }
+    EXPECT_EQ(meanOf(mean, image), sum / n) << roi.width;
+    const auto place = [&](std::size_t i) {
+      return Point{static_cast<int>(i % roi.width), static_cast<int>(i / roi.width)};
+    };
+    if (deviation != nullptr) {
+      const Pair found = deviationOf(deviation, image);
+      EXPECT_EQ(found.mean, sum / n) << roi.width;
+      EXPECT_NEAR(found.stdDev, std::sqrt(squares / n - sum / n * (sum / n)), 1e-12) << roi.width;
+    }
+    if (extremes != nullptr) {
+      expectExtremes(extremesOf(extremes, image), 0, place(count / 6 * 3), 15, place(count / 9 * 6));
+    }
+  }
+}
+
+void largeRegions(int variant) {
+  sumsOfLargeRegions<u8>(ROUTINE(ippiMean_8u_C1MR, variant), ROUTINE(ippiMean_StdDev_8u_C1MR, variant),
+                         ROUTINE(ippiMinMaxIndx_8u_C1MR, variant));
+  sumsOfLargeRegions<u16>(ROUTINE(ippiMean_16u_C1MR, variant), nullptr, nullptr);
+  sumsOfLargeRegions<float>(ROUTINE(ippiMean_32f_C1MR, variant), ROUTINE(ippiMean_StdDev_32f_C1MR, variant),
+                            ROUTINE(ippiMinMaxIndx_32f_C1MR, variant));
+}
+
 void ties(int variant) {
   tiesGoToTheFirst<u8>(ROUTINE(ippiMinMaxIndx_8u_C1MR, variant));
   tiesGoToTheFirst<float>(ROUTINE(ippiMinMaxIndx_32f_C1MR, variant));
@@ -369,6 +416,7 @@ void registerEntryTests() {
   add("whatIsNotSelectedDoesNotCount", whatIsNotSelectedDoesNotCount);
   add("byteDeviationsFollowTheirRounding", byteDeviationsFollowTheirRounding);
   add("smallDeviationsTakeASecondPass", smallDeviationsTakeASecondPass);
+  add("largeRegions", largeRegions);
   add("tiesGoToTheFirst", ties);
   add("everyCombinationOfOutputs", outputs);
   add("emptyMasks", emptyMasks);

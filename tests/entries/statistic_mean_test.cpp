@@ -35,9 +35,10 @@ void extremesAverageToThemselves(int (*routine)(const T*, int, Size, double*)) {
 
 template <class T>
 void sumsOfNoiseAreExact(int (*routine)(const T*, int, Size, double*)) {
-  std::vector<T> pixels(100000);
+  std::vector<T> pixels(9000000);
   fillRandom(reinterpret_cast<unsigned char*>(pixels.data()), pixels.size() * sizeof(T), 5);
-  for (const Size roi : {Size{99999, 1}, Size{333, 300}, Size{1, 100000}, Size{50001, 1}, Size{17, 5000}}) {
+  for (const Size roi : {Size{99999, 1}, Size{333, 300}, Size{1, 100000}, Size{50001, 1}, Size{17, 5000},
+                         Size{1600, 1001}, Size{3001, 2800}}) {  // the last ones are asked for ahead
     std::int64_t sum = 0;
     const std::int64_t count = std::int64_t{roi.width} * roi.height;
     for (std::int64_t i = 0; i < count; ++i) sum += pixels[static_cast<std::size_t>(i)];
@@ -101,7 +102,7 @@ std::vector<float> pixelsWithManyDigits(int count) {
 void accurateSums(int variant) {
   const auto routine = ROUTINE(ippiMean_32f_C1R, variant);
   for (const Size roi : {Size{16, 4000}, Size{17, 4000}, Size{18, 4000}, Size{5, 999}, Size{64000, 1},
-                         Size{333, 192}, Size{1, 64000}}) {
+                         Size{333, 192}, Size{1, 64000}, Size{700, 600}}) {
     const int count = roi.width * roi.height;
     const std::vector<float> pixels = pixelsWithManyDigits(count);
     const long double expected = meanOf(pixels, count);

@@ -50,13 +50,20 @@ TEST(MaskedSumPlan, TheNarrowPathEndsAt0x800000Pixels) {
   EXPECT_TRUE(takesNarrowSum({65536, 32768}));  // and to a negative number
 }
 
-TEST(ReadAheadPlan, RegionsOfTheNearestCacheAreNotAskedFor) {
-  EXPECT_FALSE(readsAhead({8191, 1}, 4));
-  EXPECT_TRUE(readsAhead({8192, 1}, 4));
-  EXPECT_TRUE(readsAhead({8193, 1}, 4));
-  EXPECT_FALSE(readsAhead({1, 16383}, 2));
-  EXPECT_TRUE(readsAhead({128, 128}, 2));
-  EXPECT_TRUE(readsAhead({65536, 65536}, 4));  // a product that wraps to zero
+TEST(ReadAheadPlan, RegionsOfTheNearCachesAreNotAskedFor) {
+  EXPECT_EQ(planReadAhead({0x17FFFF, 1}, 1), 0);
+  EXPECT_EQ(planReadAhead({0x180000, 1}, 1), 2048);
+  EXPECT_EQ(planReadAhead({0x180001, 1}, 1), 2048);
+  EXPECT_EQ(planReadAhead({1, 0x5FFFF}, 4), 0);
+  EXPECT_EQ(planReadAhead({1024, 384}, 4), 2048);
+}
+
+TEST(ReadAheadPlan, RegionsBeyondTheThirdCacheAreAskedForEarlier) {
+  EXPECT_EQ(planReadAhead({0x7FFFFF, 1}, 1), 2048);
+  EXPECT_EQ(planReadAhead({0x800000, 1}, 1), 8192);
+  EXPECT_EQ(planReadAhead({1, 0x1FFFFF}, 4), 2048);
+  EXPECT_EQ(planReadAhead({2048, 1024}, 4), 8192);
+  EXPECT_EQ(planReadAhead({65536, 65536}, 4), 8192);  // a product that wraps to zero
 }
 
 }  // namespace

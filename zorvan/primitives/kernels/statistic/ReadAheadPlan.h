@@ -1,6 +1,6 @@
 #pragma once
 
-// Which regions are asked for ahead of their reading. Pure, so that the limit can be tested on any machine.
+// How far ahead of its reading a region is asked for. Pure, so that the limits can be tested on any machine.
 
 #include <cstdint>
 
@@ -9,11 +9,18 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Smaller regions may lie in the nearest cache, where asking takes as long as reading.
-inline constexpr std::int64_t readAheadBytes = 32768;
+/// Smaller regions lie in the first or second cache, from where loads come in time; asking would only take
+/// their places.
+constexpr std::int64_t nearBytes = std::int64_t{3} << 19;
 
-constexpr bool readsAhead(Size roi, int pixelBytes) {
-  return std::int64_t{roi.width} * roi.height >= readAheadBytes / pixelBytes;
+/// Smaller regions lie in the third cache, which answers sooner than the memory behind it.
+constexpr std::int64_t farBytes = std::int64_t{8} << 20;
+
+/// In bytes; 0 for regions that are not asked for.
+constexpr int planReadAhead(Size roi, int pixelBytes) {
+  const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
+  if (pixels >= farBytes / pixelBytes) return 8192;
+  return pixels >= nearBytes / pixelBytes ? 2048 : 0;
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
-#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/deviation.h"
 #include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
@@ -82,13 +81,15 @@ class WideByteMoments {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     WideByteMoments held;
-    forEachPiece(src, srcStep, mask, maskStep, roi,
-                 [&](auto* p, auto* m, std::int64_t pixels) { held.piece(p, m, pixels); });
-    return {held.count_, static_cast<double>(sumOfLanes64(held.sums_)), sumOf(held.squares_)};
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      forEachPiece(src, srcStep, mask, maskStep, roi,
+                   [&](auto* p, auto* m, std::int64_t pixels) { held.piece(p, m, pixels, readAhead); });
+      return Moments{held.count_, static_cast<double>(sumOfLanes64(held.sums_)), sumOf(held.squares_)};
+    });
   }
 
  private:
-  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left) {
+  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto readAhead) {
     __m256i even = _mm256_setzero_si256(), odd = even;
     const auto add = [&](__m256i pixels, __m256i mask) {
       const __m256i none = unselected(mask);
@@ -122,30 +123,30 @@ class RegisterByteMoments {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     RegisterByteMoments held;
-    held.far_ = readsAhead(roi, 2);
-    for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
-      const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
-      const std::int64_t together = squaresInLanes / ((pixels + 63) / 64 * 64);
-      for (std::int64_t r = 0; r < roi.height; r += together) {
-        const std::int64_t rows = roi.height - r < together ? roi.height - r : together;
-        held.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows, pixels);
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
+        const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
+        const std::int64_t together = squaresInLanes / ((pixels + 63) / 64 * 64);
+        for (std::int64_t r = 0; r < roi.height; r += together) {
+          const std::int64_t rows = roi.height - r < together ? roi.height - r : together;
+          held.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows, pixels,
+                   readAhead);
+        }
       }
-    }
-    return {held.count_, static_cast<double>(_mm512_reduce_add_epi64(held.sums_)), sumOf(held.squares_)};
+      return Moments{held.count_, static_cast<double>(_mm512_reduce_add_epi64(held.sums_)),
+                     sumOf(held.squares_)};
+    });
   }
 
  private:
   void add(const std::uint8_t* p, std::int64_t srcStep, const std::uint8_t* m, std::int64_t maskStep,
-           std::int64_t rows, std::int64_t pixels) {
-    const bool far = far_;
+           std::int64_t rows, std::int64_t pixels, auto readAhead) {
     __m512i even = _mm512_setzero_si512(), odd = even, sums = sums_;
     std::uint32_t count = count_;
     for (; rows != 0; p += srcStep, m += maskStep, --rows) {
       forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
-        if (far) {
-          readAhead(p + c);
-          readAhead(m + c);
-        }
+        readAhead(p + c);
+        readAhead(m + c);
         const __m512i bytes = _mm512_maskz_loadu_epi8(selected, p + c);
         count += static_cast<std::uint32_t>(countOf(selected));
         sums = _mm512_add_epi64(sums, _mm512_sad_epu8(bytes, _mm512_setzero_si512()));
@@ -163,7 +164,6 @@ class RegisterByteMoments {
   __m512i sums_ = _mm512_setzero_si512();
   __m512d squares_ = _mm512_setzero_pd();
   std::uint32_t count_ = 0;
-  bool far_ = false;
 };
 #endif
 

@@ -114,63 +114,67 @@ inline float foldLanes(__m256 lanes) {
 class WideFloatMoments {
  public:
   static Moments moments(const MaskedFloats& image) {
-    Moments total{0, 0, 0};
-    image.forEachRow([&](const char* p, const std::uint8_t* m) {
-      __m256 sumA = _mm256_setzero_ps(), sumB = sumA, squaresA = sumA, squaresB = sumA;
-      const auto add = [](__m256& sum, __m256& squares, const char* at, __m128i selection) {
-        const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
-        const __m256 values = _mm256_andnot_ps(none, _mm256_castsi256_ps(Vector32::load(at).bits));
-        sum = _mm256_add_ps(sum, values);
-        squares = _mm256_fmadd_ps(values, values, squares);
-      };
-      std::int64_t left = image.roi.width;
-      for (; left >= 16; p += 64, m += 16, left -= 16) {
-        const __m128i selection = Vector16::load(m).bits;
-        readAhead(p);
-        add(sumA, squaresA, p, selection);
-        add(sumB, squaresB, p + 32, _mm_srli_si128(selection, 8));
-        const int none = _mm_movemask_epi8(unselected(selection));
-        total.count += 16 - static_cast<std::uint32_t>(_mm_popcnt_u32(static_cast<unsigned>(none)));
-      }
-      float singles = 0, singleSquares = 0;
-      for (; left != 0; p += 4, ++m, --left) {
-        const float value = selectedOrZero(p, *m);
-        singles += value;
-        singleSquares += value * value;
-        total.count += static_cast<std::uint32_t>(*m != 0);
-      }
-      total.sum += static_cast<double>(foldLanes(_mm256_add_ps(sumA, sumB)) + singles);
-      total.squares += static_cast<double>(foldLanes(_mm256_add_ps(squaresA, squaresB)) + singleSquares);
+    return readingAhead(image.roi, 5, [&](auto readAhead) {
+      Moments total{0, 0, 0};
+      image.forEachRow([&](const char* p, const std::uint8_t* m) {
+        __m256 sumA = _mm256_setzero_ps(), sumB = sumA, squaresA = sumA, squaresB = sumA;
+        const auto add = [](__m256& sum, __m256& squares, const char* at, __m128i selection) {
+          const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
+          const __m256 values = _mm256_andnot_ps(none, _mm256_castsi256_ps(Vector32::load(at).bits));
+          sum = _mm256_add_ps(sum, values);
+          squares = _mm256_fmadd_ps(values, values, squares);
+        };
+        std::int64_t left = image.roi.width;
+        for (; left >= 16; p += 64, m += 16, left -= 16) {
+          const __m128i selection = Vector16::load(m).bits;
+          readAhead(p);
+          add(sumA, squaresA, p, selection);
+          add(sumB, squaresB, p + 32, _mm_srli_si128(selection, 8));
+          const int none = _mm_movemask_epi8(unselected(selection));
+          total.count += 16 - static_cast<std::uint32_t>(_mm_popcnt_u32(static_cast<unsigned>(none)));
+        }
+        float singles = 0, singleSquares = 0;
+        for (; left != 0; p += 4, ++m, --left) {
+          const float value = selectedOrZero(p, *m);
+          singles += value;
+          singleSquares += value * value;
+          total.count += static_cast<std::uint32_t>(*m != 0);
+        }
+        total.sum += static_cast<double>(foldLanes(_mm256_add_ps(sumA, sumB)) + singles);
+        total.squares += static_cast<double>(foldLanes(_mm256_add_ps(squaresA, squaresB)) + singleSquares);
+      });
+      return total;
     });
-    return total;
   }
 
   static double squaresAround(float center, const MaskedFloats& image) {
-    const __m256 centers = _mm256_set1_ps(center);
-    double total = 0;
-    image.forEachRow([&](const char* p, const std::uint8_t* m) {
-      __m256 a = _mm256_setzero_ps(), b = a;
-      const auto add = [&](__m256& squares, const char* at, __m128i selection) {
-        const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
-        const __m256 values = _mm256_castsi256_ps(Vector32::load(at).bits);
-        const __m256 away = _mm256_sub_ps(_mm256_blendv_ps(values, centers, none), centers);
-        squares = _mm256_fmadd_ps(away, away, squares);
-      };
-      std::int64_t left = image.roi.width;
-      for (; left >= 16; p += 64, m += 16, left -= 16) {
-        const __m128i selection = Vector16::load(m).bits;
-        readAhead(p);
-        add(a, p, selection);
-        add(b, p + 32, _mm_srli_si128(selection, 8));
-      }
-      float singles = 0;
-      for (; left != 0; p += 4, ++m, --left) {
-        const float away = (*m != 0 ? loadAs<float>(p) : center) - center;
-        singles += away * away;
-      }
-      total += static_cast<double>(foldLanes(_mm256_add_ps(a, b)) + singles);
+    return readingAhead(image.roi, 5, [&](auto readAhead) {
+      const __m256 centers = _mm256_set1_ps(center);
+      double total = 0;
+      image.forEachRow([&](const char* p, const std::uint8_t* m) {
+        __m256 a = _mm256_setzero_ps(), b = a;
+        const auto add = [&](__m256& squares, const char* at, __m128i selection) {
+          const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
+          const __m256 values = _mm256_castsi256_ps(Vector32::load(at).bits);
+          const __m256 away = _mm256_sub_ps(_mm256_blendv_ps(values, centers, none), centers);
+          squares = _mm256_fmadd_ps(away, away, squares);
+        };
+        std::int64_t left = image.roi.width;
+        for (; left >= 16; p += 64, m += 16, left -= 16) {
+          const __m128i selection = Vector16::load(m).bits;
+          readAhead(p);
+          add(a, p, selection);
+          add(b, p + 32, _mm_srli_si128(selection, 8));
+        }
+        float singles = 0;
+        for (; left != 0; p += 4, ++m, --left) {
+          const float away = (*m != 0 ? loadAs<float>(p) : center) - center;
+          singles += away * away;
+        }
+        total += static_cast<double>(foldLanes(_mm256_add_ps(a, b)) + singles);
+      });
+      return total;
     });
-    return total;
   }
 };
 #endif
@@ -184,54 +188,58 @@ inline float foldLanes(__m512 lanes) {
 class RegisterFloatMoments {
  public:
   static Moments moments(const MaskedFloats& image) {
-    Moments total{0, 0, 0};
-    image.forEachRow([&](const char* p, const std::uint8_t* m) {
-      Lanes sum, squares;
-      const auto add = [](__m512& sums, __m512& squared, __mmask16 selected, const char* at) {
-        const __m512 values = _mm512_maskz_loadu_ps(selected, at);
-        sums = _mm512_add_ps(sums, values);
-        squared = _mm512_fmadd_ps(values, values, squared);
-      };
-      std::uint32_t count = 0;
-      forEachSelection(m, image.roi.width, [&](std::int64_t c, __mmask64 selected) {
-        const char* const at = p + 4 * c;
-        for (int line = 0; line < 4; ++line) readAhead(at + 64 * line);
-        readAhead(m + c);
-        add(sum.a, squares.a, sixteenOf<0>(selected), at);
-        add(sum.b, squares.b, sixteenOf<1>(selected), at + 64);
-        add(sum.c, squares.c, sixteenOf<2>(selected), at + 128);
-        add(sum.d, squares.d, sixteenOf<3>(selected), at + 192);
-        count += static_cast<std::uint32_t>(countOf(selected));
+    return readingAhead(image.roi, 5, [&](auto readAhead) {
+      Moments total{0, 0, 0};
+      image.forEachRow([&](const char* p, const std::uint8_t* m) {
+        Lanes sum, squares;
+        const auto add = [](__m512& sums, __m512& squared, __mmask16 selected, const char* at) {
+          const __m512 values = _mm512_maskz_loadu_ps(selected, at);
+          sums = _mm512_add_ps(sums, values);
+          squared = _mm512_fmadd_ps(values, values, squared);
+        };
+        std::uint32_t count = 0;
+        forEachSelection(m, image.roi.width, [&](std::int64_t c, __mmask64 selected) {
+          const char* const at = p + 4 * c;
+          readAhead(at, 256);
+          readAhead(m + c);
+          add(sum.a, squares.a, sixteenOf<0>(selected), at);
+          add(sum.b, squares.b, sixteenOf<1>(selected), at + 64);
+          add(sum.c, squares.c, sixteenOf<2>(selected), at + 128);
+          add(sum.d, squares.d, sixteenOf<3>(selected), at + 192);
+          count += static_cast<std::uint32_t>(countOf(selected));
+        });
+        total.count += count;
+        total.sum += static_cast<double>(sum.fold());
+        total.squares += static_cast<double>(squares.fold());
       });
-      total.count += count;
-      total.sum += static_cast<double>(sum.fold());
-      total.squares += static_cast<double>(squares.fold());
+      return total;
     });
-    return total;
   }
 
   static double squaresAround(float center, const MaskedFloats& image) {
-    const __m512 centers = _mm512_set1_ps(center);
-    double total = 0;
-    image.forEachRow([&](const char* p, const std::uint8_t* m) {
-      Lanes squares;
-      const auto add = [&](__m512& squared, __mmask16 selected, const char* at) {
-        const __m512 values = _mm512_mask_loadu_ps(centers, selected, at);
-        const __m512 away = _mm512_sub_ps(values, centers);
-        squared = _mm512_fmadd_ps(away, away, squared);
-      };
-      forEachSelection(m, image.roi.width, [&](std::int64_t c, __mmask64 selected) {
-        const char* const at = p + 4 * c;
-        for (int line = 0; line < 4; ++line) readAhead(at + 64 * line);
-        readAhead(m + c);
-        add(squares.a, sixteenOf<0>(selected), at);
-        add(squares.b, sixteenOf<1>(selected), at + 64);
-        add(squares.c, sixteenOf<2>(selected), at + 128);
-        add(squares.d, sixteenOf<3>(selected), at + 192);
+    return readingAhead(image.roi, 5, [&](auto readAhead) {
+      const __m512 centers = _mm512_set1_ps(center);
+      double total = 0;
+      image.forEachRow([&](const char* p, const std::uint8_t* m) {
+        Lanes squares;
+        const auto add = [&](__m512& squared, __mmask16 selected, const char* at) {
+          const __m512 values = _mm512_mask_loadu_ps(centers, selected, at);
+          const __m512 away = _mm512_sub_ps(values, centers);
+          squared = _mm512_fmadd_ps(away, away, squared);
+        };
+        forEachSelection(m, image.roi.width, [&](std::int64_t c, __mmask64 selected) {
+          const char* const at = p + 4 * c;
+          readAhead(at, 256);
+          readAhead(m + c);
+          add(squares.a, sixteenOf<0>(selected), at);
+          add(squares.b, sixteenOf<1>(selected), at + 64);
+          add(squares.c, sixteenOf<2>(selected), at + 128);
+          add(squares.d, sixteenOf<3>(selected), at + 192);
+        });
+        total += static_cast<double>(squares.fold());
       });
-      total += static_cast<double>(squares.fold());
+      return total;
     });
-    return total;
   }
 
  private:

@@ -10,7 +10,6 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/extreme_lanes.h"
 #include "zorvan/primitives/kernels/statistic/read_ahead.h"
 
@@ -113,10 +112,12 @@ class WideFloatExtreme {
     const auto first = loadAs<float>(src);
     if (roi.width < 8) return singly(first, src, srcStep, roi);
     __m256 a = _mm256_set1_ps(first), b = a;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      row(rowBytes(src, srcStep, r), std::int64_t{roi.width} * 4, a, b);
-    }
-    return Lanes::bestOf(Lanes::better(a, b));
+    return readingAhead(roi, sizeof(float), [&](auto readAhead) {
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        row(rowBytes(src, srcStep, r), std::int64_t{roi.width} * 4, a, b, readAhead);
+      }
+      return Lanes::bestOf(Lanes::better(a, b));
+    });
   }
 
  private:
@@ -129,7 +130,7 @@ class WideFloatExtreme {
   }
   static __m256 load(const char* p) { return _mm256_castsi256_ps(Vector32::load(p).bits); }
 
-  static void row(const char* p, std::int64_t bytes, __m256& a, __m256& b) {
+  static void row(const char* p, std::int64_t bytes, __m256& a, __m256& b, auto readAhead) {
     const char* const end = p + bytes;
     const std::int64_t toBoundary = bytesToBoundary(p, 32);
     if (toBoundary != 0 && toBoundary % 4 == 0) {
@@ -160,33 +161,33 @@ class RegisterFloatExtreme {
  public:
   static float find(const float* src, int srcStep, Size roi) {
     __m512 a = _mm512_set1_ps(loadAs<float>(src)), b = a, c = a, d = a;
-    const bool far = readsAhead(roi, sizeof(float));
-    const __mmask16 rest = static_cast<__mmask16>((1u << (roi.width % 16)) - 1);
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const char* p = rowBytes(src, srcStep, r);
-      std::int64_t left = roi.width;
-      for (; left >= 64; p += 256, left -= 64) {
-        if (far) {
-          for (int line = 0; line < 4; ++line) readAhead(p + 64 * line);
+    return readingAhead(roi, sizeof(float), [&](auto readAhead) {
+      const __mmask16 rest = static_cast<__mmask16>((1u << (roi.width % 16)) - 1);
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const char* p = rowBytes(src, srcStep, r);
+        std::int64_t left = roi.width;
+        for (; left >= 64; p += 256, left -= 64) {
+          readAhead(p, 256);
+          a = Lanes::better(a, _mm512_loadu_ps(p));
+          b = Lanes::better(b, _mm512_loadu_ps(p + 64));
+          c = Lanes::better(c, _mm512_loadu_ps(p + 128));
+          d = Lanes::better(d, _mm512_loadu_ps(p + 192));
         }
-        a = Lanes::better(a, _mm512_loadu_ps(p));
-        b = Lanes::better(b, _mm512_loadu_ps(p + 64));
-        c = Lanes::better(c, _mm512_loadu_ps(p + 128));
-        d = Lanes::better(d, _mm512_loadu_ps(p + 192));
+        if (left == 0) continue;
+        if (left >= 32) {
+          a = Lanes::better(a, _mm512_loadu_ps(p));
+          b = Lanes::better(b, _mm512_loadu_ps(p + 64));
+          p += 128;
+          left -= 32;
+        }
+        if (left >= 16) {
+          a = Lanes::better(a, _mm512_loadu_ps(p));
+          p += 64;
+        }
+        if (rest != 0) a = Lanes::better(a, rest, _mm512_maskz_loadu_ps(rest, p));
       }
-      if (left >= 32) {
-        a = Lanes::better(a, _mm512_loadu_ps(p));
-        b = Lanes::better(b, _mm512_loadu_ps(p + 64));
-        p += 128;
-        left -= 32;
-      }
-      if (left >= 16) {
-        a = Lanes::better(a, _mm512_loadu_ps(p));
-        p += 64;
-      }
-      if (rest != 0) a = Lanes::better(a, rest, _mm512_maskz_loadu_ps(rest, p));
-    }
-    return Lanes::bestOf(Lanes::better(Lanes::better(a, b), Lanes::better(c, d)));
+      return Lanes::bestOf(Lanes::better(Lanes::better(a, b), Lanes::better(c, d)));
+    });
   }
 };
 #endif

@@ -36,12 +36,9 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
   using ExtremeOf<seek, T>::better;
   static constexpr int lanes16 = 16 / sizeof(T);
 
-  static __m128i spread16(T value) {
-    if constexpr (sizeof(T) == 1) {
-      return _mm_set1_epi8(static_cast<char>(value));
-    } else {
-      return _mm_set1_epi16(static_cast<short>(value));
-    }
+  template <class Vector>
+  static auto spread(T value) {
+    return Vector::broadcast(static_cast<std::make_unsigned_t<T>>(value)).bits;
   }
   static __m128i better(__m128i a, __m128i b) {
     if constexpr (std::is_same_v<T, std::uint8_t>) {
@@ -57,15 +54,15 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
     }
   }
   static bool holds(__m128i lanes, T value) {
-    const __m128i equal =
-        sizeof(T) == 1 ? _mm_cmpeq_epi8(lanes, spread16(value)) : _mm_cmpeq_epi16(lanes, spread16(value));
-    return _mm_movemask_epi8(equal) != 0;
+    const __m128i values = spread<Vector16>(value);
+    return _mm_movemask_epi8(sizeof(T) == 1 ? _mm_cmpeq_epi8(lanes, values)
+                                            : _mm_cmpeq_epi16(lanes, values)) != 0;
   }
   static T bestOf(__m128i lanes) {
 #ifdef __SSE4_1__
     // One instruction finds the least of eight unsigned words. With the type's best value as 0, better is
     // less; of two bytes in a word the lower one takes the lesser, and the higher one becomes 0.
-    lanes = _mm_xor_si128(lanes, spread16(best));
+    lanes = _mm_xor_si128(lanes, spread<Vector16>(best));
     if constexpr (sizeof(T) == 1) lanes = _mm_min_epu8(lanes, _mm_srli_epi16(lanes, 8));
     return static_cast<T>(_mm_cvtsi128_si32(_mm_minpos_epu16(lanes)) ^ best);
 #else
@@ -80,7 +77,6 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
 #ifdef __AVX2__
   static constexpr int lanes32 = 32 / sizeof(T);
 
-  static __m256i spread32(T value) { return _mm256_broadcastsi128_si256(spread16(value)); }
   static __m256i better(__m256i a, __m256i b) {
     if constexpr (std::is_same_v<T, std::uint8_t>) {
       return low ? _mm256_min_epu8(a, b) : _mm256_max_epu8(a, b);
@@ -91,15 +87,13 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
     }
   }
   static bool holds(__m256i lanes, T value) {
-    const __m256i equal = sizeof(T) == 1 ? _mm256_cmpeq_epi8(lanes, spread32(value))
-                                         : _mm256_cmpeq_epi16(lanes, spread32(value));
-    return _mm256_movemask_epi8(equal) != 0;
+    const __m256i values = spread<Vector32>(value);
+    return _mm256_movemask_epi8(sizeof(T) == 1 ? _mm256_cmpeq_epi8(lanes, values)
+                                               : _mm256_cmpeq_epi16(lanes, values)) != 0;
   }
   static T bestOf(__m256i lanes) {
     return bestOf(better(_mm256_castsi256_si128(lanes), _mm256_extracti128_si256(lanes, 1)));
   }
-  /// The better ones of lanes 32 bytes apart.
-  static __m256i in32(__m256i lanes) { return lanes; }
 #endif
 
 #ifdef __AVX512BW__
@@ -112,8 +106,13 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
       return low ? _mm512_min_epu16(a, b) : _mm512_max_epu16(a, b);
     }
   }
-  static __m256i in32(__m512i lanes) {
-    return better(_mm512_castsi512_si256(lanes), _mm512_extracti64x4_epi64(lanes, 1));
+  static bool holds(__m512i lanes, T value) {
+    const __m512i values = spread<Vector64>(value);
+    return sizeof(T) == 1 ? _mm512_cmpeq_epi8_mask(lanes, values) != 0
+                          : _mm512_cmpeq_epi16_mask(lanes, values) != 0;
+  }
+  static T bestOf(__m512i lanes) {
+    return bestOf(better(_mm512_castsi512_si256(lanes), _mm512_extracti64x4_epi64(lanes, 1)));
   }
 #endif
 };

@@ -45,7 +45,7 @@ class RowExtreme {
   static constexpr int accumulators = 32 * bytes / 16;
 
   RowExtreme() {
-    for (__m128i& lanes : lanes_) lanes = Lanes::spread16(Lanes::neutral);
+    for (__m128i& lanes : lanes_) lanes = Lanes::template spread<Vector16>(Lanes::neutral);
   }
 
   __m128i joined() const {
@@ -64,7 +64,8 @@ class RowExtreme {
         lanes_[i] = Lanes::better(lanes_[i], Vector16::load(p + 16 * i).bits);
       }
     } else {
-      lanes_[0] = Lanes::better(lanes_[0], loadFilled<stepBytes>(p, Lanes::spread16(Lanes::neutral)));
+      lanes_[0] = Lanes::better(lanes_[0],
+                                loadFilled<stepBytes>(p, Lanes::template spread<Vector16>(Lanes::neutral)));
     }
     p += stepBytes;
     left -= pixels;

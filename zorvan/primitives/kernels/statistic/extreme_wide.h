@@ -50,51 +50,35 @@ struct ShortRowsMasked {
 };
 #endif
 
-template <class Lanes, class ShortRows>
-class WideExtreme {
-  using T = typename Lanes::Pixel;
-
- public:
-  static T find(const T* src, int srcStep, Size roi) {
-    if (roi.width < Lanes::lanes32) return ShortRows::template find<Lanes>(src, srcStep, roi);
-    const std::int64_t bytes = std::int64_t{roi.width} * std::int64_t{sizeof(T)};
-    const auto inRows = [=](auto bestOfRow) {
-      __m256i held = Lanes::spread32(Lanes::neutral);
-      const auto* p = reinterpret_cast<const unsigned char*>(src);
-      for (int r = 0; r < roi.height; ++r, p += srcStep) {
-        const __m256i row = bestOfRow(p, bytes);
-        if (Lanes::holds(row, Lanes::best)) return Lanes::best;
-        held = Lanes::better(held, row);
-      }
-      return Lanes::bestOf(held);
-    };
-    if (bytes <= 64) return inRows([](auto p, auto length) { return ofTwo<Vector32>(p, length); });
-#ifdef __AVX512BW__
-    if (bytes <= 128) return inRows([](auto p, auto length) { return ofTwo<Vector64>(p, length); });
-    return inRows([](auto p, auto length) { return ofMany<Vector64>(p, length); });
-#else
-    return inRows([](auto p, auto length) { return ofMany<Vector32>(p, length); });
-#endif
+/// A row of one to `count` vectors, without a branch: short rows feel each of them. Half of the loads count
+/// from the row's start, half from its end.
+template <class Vector, int count>
+struct FewVectors : Vector {
+  template <class Lanes>
+  static auto bestOf(const unsigned char* p, std::int64_t bytes, auto) {
+    const auto load = [](const unsigned char* at) { return Vector::load(at).bits; };
+    const unsigned char* const last = p + bytes - Vector::size;
+    const auto ends = Lanes::better(load(p), load(last));
+    if constexpr (count == 2) return ends;
+    if constexpr (count == 4) {
+      return Lanes::better(ends, Lanes::better(load(p + Vector::size), load(last - Vector::size)));
+    }
   }
+};
 
- private:
-  /// A row of one or two vectors, without a branch: short rows feel each of them.
-  template <class Vector>
-  static __m256i ofTwo(const unsigned char* p, std::int64_t bytes) {
-    return Lanes::in32(Lanes::better(Vector::load(p).bits, Vector::load(p + bytes - Vector::size).bits));
-  }
-
-  /// A row of more than two vectors.
-  template <class Vector>
-  static __m256i ofMany(const unsigned char* p, std::int64_t bytes) {
-    constexpr int size = Vector::size;
+/// A row of more than two vectors.
+template <class Vector>
+struct ManyVectors : Vector {
+  template <class Lanes>
+  static auto bestOf(const unsigned char* p, std::int64_t bytes, auto readAhead) {
+    constexpr int size = Vector::size, pixel = sizeof(typename Lanes::Pixel);
     readAhead(p);
     const unsigned char* const last = p + bytes - size;
     auto a = Vector::load(p).bits, b = a;
     const std::int64_t toBoundary = bytesToBoundary(p, size);
-    p += toBoundary != 0 && toBoundary % std::int64_t{sizeof(T)} == 0 ? toBoundary : size;
+    p += toBoundary != 0 && toBoundary % pixel == 0 ? toBoundary : size;
     for (; last - p > 2 * size; p += 2 * size) {
-      for (int line = 0; line < 2 * size; line += 64) readAhead(p + line);
+      readAhead(p, 2 * size);
       a = Lanes::better(a, Vector::load(p).bits);
       b = Lanes::better(b, Vector::load(p + size).bits);
     }
@@ -103,7 +87,54 @@ class WideExtreme {
     a = Lanes::better(a, Vector::load(p).bits);
     if (last - p > size) b = Lanes::better(b, Vector::load(p + size).bits);
     b = Lanes::better(b, Vector::load(last).bits);
-    return Lanes::in32(Lanes::better(a, b));
+    return Lanes::better(a, b);
+  }
+};
+
+template <class Lanes, class ShortRows>
+class WideExtreme {
+  using T = typename Lanes::Pixel;
+
+ public:
+  static T find(const T* src, int srcStep, Size roi) {
+    if (roi.width < Lanes::lanes32) return ShortRows::template find<Lanes>(src, srcStep, roi);
+    const Rows rows{reinterpret_cast<const unsigned char*>(src), srcStep,
+                    std::int64_t{roi.width} * std::int64_t{sizeof(T)}, roi.height};
+    if (rows.bytes <= 64) return find<FewVectors<Vector32, 2>>(rows, NoReadAhead());
+#ifdef __AVX512BW__
+    if (rows.bytes <= 128) return find<FewVectors<Vector64, 2>>(rows, NoReadAhead());
+    if (rows.bytes <= 256) return find<FewVectors<Vector64, 4>>(rows, NoReadAhead());
+    using Many = ManyVectors<Vector64>;
+#else
+    if (rows.bytes <= 128) return find<FewVectors<Vector32, 4>>(rows, NoReadAhead());
+    using Many = ManyVectors<Vector32>;
+#endif
+    return readingAhead(roi, sizeof(T), [&](auto readAhead) { return find<Many>(rows, readAhead); });
+  }
+
+ private:
+  struct Rows {
+    const unsigned char* first;
+    std::int64_t step;
+    std::int64_t bytes;  ///< of each row
+    int count;
+  };
+
+  template <class Row>
+  static T find(const Rows& rows, auto readAhead) {
+    auto held = Lanes::template spread<Row>(Lanes::neutral);
+    const unsigned char* p = rows.first;
+    const auto over = [&] {
+      const auto row = Row::template bestOf<Lanes>(p, rows.bytes, readAhead);
+      held = Lanes::better(held, row);
+      p += rows.step;
+      return Lanes::holds(row, Lanes::best);
+    };
+    if (rows.count % 2 != 0 && over()) return Lanes::best;
+    for (int pairs = rows.count / 2; pairs != 0; --pairs) {
+      if (over() || over()) return Lanes::best;
+    }
+    return Lanes::bestOf(held);
   }
 };
 

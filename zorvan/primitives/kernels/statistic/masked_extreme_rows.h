@@ -23,7 +23,12 @@ class ByteLanes {
 
  public:
   explicit ByteLanes(std::uint8_t running)
-      : start_(Lanes::spread16(running)), a_(start_), b_(start_), c_(start_), d_(start_), single_(running) {}
+      : start_(Lanes::template spread<Vector16>(running)),
+        a_(start_),
+        b_(start_),
+        c_(start_),
+        d_(start_),
+        single_(running) {}
 
   template <class Selection>
   void add64(const Selection (&chosen)[4], const __m128i (&pixels)[4]) {
@@ -77,8 +82,6 @@ struct ByteRows {
     ByteLanes<Seek::minimum> lows(low);
     ByteLanes<Seek::maximum> highs(high);
     for (; left >= 64; p += 64, m += 64, left -= 64) {
-      readAhead(p);
-      readAhead(m);
       const Selection chosen[4] = {
           Selection::of(Vector16::load(m).bits), Selection::of(Vector16::load(m + 16).bits),
           Selection::of(Vector16::load(m + 32).bits), Selection::of(Vector16::load(m + 48).bits)};
@@ -121,8 +124,6 @@ struct RegisterByteRows : ByteRows<BlendedSelection> {
       highs = _mm_mask_max_epu8(highs, chosen, highs, pixels);
     };
     for (; left >= 64; p += 64, m += 64, left -= 64) {
-      readAhead(p);
-      readAhead(m);
       step(Vector16::load(m).bits, Vector16::load(p).bits);
       step(Vector16::load(m + 16).bits, Vector16::load(p + 16).bits);
       step(Vector16::load(m + 32).bits, Vector16::load(p + 32).bits);

@@ -46,14 +46,16 @@ class WideMaskedExtremes {
   static MaskedExtremes find(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
                              Size roi) {
     WideMaskedExtremes held;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width);
-    }
-    ExtremePlaces places(held.low(), held.high());
-    for (int r = 0; r < roi.height && !places.complete(); ++r) {
-      held.placesIn(places, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
-    }
-    return places.result();
+    return readingAhead(roi, 5, [&](auto readAhead) {
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, readAhead);
+      }
+      ExtremePlaces places(held.low(), held.high());
+      for (int r = 0; r < roi.height && !places.complete(); ++r) {
+        held.placesIn(places, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
+      }
+      return places.result();
+    });
   }
 
  private:
@@ -83,7 +85,7 @@ class WideMaskedExtremes {
                               _mm256_xor_si256(_mm256_castps_si256(none), _mm256_set1_epi32(-1)));
   }
 
-  void row(const char* p, const std::uint8_t* m, std::int64_t left) {
+  void row(const char* p, const std::uint8_t* m, std::int64_t left, auto readAhead) {
     for (; left >= 64; p += 256, m += 64, left -= 64) {
       for (int i = 0; i < 8; ++i) {
         if (i % 2 == 0) readAhead(p + 32 * i);
@@ -134,15 +136,17 @@ class RegisterMaskedExtremes {
   static MaskedExtremes find(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
                              Size roi) {
     RegisterMaskedExtremes held;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width);
-    }
-    const float low = held.low(), high = held.high();
-    ExtremePlaces places(low, high);
-    for (int r = 0; r < roi.height && !places.complete(); ++r) {
-      placesIn(places, low, high, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
-    }
-    return places.result();
+    return readingAhead(roi, 5, [&](auto readAhead) {
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, readAhead);
+      }
+      const float low = held.low(), high = held.high();
+      ExtremePlaces places(low, high);
+      for (int r = 0; r < roi.height && !places.complete(); ++r) {
+        placesIn(places, low, high, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
+      }
+      return places.result();
+    });
   }
 
  private:
@@ -160,10 +164,10 @@ class RegisterMaskedExtremes {
     }
   };
 
-  void row(const char* p, const std::uint8_t* m, std::int64_t pixels) {
+  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto readAhead) {
     forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
       const char* const at = p + 4 * c;
-      for (int line = 0; line < 4; ++line) readAhead(at + 64 * line);
+      readAhead(at, 256);
       readAhead(m + c);
       a_.add(sixteenOf<0>(selected), at);
       b_.add(sixteenOf<1>(selected), at + 64);

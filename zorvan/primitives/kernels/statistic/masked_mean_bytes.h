@@ -6,7 +6,6 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
-#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
@@ -96,28 +95,30 @@ class NarrowMaskedBytes {
 struct WideMaskedBytes {
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    const __m256i zero = _mm256_setzero_si256();
-    __m256d total = _mm256_setzero_pd();
-    std::uint32_t count = 0;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const std::uint8_t* p = rowAt(src, srcStep, r);
-      const std::uint8_t* m = rowAt(mask, maskStep, r);
-      __m256i lanes = zero;
-      const auto add = [&](__m256i pixels, __m256i selection) {
-        const __m256i none = unselected(selection);
-        lanes = _mm256_add_epi64(lanes, _mm256_sad_epu8(_mm256_andnot_si256(none, pixels), zero));
-        count += static_cast<std::uint32_t>(countClear(none));
-      };
-      int c = 0;
-      for (; roi.width - c >= 32; c += 32) {
-        readAhead(p + c);
-        readAhead(m + c);
-        add(Vector32::load(p + c).bits, Vector32::load(m + c).bits);
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      const __m256i zero = _mm256_setzero_si256();
+      __m256d total = _mm256_setzero_pd();
+      std::uint32_t count = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const std::uint8_t* p = rowAt(src, srcStep, r);
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        __m256i lanes = zero;
+        const auto add = [&](__m256i pixels, __m256i selection) {
+          const __m256i none = unselected(selection);
+          lanes = _mm256_add_epi64(lanes, _mm256_sad_epu8(_mm256_andnot_si256(none, pixels), zero));
+          count += static_cast<std::uint32_t>(countClear(none));
+        };
+        int c = 0;
+        for (; roi.width - c >= 32; c += 32) {
+          readAhead(p + c);
+          readAhead(m + c);
+          add(Vector32::load(p + c).bits, Vector32::load(m + c).bits);
+        }
+        if (c != roi.width) add(loadShort(p + c, roi.width - c), loadShort(m + c, roi.width - c));
+        total = _mm256_add_pd(total, asDoubles(lanes));
       }
-      if (c != roi.width) add(loadShort(p + c, roi.width - c), loadShort(m + c, roi.width - c));
-      total = _mm256_add_pd(total, asDoubles(lanes));
-    }
-    return {count, sumOf(total)};
+      return MaskedSum{count, sumOf(total)};
+    });
   }
 
  private:
@@ -131,36 +132,27 @@ struct WideMaskedBytes {
 
 #ifdef __AVX512BW__
 /// 64 pixels a step, otherwise the same.
-class RegisterMaskedBytes {
- public:
+struct RegisterMaskedBytes {
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    return readsAhead(roi, 2) ? sumOfRows<true>(src, srcStep, mask, maskStep, roi)
-                              : sumOfRows<false>(src, srcStep, mask, maskStep, roi);
-  }
-
- private:
-  template <bool far>
-  static MaskedSum sumOfRows(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
-                             Size roi) {
-    __m512d total = _mm512_setzero_pd();
-    std::uint32_t count = 0;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const std::uint8_t* p = rowAt(src, srcStep, r);
-      const std::uint8_t* m = rowAt(mask, maskStep, r);
-      __m512i lanes = _mm512_setzero_si512();
-      forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
-        if constexpr (far) {
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      __m512d total = _mm512_setzero_pd();
+      std::uint32_t count = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const std::uint8_t* p = rowAt(src, srcStep, r);
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        __m512i lanes = _mm512_setzero_si512();
+        forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
           readAhead(p + c);
           readAhead(m + c);
-        }
-        const __m512i pixels = _mm512_maskz_loadu_epi8(selected, p + c);
-        lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, _mm512_setzero_si512()));
-        count += static_cast<std::uint32_t>(countOf(selected));
-      });
-      total = _mm512_add_pd(total, _mm512_cvtepi64_pd(lanes));
-    }
-    return {count, sumOf(total)};
+          const __m512i pixels = _mm512_maskz_loadu_epi8(selected, p + c);
+          lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, _mm512_setzero_si512()));
+          count += static_cast<std::uint32_t>(countOf(selected));
+        });
+        total = _mm512_add_pd(total, _mm512_cvtepi64_pd(lanes));
+      }
+      return MaskedSum{count, sumOf(total)};
+    });
   }
 };
 #endif

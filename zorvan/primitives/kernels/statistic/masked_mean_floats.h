@@ -100,50 +100,52 @@ class NarrowMaskedFloats {
 /// 16 pixels a step into two accumulators of eight lanes, then 8, then singly.
 struct WideMaskedFloats {
   static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
-    __m256d total = _mm256_setzero_pd();
-    __m256 a = _mm256_setzero_ps(), b = a;
-    double singles = 0;
-    std::uint32_t count = 0;
-    const auto empty = [&] {
-      total = plus(plus(total, a), b);
-      a = b = _mm256_setzero_ps();
-    };
-    const auto add = [](__m256& lanes, const char* p, __m128i selection) {
-      const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
-      lanes = _mm256_add_ps(lanes, _mm256_andnot_ps(none, _mm256_castsi256_ps(Vector32::load(p).bits)));
-    };
-    const auto counted = [](__m128i selection, int of) {
-      const int none = _mm_movemask_epi8(unselected(selection));
-      return static_cast<std::uint32_t>(of - _mm_popcnt_u32(static_cast<unsigned>(none)));
-    };
-    AdditionBudget budget(1);
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
-      const std::uint8_t* m = rowAt(mask, maskStep, r);
-      for (std::int64_t steps = roi.width / 16; steps != 0;) {
-        const std::int64_t granted = budget.grant(steps);
-        for (std::int64_t i = 0; i < granted; ++i, p += 64, m += 16) {
-          const __m128i selection = Vector16::load(m).bits;
-          readAhead(p);
-          add(a, p, selection);
-          add(b, p + 32, _mm_srli_si128(selection, 8));
-          count += counted(selection, 16);
+    return readingAhead(roi, 5, [&](auto readAhead) {
+      __m256d total = _mm256_setzero_pd();
+      __m256 a = _mm256_setzero_ps(), b = a;
+      double singles = 0;
+      std::uint32_t count = 0;
+      const auto empty = [&] {
+        total = plus(plus(total, a), b);
+        a = b = _mm256_setzero_ps();
+      };
+      const auto add = [](__m256& lanes, const char* p, __m128i selection) {
+        const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
+        lanes = _mm256_add_ps(lanes, _mm256_andnot_ps(none, _mm256_castsi256_ps(Vector32::load(p).bits)));
+      };
+      const auto counted = [](__m128i selection, int of) {
+        const int none = _mm_movemask_epi8(unselected(selection));
+        return static_cast<std::uint32_t>(of - _mm_popcnt_u32(static_cast<unsigned>(none)));
+      };
+      AdditionBudget budget(1);
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        for (std::int64_t steps = roi.width / 16; steps != 0;) {
+          const std::int64_t granted = budget.grant(steps);
+          for (std::int64_t i = 0; i < granted; ++i, p += 64, m += 16) {
+            const __m128i selection = Vector16::load(m).bits;
+            readAhead(p);
+            add(a, p, selection);
+            add(b, p + 32, _mm_srli_si128(selection, 8));
+            count += counted(selection, 16);
+          }
+          if (budget.spend(granted)) empty();
+          steps -= granted;
         }
-        if (budget.spend(granted)) empty();
-        steps -= granted;
+        if ((roi.width & 8) != 0) {
+          const __m128i selection = loadLow8(m);
+          add(a, p, selection);
+          count += counted(selection, 16);
+          p += 32;
+          m += 8;
+          if (budget.spend(1)) empty();
+        }
+        singles += sumSingly(p, m, roi.width % 8, count);
       }
-      if ((roi.width & 8) != 0) {
-        const __m128i selection = loadLow8(m);
-        add(a, p, selection);
-        count += counted(selection, 16);
-        p += 32;
-        m += 8;
-        if (budget.spend(1)) empty();
-      }
-      singles += sumSingly(p, m, roi.width % 8, count);
-    }
-    empty();
-    return {count, sumOf(total) + singles};
+      empty();
+      return MaskedSum{count, sumOf(total) + singles};
+    });
   }
 };
 #endif
@@ -154,28 +156,30 @@ class RegisterMaskedFloats {
  public:
   static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     RegisterMaskedFloats sum;
-    double singles = 0;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const char* const p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
-      const std::uint8_t* const m = rowAt(mask, maskStep, r);
-      if (roi.width < 8) {
-        singles += sumSingly(p, m, roi.width, sum.count_);
-      } else {
-        sum.row(p, m, roi.width);
+    return readingAhead(roi, 5, [&](auto readAhead) {
+      double singles = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const char* const p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
+        const std::uint8_t* const m = rowAt(mask, maskStep, r);
+        if (roi.width < 8) {
+          singles += sumSingly(p, m, roi.width, sum.count_);
+        } else {
+          sum.row(p, m, roi.width, readAhead);
+        }
       }
-    }
-    sum.empty();
-    return {sum.count_, sumOf(sum.total_) + singles};
+      sum.empty();
+      return MaskedSum{sum.count_, sumOf(sum.total_) + singles};
+    });
   }
 
  private:
-  void row(const char* p, const std::uint8_t* m, std::int64_t pixels) {
+  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto readAhead) {
     for (std::int64_t c = 0; c < pixels;) {
       const std::int64_t turns = budget_.grant((pixels - c + 63) / 64);
       const std::int64_t some = turns * 64 < pixels - c ? turns * 64 : pixels - c;
       forEachSelection(m + c, some, [&, from = p + 4 * c](std::int64_t at, __mmask64 selected) {
         const char* const q = from + 4 * at;
-        for (int line = 0; line < 4; ++line) readAhead(q + 64 * line);
+        readAhead(q, 256);
         readAhead(m + c + at);
         add(a_, sixteenOf<0>(selected), q);
         add(b_, sixteenOf<1>(selected), q + 64);

@@ -81,40 +81,42 @@ class NarrowMaskedWords {
 struct WideMaskedWords {
   static MaskedSum of(const std::uint16_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    __m256d total = _mm256_setzero_pd();
-    double singles = 0;
-    std::uint32_t count = 0;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const auto* p = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
-      const std::uint8_t* m = rowAt(mask, maskStep, r);
-      std::int64_t left = roi.width;
-      __m256i even = _mm256_setzero_si256(), odd = even;
-      const auto add = [&](__m256i words, __m128i selection) {
-        const __m128i none = unselected(selection);
-        words = _mm256_andnot_si256(_mm256_cvtepi8_epi16(none), words);
-        even = _mm256_add_epi32(even, _mm256_and_si256(words, _mm256_set1_epi32(0xFFFF)));
-        odd = _mm256_add_epi32(odd, _mm256_srli_epi32(words, 16));
-        count +=
-            16 - static_cast<std::uint32_t>(_mm_popcnt_u32(static_cast<unsigned>(_mm_movemask_epi8(none))));
-      };
-      for (; left >= 16; p += 32, m += 16, left -= 16) {
-        readAhead(p);
-        add(Vector32::load(p).bits, Vector16::load(m).bits);
+    return readingAhead(roi, 3, [&](auto readAhead) {
+      __m256d total = _mm256_setzero_pd();
+      double singles = 0;
+      std::uint32_t count = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const auto* p = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        std::int64_t left = roi.width;
+        __m256i even = _mm256_setzero_si256(), odd = even;
+        const auto add = [&](__m256i words, __m128i selection) {
+          const __m128i none = unselected(selection);
+          words = _mm256_andnot_si256(_mm256_cvtepi8_epi16(none), words);
+          even = _mm256_add_epi32(even, _mm256_and_si256(words, _mm256_set1_epi32(0xFFFF)));
+          odd = _mm256_add_epi32(odd, _mm256_srli_epi32(words, 16));
+          count +=
+              16 - static_cast<std::uint32_t>(_mm_popcnt_u32(static_cast<unsigned>(_mm_movemask_epi8(none))));
+        };
+        for (; left >= 16; p += 32, m += 16, left -= 16) {
+          readAhead(p);
+          add(Vector32::load(p).bits, Vector16::load(m).bits);
+        }
+        if (left >= 8) {
+          add(_mm256_zextsi128_si256(Vector16::load(p).bits), loadLow8(m));
+          p += 16, m += 8, left -= 8;
+        }
+        std::uint32_t sum = 0;
+        for (; left != 0; p += 2, ++m, --left) {
+          const std::int32_t bits = selectedBits(*m);
+          sum += static_cast<std::uint32_t>(loadAs<std::uint16_t>(p) & bits);
+          count += static_cast<std::uint32_t>(1 & bits);
+        }
+        total = plus(plus(total, even), odd);
+        singles += sum;
       }
-      if (left >= 8) {
-        add(_mm256_zextsi128_si256(Vector16::load(p).bits), loadLow8(m));
-        p += 16, m += 8, left -= 8;
-      }
-      std::uint32_t sum = 0;
-      for (; left != 0; p += 2, ++m, --left) {
-        const std::int32_t bits = selectedBits(*m);
-        sum += static_cast<std::uint32_t>(loadAs<std::uint16_t>(p) & bits);
-        count += static_cast<std::uint32_t>(1 & bits);
-      }
-      total = plus(plus(total, even), odd);
-      singles += sum;
-    }
-    return {count, sumOf(total) + singles};
+      return MaskedSum{count, sumOf(total) + singles};
+    });
   }
 };
 #endif
@@ -124,28 +126,29 @@ struct WideMaskedWords {
 struct RegisterMaskedWords {
   static MaskedSum of(const std::uint16_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    __m512d total = _mm512_setzero_pd();
-    std::uint32_t count = 0;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const auto* p = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
-      const std::uint8_t* m = rowAt(mask, maskStep, r);
-      __m512i whole = _mm512_setzero_si512(), high = whole;  // see UnsignedPairs32
-      const auto add = [&](__m512i words) {
-        whole = _mm512_add_epi32(whole, words);
-        high = _mm512_add_epi32(high, _mm512_srli_epi32(words, 16));
-      };
-      forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
-        readAhead(p + 2 * c);
-        readAhead(p + 2 * c + 64);
-        readAhead(m + c);
-        add(_mm512_maskz_loadu_epi16(static_cast<__mmask32>(selected), p + 2 * c));
-        add(_mm512_maskz_loadu_epi16(static_cast<__mmask32>(selected >> 32), p + 2 * c + 64));
-        count += static_cast<std::uint32_t>(countOf(selected));
-      });
-      const __m512i low = _mm512_sub_epi32(whole, _mm512_slli_epi32(high, 16));
-      total = plus(plus(total, low), high);
-    }
-    return {count, sumOf(total)};
+    return readingAhead(roi, 3, [&](auto readAhead) {
+      __m512d total = _mm512_setzero_pd();
+      std::uint32_t count = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const auto* p = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        __m512i whole = _mm512_setzero_si512(), high = whole;  // see UnsignedPairs32
+        const auto add = [&](__m512i words) {
+          whole = _mm512_add_epi32(whole, words);
+          high = _mm512_add_epi32(high, _mm512_srli_epi32(words, 16));
+        };
+        forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
+          readAhead(p + 2 * c, 128);
+          readAhead(m + c);
+          add(_mm512_maskz_loadu_epi16(static_cast<__mmask32>(selected), p + 2 * c));
+          add(_mm512_maskz_loadu_epi16(static_cast<__mmask32>(selected >> 32), p + 2 * c + 64));
+          count += static_cast<std::uint32_t>(countOf(selected));
+        });
+        const __m512i low = _mm512_sub_epi32(whole, _mm512_slli_epi32(high, 16));
+        total = plus(plus(total, low), high);
+      }
+      return MaskedSum{count, sumOf(total)};
+    });
   }
 };
 #endif

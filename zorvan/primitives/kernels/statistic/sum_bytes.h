@@ -46,17 +46,19 @@ inline std::int64_t sumOfLanes64(__m256i lanes) {
 struct WideByteSum {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
-    const __m256i zero = _mm256_setzero_si256();
-    __m256i lanes = zero;
-    for (std::int64_t r = 0; r < plan.rows; ++r) {
-      __m256i ends = zero;
-      ZeroFilled32::walk<1>(
-          rowAt(src, srcStep, r), plan.pixels,
-          [&](__m256i pixels) { lanes = _mm256_add_epi64(lanes, _mm256_sad_epu8(pixels, zero)); },
-          [&](__m256i pixels) { ends = _mm256_add_epi32(ends, _mm256_sad_epu8(pixels, zero)); });
-      lanes = _mm256_add_epi64(lanes, ends);
-    }
-    return static_cast<double>(sumOfLanes64(lanes));
+    return readingAhead(roi, 1, [&](auto readAhead) {
+      const __m256i zero = _mm256_setzero_si256();
+      __m256i lanes = zero;
+      for (std::int64_t r = 0; r < plan.rows; ++r) {
+        __m256i ends = zero;
+        ZeroFilled32::walk<1>(
+            rowAt(src, srcStep, r), plan.pixels, readAhead,
+            [&](__m256i pixels) { lanes = _mm256_add_epi64(lanes, _mm256_sad_epu8(pixels, zero)); },
+            [&](__m256i pixels) { ends = _mm256_add_epi32(ends, _mm256_sad_epu8(pixels, zero)); });
+        lanes = _mm256_add_epi64(lanes, ends);
+      }
+      return static_cast<double>(sumOfLanes64(lanes));
+    });
   }
 };
 #endif
@@ -66,17 +68,19 @@ struct WideByteSum {
 struct RegisterByteSum {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
-    const __m512i zero = _mm512_setzero_si512();
-    __m512i lanes = zero;
-    for (std::int64_t r = 0; r < plan.rows; ++r) {
-      __m512i ends = zero;
-      ZeroFilled64::walk<1>(
-          rowAt(src, srcStep, r), plan.pixels,
-          [&](__m512i pixels) { lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, zero)); },
-          [&](__m512i pixels) { ends = _mm512_add_epi32(ends, _mm512_sad_epu8(pixels, zero)); });
-      lanes = _mm512_add_epi64(lanes, ends);
-    }
-    return static_cast<double>(_mm512_reduce_add_epi64(lanes));
+    return readingAhead(roi, 1, [&](auto readAhead) {
+      const __m512i zero = _mm512_setzero_si512();
+      __m512i lanes = zero;
+      for (std::int64_t r = 0; r < plan.rows; ++r) {
+        __m512i ends = zero;
+        ZeroFilled64::walk<1>(
+            rowAt(src, srcStep, r), plan.pixels, readAhead,
+            [&](__m512i pixels) { lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, zero)); },
+            [&](__m512i pixels) { ends = _mm512_add_epi32(ends, _mm512_sad_epu8(pixels, zero)); });
+        lanes = _mm512_add_epi64(lanes, ends);
+      }
+      return static_cast<double>(_mm512_reduce_add_epi64(lanes));
+    });
   }
 };
 #endif

@@ -9,7 +9,6 @@
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/read_ahead.h"
 
 #ifdef __AVX__
@@ -119,45 +118,44 @@ template <class Lanes>
 struct PersistentSum {
   static double of(const float* src, int srcStep, Size roi) {
     constexpr std::int64_t width = Lanes::pixels, turn = 8 * width, bytes = 4 * width;
-    const bool far = readsAhead(roi, sizeof(float));
-    Lanes a, b, c, d, e, f, g, h;
-    typename Lanes::Single single = 0;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
-      std::int64_t left = roi.width;
-      if (roi.width >= wideFloatRows) addSingly(single, p, left, headPixels(p));
-      for (; left >= turn; p += 8 * bytes, left -= turn) {
-        if (far) {
-          for (std::int64_t line = 0; line < 8 * bytes; line += 64) readAhead(p + line);
+    return readingAhead(roi, sizeof(float), [&](auto readAhead) {
+      Lanes a, b, c, d, e, f, g, h;
+      typename Lanes::Single single = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
+        std::int64_t left = roi.width;
+        if (roi.width >= wideFloatRows) addSingly(single, p, left, headPixels(p));
+        for (; left >= turn; p += 8 * bytes, left -= turn) {
+          readAhead(p, 8 * bytes);
+          a.add(p);
+          b.add(p + bytes);
+          c.add(p + 2 * bytes);
+          d.add(p + 3 * bytes);
+          e.add(p + 4 * bytes);
+          f.add(p + 5 * bytes);
+          g.add(p + 6 * bytes);
+          h.add(p + 7 * bytes);
         }
-        a.add(p);
-        b.add(p + bytes);
-        c.add(p + 2 * bytes);
-        d.add(p + 3 * bytes);
-        e.add(p + 4 * bytes);
-        f.add(p + 5 * bytes);
-        g.add(p + 6 * bytes);
-        h.add(p + 7 * bytes);
+        for (; left >= 2 * width; p += 2 * bytes, left -= 2 * width) {
+          a.add(p);
+          b.add(p + bytes);
+        }
+        if (left >= width) {
+          c.add(p);
+          p += bytes;
+          left -= width;
+        }
+        if (left != 0) Lanes::addRest(d, single, p, left);
       }
-      for (; left >= 2 * width; p += 2 * bytes, left -= 2 * width) {
-        a.add(p);
-        b.add(p + bytes);
-      }
-      if (left >= width) {
-        c.add(p);
-        p += bytes;
-        left -= width;
-      }
-      if (left != 0) Lanes::addRest(d, single, p, left);
-    }
-    a.add(e);
-    b.add(f);
-    c.add(g);
-    d.add(h);
-    a.add(c);
-    b.add(d);
-    a.add(b);
-    return static_cast<double>(a.total() + single);
+      a.add(e);
+      b.add(f);
+      c.add(g);
+      d.add(h);
+      a.add(c);
+      b.add(d);
+      a.add(b);
+      return static_cast<double>(a.total() + single);
+    });
   }
 };
 

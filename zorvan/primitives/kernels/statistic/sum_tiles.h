@@ -75,31 +75,33 @@ class TiledSum {
   static double of(const void* src, int srcStep, Size roi) {
     const Size tile = planTile(roi, limit);
     const bool runTogether = tile.width == roi.width && srcStep == std::int64_t{2} * roi.width;
-    Tiles tiles;
-    for (std::int64_t r = 0; r < roi.height; r += tile.height) {
-      const std::int64_t rows = roi.height - r < tile.height ? roi.height - r : tile.height;
-      for (std::int64_t c = 0; c < roi.width; c += tile.width) {
-        const std::int64_t columns = roi.width - c < tile.width ? roi.width - c : tile.width;
-        const auto* corner = rowAt(static_cast<const unsigned char*>(src), srcStep, r) + 2 * c;
-        tiles.add(runTogether ? run(corner, rows * columns)
-                              : rowByRow(corner, srcStep, rows, columns, tiles));
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      Tiles tiles;
+      for (std::int64_t r = 0; r < roi.height; r += tile.height) {
+        const std::int64_t rows = roi.height - r < tile.height ? roi.height - r : tile.height;
+        for (std::int64_t c = 0; c < roi.width; c += tile.width) {
+          const std::int64_t columns = roi.width - c < tile.width ? roi.width - c : tile.width;
+          const auto* corner = rowAt(static_cast<const unsigned char*>(src), srcStep, r) + 2 * c;
+          tiles.add(runTogether ? run(corner, rows * columns, readAhead)
+                                : rowByRow(corner, srcStep, rows, columns, readAhead, tiles));
+        }
       }
-    }
-    return tiles.sum();
+      return tiles.sum();
+    });
   }
 
  private:
   /// Whole rows without gaps: a tile is one run of pixels.
-  static auto run(const unsigned char* p, std::int64_t pixels) {
+  static auto run(const unsigned char* p, std::int64_t pixels, auto readAhead) {
     Pairs pairs;
     const auto add = [&pairs](auto words) { pairs.add(words); };
-    Tiles::Rows::template walk<2>(p, 2 * pixels, add, add);
+    Tiles::Rows::template walk<2>(p, 2 * pixels, readAhead, add, add);
     return pairs.sums();
   }
 
   /// Strips before the last go into the total by themselves; the last one's lanes are returned.
   static auto rowByRow(const unsigned char* corner, int srcStep, std::int64_t rows, std::int64_t columns,
-                       Tiles& tiles) {
+                       auto readAhead, Tiles& tiles) {
     Pairs pairs;
     const auto add = [&pairs](auto words) { pairs.add(words); };
     for (std::int64_t row = 0; row < rows; ++row) {
@@ -107,7 +109,7 @@ class TiledSum {
         tiles.add(pairs.sums());
         pairs = Pairs();
       }
-      Tiles::Rows::template walk<2>(rowAt(corner, srcStep, row), 2 * columns, add, add);
+      Tiles::Rows::template walk<2>(rowAt(corner, srcStep, row), 2 * columns, readAhead, add, add);
     }
     return pairs.sums();
   }

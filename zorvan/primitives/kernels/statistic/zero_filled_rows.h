@@ -43,7 +43,7 @@ inline __m256i loadShort(const unsigned char* p, std::int64_t bytes) {
 
 struct ZeroFilled32 {
   template <int pixelBytes, class Body, class End>
-  static void walk(const unsigned char* p, std::int64_t bytes, Body body, End end) {
+  static void walk(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
     if (bytes < 32) return end(loadShort(p, bytes));
     const unsigned char* const rowEnd = p + bytes;
     const std::int64_t head = bytesToBoundary(p, 32);
@@ -52,8 +52,7 @@ struct ZeroFilled32 {
       p += head;
     }
     for (; rowEnd - p >= 128; p += 128) {
-      readAhead(p);
-      readAhead(p + 64);
+      readAhead(p, 128);
       body(Vector32::load(p).bits);
       body(Vector32::load(p + 32).bits);
       body(Vector32::load(p + 64).bits);
@@ -71,7 +70,7 @@ struct ZeroFilled32 {
 /// Starts full vectors on a 32-byte boundary, and on a 64-byte one after a step of half a vector.
 struct ZeroFilled64 {
   template <int pixelBytes, class Body, class End>
-  static void walk(const unsigned char* p, std::int64_t bytes, Body body, End end) {
+  static void walk(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
     const auto part = [](const unsigned char* at, std::int64_t count) {
       return _mm512_maskz_loadu_epi8(_bzhi_u64(~0ull, static_cast<unsigned>(count)), at);
     };
@@ -88,7 +87,7 @@ struct ZeroFilled64 {
       bytes -= 32;
     }
     for (; bytes >= 256; p += 256, bytes -= 256) {
-      for (int line = 0; line < 4; ++line) readAhead(p + 64 * line);
+      readAhead(p, 256);
       body(_mm512_loadu_si512(p));
       body(_mm512_loadu_si512(p + 64));
       body(_mm512_loadu_si512(p + 128));
