@@ -212,7 +212,8 @@ template <class T>
 void tiesGoToTheFirst(int (*routine)(const T*, int, const u8*, int, Size, float*, float*, Point*, Point*)) {
   expectExtremes(extremesOf(routine, allSelected<T>({3, 1, 1, 3}, {4, 1})), 1, {1, 0}, 3, {0, 0});
   expectExtremes(extremesOf(routine, allSelected<T>({3, 1, 1, 3}, {1, 4})), 1, {0, 1}, 3, {0, 0});
-  for (const Size roi : {Size{1, 9}, Size{15, 4}, Size{16, 3}, Size{31, 3}, Size{64, 3}, Size{150, 5}}) {
+  for (const Size roi : {Size{1, 9}, Size{15, 4}, Size{16, 3}, Size{31, 3}, Size{64, 3}, Size{150, 5},
+                         Size{640, 40}, Size{4096, 5}, Size{9000, 3}}) {
     const int count = roi.width * roi.height;
     for (const int first : {0, count / 3, count / 2, count - 1}) {
       Masked<T> image = allSelected(std::vector<T>(static_cast<std::size_t>(count), 5), roi);

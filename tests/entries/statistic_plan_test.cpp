@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "zorvan/primitives/kernels/statistic/MaskedExtremePlan.h"
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
 #include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 #include "zorvan/primitives/kernels/statistic/SumPlan.h"
@@ -64,6 +65,17 @@ TEST(ReadAheadPlan, RegionsBeyondTheThirdCacheAreAskedForEarlier) {
   EXPECT_EQ(planReadAhead({1, 0x1FFFFF}, 4), 2048);
   EXPECT_EQ(planReadAhead({2048, 1024}, 4), 8192);
   EXPECT_EQ(planReadAhead({65536, 65536}, 4), 8192);  // a product that wraps to zero
+}
+
+TEST(MaskedExtremePlan, BlocksHold8192PixelsOrARow) {
+  EXPECT_EQ(rowsOfBlock(1), 8192);
+  EXPECT_EQ(rowsOfBlock(64), 128);
+  EXPECT_EQ(rowsOfBlock(640), 12);
+  EXPECT_EQ(rowsOfBlock(4096), 2);
+  EXPECT_EQ(rowsOfBlock(4097), 1);
+  EXPECT_EQ(rowsOfBlock(8191), 1);
+  EXPECT_EQ(rowsOfBlock(8192), 1);
+  EXPECT_EQ(rowsOfBlock(8193), 1);
 }
 
 }  // namespace

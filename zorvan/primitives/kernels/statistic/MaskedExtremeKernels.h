@@ -6,6 +6,7 @@
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/statistic/MaskedArguments.h"
+#include "zorvan/primitives/kernels/statistic/masked_extreme_bytes.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme_rows.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme_wide.h"
 
@@ -14,16 +15,18 @@ namespace {
 
 namespace masked {
 
-using ByteExtremes = ExtremesByRow<ByteRows<BlendedSelection>>;
+using NarrowByteExtremes = ExtremesByBlock<ByteBlock<Vector16>>;
 using FloatExtremes = ExtremesByRow<FloatRows<Different>>;
 using StrictFloatExtremes = ExtremesByRow<FloatRows<StrictlyBetter>>;
 #ifdef __AVX2__
+using WideByteExtremes = ExtremesByBlock<ByteBlock<Vector32>>;
 using WideFloatExtremes = WideMaskedExtremes;
 #else
+class WideByteExtremes;
 class WideFloatExtremes;
 #endif
 #ifdef __AVX512BW__
-using RegisterByteExtremes = ExtremesByRow<RegisterByteRows>;
+using RegisterByteExtremes = ExtremesByBlock<RegisterByteBlock>;
 using RegisterFloatExtremes = RegisterMaskedExtremes;
 #else
 class RegisterByteExtremes;
@@ -34,8 +37,8 @@ template <class V, class T>
 struct ExtremePolicy;
 template <class V>
 struct ExtremePolicy<V, u8> {
-  using Form = ByVariant<V, ByteExtremes, ByteExtremes, ByteExtremes, ByteExtremes, ByteExtremes,
-                         RegisterByteExtremes>;
+  using Form = ByVariant<V, NarrowByteExtremes, NarrowByteExtremes, NarrowByteExtremes, NarrowByteExtremes,
+                         WideByteExtremes, RegisterByteExtremes>;
 };
 template <class V>
 struct ExtremePolicy<V, float> {

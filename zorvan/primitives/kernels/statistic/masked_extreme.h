@@ -17,17 +17,24 @@ struct MaskedExtremes {
   Point minIndex = {0, 0}, maxIndex = {0, 0};
 };
 
-/// The column of the first selected pixel; -1 if there is none. 16 mask bytes at a time, then singly.
-inline int firstSelected(const std::uint8_t* mask, int width) {
+/// The first column of a row that is met: `bitsFrom` tells 16 columns as bits, `is` a single one of the rest.
+/// -1 if there is none.
+template <class BitsFrom, class Is>
+inline int firstColumn(int width, BitsFrom bitsFrom, Is is) {
   int c = 0;
   for (; width - c >= 16; c += 16) {
-    const int none = _mm_movemask_epi8(unselected(Vector16::load(mask + c).bits));
-    if (none != 0xFFFF) return c + lowestSetBit(static_cast<unsigned>(~none));
+    if (const unsigned bits = bitsFrom(c); bits != 0) return c + lowestSetBit(bits);
   }
   for (; c < width; ++c) {
-    if (mask[c] != 0) return c;
+    if (is(c)) return c;
   }
   return -1;
+}
+
+inline int firstSelected(const std::uint8_t* mask, int width) {
+  return firstColumn(
+      width, [=](int c) { return bitsOf(unselected(Vector16::load(mask + c).bits)) ^ 0xFFFFu; },
+      [=](int c) { return mask[c] != 0; });
 }
 
 struct FirstSelected {

@@ -13,6 +13,9 @@ namespace {
 /// All bits set where the byte is zero.
 inline __m128i unselected(__m128i mask) { return _mm_cmpeq_epi8(mask, _mm_setzero_si128()); }
 
+/// The 16 bytes, each 0 or 255, as bits.
+inline unsigned bitsOf(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
+
 /// All bits set for a selected pixel, none for another.
 inline std::int32_t selectedBits(std::uint8_t mask) { return -static_cast<std::int32_t>(mask != 0); }
 
