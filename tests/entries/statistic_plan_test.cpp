@@ -51,6 +51,18 @@ TEST(MaskedSumPlan, TheNarrowPathEndsAt0x800000Pixels) {
   EXPECT_TRUE(takesNarrowSum({65536, 32768}));  // and to a negative number
 }
 
+TEST(MaskedSumPlan, RowsOfWordsShareLanesThatHoldThem) {
+  EXPECT_EQ(wordRowsInLanes(1), 16384);
+  EXPECT_EQ(wordRowsInLanes(64), 16384);
+  EXPECT_EQ(wordRowsInLanes(65), 8192);
+  EXPECT_EQ(wordRowsInLanes(640), 1638);
+  EXPECT_EQ(wordRowsInLanes(0x80000), 2);
+  EXPECT_EQ(wordRowsInLanes(0x80001), 1);
+  EXPECT_EQ(wordRowsInLanes(0x100000), 1);
+  EXPECT_EQ(wordRowsInLanes(0x100001), 1);
+  EXPECT_EQ(wordRowsInLanes(0x7FFFFFFF), 1);
+}
+
 TEST(ReadAheadPlan, RegionsOfTheNearCachesAreNotAskedFor) {
   EXPECT_EQ(planReadAhead({0x17FFFF, 1}, 1), 0);
   EXPECT_EQ(planReadAhead({0x180000, 1}, 1), 2048);

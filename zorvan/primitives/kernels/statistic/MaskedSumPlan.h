@@ -19,6 +19,15 @@ constexpr bool takesNarrowSum(Size roi) { return wrappedCount(roi) < narrowSumBe
 /// Additions into a lane of floats before it is emptied into a double.
 constexpr int floatAdditions = 480;
 
+/// Steps of 64 words that lanes of 32 bits with a sign hold: each adds two words to a lane.
+constexpr int wordStepsInLanes = 16384;
+
+/// Rows of words whose sums may go into the same lanes; one at least.
+constexpr int wordRowsInLanes(int width) {
+  const int steps = (width - 1) / 64 + 1;
+  return steps < wordStepsInLanes ? wordStepsInLanes / steps : 1;
+}
+
 /// Selected pixels of a row whose squares of bytes fit a lane of 32 bits, whatever the vector's width: a lane
 /// takes four squares of each 16 pixels at most.
 constexpr std::int64_t squaresInLanes = std::int64_t{1} << 17;
