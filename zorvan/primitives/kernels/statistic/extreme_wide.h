@@ -50,10 +50,12 @@ struct ShortRowsMasked {
 };
 #endif
 
-/// A row of one to `count` vectors, without a branch: short rows feel each of them. Half of the loads count
-/// from the row's start, half from its end.
-template <class Vector, int count>
-struct FewVectors : Vector {
+/// A row of at most `count` vectors and at least half as many, without a branch: short rows feel each of
+/// them. Half of the loads count from the row's start, half from its end.
+template <class V, int count>
+struct FewVectors {
+  using Vector = V;
+
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto) {
     const auto load = [](const unsigned char* at) { return Vector::load(at).bits; };
@@ -67,8 +69,10 @@ struct FewVectors : Vector {
 };
 
 /// A row of more than two vectors.
-template <class Vector>
-struct ManyVectors : Vector {
+template <class V>
+struct ManyVectors {
+  using Vector = V;
+
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto readAhead) {
     constexpr int size = Vector::size, pixel = sizeof(typename Lanes::Pixel);
@@ -120,9 +124,10 @@ class WideExtreme {
     int count;
   };
 
+  /// Two rows a turn, each with its own test.
   template <class Row>
   static T find(const Rows& rows, auto readAhead) {
-    auto held = Lanes::template spread<Row>(Lanes::neutral);
+    auto held = Lanes::template spread<typename Row::Vector>(Lanes::neutral);
     const unsigned char* p = rows.first;
     const auto over = [&] {
       const auto row = Row::template bestOf<Lanes>(p, rows.bytes, readAhead);

@@ -119,13 +119,13 @@ class RegisterByteBlock {
 
   static int columnOf(std::uint8_t value, const std::uint8_t* row, const std::uint8_t* mask, int width) {
     const __m512i values = Vector64::broadcast(value).bits;
-    for (int c = 0; c < width; c += 64) {
+    for (std::int64_t c = 0; c < width; c += 64) {
       const __mmask64 inRow = width - c < 64 ? _bzhi_u64(~0ull, static_cast<unsigned>(width - c)) : ~0ull;
       const __m512i selection = _mm512_maskz_loadu_epi8(inRow, mask + c);
       const __mmask64 selected = _mm512_test_epi8_mask(selection, selection);
       const __m512i chosen = _mm512_maskz_loadu_epi8(selected, row + c);
       const __mmask64 equal = _mm512_mask_cmpeq_epi8_mask(selected, chosen, values);
-      if (equal != 0) return c + __builtin_ctzll(equal);
+      if (equal != 0) return static_cast<int>(c) + __builtin_ctzll(equal);
     }
     return -1;
   }
