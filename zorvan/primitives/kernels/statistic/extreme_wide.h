@@ -55,6 +55,7 @@ struct ShortRowsMasked {
 template <class V, int count>
 struct FewVectors {
   using Vector = V;
+  static constexpr bool inPairs = true;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto) {
@@ -72,6 +73,7 @@ struct FewVectors {
 template <class V>
 struct ManyVectors {
   using Vector = V;
+  static constexpr bool inPairs = false;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto readAhead) {
@@ -124,7 +126,8 @@ class WideExtreme {
     int count;
   };
 
-  /// Two rows a turn, each with its own test.
+  /// Each row has a test of its own, also where a turn takes two: short rows feel the turns. Long ones stay
+  /// with one loop, whose loads the processor can follow.
   template <class Row>
   static T find(const Rows& rows, auto readAhead) {
     auto held = Lanes::template spread<typename Row::Vector>(Lanes::neutral);
@@ -135,9 +138,14 @@ class WideExtreme {
       p += rows.step;
       return Lanes::holds(row, Lanes::best);
     };
-    if (rows.count % 2 != 0 && over()) return Lanes::best;
-    for (int pairs = rows.count / 2; pairs != 0; --pairs) {
-      if (over() || over()) return Lanes::best;
+    int left = rows.count;
+    if constexpr (Row::inPairs) {
+      for (; left >= 2; left -= 2) {
+        if (over() || over()) return Lanes::best;
+      }
+    }
+    for (; left != 0; --left) {
+      if (over()) return Lanes::best;
     }
     return Lanes::bestOf(held);
   }
