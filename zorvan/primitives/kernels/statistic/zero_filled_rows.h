@@ -45,22 +45,22 @@ struct ZeroFilled32 {
   template <int pixelBytes, class Body, class End>
   static void walk(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
     if (bytes < 32) return end(loadShort(p, bytes));
-    const unsigned char* const rowEnd = p + bytes;
     const std::int64_t head = bytesToBoundary(p, 32);
     if (head != 0 && head % pixelBytes == 0) {
       end(_mm256_and_si256(Vector32::load(p).bits, lowBytes(head)));
       p += head;
+      bytes -= head;
     }
-    for (; rowEnd - p >= 128; p += 128) {
+    for (; bytes >= 128; p += 128, bytes -= 128) {
       readAhead(p, 128);
       body(Vector32::load(p).bits);
       body(Vector32::load(p + 32).bits);
       body(Vector32::load(p + 64).bits);
       body(Vector32::load(p + 96).bits);
     }
-    for (; rowEnd - p >= 32; p += 32) body(Vector32::load(p).bits);
-    if (p != rowEnd) {
-      end(_mm256_andnot_si256(lowBytes(32 - (rowEnd - p)), Vector32::load(rowEnd - 32).bits));
+    for (; bytes >= 32; p += 32, bytes -= 32) body(Vector32::load(p).bits);
+    if (bytes != 0) {
+      end(_mm256_andnot_si256(lowBytes(32 - bytes), Vector32::load(p + bytes - 32).bits));
     }
   }
 };
