@@ -18,6 +18,9 @@ class Table16 {
     const u16 stored = static_cast<u16>(value);
     std::memcpy(at_ + 2 * i, &stored, sizeof stored);
   }
+  void copy(std::ptrdiff_t to, std::ptrdiff_t from, std::ptrdiff_t values) const {
+    std::memcpy(at_ + 2 * to, at_ + 2 * from, static_cast<std::size_t>(2 * values));
+  }
 
  private:
   unsigned char* at_;
@@ -168,6 +171,25 @@ std::uint32_t fillFlags(const Cells& cells) {
          (emptyEdge ? MorphSpec::emptyEdge : 0);
 }
 
+/// Whether a mask sets all cells, also those that would pad it.
+bool isSolid(const u8* mask, Size size) {
+  const auto cells = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+  return (size.width & size.height & 1) != 0 && std::memchr(mask, 0, cells) == nullptr;
+}
+
+/// The tables of a solid mask, all rows of which are alike.
+void tabulateSolid(const Cells& cells, const Table16& columns, const Table16& runs) {
+  std::memset(cells.at, kSet, static_cast<std::size_t>(cells.width * cells.height));
+  columns.set(0, static_cast<std::int32_t>(cells.width));
+  for (std::ptrdiff_t c = 0; c < cells.width; ++c) columns.set(1 + c, static_cast<std::int32_t>(c));
+  const std::ptrdiff_t entry = cells.width + 1;
+  for (std::ptrdiff_t r = 1; r < cells.height; ++r) columns.copy(r * entry, 0, entry);
+  for (std::ptrdiff_t r = 0; r < cells.height; ++r) {
+    runs.set(2 * r, static_cast<std::int32_t>(cells.width));
+    runs.set(2 * r + 1, 0);
+  }
+}
+
 /// Sets one field of a record at any address. What the record does not use stays as it was.
 template <class Field>
 void setField(MorphSpec* spec, std::size_t offset, Field value) {
@@ -183,16 +205,23 @@ void analyseMask(const u8* mask, Size size, MorphSpec* spec, MaskPadding padding
   const Table16 columns(behind + cells.width * cells.height);
   const Table16 runs(behind + cells.width * cells.height + 2 * (cells.width + 1) * cells.height);
 
-  normalise(mask, size, cells, padding);
-  listColumns(cells, columns);
-  const bool contiguous = listRuns(cells, runs);
-  Cross cross{};
-  const bool isCross = findCross(cells, cross);
-  if (isCross) {
-    runs.set(0, static_cast<std::int32_t>(cross.row));
-    runs.set(1, static_cast<std::int32_t>(cross.column));
+  bool contiguous = true, isCross = false;
+  std::uint32_t shape = 0, found = MorphSpec::allSet;
+  if (isSolid(mask, size)) {
+    tabulateSolid(cells, columns, runs);
+  } else {
+    normalise(mask, size, cells, padding);
+    listColumns(cells, columns);
+    contiguous = listRuns(cells, runs);
+    Cross cross{};
+    isCross = findCross(cells, cross);
+    if (isCross) {
+      runs.set(0, static_cast<std::int32_t>(cross.row));
+      runs.set(1, static_cast<std::int32_t>(cross.column));
+    }
+    shape = knownShapeOf(cells);
+    found = fillFlags(cells);
   }
-  const std::uint32_t shape = knownShapeOf(cells);
 
   SET_FIELD(cells, cells.at);
   SET_FIELD(maskWidth, static_cast<std::int32_t>(cells.width));
@@ -202,8 +231,8 @@ void analyseMask(const u8* mask, Size size, MorphSpec* spec, MaskPadding padding
   SET_FIELD(rowOffsets, columns.address());
   SET_FIELD(rowsContiguous, contiguous);
   SET_FIELD(rowRuns, runs.address());
-  SET_FIELD(flags, fillFlags(cells) | (contiguous ? MorphSpec::contiguous : 0) |
-                       (isCross ? MorphSpec::cross : 0) | shape);
+  SET_FIELD(flags,
+            found | (contiguous ? MorphSpec::contiguous : 0) | (isCross ? MorphSpec::cross : 0) | shape);
   SET_FIELD(isCross, isCross);
   SET_FIELD(isKnownShape, shape != 0);
 }
