@@ -63,6 +63,32 @@ TEST(MorphRing, IsCutIntoBandsAboveItsShareOfTheCache) {
   EXPECT_EQ(planRingColumns(100000, 1001, 1), 512);
 }
 
+TEST(MorphBordered, TakesTheUsualSquares) {
+  for (const int side : {3, 5, 7, 9}) EXPECT_TRUE(planBordered({side, side}, BorderKind::replicate, false));
+  for (const Size other : {Size{1, 1}, Size{3, 5}, Size{9, 7}, Size{11, 11}, Size{1, 3}, Size{3, 1}}) {
+    EXPECT_FALSE(planBordered(other, BorderKind::replicate, false));
+    EXPECT_FALSE(planBordered(other, BorderKind::none, true));
+  }
+}
+
+TEST(MorphBordered, TakesBordersThatFollowFromTheEdge) {
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::replicate, false));
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::constant, false));
+  EXPECT_FALSE(planBordered({3, 3}, BorderKind::mirror, false));
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::mirror, true));
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::none, true));
+}
+
+TEST(MorphStrips, HoldTheRowsOfTwoRowsInTheirShareOfTheCache) {
+  EXPECT_EQ(planStripColumns(65536, 3, 1), 65536);  // four rows of 64 KiB
+  EXPECT_EQ(planStripColumns(65537, 3, 1), 65536);
+  EXPECT_EQ(planStripColumns(16384, 3, 4), 16384);
+  EXPECT_EQ(planStripColumns(16385, 3, 4), 16384);
+  EXPECT_EQ(planStripColumns(26176, 9, 1), 26176);  // ten rows, in whole lines
+  EXPECT_EQ(planStripColumns(26177, 9, 1), 26176);
+  EXPECT_EQ(planStripColumns(1, 9, 1), 1);
+}
+
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
   EXPECT_EQ(resultBytes({1024, 1024}, 4), kStreamFromBytes);
   EXPECT_FALSE(planStreaming(kStreamFromBytes - 1, 1024, 1024, 64));

@@ -179,6 +179,34 @@ void largeRegions(const Pair<T, Spec>& pair) {
   }
 }
 
+/// Rows longer than a strip.
+template <class T, class Spec>
+void strips(const Pair<T, Spec>& pair) {
+  Random random(options().seed);
+  for (const int side : {3, 9}) {
+    const Size roi{70012 / static_cast<int>(sizeof(T)), side + 2};
+    EXPECT_LT(planStripColumns(roi.width, side, sizeof(T)), roi.width);
+    for (int turn = turns(1, 1, 6); turn > 0; --turn) {
+      if (!pair.agreesOn(drawCase(random, solidMask({side, side}), roi))) return;
+    }
+  }
+}
+
+/// Results past the caches, from addresses in front of a whole vector too.
+template <class T, class Spec>
+void streams(const Pair<T, Spec>& pair) {
+  constexpr int e = sizeof(T), shifts[] = {0, 4, 60};
+  Random random(options().seed);
+  const Size roi{70016 / e, 61};
+  EXPECT_TRUE(planStreaming(resultBytes(roi, e), 70016, 70016, 64));
+  for (int turn = turns(0, 1, 4); turn > 0; --turn) {
+    MorphCase c = drawCase(random, solidMask({3, 3}), roi);
+    c.placement = {Placement::Edge::inside, random.oneOf(shifts)};
+    c.gap = 0;
+    if (!pair.agreesOn(c)) return;
+  }
+}
+
 /// Regions that the two passes go through in bands of rows, with borders and sides in memory of all kinds.
 template <class T>
 void bands(const Pair<T, MorphAdvSpec>& pair) {
@@ -348,6 +376,8 @@ void registerMorph(const char* name, MorphRoutine<T, Spec>* reference,
   add("", onPair(manyMasks<T, Spec>));
   add("_everyWord", onPair(everyWord<T, Spec>));
   add("_largeRegions", onPair(largeRegions<T, Spec>));
+  add("_strips", onPair(strips<T, Spec>));
+  add("_streams", onPair(streams<T, Spec>));
   add("_refusals", refusals<T, Spec>);
   if constexpr (std::is_same_v<Spec, MorphSpec>) {
     add("_listedAndTabled", listedAndTabled<T>);

@@ -11,6 +11,7 @@
 #include "zorvan/primitives/kernels/morphology/packed_rows.h"
 #include "zorvan/primitives/kernels/morphology/shaped_cells.h"
 #include "zorvan/primitives/kernels/morphology/shaped_scan.h"
+#include "zorvan/primitives/kernels/morphology/solid_bordered.h"
 #include "zorvan/primitives/kernels/morphology/solid_fused.h"
 #include "zorvan/primitives/kernels/morphology/solid_separable.h"
 
@@ -50,6 +51,7 @@ template <class ForBytes, class ForFloats>
 struct ScanningKernels {
   template <class Pixel>
   using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+  static constexpr bool makesBorders = false;
 
   template <class Operation, class Pixel>
   static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
@@ -69,6 +71,25 @@ template <class ForBytes, class ForFloats>
 struct FormKernels {
   template <class Pixel>
   using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+  static constexpr bool makesBorders = std::is_same_v<ForBytes, ByteLanes64>;
+
+  /// Solid masks for which `planBordered` holds.
+  template <class Operation, class Pixel>
+  static void computeBordered(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, Size mask, BorderWord word,
+                              Pixel value, MorphWork work) {
+    const BorderedRegion<Pixel> region(src, roi, Reach::ofMask(mask), word, value,
+                                       reinterpret_cast<Pixel*>(work.ring));
+    switch (mask.width) {
+      case 3:
+        return borderedImage<Operation, Lanes<Pixel>, 3, 3>(region, dst, work);
+      case 5:
+        return borderedImage<Operation, Lanes<Pixel>, 5, 5>(region, dst, work);
+      case 7:
+        return borderedImage<Operation, Lanes<Pixel>, 7, 7>(region, dst, work);
+      default:
+        return borderedImage<Operation, Lanes<Pixel>, 9, 9>(region, dst, work);
+    }
+  }
 
   template <class Operation, class Pixel>
   static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
@@ -171,6 +192,14 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
     return copyRegion<V>(src, srcStep, dst, dstStep, roi);
   }
   const MorphWork work{alignWork(buffer), streamedBytes};
+  if constexpr (MorphPolicy<V>::makesBorders) {
+    if (mask.has(MorphSpec::allSet) &&
+        planBordered(maskSize, word.kind(), word.has(BorderWord::allInMemory))) {
+      MorphPolicy<V>::template computeBordered<Operation, T>({src, srcStep}, {dst, dstStep}, roi, maskSize,
+                                                             word, value, work);
+      return ippStsNoErr;
+    }
+  }
   const MorphMeasures<WrappingFigure> measures(roi, maskSize, sizeof(T));
   T* const area = reinterpret_cast<T*>(work.ring + measures.ringSize().value());
   runWithBorder<T>({src, srcStep}, {dst, dstStep}, roi, Reach::ofMask(maskSize), word, value, area,

@@ -7,6 +7,7 @@
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/frame/MorphSpec.h"
+#include "zorvan/primitives/kernels/common/BorderWord.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -56,6 +57,24 @@ constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
   const std::int64_t bytes = fitting < kLeastBandBytes ? kLeastBandBytes : fitting;
   const std::int64_t columns = bytes / pixelBytes;
   return columns < width ? static_cast<int>(columns) : width;
+}
+
+/// What the rows that two rows of a result are made from may take of a second cache, from where they come as
+/// fast as they are combined.
+constexpr std::int64_t kStripBytes = 256 << 10;
+
+/// Columns of a strip in which a result is made straight from the rows, a multiple of 64 bytes, or all.
+constexpr std::int64_t planStripColumns(int width, int maskHeight, int pixelBytes) {
+  const std::int64_t fitting = kStripBytes / (maskHeight + 1) & ~std::int64_t{63};
+  const std::int64_t bytes = fitting < kLeastBandBytes ? kLeastBandBytes : fitting;
+  return width * std::int64_t{pixelBytes} <= bytes ? width : bytes / pixelBytes;
+}
+
+/// Whether a solid mask takes its border from registers: with the reach to either side inside a vector.
+constexpr bool planBordered(Size mask, BorderKind kind, bool allInMemory) {
+  const bool usual =
+      mask.width == mask.height && (mask.width == 3 || mask.width == 5 || mask.width == 7 || mask.width == 9);
+  return usual && (allInMemory || kind == BorderKind::replicate || kind == BorderKind::constant);
 }
 
 /// Bytes between the rows of the ring, which holds one row less than the mask is high in room for as many as

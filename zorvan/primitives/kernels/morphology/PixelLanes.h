@@ -220,6 +220,34 @@ struct ByteLanes64 {
     if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(next.bits, a.bits, n / 4)};
     return {_mm512_alignr_epi8(_mm512_alignr_epi32(next.bits, a.bits, 4), a.bits, n % 16)};
   }
+  /// The pixels `n` places before those of `a`, below 16, with `previous` in front of it.
+  template <int n>
+  static ByteLanes64 before(ByteLanes64 a, ByteLanes64 previous) {
+    const __m512i middle = _mm512_alignr_epi32(a.bits, previous.bits, 12);
+    if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(a.bits, previous.bits, 16 - n / 4)};
+    return {_mm512_alignr_epi8(a.bits, middle, 16 - n % 16)};
+  }
+
+  /// The last `n` lanes, above 0 and below all.
+  static Some lastOnes(std::int64_t n) { return ~std::uint64_t{0} << (-n & 63); }
+  /// `a` in some lanes and `b` in the others.
+  static ByteLanes64 blend(Some lanes, ByteLanes64 a, ByteLanes64 b) {
+    return {_mm512_mask_blend_epi8(lanes, b.bits, a.bits)};
+  }
+  /// One lane of a vector, to be spread over all of another.
+  struct Place {
+    __m512i dwords, bytes;
+  };
+  static Place place(std::int64_t i) {
+    return {_mm512_set1_epi32(static_cast<int>(i >> 2)), _mm512_set1_epi8(static_cast<char>(i & 3))};
+  }
+  static ByteLanes64 spread(ByteLanes64 a, Place from) {
+    return {_mm512_shuffle_epi8(_mm512_permutexvar_epi32(from.dwords, a.bits), from.bytes)};
+  }
+  static ByteLanes64 spreadFirst(ByteLanes64 a) {
+    return {_mm512_broadcastb_epi8(_mm512_castsi512_si128(a.bits))};
+  }
+
   static ByteLanes64 behind1(ByteLanes64 a, ByteLanes64 next) { return behind<1>(a, next); }
   static ByteLanes64 behind2(ByteLanes64 a, ByteLanes64 next) { return behind<2>(a, next); }
 };
@@ -252,6 +280,26 @@ struct FloatLanes64 {
     return {_mm512_castsi512_ps(
         _mm512_alignr_epi32(_mm512_castps_si512(next.bits), _mm512_castps_si512(a.bits), n))};
   }
+  template <int n>
+  static FloatLanes64 before(FloatLanes64 a, FloatLanes64 previous) {
+    return behind<16 - n>(previous, a);
+  }
+
+  static Some lastOnes(std::int64_t n) { return static_cast<Some>(0xFFFFu << (16 - n)); }
+  static FloatLanes64 blend(Some lanes, FloatLanes64 a, FloatLanes64 b) {
+    return {_mm512_mask_blend_ps(lanes, b.bits, a.bits)};
+  }
+  struct Place {
+    __m512i dwords;
+  };
+  static Place place(std::int64_t i) { return {_mm512_set1_epi32(static_cast<int>(i))}; }
+  static FloatLanes64 spread(FloatLanes64 a, Place from) {
+    return {_mm512_permutexvar_ps(from.dwords, a.bits)};
+  }
+  static FloatLanes64 spreadFirst(FloatLanes64 a) {
+    return {_mm512_broadcastss_ps(_mm512_castps512_ps128(a.bits))};
+  }
+
   static FloatLanes64 behind1(FloatLanes64 a, FloatLanes64 next) { return behind<1>(a, next); }
   static FloatLanes64 behind2(FloatLanes64 a, FloatLanes64 next) { return behind<2>(a, next); }
 };

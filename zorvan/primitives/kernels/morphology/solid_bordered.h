@@ -1,0 +1,233 @@
+#pragma once
+
+// Extremes of solid rectangular neighbourhoods with their border made in registers, for vectors as long as a
+// line of the cache: the column-wise extreme of the rows, then that combined with its neighbours in the row.
+//
+// What lies above and below a region is a matter of where a row is read: a row outside is the nearest one, or
+// one of constants in the work memory. What lies beside it follows from the column-wise extremes: those of a
+// repeated column are the repeated extremes, and those of constants the constant. So the vectors before the
+// first one and behind the last are broadcasts, and no pixel is copied.
+//
+// Two rows of the result are made at a time, since all rows but the first and the last belong to both; an odd
+// last row goes by itself. Along a row each vector of extremes is made once and takes its neighbours from the
+// vectors before and behind it. Wide regions go in strips of columns, so that the rows that are read again
+// for the next rows of the result stay in the nearest cache.
+
+#include <utility>
+
+#include "zorvan/primitives/kernels/common/BorderPlan.h"
+#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/common/border_copy.h"
+#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/morphology/along_row.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// A region, what its surroundings are, and where rows outside of it are read.
+template <class Pixel>
+struct BorderedRegion {
+  Plane<const Pixel> src;
+  Size roi;
+  BorderWord word;           ///< of the kinds replicate and constant where any side is not in memory
+  Pixel value;               ///< of a constant border
+  Pixel* constants;          ///< under column 0 of a row of constants
+  std::int64_t left, right;  ///< columns in memory beside the region
+
+  /// `room` takes a row of pixels with the reach on both sides.
+  BorderedRegion(Plane<const Pixel> source, Size size, Reach reach, BorderWord given, Pixel constant,
+                 Pixel* room)
+      : src(source), roi(size), word(given), value(constant), constants(room + reach.left) {
+    // Of a region no larger than the mask, single sides in memory do not count.
+    const Size mask = reach.mask();
+    const bool whole = mask.width >= roi.width || mask.height >= roi.height;
+    if (whole && !word.has(BorderWord::allInMemory)) word.bits &= BorderWord::kindBits;
+    left = word.has(BorderWord::leftInMemory) ? reach.left : 0;
+    right = word.has(BorderWord::rightInMemory) ? reach.right : 0;
+    if (!replicates() && !word.has(BorderWord::aboveInMemory | BorderWord::belowInMemory)) {
+      using Bits = typename PixelBits<sizeof(Pixel)>::type;
+      fillRun(constants - left, __builtin_bit_cast(Bits, value), left + roi.width + right);
+    }
+  }
+
+  bool replicates() const { return word.kind() == BorderKind::replicate; }
+  std::int64_t end() const { return roi.width + right; }
+  const Pixel* row(std::int64_t r) const {
+    if (r < 0 && !word.has(BorderWord::aboveInMemory)) return replicates() ? src.at(0, 0) : constants;
+    if (r >= roi.height && !word.has(BorderWord::belowInMemory)) {
+      return replicates() ? src.at(roi.height - 1, 0) : constants;
+    }
+    return src.at(r, 0);
+  }
+};
+
+/// Column-wise extremes for `rows` rows of the result, 1 or 2.
+template <class Lanes, int rows>
+struct Extremes {
+  Lanes of[rows];
+};
+
+/// `rows` rows of the result, between two columns.
+template <class Operation, class Lanes, int width, int height, int rows>
+struct BorderedRows {
+  using Pixel = typename Lanes::Pixel;
+  using Vectors = Extremes<Lanes, rows>;
+
+  static constexpr int readRows = height - 1 + rows;
+
+  const Pixel* src[readRows];  ///< column 0 of each row that is read
+  std::int64_t left, end;      ///< columns in memory in front of column 0, and the first not in memory
+  bool replicates;
+  Lanes constant;
+  typename Lanes::Place last;  ///< of the last column that is in memory, in its vector
+
+  /// `first` is the first row that is read.
+  [[gnu::always_inline]] BorderedRows(const BorderedRegion<Pixel>& region, std::int64_t first,
+                                      std::int64_t column)
+      : left(region.left),
+        end(region.end()),
+        replicates(region.replicates()),
+        constant(Lanes::broadcast(region.value)),
+        last(Lanes::place((end - 1 - column) & (Lanes::count - 1))) {
+    for (int i = 0; i < readRows; ++i) src[i] = region.row(first + i);
+  }
+
+  /// Goes on to the next `rows` rows of the result, where the last row that is read will be row `r`.
+  [[gnu::always_inline]] void step(const BorderedRegion<Pixel>& region, std::int64_t r) {
+    for (int i = 0; i < height - 1; ++i) src[i] = src[i + rows];
+    for (int i = 0; i < rows; ++i) src[height - 1 + i] = region.row(r - rows + 1 + i);
+  }
+
+  template <class Make>
+  static Vectors each(Make make) {
+    Vectors made;
+    for (int r = 0; r < rows; ++r) made.of[r] = make(r);
+    return made;
+  }
+
+  template <class Which>
+  [[gnu::always_inline]] Vectors load(std::int64_t column, Which lanes) const {
+    const auto row = [&](int r) { return Lanes::load(src[r] + column, lanes); };
+    if constexpr (rows == 1) {
+      Lanes all = firstExtreme<Operation>(row(0));
+      for (int r = 1; r < height; ++r) all = Operation::combine(all, row(r));
+      return {{all}};
+    } else {
+      Lanes shared = firstExtreme<Operation>(row(1));
+      for (int r = 2; r < height; ++r) shared = Operation::combine(shared, row(r));
+      return {{Operation::combine(shared, row(0)), Operation::combine(shared, row(height))}};
+    }
+  }
+
+  /// What lies beside the columns in memory: `nearest(r)` of row r, or the constant.
+  template <class Nearest>
+  Vectors border(Nearest nearest) const {
+    if (!replicates) return each([&](int) { return constant; });
+    return each(nearest);
+  }
+  Vectors bordered(const Vectors& found, typename Lanes::Some lanes, const Vectors& border) const {
+    return each([&](int r) { return Lanes::blend(lanes, found.of[r], border.of[r]); });
+  }
+
+  /// The vector in front of `column`, the first one of `vector`.
+  [[gnu::always_inline]] Vectors before(std::int64_t column, const Vectors& vector) const {
+    const std::int64_t there = column + left;
+    if (there >= Lanes::count) return load(column - Lanes::count, All{});
+    const Vectors first = column == 0 ? vector : load(0, Lanes::some(1));
+    const Vectors beside = border([&](int r) { return Lanes::spreadFirst(first.of[r]); });
+    if (there == 0) return beside;
+    const auto lanes = Lanes::lastOnes(there);
+    return bordered(load(column - Lanes::count, lanes), lanes, beside);
+  }
+
+  /// The vector from `column` on, which may reach or lie beyond the last column; `previous` is in front of
+  /// it.
+  [[gnu::always_inline]] Vectors from(std::int64_t column, const Vectors& previous) const {
+    const std::int64_t there = end - column;
+    if (there >= Lanes::count) return load(column, All{});
+    if (there <= 0) return border([&](int r) { return Lanes::spread(previous.of[r], last); });
+    const auto lanes = Lanes::some(there);
+    const Vectors found = load(column, lanes);
+    return bordered(found, lanes, border([&](int r) { return Lanes::spread(found.of[r], last); }));
+  }
+
+  template <int... n>
+  static Lanes acrossRow(Lanes previous, Lanes vector, Lanes next, std::integer_sequence<int, n...>) {
+    Lanes extreme = vector;
+    ((extreme = Operation::combine(extreme, Lanes::template before<n + 1>(vector, previous))), ...);
+    ((extreme = Operation::combine(extreme, Lanes::template behind<n + 1>(vector, next))), ...);
+    return extreme;
+  }
+  static Vectors results(const Vectors& previous, const Vectors& vector, const Vectors& next) {
+    constexpr auto reach = std::make_integer_sequence<int, (width - 1) / 2>();
+    return each([&](int r) { return acrossRow(previous.of[r], vector.of[r], next.of[r], reach); });
+  }
+
+  [[gnu::always_inline]] void run(Plane<Pixel> dst, std::int64_t column, std::int64_t stop,
+                                  ResultStores<Lanes> stores) const {
+    const auto store = [&](const Vectors& made, auto lanes) {
+      for (int r = 0; r < rows; ++r) stores.store(made.of[r], dst.at(r, column), lanes);
+    };
+    Vectors vector = from(column, Vectors{});
+    Vectors previous = before(column, vector);
+    const std::int64_t whole = stop < end - Lanes::count ? stop : end - Lanes::count;
+    for (; column + Lanes::count <= whole; column += Lanes::count) {
+      const Vectors next = load(column + Lanes::count, All{});
+      store(results(previous, vector, next), All{});
+      previous = vector;
+      vector = next;
+    }
+    for (; column < stop; column += Lanes::count) {
+      const Vectors next = from(column + Lanes::count, vector);
+      const Vectors made = results(previous, vector, next);
+      if (column + Lanes::count <= stop) {
+        store(made, All{});
+      } else {
+        store(made, Lanes::some(stop - column));
+      }
+      previous = vector;
+      vector = next;
+    }
+  }
+};
+
+/// The strip of columns from `begin` to `stop`.
+template <class Operation, class Lanes, int width, int height>
+inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
+                          Plane<typename Lanes::Pixel> dst, std::int64_t begin, std::int64_t stop,
+                          ResultStores<Lanes> stores) {
+  constexpr int above = (height - 1) / 2;
+  std::int64_t r = 0;
+  if (region.roi.height >= 2) {
+    BorderedRows<Operation, Lanes, width, height, 2> pair(region, -above, begin);
+    for (;;) {
+      pair.run(dst.from(r, 0), begin, stop, stores);
+      r += 2;
+      if (r + 2 > region.roi.height) break;
+      pair.step(region, r + above + 1);
+    }
+  }
+  if (r < region.roi.height) {
+    const BorderedRows<Operation, Lanes, width, height, 1> single(region, r - above, begin);
+    single.run(dst.from(r, 0), begin, stop, stores);
+  }
+}
+
+/// Where results go past the caches, the columns in front of their first whole vector are a strip of their
+/// own.
+template <class Operation, class Lanes, int width, int height>
+inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
+                          Plane<typename Lanes::Pixel> dst, MorphWork work) {
+  const ResultStores<Lanes> stores(dst, region.roi, work);
+  const std::int64_t columns = region.roi.width;
+  const std::int64_t strip = planStripColumns(region.roi.width, height, sizeof(typename Lanes::Pixel));
+  std::int64_t begin = 0, stop = stores.streaming && stores.head != 0 ? stores.head : strip;
+  for (; begin < columns; begin = stop, stop += strip) {
+    if (stop > columns) stop = columns;
+    borderedStrip<Operation, Lanes, width, height>(region, dst, begin, stop, stores);
+  }
+  stores.finish();
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives
