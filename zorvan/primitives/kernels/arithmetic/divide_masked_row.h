@@ -3,7 +3,7 @@
 // Quotients of integer pixels, 64 in a pass, by the 14-bit estimate of the reciprocal: the newest variant.
 //
 // Vectors of 16 floats from the first pixel on; the last block is loaded and stored under masks, so that no
-// pixel is divided on its own. The two Newton steps are fused multiplications and additions.
+// pixel is divided on its own. The Newton step is made of fused multiplications and additions.
 
 #include "zorvan/primitives/kernels/arithmetic/divide_pixels.h"
 #include "zorvan/primitives/kernels/arithmetic/scaling.h"
@@ -12,21 +12,30 @@
 namespace Zorvan::Primitives {
 namespace {
 
+/// One Newton step after the estimate. The second one, `q + e * e * q`, would change nothing: with `e` at
+/// most 2^-14 it adds less than half of the last bit.
 inline __m512 estimatedQuotient(__m512 numerator, __m512 divisor) {
   const __m512 r = _mm512_rcp14_ps(divisor);
   const __m512 e = _mm512_fnmadd_ps(divisor, r, _mm512_set1_ps(1));
-  const __m512 q0 = _mm512_mul_ps(numerator, r);
-  const __m512 q1 = _mm512_fmadd_ps(e, q0, q0);
-  return _mm512_fmadd_ps(_mm512_mul_ps(e, e), q1, q1);
+  const __m512 q = _mm512_mul_ps(numerator, r);
+  return _mm512_fmadd_ps(e, q, q);
 }
 
 template <class T>
 struct Sixteen;
 
-/// Sixteen pixels as 32-bit lanes, in whole or the first ones alone; pixels left out are `other`.
+/// Sixteen pixels as 32-bit lanes, the first ones alone with `other` for those left out, or four times
+/// sixteen in an order that storing them undoes.
 template <>
 struct Sixteen<u8> {
-  static __m512i load(const void* p) { return _mm512_cvtepu8_epi32(loadAs<__m128i>(p)); }
+  static void load64(const void* p, __m512i (&lanes)[4]) {
+    const __m512i pixels = _mm512_loadu_si512(p);
+    for (int i = 0; i < 4; ++i) {  // of each 16 bytes the four from 4 * i on, with zeroes above them
+      const int first = -256 + 4 * i;
+      const __m512i spread = _mm512_setr4_epi32(first, first + 1, first + 2, first + 3);
+      lanes[i] = _mm512_shuffle_epi8(pixels, spread);
+    }
+  }
   static __m512i load(const void* p, __mmask16 mask, char other) {
     return _mm512_cvtepu8_epi32(_mm_mask_loadu_epi8(_mm_set1_epi8(other), mask, p));
   }
@@ -40,8 +49,7 @@ struct Sixteen<u8> {
   static void store64(void* p, const __m512i (&lanes)[4]) {
     const __m512i words0 = _mm512_packs_epi32(lanes[0], lanes[1]);
     const __m512i words1 = _mm512_packs_epi32(lanes[2], lanes[3]);
-    const __m512i inOrder = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
-    _mm512_storeu_si512(p, _mm512_permutexvar_epi32(inOrder, _mm512_packus_epi16(words0, words1)));
+    _mm512_storeu_si512(p, _mm512_packus_epi16(words0, words1));
   }
 };
 
@@ -50,7 +58,9 @@ struct SixteenWords {
   static __m512i wide(__m256i words) {
     return std::is_signed_v<T> ? _mm512_cvtepi16_epi32(words) : _mm512_cvtepu16_epi32(words);
   }
-  static __m512i load(const void* p) { return wide(loadAs<__m256i>(p)); }
+  static void load64(const void* p, __m512i (&lanes)[4]) {
+    for (int i = 0; i < 4; ++i) lanes[i] = wide(loadAs<__m256i>(static_cast<const char*>(p) + 32 * i));
+  }
   static __m512i load(const void* p, __mmask16 mask, short other) {
     return wide(_mm256_mask_loadu_epi16(_mm256_set1_epi16(other), mask, p));
   }
@@ -95,15 +105,13 @@ inline __m512i divideSixteen(__m512i divisors, __m512i numerators, const Quotien
 }
 
 template <class T, Quotients form, bool zeroes>
-inline void divide64(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                     const QuotientFactors& factors) {
-  constexpr int groupBytes = 16 * sizeof(T);
-  __m512i lanes[4];
-  for (int i = 0; i < 4; ++i) {
-    lanes[i] = divideSixteen<T, form, zeroes>(Sixteen<T>::load(divisors + i * groupBytes),
-                                              Sixteen<T>::load(numerators + i * groupBytes), factors);
-  }
-  Sixteen<T>::store64(dst, lanes);
+[[gnu::always_inline]] inline void divide64(const unsigned char* divisors, const unsigned char* numerators,
+                                            unsigned char* dst, const QuotientFactors& factors) {
+  __m512i d[4], x[4];
+  Sixteen<T>::load64(divisors, d);
+  Sixteen<T>::load64(numerators, x);
+  for (int i = 0; i < 4; ++i) x[i] = divideSixteen<T, form, zeroes>(d[i], x[i], factors);
+  Sixteen<T>::store64(dst, x);
 }
 
 /// Gives back whether any divisor of the row was 0.
@@ -113,12 +121,14 @@ inline bool divideMaskedRow(const unsigned char* divisors, const unsigned char* 
   constexpr std::int64_t size = sizeof(T);
   bool anyZero = false;
   std::int64_t i = 0;
-  for (; i + 64 <= n; i += 64) {
-    if (Sixteen<T>::anyZeroOf64(divisors + i * size)) [[unlikely]] {
+  const auto isClean = [&] { return !Sixteen<T>::anyZeroOf64(divisors + i * size); };
+  while (n - i >= 64) {
+    for (; n - i >= 64 && isClean(); i += 64) {
+      divide64<T, form, false>(divisors + i * size, numerators + i * size, dst + i * size, factors);
+    }
+    for (; n - i >= 64 && !isClean(); i += 64) {
       anyZero = true;
       divide64<T, form, true>(divisors + i * size, numerators + i * size, dst + i * size, factors);
-    } else {
-      divide64<T, form, false>(divisors + i * size, numerators + i * size, dst + i * size, factors);
     }
   }
   for (; i < n; i += 16) {
