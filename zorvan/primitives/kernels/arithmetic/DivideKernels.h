@@ -22,13 +22,14 @@ struct QuotientBlocks {
                   std::int64_t n, const QuotientFactors& factors) {
     return divideRow<T>(divisors, numerators, dst, n, factors);
   }
-  static bool floatRow(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                       std::int64_t n) {
-    return divideFloatRow(divisors, numerators, dst, n);
+  template <class Images>
+  static int floatRows(const Images& images, Size roi) {
+    return images.eachRow(roi, divideFloatRow);
   }
 };
 
-/// Vectors of 16 floats under masks.
+/// Vectors of 16 floats under masks. Rows of floats that are whole turns have no head and no tail to look
+/// for: in narrow images a row is a turn or two.
 struct MaskedQuotients {
 #ifdef __AVX512BW__
   template <class T, Quotients form>
@@ -36,9 +37,12 @@ struct MaskedQuotients {
                   std::int64_t n, const QuotientFactors& factors) {
     return divideMaskedRow<T, form>(divisors, numerators, dst, n, factors);
   }
-  static bool floatRow(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                       std::int64_t n) {
-    return divideFloatRowMasked(divisors, numerators, dst, n);
+  template <class Images>
+  static int floatRows(const Images& images, Size roi) {
+    if (areWholeQuotientTurns(reinterpret_cast<std::uintptr_t>(images.dst), images.dstStep, roi.width)) {
+      return images.eachRow(roi, divideFloatRowMasked<true>);
+    }
+    return images.eachRow(roi, divideFloatRowMasked<false>);
   }
 #endif
 };
@@ -147,7 +151,7 @@ int Routines<V>::ippiDiv_32f_C1R(const float* src1, int src1Step, const float* s
   if (images.anyNull()) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
   if (images.anyStepBelow1()) return ippStsStepErr;
-  return images.eachRow(roi, QuotientPolicy<V>::floatRow);
+  return QuotientPolicy<V>::floatRows(images, roi);
 }
 
 template <class V>

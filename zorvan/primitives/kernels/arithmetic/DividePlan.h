@@ -74,5 +74,10 @@ constexpr std::int64_t floatsBeforeQuotients(std::uintptr_t a, std::uintptr_t b,
   return head < n ? head : n;
 }
 
+/// Whether all float rows are turns of 64 pixels from a cache line on and nothing else.
+constexpr bool areWholeQuotientTurns(std::uintptr_t dst, int dstStep, std::int64_t n) {
+  return dst % 64 == 0 && dstStep % 64 == 0 && n % 64 == 0;
+}
+
 }  // namespace
 }  // namespace Zorvan::Primitives

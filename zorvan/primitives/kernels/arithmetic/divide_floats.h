@@ -111,53 +111,92 @@ inline bool divideFloatRow(const unsigned char* divisors, const unsigned char* n
 }
 
 #ifdef __AVX512F__
+/// Up to 16 pixels with a divisor of 0 among them. It is seldom, and its registers would be missed elsewhere.
+[[gnu::cold, gnu::noinline]] inline void divideBlockWithZero(const unsigned char* divisors,
+                                                             const unsigned char* numerators,
+                                                             unsigned char* dst, std::int64_t count) {
+  bool anyZero = false;
+  divideFloats(divisors, numerators, dst, 0, count, anyZero);
+}
+
 /// Up to 16 pixels; those that the mask leaves out are divided by 1 and not stored.
 inline void divideFloatBlock(const unsigned char* divisors, const unsigned char* numerators,
                              unsigned char* dst, __mmask16 mask, int count, bool& anyZero) {
   const __m512 d = _mm512_mask_loadu_ps(_mm512_set1_ps(1), mask, divisors);
   if (_mm512_cmp_ps_mask(d, _mm512_setzero_ps(), _CMP_EQ_OQ) != 0) [[unlikely]] {
-    return divideFloats(divisors, numerators, dst, 0, count, anyZero);
+    anyZero = true;
+    return divideBlockWithZero(divisors, numerators, dst, count);
   }
   _mm512_mask_storeu_ps(dst, mask, _mm512_div_ps(_mm512_maskz_loadu_ps(mask, numerators), d));
 }
 
-/// Gives back whether any divisor of the row was 0.
+/// Divides so many vectors of 16 unless some divisor of theirs is 0: then it writes nothing and says so.
+template <int vectors>
+inline bool divideFloatsWithoutZero(const unsigned char* divisors, const unsigned char* numerators,
+                                    unsigned char* dst) {
+  __m512 d[vectors];
+  __mmask16 zeroes = 0;
+  for (int j = 0; j < vectors; ++j) {
+    d[j] = _mm512_loadu_ps(divisors + 64 * j);
+    zeroes = static_cast<__mmask16>(zeroes | _mm512_cmp_ps_mask(d[j], _mm512_setzero_ps(), _CMP_EQ_OQ));
+  }
+  if (zeroes != 0) [[unlikely]]
+    return false;
+  for (int j = 0; j < vectors; ++j) {
+    _mm512_storeu_ps(dst + 64 * j, _mm512_div_ps(_mm512_loadu_ps(numerators + 64 * j), d[j]));
+  }
+  return true;
+}
+
+/// Whole blocks of 16 pixels from `i` to `end`.
+inline void divideFloatBlocks(const unsigned char* divisors, const unsigned char* numerators,
+                              unsigned char* dst, std::int64_t i, std::int64_t end, bool& anyZero) {
+  for (; i != end; i += 16) {
+    if (divideFloatsWithoutZero<1>(divisors + 4 * i, numerators + 4 * i, dst + 4 * i)) continue;
+    anyZero = true;
+    divideBlockWithZero(divisors + 4 * i, numerators + 4 * i, dst + 4 * i, 16);
+  }
+}
+
+[[gnu::cold, gnu::noinline]] inline void divideTurnWithZero(const unsigned char* divisors,
+                                                            const unsigned char* numerators,
+                                                            unsigned char* dst) {
+  bool anyZero = false;
+  divideFloatBlocks(divisors, numerators, dst, 0, 64, anyZero);
+}
+
+/// Whole turns of four blocks.
+inline void divideFloatTurns(const unsigned char* divisors, const unsigned char* numerators,
+                             unsigned char* dst, std::int64_t i, std::int64_t end, bool& anyZero) {
+  for (; i != end; i += 64) {
+    if (divideFloatsWithoutZero<4>(divisors + 4 * i, numerators + 4 * i, dst + 4 * i)) continue;
+    anyZero = true;
+    divideTurnWithZero(divisors + 4 * i, numerators + 4 * i, dst + 4 * i);
+  }
+}
+
+/// Gives back whether any divisor of the row was 0. `whole`: the row is so many turns and nothing else.
+template <bool whole>
 inline bool divideFloatRowMasked(const unsigned char* divisors, const unsigned char* numerators,
                                  unsigned char* dst, std::int64_t n) {
-  const auto firstOnes = [](std::int64_t count) { return static_cast<__mmask16>((1 << count) - 1); };
   bool anyZero = false;
+  if constexpr (whole) {
+    divideFloatTurns(divisors, numerators, dst, 0, n, anyZero);
+    return anyZero;
+  }
+  const auto firstOnes = [](std::int64_t count) { return static_cast<__mmask16>((1 << count) - 1); };
   const std::int64_t head = floatsBeforeQuotients(reinterpret_cast<std::uintptr_t>(divisors),
                                                   reinterpret_cast<std::uintptr_t>(numerators),
                                                   reinterpret_cast<std::uintptr_t>(dst), n, 64);
   if (head != 0) {
     divideFloatBlock(divisors, numerators, dst, firstOnes(head), static_cast<int>(head), anyZero);
   }
-  std::int64_t i = head;
-  const auto divideTurn = [&]<int vectors>() {
-    __m512 d[vectors];
-    __mmask16 zeroes = 0;
-    for (int j = 0; j < vectors; ++j) {
-      d[j] = _mm512_loadu_ps(divisors + 4 * i + 64 * j);
-      zeroes = static_cast<__mmask16>(zeroes | _mm512_cmp_ps_mask(d[j], _mm512_setzero_ps(), _CMP_EQ_OQ));
-    }
-    if (zeroes != 0) [[unlikely]]
-      return false;
-    for (int j = 0; j < vectors; ++j) {
-      _mm512_storeu_ps(dst + 4 * i + 64 * j,
-                       _mm512_div_ps(_mm512_loadu_ps(numerators + 4 * i + 64 * j), d[j]));
-    }
-    i += 16 * vectors;
-    return true;
-  };
-  for (; i + 16 <= n;) {
-    if (i + 64 <= n && divideTurn.template operator()<4>()) continue;
-    if (divideTurn.template operator()<1>()) continue;
-    divideFloats(divisors, numerators, dst, i, i + 16, anyZero);
-    i += 16;
-  }
-  if (i < n) {
-    divideFloatBlock(divisors + 4 * i, numerators + 4 * i, dst + 4 * i, firstOnes(n - i),
-                     static_cast<int>(n - i), anyZero);
+  const std::int64_t turns = head + ((n - head) & ~63), blocks = head + ((n - head) & ~15);
+  divideFloatTurns(divisors, numerators, dst, head, turns, anyZero);
+  divideFloatBlocks(divisors, numerators, dst, turns, blocks, anyZero);
+  if (blocks != n) {
+    divideFloatBlock(divisors + 4 * blocks, numerators + 4 * blocks, dst + 4 * blocks, firstOnes(n - blocks),
+                     static_cast<int>(n - blocks), anyZero);
   }
   return anyZero;
 }
