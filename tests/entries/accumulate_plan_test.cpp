@@ -38,6 +38,16 @@ TEST(AccumulateRow, MaskedStepsReachACacheLineInLongRows) {
   }
 }
 
+TEST(AccumulateRow, WholePassesNeedNoHeadInAnyRow) {
+  EXPECT_TRUE(areWholePasses<Masked>(0x1005, 13, 32));  // short rows have no head anywhere
+  EXPECT_TRUE(areWholePasses<Masked>(0x1004, 640, 160));
+  for (const int n : {31, 33, 48}) EXPECT_FALSE(areWholePasses<Masked>(0x1000, 256, n)) << n;
+  EXPECT_TRUE(areWholePasses<Masked>(0x1000, 768, 192));
+  EXPECT_FALSE(areWholePasses<Masked>(0x1004, 768, 192));
+  EXPECT_FALSE(areWholePasses<Masked>(0x1000, 772, 192));
+  EXPECT_FALSE(areWholePasses<Masked>(0x1000, 768, 191));
+}
+
 TEST(AccumulateSteps, AreTestedInTheEntrysOrder) {
   constexpr int step = -16, multiple = -108;
   EXPECT_EQ(testAccumulateSteps<1>({10, 10, 40}, 10), 0);

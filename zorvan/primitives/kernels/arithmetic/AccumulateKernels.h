@@ -14,9 +14,51 @@
 namespace Zorvan::Primitives {
 namespace {
 
+/// The images of an accumulation as bytes: pixels may start at any address.
+struct AccumulateImages {
+  const unsigned char* src;
+  int srcStep;
+  const unsigned char* mask;
+  int maskStep;
+  unsigned char* srcDst;
+  int srcDstStep;
+
+  template <class Row>
+  void eachRow(Size roi, Row add) const {
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      add(rowAt(src, srcStep, r), rowAt(mask, maskStep, r), rowAt(srcDst, srcDstStep, r), roi.width);
+    }
+  }
+};
+
+template <class Row>
+struct AccumulateByRow {
+  template <class Source>
+  static void run(const AccumulateImages& images, Size roi) {
+    images.eachRow(roi, Row::template add<Source>);
+  }
+};
+
+/// Rows of whole passes have no head and no tail to look for: in narrow images a row is a pass or two.
+struct AccumulateMasked {
+#ifdef __AVX512F__
+  template <class Source>
+  static void run(const AccumulateImages& images, Size roi) {
+    using Row = WeightedMaskedRow;
+    const auto first = reinterpret_cast<std::uintptr_t>(images.srcDst);
+    if (areWholePasses<Row::Limits>(first, images.srcDstStep, roi.width)) {
+      images.eachRow(roi, Row::addWhole<Source>);
+    } else {
+      images.eachRow(roi, Row::add<Source>);
+    }
+  }
+#endif
+};
+
 template <class V>
-using AccumulatePolicy = ByVariant<V, SelectedRow, SelectedRow, SelectedRow, WeightedRow<16, 4>,
-                                   WeightedRow<32, 8>, WeightedMaskedRow>;
+using AccumulatePolicy =
+    ByVariant<V, AccumulateByRow<SelectedRow>, AccumulateByRow<SelectedRow>, AccumulateByRow<SelectedRow>,
+              AccumulateByRow<WeightedRow<16, 4>>, AccumulateByRow<WeightedRow<32, 8>>, AccumulateMasked>;
 
 template <class V, class T>
 int accumulate(const T* src, int srcStep, const u8* mask, int maskStep, float* srcDst, int srcDstStep,
@@ -25,11 +67,10 @@ int accumulate(const T* src, int srcStep, const u8* mask, int maskStep, float* s
   if (isEmpty(roi)) return ippStsSizeErr;
   const int status = testAccumulateSteps<sizeof(T)>({srcStep, maskStep, srcDstStep}, roi.width);
   if (status != ippStsNoErr) return status;
-  for (std::int64_t r = 0; r < roi.height; ++r) {
-    AccumulatePolicy<V>::template add<FloatSource<T>>(
-        rowAt(reinterpret_cast<const unsigned char*>(src), srcStep, r), rowAt(mask, maskStep, r),
-        rowAt(reinterpret_cast<unsigned char*>(srcDst), srcDstStep, r), roi.width);
-  }
+  AccumulatePolicy<V>::template run<FloatSource<T>>(
+      {reinterpret_cast<const unsigned char*>(src), srcStep, mask, maskStep,
+       reinterpret_cast<unsigned char*>(srcDst), srcDstStep},
+      roi);
   return ippStsNoErr;
 }
 

@@ -68,5 +68,12 @@ constexpr std::int64_t planMaskedSteps(std::uintptr_t srcDst, std::int64_t pixel
   return peeled ? pixelsToAccumulatorBoundary(srcDst, Limits::boundary) : 0;
 }
 
+/// Whether all rows are passes of 32 pixels alone, so that none has a step of its own.
+template <class Limits>
+constexpr bool areWholePasses(std::uintptr_t srcDst, int srcDstStep, std::int64_t pixels) {
+  if (pixels % 32 != 0) return false;
+  return pixels < Limits::least || (srcDst % Limits::boundary == 0 && srcDstStep % Limits::boundary == 0);
+}
+
 }  // namespace
 }  // namespace Zorvan::Primitives

@@ -98,28 +98,42 @@ inline void addWeightedUpTo16(const unsigned char* src, const unsigned char* mas
   _mm512_mask_storeu_ps(srcDst, lanes, _mm512_fmadd_ps(Source::sixteen(src, lanes), weight, before));
 }
 
-/// Two vectors a pass. Long rows start their passes on a cache line.
+/// Two vectors a pass. Long rows start their passes on a cache line. The masked steps come first: what lies
+/// beside bytes that one of them has just written is slow to read, and the next row may begin there.
 struct WeightedMaskedRow {
+  using Limits = AccumulateLimits<180, Vector64::size>;
+
   template <class Source>
   static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                   std::int64_t pixels) {
-    using Limits = AccumulateLimits<180, Vector64::size>;
-    std::int64_t i = planMaskedSteps<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
-    if (i != 0) addWeightedUpTo16<Source>(src, mask, srcDst, i);
-    for (; i + 32 <= pixels; i += 32) {
+    const std::int64_t head = planMaskedSteps<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
+    const std::int64_t end = head + ((pixels - head) & ~31);
+    if (head != 0) addWeightedUpTo16<Source>(src, mask, srcDst, head);
+    for (std::int64_t i = end; i < pixels; i += 16) {
+      addWeightedUpTo16<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i,
+                                pixels - i < 16 ? pixels - i : 16);
+    }
+    addPasses<Source>(src, mask, srcDst, head, end);
+  }
+  /// A row of passes and nothing else.
+  template <class Source>
+  static void addWhole(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                       std::int64_t pixels) {
+    addPasses<Source>(src, mask, srcDst, 0, pixels);
+  }
+
+ private:
+  template <class Source>
+  static void addPasses(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                        std::int64_t i, std::int64_t end) {
+    for (; i != end; i += 32) {
       const __m256i maskBytes = Vector32::load(mask + i).bits;
       const __mmask32 selected = _mm256_test_epi8_mask(maskBytes, maskBytes);
       addWeighted16<Source>(src + i * Source::pixelBytes, static_cast<__mmask16>(selected), srcDst + 4 * i);
       addWeighted16<Source>(src + (i + 16) * Source::pixelBytes, static_cast<__mmask16>(selected >> 16),
                             srcDst + 4 * (i + 16));
     }
-    for (; i < pixels; i += 16) {
-      addWeightedUpTo16<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i,
-                                pixels - i < 16 ? pixels - i : 16);
-    }
   }
-
- private:
   template <class Source>
   static void addWeighted16(const unsigned char* src, __mmask16 selected, unsigned char* srcDst) {
     const __m512 before = _mm512_castsi512_ps(Vector64::load(srcDst).bits);
