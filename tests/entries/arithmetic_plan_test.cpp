@@ -3,6 +3,7 @@
 #include "zorvan/primitives/kernels/arithmetic/DividePlan.h"
 #include "zorvan/primitives/kernels/arithmetic/FloatRowPlan.h"
 #include "zorvan/primitives/kernels/arithmetic/ScalingPlan.h"
+#include "zorvan/primitives/kernels/common/UpdatePlan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -213,6 +214,21 @@ TEST(DividePlan, FloatRowsBeginOnABoundaryWhereAllPixelsAreWhole) {
   EXPECT_EQ(floatsBeforeQuotients(65, 64, 68, 20, 16), 0);
   EXPECT_EQ(floatsBeforeQuotients(64, 66, 68, 20, 16), 0);
   EXPECT_EQ(floatsBeforeQuotients(64, 64, 67, 20, 16), 0);
+}
+
+TEST(DividePlan, FloatRowsThatAreWholeTurnsBeginOnCacheLinesAll) {
+  EXPECT_TRUE(areWholeQuotientTurns(128, 256, 64));
+  EXPECT_TRUE(areWholeQuotientTurns(64, -64, 128));
+  EXPECT_FALSE(areWholeQuotientTurns(96, 256, 64));
+  EXPECT_FALSE(areWholeQuotientTurns(65, 256, 64));
+  EXPECT_FALSE(areWholeQuotientTurns(128, 288, 64));  // the second row has a head
+  for (const int n : {63, 65, 80}) EXPECT_FALSE(areWholeQuotientTurns(128, 512, n)) << n;
+}
+
+TEST(UpdatePlan, AsksAheadForLargeImagesInPlace) {
+  EXPECT_FALSE(updatesAhead(true, (1 << 20) - 1));
+  EXPECT_TRUE(updatesAhead(true, 1 << 20));
+  EXPECT_FALSE(updatesAhead(false, 1 << 20));
 }
 
 }  // namespace

@@ -60,8 +60,8 @@ void registerEntryTests() {
                       20,
                       12,
                       -2147483647 - 1};
-  // One row long enough for the sum that streams, at any alignment.
-  rules.largeRegions = {{90001, 1}};
+  // One row long enough for the sum that streams, at any alignment; rows of bytes that are asked for ahead.
+  rules.largeRegions = {{90001, 1}, {1031, 1021}};
   rules.forcedCacheBytes = {1 << 20};
 #define CHECK(name, ...)                                                                                     \
   registerEntry<AgreementOf<Primitives::name##_Routine>::type>("Arithmetic", #name, rules, &Reference::name, \

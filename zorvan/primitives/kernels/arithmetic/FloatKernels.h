@@ -10,29 +10,15 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Where the rows are read and written.
-template <class A, class B>
-struct FloatImages {
-  A a;
-  B b;
-  unsigned char* dst;
-  int dstStep;
-  std::int64_t rows, rowPixels;
-
-  template <class RowRoutine>
-  void eachRow(RowRoutine row) const {
-    for (std::int64_t r = 0; r < rows; ++r) row(a.row(r), b.row(r), rowAt(dst, dstStep, r), rowPixels);
-  }
-};
-
 /// 16-byte stores. Some forms stream long rows, others prefetch.
 template <bool mayStream, bool prefetch>
 struct FloatRows {
   template <class Op, class A, class B>
-  static void run(FloatImages<A, B> images) {
-    images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
-      const FloatRowPlan plan = planFloatRow(reinterpret_cast<std::uintptr_t>(dst), n, mayStream);
-      floatRow<Op, mayStream, prefetch>(plan, a, b, dst, 4 * n);
+  static void run(RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow([length](auto a, auto b, unsigned char* dst) {
+      const FloatRowPlan plan = planFloatRow(reinterpret_cast<std::uintptr_t>(dst), length / 4, mayStream);
+      floatRow<Op, mayStream, prefetch>(plan, a, b, dst, length);
     });
   }
 };
@@ -40,40 +26,58 @@ struct FloatRows {
 /// 16-byte stores on a boundary or single pixels.
 struct AlignedFloatRows {
   template <class Op, class A, class B>
-  static void run(FloatImages<A, B> images) {
-    images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
-      const FloatRowPlan plan = planAlignedFloatRow(reinterpret_cast<std::uintptr_t>(dst), n);
-      floatRow<Op, false, false>(plan, a, b, dst, 4 * n);
+  static void run(RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow([length](auto a, auto b, unsigned char* dst) {
+      const FloatRowPlan plan = planAlignedFloatRow(reinterpret_cast<std::uintptr_t>(dst), length / 4);
+      floatRow<Op, false, false>(plan, a, b, dst, length);
     });
   }
 };
 
 /// Blocks of 16 pixels from a 32-byte boundary on. Rows that are blocks alone are planned once for all of
-/// them.
+/// them, and those that are turns alone have a loop without the way to the last blocks: in narrow images a
+/// row is a turn or two.
 template <int alignFromPixels, int registerBytes = 32>
 struct WideFloatRows {
 #ifdef __AVX__
   template <class Op, class A, class B>
-  static void run(FloatImages<A, B> images) {
+  static void run(RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
     if constexpr (registerBytes == 64) {
-      if (!planWidestFloats(images.rows * images.rowPixels)) {
+      if (!planWidestFloats(images.rows * length / 4)) {
         return WideFloatRows<alignFromPixels, 32>::template run<Op>(images);
       }
     }
-    const FloatRowPlan first = planOf(images.dst, images.rowPixels);
-    if (areWholeBlocks(first, images.dstStep, images.rowPixels)) {
-      return images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
-        wideFloatBlocks<Op, registerBytes>(a, b, dst, 0, 4 * n);
-      });
+    if (areWholeBlocks(planOf(images.dst, length), images.dstStep, length / 4)) {
+      if (length % floatTurnBytes != 0) return wholeBlocks<Op, registerBytes>(images);
+      const bool onLines = isAligned(images.dst, 64) && images.dstStep % 64 == 0;
+      return onLines ? wholeTurns<Op, registerBytes>(images) : wholeTurns<Op, 32>(images);
     }
-    images.eachRow([](auto a, auto b, unsigned char* dst, std::int64_t n) {
-      wideFloatRow<Op, registerBytes>(planOf(dst, n), a, b, dst, 4 * n);
+    images.eachRow([length](auto a, auto b, unsigned char* dst) {
+      wideFloatRow<Op, registerBytes>(planOf(dst, length), a, b, dst, length);
     });
   }
 
  private:
-  static FloatRowPlan planOf(unsigned char* dst, std::int64_t n) {
-    return planWideFloatRow(reinterpret_cast<std::uintptr_t>(dst), n, alignFromPixels);
+  static FloatRowPlan planOf(unsigned char* dst, std::int64_t length) {
+    return planWideFloatRow(reinterpret_cast<std::uintptr_t>(dst), length / 4, alignFromPixels);
+  }
+  template <class Op, int vectorBytes, class A, class B>
+  static void wholeBlocks(RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow([length](auto a, auto b, unsigned char* dst) {
+      wideFloatBlocks<Op, vectorBytes>(a, b, dst, 0, length);
+    });
+  }
+  template <class Op, int vectorBytes, class A, class B>
+  static void wholeTurns(RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow([length](auto a, auto b, unsigned char* dst) {
+      for (std::int64_t i = 0; i != length; i += floatTurnBytes) {
+        wideFloatSteps<Op, vectorBytes, floatTurnBytes>(a, b, dst, i);
+      }
+    });
   }
 #endif
 };
@@ -103,8 +107,8 @@ template <class Policy, class Op, class A, class B>
 int floatImage(A a, B b, float* dst, int dstStep, Size roi) {
   if (a.isNull() || b.isNull() || dst == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  Policy::template run<Op>(
-      FloatImages<A, B>{a, b, reinterpret_cast<unsigned char*>(dst), dstStep, roi.height, roi.width});
+  Policy::template run<Op>(RowImages<A, B>{a, b, reinterpret_cast<unsigned char*>(dst), dstStep, roi.height,
+                                           4 * std::int64_t{roi.width}});
   return ippStsNoErr;
 }
 

@@ -8,52 +8,50 @@
 #include "zorvan/primitives/kernels/arithmetic/wide_row.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/UpdatePlan.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// Where the rows are read and written. Rows are never joined.
-template <class A, class B>
-struct ScaledImages {
-  A a;
-  B b;
-  unsigned char* dst;
-  int dstStep;
-  std::int64_t rows, rowBytes;
-
-  template <class RowRoutine>
-  void eachRow(RowRoutine row) const {
-    for (std::int64_t r = 0; r < rows; ++r) row(a.row(r), b.row(r), rowAt(dst, dstStep, r), rowBytes);
-  }
-};
-
 /// 16-byte stores, after a head of single pixels.
 struct NarrowRows {
   template <class Pixels, class A, class B>
-  static void run(const Pixels& pixels, ScaledImages<A, B> images) {
-    images.eachRow([pixels](auto a, auto b, unsigned char* dst, std::int64_t length) {
-      narrowRow(pixels, a, b, dst, length);
-    });
+  static void run(const Pixels& pixels, RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow([=](auto a, auto b, unsigned char* dst) { narrowRow(pixels, a, b, dst, length); });
   }
 };
 
-/// 32-byte stores at any address. Rows of passes alone have a loop without the way to the tail: in narrow
-/// images a row is a pass or two.
+/// 32-byte stores at any address. Rows of passes alone have a loop without the way to the tail, and rows of
+/// one pass alone no loop: in narrow images a row is a pass or two.
 struct WideRows {
 #ifdef __AVX2__
   template <class Pixels, class A, class B>
-  static void run(const Pixels& pixels, ScaledImages<A, B> images) {
+  [[gnu::always_inline]] static void run(const Pixels& pixels, RowImages<A, B> images) {
     constexpr int passBytes = planWidePass(sizeof(typename Pixels::Pixel), Pixels::scaling);
-    if (images.rowBytes % passBytes == 0) return rows<true>(pixels, images);
-    rows<false>(pixels, images);
+    if constexpr (Pixels::scaling == Scaling::saturated) {
+      if (images.rowBytes == passBytes) {
+        return images.eachShortRow(
+            [=](auto a, auto b, unsigned char* dst) { widePass(pixels, a, b, dst, 0); });
+      }
+      if (updatesAhead(images.inPlace(), images.rows * images.rowBytes)) return rowsAhead(pixels, images);
+    }
+    if (images.rowBytes % passBytes == 0) return rows<true, false>(pixels, images);
+    rows<false, false>(pixels, images);
   }
 
  private:
-  template <bool whole, class Pixels, class A, class B>
-  static void rows(const Pixels& pixels, ScaledImages<A, B> images) {
-    images.eachRow([pixels](auto a, auto b, unsigned char* dst, std::int64_t length) {
-      wideRow<whole>(pixels, a, b, dst, length);
-    });
+  template <bool whole, bool ahead, class Pixels, class A, class B>
+  static void rows(const Pixels& pixels, RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow(
+        [=](auto a, auto b, unsigned char* dst) { wideRow<whole, ahead>(pixels, a, b, dst, length); });
+  }
+  /// Out of line, where it takes no registers from the walks over small images. Scaled operations compute
+  /// longer than they load.
+  template <class Pixels, class A, class B>
+  [[gnu::noinline]] static void rowsAhead(Pixels pixels, RowImages<A, B> images) {
+    rows<false, true>(pixels, images);
   }
 #endif
 };
@@ -86,8 +84,8 @@ void scaledRows(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f)
   using T = typename Op::Pixel;
   const auto run = [&](auto scale) {
     const ScaledOperation<Op, decltype(scale)> pixels{scale};
-    const ScaledImages<A, B> images{a,       b,          reinterpret_cast<unsigned char*>(dst),
-                                    dstStep, roi.height, std::int64_t{roi.width} * std::int64_t{sizeof(T)}};
+    const RowImages<A, B> images{a,       b,          reinterpret_cast<unsigned char*>(dst),
+                                 dstStep, roi.height, std::int64_t{roi.width} * std::int64_t{sizeof(T)}};
     ScaledPolicy<V>::run(pixels, images);
   };
   switch (planScaling(scalingLimitsOf<Op>(), f)) {

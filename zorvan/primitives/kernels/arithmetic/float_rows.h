@@ -99,6 +99,18 @@ struct FloatRegister<64> {
 };
 #endif
 
+constexpr std::int64_t floatTurnBytes = 256;  // four blocks of 16 pixels
+
+template <class Op, int registerBytes, int bytes, class A, class B>
+inline void wideFloatSteps(A a, B b, unsigned char* dst, std::int64_t i) {
+  using Lanes = typename FloatRegister<registerBytes>::Lanes;
+  for (int j = 0; j < bytes; j += registerBytes) {
+    const auto x = a.template lanes<Lanes, false>(i + j);
+    const auto y = b.template lanes<Lanes, false>(i + j);
+    storeLanes<false>(dst + i + j, Op::of(x, y));
+  }
+}
+
 /// Blocks of 16 pixels up to `end`, four of them to a turn while they last: a short turn takes longer than
 /// what it does. The wider registers are for destinations that start on a cache line: across two of them they
 /// gain nothing.
@@ -107,16 +119,10 @@ inline void wideFloatBlocks(A a, B b, unsigned char* dst, std::int64_t i, std::i
   if constexpr (registerBytes == 64) {
     if (!isAligned(dst + i, 64)) return wideFloatBlocks<Op, 32>(a, b, dst, i, end);
   }
-  using Lanes = typename FloatRegister<registerBytes>::Lanes;
-  const auto turn = [&]<int bytes>() {
-    for (int j = 0; j < bytes; j += registerBytes) {
-      const auto x = a.template lanes<Lanes, false>(i + j);
-      const auto y = b.template lanes<Lanes, false>(i + j);
-      storeLanes<false>(dst + i + j, Op::of(x, y));
-    }
-  };
-  for (; end - i >= 256; i += 256) turn.template operator()<256>();
-  for (; i != end; i += 64) turn.template operator()<64>();
+  for (; end - i >= floatTurnBytes; i += floatTurnBytes) {
+    wideFloatSteps<Op, registerBytes, floatTurnBytes>(a, b, dst, i);
+  }
+  for (; i != end; i += 64) wideFloatSteps<Op, registerBytes, 64>(a, b, dst, i);
 }
 
 template <class Op, int registerBytes, class A, class B>

@@ -1,12 +1,13 @@
 #pragma once
 
-// What a row reads: an image's row, or one value that stands for all of its pixels. Offsets are in bytes, and
-// rows may start at any address.
+// What a row reads: an image's row, or one value that stands for all of its pixels; and the walk over rows
+// with two sources. Offsets are in bytes, and rows may start at any address.
 
 #include <cstdint>
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/LaneOps.h"
+#include "zorvan/primitives/kernels/common/ask_ahead.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -65,6 +66,7 @@ struct RowSource {
   __m128i few(std::int64_t offset) const {
     return loadFew<count>(bytes + offset);
   }
+  void askAhead(std::int64_t offset) const { Primitives::askAhead(bytes + offset); }
   bool isAlignedAt(std::int64_t offset) const { return isAligned(bytes + offset, 16); }
   bool overlaps(const unsigned char* row, std::int64_t length) const {
     return bytes < row + length && row < bytes + length;
@@ -90,6 +92,7 @@ struct ConstantRow {
   __m128i few(std::int64_t) const {
     return lanes<__m128i, true>(0);
   }
+  static void askAhead(std::int64_t) {}
   static bool isAlignedAt(std::int64_t) { return true; }
   static bool overlaps(const unsigned char*, std::int64_t) { return false; }
 };
@@ -111,6 +114,35 @@ struct ConstantSource {
 
   static bool isNull() { return false; }
   ConstantRow<T> row(std::int64_t) const { return {value}; }
+};
+
+/// Where the rows of an operation are read and written. Rows are never joined.
+template <class A, class B>
+struct RowImages {
+  A a;
+  B b;
+  unsigned char* dst;
+  int dstStep;
+  std::int64_t rows, rowBytes;
+
+  bool inPlace() const { return b.row(0).bytes == dst; }
+
+  /// `use(a, b, dst)` for row `r`.
+  template <class Use>
+  void onRow(std::int64_t r, Use use) const {
+    use(a.row(r), b.row(r), rowAt(dst, dstStep, r));
+  }
+  template <class Use>
+  void eachRow(Use use) const {
+    for (std::int64_t r = 0; r < rows; ++r) onRow(r, use);
+  }
+  /// Two rows a turn: a turn of its own for each takes longer than a row of a few vectors.
+  template <class Use>
+  void eachShortRow(Use use) const {
+    std::int64_t r = 0;
+    for (; r + 2 <= rows; r += 2) onRow(r, use), onRow(r + 1, use);
+    if (r != rows) onRow(r, use);
+  }
 };
 
 }  // namespace

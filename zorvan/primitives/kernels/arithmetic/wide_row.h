@@ -54,14 +54,18 @@ inline void widePass(const Pixels& pixels, A a, B b, unsigned char* dst, std::in
   }
 }
 
-/// `whole`: the row is so many passes and nothing else.
-template <bool whole, class Pixels, class A, class B>
+/// `whole`: the row is so many passes and nothing else. `ahead`: what is read is asked for ahead of the
+/// passes.
+template <bool whole, bool ahead, class Pixels, class A, class B>
 inline void wideRow(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t length) {
   constexpr int size = sizeof(typename Pixels::Pixel);
   constexpr int passBytes = planWidePass(size, Pixels::scaling);
   const std::int64_t end = whole ? length : length & -passBytes;
   std::int64_t i = 0;
-  for (; i != end; i += passBytes) widePass(pixels, a, b, dst, i);
+  for (; i != end; i += passBytes) {
+    if constexpr (ahead) a.askAhead(i), b.askAhead(i);
+    widePass(pixels, a, b, dst, i);
+  }
   if (whole || i == length) return;
   if constexpr (size == 2) {
     remainderInSteps(std::integer_sequence<int, 16, 4, 2>{}, pixels, a, b, dst, i, length);
