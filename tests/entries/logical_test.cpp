@@ -205,7 +205,7 @@ void refusalsInOrder(int variant) {
 void Zorvan::Test::registerEntryTests() {
   CheckRules rules;
   rules.range.moreWidths = {256, 512};
-  rules.largeRegions = {{1031, 509}, {2048, 512}, {32768, 3}};
+  rules.largeRegions = {{1031, 509}, {1031, 1021}, {2048, 512}, {32768, 3}};
 #define ENTRY(...) CHECK_ENTRY("Logical", rules, __VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Logical.def"
 #undef ENTRY

@@ -11,6 +11,7 @@
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/common/UpdatePlan.h"
 #include "zorvan/primitives/kernels/logical/LogicalPlan.h"
 #include "zorvan/primitives/kernels/logical/logical_blocks.h"
 #include "zorvan/primitives/kernels/logical/logical_row.h"
@@ -56,37 +57,46 @@ struct BlockXorConstant {
     }
   }
   /// Four rows a turn: a turn of its own for each costs as much as a row.
-  template <int blocks>
+  template <int blocks, bool tail>
   static void eachShortRow(u8 constant, ComplementImages images, Size roi) {
     const auto xorRow = [&](std::int64_t r) {
-      xorConstantShort<Pieces, blocks>(constant, rowAt(images.src, images.srcStep, r),
-                                       rowAt(images.dst, images.dstStep, r), roi.width);
+      xorConstantShort<Pieces, blocks, tail>(constant, rowAt(images.src, images.srcStep, r),
+                                             rowAt(images.dst, images.dstStep, r), roi.width);
     };
     std::int64_t r = 0;
     for (; r + 4 <= roi.height; r += 4) xorRow(r), xorRow(r + 1), xorRow(r + 2), xorRow(r + 3);
     for (; r < roi.height; ++r) xorRow(r);
   }
+  template <int blocks>
+  static void shortRowsOf(u8 constant, ComplementImages images, Size roi) {
+    if (roi.width == 64 * blocks) return eachShortRow<blocks, false>(constant, images, roi);
+    eachShortRow<blocks, true>(constant, images, roi);
+  }
   static void shortRows(u8 constant, ComplementImages images, Size roi) {
     static_assert(XorConstantLimits::alignFromBytes == 4 * 64);
     switch (roi.width / 64) {
       case 0:
-        return eachShortRow<0>(constant, images, roi);
+        return eachShortRow<0, true>(constant, images, roi);
       case 1:
-        return eachShortRow<1>(constant, images, roi);
+        return shortRowsOf<1>(constant, images, roi);
       case 2:
-        return eachShortRow<2>(constant, images, roi);
+        return shortRowsOf<2>(constant, images, roi);
       default:
-        return eachShortRow<3>(constant, images, roi);
+        return shortRowsOf<3>(constant, images, roi);
     }
   }
   static void run(u8 constant, ComplementImages images, Size roi) {
-    switch (planXorConstant(images.src == images.dst, roi, askCacheSize)) {
+    const bool inPlace = images.src == images.dst;
+    switch (planXorConstant(inPlace, roi, askCacheSize)) {
       case LogicalStores::anywhere:
         return shortRows(constant, images, roi);
       case LogicalStores::aligned:
-        return eachRow<xorConstantBlocks<Pieces, LogicalStores::aligned>>(constant, images, roi);
+        if (updatesAhead(inPlace, std::int64_t{roi.width} * roi.height)) {
+          return eachRow<xorConstantBlocks<Pieces, LogicalStores::aligned, true>>(constant, images, roi);
+        }
+        return eachRow<xorConstantBlocks<Pieces, LogicalStores::aligned, false>>(constant, images, roi);
       case LogicalStores::streaming:
-        eachRow<xorConstantBlocks<Pieces, LogicalStores::streaming>>(constant, images, roi);
+        eachRow<xorConstantBlocks<Pieces, LogicalStores::streaming, false>>(constant, images, roi);
         return fenceStores();
     }
   }
@@ -108,11 +118,25 @@ template <class Pieces>
 struct BlockCombine {
   template <class Op>
   static void run(CombineImages images, Size roi) {
+    if (updatesAhead(images.src2 == images.dst, std::int64_t{roi.width} * roi.height)) {
+      return rowsAhead<Op>(images, roi);
+    }
+    rows<Op, false>(images, roi);
+  }
+
+ private:
+  /// Out of line, where it takes no registers from the walk over small images.
+  template <class Op>
+  [[gnu::noinline]] static void rowsAhead(CombineImages images, Size roi) {
+    rows<Op, true>(images, roi);
+  }
+  template <class Op, bool ahead>
+  [[gnu::always_inline]] static void rows(CombineImages images, Size roi) {
     const CombineRows plan = planCombine(roi, images.src1Step, images.src2Step, images.dstStep);
     for (std::int64_t r = 0; r < plan.rows; ++r) {
-      combineBlocks<Pieces, Op>(rowAt(images.src1, images.src1Step, r),
-                                rowAt(images.src2, images.src2Step, r), rowAt(images.dst, images.dstStep, r),
-                                plan.rowBytes);
+      combineBlocks<Pieces, Op, ahead>(rowAt(images.src1, images.src1Step, r),
+                                       rowAt(images.src2, images.src2Step, r),
+                                       rowAt(images.dst, images.dstStep, r), plan.rowBytes);
     }
   }
 };

@@ -4,7 +4,7 @@
 // of the two newest variants.
 //
 // What lies in front of the first block and behind the last goes in pieces, of which each instruction set has
-// its own. No byte is done twice, so that a row may be combined where it lies.
+// its own. No byte is read after it has been written, so that a row may be combined where it lies.
 
 #include "zorvan/primitives/kernels/logical/LogicalPlan.h"
 #include "zorvan/primitives/kernels/logical/logical_rows.h"
@@ -65,15 +65,20 @@ struct MaskedPieces {
 };
 #endif
 
-/// Writes whole blocks of `bytes` from offset `i` on and tells where they end.
-template <class Vector, int bytes, LogicalStores stores, class Rows>
-inline std::int64_t writeBlocks(const Rows& rows, u8* dst, std::int64_t i, std::int64_t end) {
-  constexpr int count = bytes / Vector::size;
-  for (; end - i >= bytes; i += bytes) {
-    Vector vectors[count];
+/// So many bytes of a result, read before they are written.
+template <class Vector, int bytes>
+struct LogicalBlock {
+  static constexpr int count = bytes / Vector::size;
+  Vector vectors[count];
+
+  template <class Rows>
+  LogicalBlock(const Rows& rows, std::int64_t i) {
     for (int v = 0; v < count; ++v) vectors[v] = rows.template vector<Vector>(i + Vector::size * v);
+  }
+  template <LogicalStores stores>
+  void write(u8* dst) const {
     for (int v = 0; v < count; ++v) {
-      u8* const at = dst + i + Vector::size * v;
+      u8* const at = dst + Vector::size * v;
       if constexpr (stores == LogicalStores::anywhere) {
         vectors[v].store(at);
       } else if constexpr (stores == LogicalStores::aligned) {
@@ -83,40 +88,93 @@ inline std::int64_t writeBlocks(const Rows& rows, u8* dst, std::int64_t i, std::
       }
     }
   }
+};
+
+/// Writes whole blocks of `bytes` from offset `i` on and tells where they end. `ahead`: asks for what is read
+/// ahead of that.
+template <class Vector, int bytes, LogicalStores stores, bool ahead = false, class Rows>
+inline std::int64_t writeBlocks(const Rows& rows, u8* dst, std::int64_t i, std::int64_t end) {
+  for (; end - i >= bytes; i += bytes) {
+    for (int line = 0; ahead && line < bytes; line += 64) rows.askAhead(i + line);
+    LogicalBlock<Vector, bytes>(rows, i).template write<stores>(dst + i);
+  }
   return i;
 }
 
-/// A row that is longer than the way to any boundary.
-template <class Pieces, LogicalStores stores>
+/// A row that is longer than the way to any boundary. In place, bytes beside a piece that has just been
+/// written are slow to read: the first block is read before the head is written, and the tail is written long
+/// before the next row's head is read.
+template <class Pieces, LogicalStores stores, bool ahead>
 inline void xorConstantBlocks(u8 constant, const u8* src, u8* dst, std::int64_t length) {
+  using Vector = typename Pieces::Vector;
   constexpr int blockBytes = stores == LogicalStores::streaming ? Pieces::streamedBytes : 64;
   const XoredRow<> row{src, constant};
-  std::int64_t i = bytesToBoundary(dst, 64);
-  Pieces::write(row, dst, 0, i);
-  i = writeBlocks<typename Pieces::Vector, blockBytes, stores>(row, dst, i, length);
-  Pieces::write(row, dst, i, length);
+  const std::int64_t head = bytesToBoundary(dst, 64), end = head + ((length - head) & -blockBytes);
+  const LogicalBlock<Vector, blockBytes> first(row, head);
+  Pieces::write(row, dst, 0, head);
+  Pieces::write(row, dst, end, length);
+  first.template write<stores>(dst + head);
+  writeBlocks<Vector, blockBytes, stores, ahead>(row, dst, head + blockBytes, end);
+}
+
+/// A row of `length` bytes, from one value of type `Word` up to two of them.
+template <class Word, class Rows>
+inline void writeWordPair(const Rows& rows, u8* dst, std::int64_t length) {
+  const std::int64_t last = length - static_cast<std::int64_t>(sizeof(Word));
+  const Word first = rows.template word<Word>(0), second = rows.template word<Word>(last);
+  storeAs(dst, first);
+  storeAs(dst + last, second);
+}
+template <class Vector, int bytes, class Rows>
+inline void writeBlockPair(const Rows& rows, u8* dst, std::int64_t length) {
+  const LogicalBlock<Vector, bytes> first(rows, 0), second(rows, length - bytes);
+  first.template write<LogicalStores::anywhere>(dst);
+  second.template write<LogicalStores::anywhere>(dst + length - bytes);
 }
 
 /// A row from its first byte on, of a number of blocks that is known to the compiler, and a tail. Short rows
-/// cost more in counting than in moving.
-template <class Pieces, int blocks>
+/// cost more in counting than in moving. The tail is written by a last block or piece that overlaps the one
+/// before it, and both are read before either is written: bytes beside a masked store are slow to read, and
+/// the next row may begin there.
+template <class Pieces, int blocks, bool tail>
 inline void xorConstantShort(u8 constant, const u8* src, u8* dst, std::int64_t length) {
+  using Vector = typename Pieces::Vector;
   const XoredRow<> row{src, constant};
-  writeBlocks<typename Pieces::Vector, 64, LogicalStores::anywhere>(row, dst, 0, 64 * blocks);
-  if (length != 64 * blocks) Pieces::write(row, dst, 64 * blocks, length);
+  if constexpr (!tail) {
+    writeBlocks<Vector, 64, LogicalStores::anywhere>(row, dst, 0, 64 * blocks);
+  } else if constexpr (blocks > 0) {
+    const auto writeWithLast = [&]<class Last, int bytes>() {
+      const LogicalBlock<Last, bytes> last(row, length - bytes);
+      writeBlocks<Vector, 64, LogicalStores::anywhere>(row, dst, 0, 64 * blocks);
+      last.template write<LogicalStores::anywhere>(dst + length - bytes);
+    };
+    if (length - 64 * blocks <= 16) return writeWithLast.template operator()<Vector16, 16>();
+    writeWithLast.template operator()<Vector, 64>();
+  } else {
+#ifdef __AVX2__
+    if (length >= 32) return writeBlockPair<Vector32, 32>(row, dst, length);
+#else
+    if (length >= 32) return writeBlockPair<Vector16, 32>(row, dst, length);
+#endif
+    if (length >= 16) return writeBlockPair<Vector16, 16>(row, dst, length);
+    if (length >= 8) return writeWordPair<std::uint64_t>(row, dst, length);
+    if (length >= 4) return writeWordPair<std::uint32_t>(row, dst, length);
+    for (std::int64_t i = 0; i < length; ++i) storeAs(dst + i, row.word<std::uint8_t>(i));
+  }
 }
 
 /// The body takes four blocks a turn while it lasts: two loads and a store a block leave no room for
 /// counting.
-template <class Pieces, class Op>
+template <class Pieces, class Op, bool ahead>
 inline void combineBlocks(const u8* src1, const u8* src2, u8* dst, std::int64_t length) {
+  using Vector = typename Pieces::Vector;
   const CombinedRows<Op> rows{src1, src2};
-  std::int64_t i = bytesToBoundary(dst, 64);
-  if (i > length) i = length;
-  Pieces::write(rows, dst, 0, i);
-  i = writeBlocks<typename Pieces::Vector, 256, LogicalStores::anywhere>(rows, dst, i, length);
-  i = writeBlocks<typename Pieces::Vector, 64, LogicalStores::anywhere>(rows, dst, i, length);
-  Pieces::write(rows, dst, i, length);
+  const std::int64_t toBoundary = bytesToBoundary(dst, 64), head = toBoundary < length ? toBoundary : length;
+  const std::int64_t end = head + ((length - head) & ~63);
+  Pieces::write(rows, dst, 0, head);
+  Pieces::write(rows, dst, end, length);
+  const std::int64_t i = writeBlocks<Vector, 256, LogicalStores::anywhere, ahead>(rows, dst, head, end);
+  writeBlocks<Vector, 64, LogicalStores::anywhere>(rows, dst, i, end);
 }
 
 }  // namespace

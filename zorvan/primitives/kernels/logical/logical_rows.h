@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/common/ask_ahead.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -44,6 +45,7 @@ struct XoredRow {
   const u8* src;
   u8 constant;
 
+  void askAhead(std::int64_t i) const { Primitives::askAhead(src + i); }
   template <class Word>
   Word word(std::int64_t i) const {
     constexpr std::uint64_t everyByte = 0x0101010101010101;
@@ -72,6 +74,7 @@ struct CombinedRows {
   const u8* src1;
   const u8* src2;
 
+  void askAhead(std::int64_t i) const { Primitives::askAhead(src1 + i), Primitives::askAhead(src2 + i); }
   template <class Word>
   Word word(std::int64_t i) const {
     return Op::of(loadAs<Word>(src1 + i), loadAs<Word>(src2 + i));
