@@ -225,9 +225,11 @@ TEST(DividePlan, FloatRowsThatAreWholeTurnsBeginOnCacheLinesAll) {
   for (const int n : {63, 65, 80}) EXPECT_FALSE(areWholeQuotientTurns(128, 512, n)) << n;
 }
 
-TEST(UpdatePlan, AsksAheadForLargeImagesInPlace) {
+TEST(UpdatePlan, AsksAheadForImagesInPlaceThatTheLastCacheHolds) {
   EXPECT_FALSE(updatesAhead(true, (1 << 20) - 1));
   EXPECT_TRUE(updatesAhead(true, 1 << 20));
+  EXPECT_TRUE(updatesAhead(true, 4 << 20));
+  EXPECT_FALSE(updatesAhead(true, (4 << 20) + 1));
   EXPECT_FALSE(updatesAhead(false, 1 << 20));
 }
 
