@@ -209,15 +209,10 @@ void wideRegions(const LaplaceEntry<T>& entry, int variant) {
   std::vector<int> widths;
   for (int width = 10; width <= (full ? 300 : 150); width += full ? 1 : 1 + random.below(3))
     widths.push_back(width);
-  for (const int extent : {3, 5}) {
-    const int tile = Primitives::tilePixels(extent, sizeof(T));
-    for (const int more : {-1, 0, 1, 2, 3, 4, 5, 6, 64, 65}) widths.push_back(tile + more);
-    widths.push_back(2 * tile + 3);
-  }
   for (const int mask : {33, 55}) {
     for (const int width : widths) {
       for (int i = 0; i < (full ? 10 : 3); ++i) {
-        const Size roi{width, 1 + random.below(11)};
+        const Size roi{width, 1 + random.below(random.below(3) == 0 ? 140 : 11)};
         if (!agreeOn(entry, variant, anyCase<T>(roi, mask, random.oneOf(words), random), anyValue<T>(random)))
           return;
       }
@@ -315,7 +310,6 @@ void refusals(const LaplaceEntry<T>& entry, int variant) {
             return routine(null == 0 ? nullptr : src + 2 * 12 + 2, 12 * sizeof(T), null == 1 ? nullptr : dst,
                            6 * sizeof(T), roi, mask, border, T(1), null == 2 ? nullptr : work);
           };
-          continue;  // reads beyond the small picture
           EXPECT_EQ(call(expected, entry.reference), call(actual, entry.row->routine[1 + variant]))
               << "null " << null << ", region " << roi.width << " by " << roi.height << ", mask " << mask
               << ", border " << border;

@@ -28,7 +28,7 @@ template <class T>
 T filtered3x3(const T (&p)[3][3]) {
   if constexpr (std::is_same_v<T, float>) {
     float sums[3];
-    for (int c = 0; c < 3; ++c) sums[c] = p[0][c] + p[1][c] + p[2][c];
+    for (int r = 0; r < 3; ++r) sums[r] = p[r][0] + p[r][1] + p[r][2];
     return 9 * p[1][1] - (sums[0] + sums[1] + sums[2]);
   } else {
     std::int64_t sum = 0;

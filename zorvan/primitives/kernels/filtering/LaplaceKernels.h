@@ -5,11 +5,9 @@
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
-#include "zorvan/primitives/kernels/common/border_stripes.h"
 #include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
-#include "zorvan/primitives/kernels/filtering/laplace_3x3.h"
-#include "zorvan/primitives/kernels/filtering/laplace_5x5.h"
-#include "zorvan/primitives/kernels/filtering/laplace_narrow.h"
+#include "zorvan/primitives/kernels/filtering/laplace_filters.h"
+#include "zorvan/primitives/kernels/filtering/laplace_sweep.h"
 
 namespace Zorvan::Primitives {
 
@@ -29,13 +27,13 @@ using FloatVector = ByVariant<V, Vector16, Vector16, Vector16, Vector32, Vector3
 
 template <class V, class T>
 struct LaplacePolicy {
-  using Kernel3x3 = LaplacePairs3x3<T, IntegerVector<V>>;
-  using Kernel5x5 = Laplace5x5<PairResponses<T, IntegerVector<V>>>;
+  using Rows = PairRows<T, IntegerVector<V>>;
+  using NarrowRows = PairRows<T, Vector16>;
 };
 template <class V>
 struct LaplacePolicy<V, float> {
-  using Kernel3x3 = LaplaceFloats3x3<FloatVector<V>>;
-  using Kernel5x5 = Laplace5x5<FloatResponses<FloatVector<V>>>;
+  using Rows = FloatRows<FloatVector<V>>;
+  using NarrowRows = FloatRows<Vector16>;
 };
 
 /// Words up to 255: all sides in memory and no kind, or the nearest pixel or a constant where a side is not.
@@ -45,11 +43,18 @@ inline bool isLaplaceBorder(int word) {
   return word == BorderWord::allInMemory || kind == BorderKind::replicate || kind == BorderKind::constant;
 }
 
-template <class Use>
-inline void forEachTile(Size roi, int tilePixels, Use use) {
-  for (std::int64_t x = 0; x < roi.width; x += tilePixels) {
-    const std::int64_t rest = roi.width - x;
-    use(x, Size{rest < tilePixels ? static_cast<std::int32_t>(rest) : tilePixels, roi.height});
+/// In the widest vectors that the rows have room for.
+template <class Filter, class NarrowFilter, class T>
+inline void runLaplace(const LaplaceRegion<T>& region) {
+  const auto sweepsIn = [&](int vectorBytes) {
+    return laplaceSweepsIn(vectorBytes, region.size.width, Filter::reach, sizeof(T));
+  };
+  if (sweepsIn(Filter::Vector::size)) {
+    LaplaceSweep<Filter>::run(region);
+  } else if (sweepsIn(NarrowFilter::Vector::size)) {
+    LaplaceSweep<NarrowFilter>::run(region);
+  } else {
+    LaplaceNarrow<NarrowFilter>::run(region);
   }
 }
 
@@ -62,26 +67,28 @@ int filterLaplace(const T* src, int srcStep, T* dst, int dstStep, Size roi, int 
   if (extent == 0) return Ipp::ippStsMaskSizeErr;
   if (!isLaplaceBorder(borderType)) return Ipp::ippStsBorderErr;
 
-  u8* const rows = buffer + bytesToBoundary(buffer, workAlignmentBytes);
-  u8* const area =
-      rows + static_cast<std::uint64_t>(sumRows(extent)) * sumRowBytes(roi.width, extent, sizeof(T));
-  const auto run = [&](auto narrow, auto wide) {
-    runWithBorder(Plane<const T>{src, srcStep}, Plane<T>{dst, dstStep}, roi, Reach::ofMask({extent, extent}),
-                  BorderWord{borderType}, borderValue, reinterpret_cast<T*>(area),
-                  [=](Plane<const T> from, Plane<T> to, Size part) {
-                    if (part.width <= narrowPixels) {
-                      narrow(from, to, part);
-                    } else {
-                      forEachTile(part, tilePixels(extent, sizeof(T)), [&](std::int64_t x, Size tile) {
-                        wide(from.from(0, x), to.from(0, x), tile, rows);
-                      });
-                    }
-                  });
-  };
+  const BorderWord word = readBorder(BorderWord{borderType}, roi, extent);
+  const bool above = word.has(BorderWord::aboveInMemory), below = word.has(BorderWord::belowInMemory);
+  const bool replicates = word.kind() == BorderKind::replicate;
+  using Bits = typename RowEnds<T>::Bits;
+  const auto constant = __builtin_bit_cast(Bits, borderValue);
+  const unsigned char* constantRow = nullptr;
+  if (!replicates && !(above && below)) {
+    const int reach = extent / 2;
+    u8* const row = buffer + bytesToBoundary(buffer, workAlignmentBytes);
+    fillRun(row, constant, std::int64_t{roi.width} + 2 * reach);
+    constantRow = row + reach * sizeof(T);
+  }
+  const LaplaceRegion<T> region{
+      {{src, srcStep}, roi.height, above, below, constantRow},
+      {word.has(BorderWord::leftInMemory), word.has(BorderWord::rightInMemory), replicates, constant},
+      {dst, dstStep},
+      roi};
+  using Policy = LaplacePolicy<V, T>;
   if (extent == 3) {
-    run(laplaceNarrow3x3<T>, LaplacePolicy<V, T>::Kernel3x3::run);
+    runLaplace<Laplace3x3<typename Policy::Rows>, Laplace3x3<typename Policy::NarrowRows>>(region);
   } else {
-    run(laplaceNarrow5x5<T>, LaplacePolicy<V, T>::Kernel5x5::run);
+    runLaplace<Laplace5x5<typename Policy::Rows>, Laplace5x5<typename Policy::NarrowRows>>(region);
   }
   return ippStsNoErr;
 }

@@ -7,6 +7,7 @@
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/frame/FilterCodes.h"
+#include "zorvan/primitives/kernels/common/BorderWord.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -61,25 +62,38 @@ constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, 
       static_cast<std::uint32_t>(laplaceWorkBytes(roi, extent, pixelBytes, channels)));
 }
 
-/// Wide regions go in tiles of so many bytes of sums a row. The ring of the 5 by 5 kernel stays in the
-/// nearest cache together with the rows around it and those that are fetched ahead; the one row of the 3 by 3
-/// kernel is soon read again from the next, and longer rows pay more.
-constexpr int tileSumBytes(int extent) { return extent == 3 ? 16384 : 2048; }
-constexpr int tilePixels(int extent, int pixelBytes) { return tileSumBytes(extent) / sumBytesOf(pixelBytes); }
+/// The sides that are read from memory, and the kind of the others. A region that is no larger than the kernel
+/// in some direction has all sides made unless all are in memory.
+constexpr BorderWord readBorder(BorderWord word, Size roi, int extent) {
+  const bool small = roi.width <= extent || roi.height <= extent;
+  return small && !word.has(BorderWord::allInMemory) ? BorderWord{word.bits & BorderWord::kindBits} : word;
+}
+
+/// Whether rows have room for vectors of a size: for exactly one, which has both ends of the row, or for two
+/// that have an end each.
+constexpr bool laplaceSweepsIn(int vectorBytes, int width, int reach, int pixelBytes) {
+  const std::int64_t bytes = std::int64_t{width} * pixelBytes;
+  return bytes == vectorBytes || bytes >= vectorBytes + reach * pixelBytes;
+}
+
+/// A band has more rows the shorter they are: what its rows share is made once, and its vectors of one column
+/// and the next stay in the nearest cache.
+constexpr int mostBandRows = 64, fewestBandRows = 8, bandBytes = 16384;
+constexpr std::int64_t laplaceBandRows(std::int64_t rowBytes) {
+  const std::int64_t rows = bandBytes / rowBytes;
+  return rows > mostBandRows ? mostBandRows : rows < fewestBandRows ? fewestBandRows : rows;
+}
 
 /// Results from this size on would only push out of the caches what they are made from.
 constexpr std::int64_t streamFromBytes = 4 << 20;
 
-/// Whether a tile is stored past the caches: a large one whose rows lie alike in vectors, with `headBytes` in
-/// front of the first of these.
-constexpr bool planLaplaceStreaming(Size tile, int pixelBytes, std::int64_t dstStep, std::int64_t headBytes,
-                                    int vectorBytes) {
-  return std::int64_t{tile.width} * tile.height * pixelBytes >= streamFromBytes &&
-         dstStep % vectorBytes == 0 && headBytes % pixelBytes == 0;
+/// Whether a region is stored past the caches: a large one whose rows lie alike in vectors, with `headBytes`
+/// in front of the first of these. A vector that is not at the row's end needs its neighbours there.
+constexpr bool planLaplaceStreaming(Size roi, int pixelBytes, std::int64_t dstStep, std::int64_t headBytes,
+                                    int reach, int vectorBytes) {
+  return std::int64_t{roi.width} * roi.height * pixelBytes >= streamFromBytes && dstStep % vectorBytes == 0 &&
+         headBytes % pixelBytes == 0 && (headBytes == 0 || headBytes >= reach * pixelBytes);
 }
-
-/// Regions of so few columns go pixel by pixel down the columns: the left and right stripes.
-constexpr int narrowPixels = 2;
 
 }  // namespace
 }  // namespace Zorvan::Primitives

@@ -35,15 +35,18 @@ struct PairOperations<Vector16> {
   static Bits oddBytes(Bits v) { return _mm_srli_epi16(v, 8); }
   static Bits oddWords(Bits v) { return _mm_srai_epi32(v, 16); }
 
+  template <int factor>
+  static Bits times(Bits v) {
+    return factor == 1 ? v : _mm_mullo_epi16(v, _mm_set1_epi16(factor));
+  }
   template <int even, int odd>
   static Bits weighBytes(Bits v) {
 #ifdef __SSSE3__
     return _mm_maddubs_epi16(v, _mm_set1_epi16(byteWeights(even, odd)));
 #else
-    Bits sum = _mm_setzero_si128();
-    if (even != 0) sum = _mm_mullo_epi16(evenBytes(v), _mm_set1_epi16(even));
-    if (odd != 0) sum = _mm_add_epi16(sum, _mm_mullo_epi16(oddBytes(v), _mm_set1_epi16(odd)));
-    return sum;
+    if constexpr (even == 0) return times<odd>(oddBytes(v));
+    if constexpr (odd == 0) return times<even>(evenBytes(v));
+    return _mm_add_epi16(times<even>(evenBytes(v)), times<odd>(oddBytes(v)));
 #endif
   }
   template <int even, int odd>
