@@ -40,22 +40,56 @@ TEST(LaplacePlan, TheReportedSizeWrapsAt32Bits) {
   EXPECT_EQ(laplaceBufferBytes({5, 477'218'600}, 5, 1, 1), 160 + 12 * 32 + 32);
 }
 
-TEST(LaplacePlan, TilesHaveTheSameBytesOfSumsForAllPixels) {
-  EXPECT_EQ(tilePixels(3, 1), 8192);
-  EXPECT_EQ(tilePixels(3, 2), 4096);
-  EXPECT_EQ(tilePixels(3, 4), 4096);
-  EXPECT_EQ(tilePixels(5, 1), 1024);
-  EXPECT_EQ(tilePixels(5, 2), 512);
-  EXPECT_EQ(tilePixels(5, 4), 512);
+TEST(LaplacePlan, SmallRegionsHaveAllSidesMadeOrNone) {
+  EXPECT_EQ(readBorder({0x71}, {4, 4}, 3).bits, 0x71);
+  EXPECT_EQ(readBorder({0x71}, {3, 4}, 3).bits, 1);
+  EXPECT_EQ(readBorder({0x76}, {4, 3}, 3).bits, 6);
+  EXPECT_EQ(readBorder({0xF1}, {3, 3}, 3).bits, 0xF1);
+  EXPECT_EQ(readBorder({0x11}, {5, 6}, 5).bits, 1);
+  EXPECT_EQ(readBorder({0x11}, {6, 6}, 5).bits, 0x11);
 }
 
-TEST(LaplacePlan, StreamsLargeTilesWithRowsInStep) {
-  EXPECT_FALSE(planLaplaceStreaming({4096, 1023}, 1, 4096, 63, 64));
-  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 63, 64));
-  EXPECT_TRUE(planLaplaceStreaming({1024, 1025}, 4, 4096, 60, 64));
-  EXPECT_FALSE(planLaplaceStreaming({1024, 1025}, 4, 4096, 61, 64));
-  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 1, 4128, 63, 64));
-  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4128, 31, 32));
+TEST(LaplacePlan, VectorsAtBothEndsNeedTheReachBetweenThem) {
+  EXPECT_FALSE(laplaceSweepsIn(16, 15, 1, 1));
+  EXPECT_TRUE(laplaceSweepsIn(16, 16, 1, 1));
+  EXPECT_TRUE(laplaceSweepsIn(16, 17, 1, 1));
+  EXPECT_TRUE(laplaceSweepsIn(16, 16, 2, 1));
+  EXPECT_FALSE(laplaceSweepsIn(16, 17, 2, 1));
+  EXPECT_TRUE(laplaceSweepsIn(16, 18, 2, 1));
+  EXPECT_FALSE(laplaceSweepsIn(64, 33, 2, 2));
+  EXPECT_TRUE(laplaceSweepsIn(64, 34, 2, 2));
+  EXPECT_FALSE(laplaceSweepsIn(32, 9, 2, 4));
+  EXPECT_TRUE(laplaceSweepsIn(32, 10, 2, 4));
+}
+
+TEST(LaplacePlan, BandsHaveMoreRowsTheShorterTheyAre) {
+  EXPECT_EQ(laplaceBandRows(1, 1, false), 64);
+  EXPECT_EQ(laplaceBandRows(512, 1, false), 64);
+  EXPECT_EQ(laplaceBandRows(513, 1, false), 63);
+  EXPECT_EQ(laplaceBandRows(2048, 1, false), 16);
+  EXPECT_EQ(laplaceBandRows(2049, 1, false), 16);
+  EXPECT_EQ(laplaceBandRows(2049, 1, true), 15);
+  EXPECT_EQ(laplaceBandRows(4096, 1, true), 8);
+  EXPECT_EQ(laplaceBandRows(4097, 1, true), 8);
+  EXPECT_EQ(laplaceBandRows(4096, 2, true), 16);
+  EXPECT_EQ(laplaceBandRows(std::int64_t{1} << 40, 2, false), 16);
+}
+
+TEST(LaplacePlan, StreamsLargeRegionsWithRowsInStep) {
+  EXPECT_FALSE(planLaplaceStreaming({4096, 1023}, 1, 4096, 63, 1, 64));
+  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 63, 1, 64));
+  EXPECT_TRUE(planLaplaceStreaming({1024, 1025}, 4, 4096, 60, 1, 64));
+  EXPECT_FALSE(planLaplaceStreaming({1024, 1025}, 4, 4096, 61, 1, 64));
+  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 1, 4128, 63, 1, 64));
+  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4128, 31, 1, 32));
+}
+
+TEST(LaplacePlan, StreamedVectorsBeginAtTheEndOfTheRowOrHaveTheirNeighbours) {
+  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 0, 2, 64));
+  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 1, 4096, 1, 2, 64));
+  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 2, 2, 64));
+  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 4, 16384, 4, 2, 64));
+  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 4, 16384, 8, 2, 64));
 }
 
 }  // namespace

@@ -200,7 +200,7 @@ void smallRegions(const LaplaceEntry<T>& entry, int variant) {
   }
 }
 
-/// Widths around every vector and tile, with any border word.
+/// Widths around every vector, with any border word, and heights of a band and more.
 template <class T>
 void wideRegions(const LaplaceEntry<T>& entry, int variant) {
   Random random(options().seed + 1);
@@ -230,10 +230,11 @@ template <class T>
 void largeRegions(const LaplaceEntry<T>& entry, int variant) {
   constexpr int e = sizeof(T);
   Random random(options().seed + 2);
-  const int turns = options().level == Level::full ? 6 : 1;
+  const auto words = borderWords();
+  const int turns = options().level == Level::full ? 8 : 2;
   for (int turn = 0; turn < turns; ++turn) {
     const Size roi{4200 / e + random.below(100), 1100};
-    LaplaceCase c = anyCase<T>(roi, 33, 1 | random.below(2) << 6, random);
+    LaplaceCase c = anyCase<T>(roi, turn % 2 == 0 ? 33 : 55, random.oneOf(words), random);
     c.moreDstBytes = -roi.width * e & 63;
     c.dstPlacement = {Placement::Edge::inside, random.below(32) * e % 64};
     if (!agreeOn(entry, variant, c, anyValue<T>(random))) return;

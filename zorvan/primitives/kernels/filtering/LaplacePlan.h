@@ -76,12 +76,14 @@ constexpr bool laplaceSweepsIn(int vectorBytes, int width, int reach, int pixelB
   return bytes == vectorBytes || bytes >= vectorBytes + reach * pixelBytes;
 }
 
-/// A band has more rows the shorter they are: what its rows share is made once, and its vectors of one column
-/// and the next stay in the nearest cache.
-constexpr int mostBandRows = 64, fewestBandRows = 8, bandBytes = 16384;
-constexpr std::int64_t laplaceBandRows(std::int64_t rowBytes) {
+/// Rows of a band. What neighbouring rows share is made anew in each band, so it has more rows the shorter
+/// they are, while its lines stay in a near cache. Of long rows that are stored past the caches the 3 by 3
+/// kernel, with little to share, takes fewer: each is a place of its own that memory is written to.
+constexpr int mostBandRows = 64, bandBytes = 32768;
+constexpr std::int64_t laplaceBandRows(std::int64_t rowBytes, int reach, bool streams) {
+  const int fewest = streams && reach == 1 ? 8 : 16;
   const std::int64_t rows = bandBytes / rowBytes;
-  return rows > mostBandRows ? mostBandRows : rows < fewestBandRows ? fewestBandRows : rows;
+  return rows > mostBandRows ? mostBandRows : rows < fewest ? fewest : rows;
 }
 
 /// Results from this size on would only push out of the caches what they are made from.

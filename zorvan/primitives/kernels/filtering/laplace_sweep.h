@@ -54,11 +54,13 @@ struct LaplaceRegion {
 
 template <class V>
 struct PlainStores {
+  static constexpr bool streams = false;
   void store(V vector, unsigned char* p) const { vector.store(p); }
 };
 /// Past the caches, of vectors on their own boundaries.
 template <class V>
 struct StreamingStores {
+  static constexpr bool streams = true;
   void store(V vector, unsigned char* p) const { vector.stream(p); }
 };
 
@@ -91,13 +93,17 @@ struct LaplaceSweep {
     std::int64_t count;
 
     template <class Loads, class Stores>
-    void walk(std::int64_t at, const Loads& loads, const Stores& stores) const {
+    void walk(std::int64_t at, Loads loads, Stores stores) const {
       Filter filter;
       for (int i = 0; i < around; ++i) filter.take(loads, rows[i] + at);
+      const unsigned char* const* row = rows + around;
+      const unsigned char* const* const end = row + count;
+      const std::int64_t toNext = step;
       unsigned char* to = dst + at;
-      for (std::int64_t i = 0; i < count; ++i) {
-        stores.store(filter.take(loads, rows[around + i] + at), to);
-        to += step;
+      for (; row != end; ++row, to += toNext) {
+        const unsigned char* const p = *row + at;
+        loads.fetchAhead(p);
+        stores.store(filter.take(loads, p), to);
       }
     }
   };
@@ -107,7 +113,7 @@ struct LaplaceSweep {
   static void sweep(const LaplaceRegion<T>& region, std::int64_t head, Stores stores) {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
     const std::int64_t last = bytes - V::size;
-    const std::int64_t bandRows = laplaceBandRows(bytes);
+    const std::int64_t bandRows = laplaceBandRows(bytes, Filter::reach, Stores::streams);
     const Ends first(region.ends, true, last == 0), end(region.ends, false, true);
     Band band;
     band.step = region.dst.step;

@@ -71,6 +71,9 @@ struct RowEnds {
 /// Loads inside a row: all neighbours are there.
 template <class T, class V>
 struct InsideRow {
+  /// A band has more rows than the processor follows at once by itself.
+  void fetchAhead(const unsigned char* p) const { __builtin_prefetch(p + 512); }
+
   template <int columns>
   V load(const unsigned char* p) const {
     return V::load(p + columns * std::int64_t{sizeof(T)});
@@ -91,6 +94,8 @@ struct AtRowEnds {
         right(last && !ends.rightInMemory),
         replicates(ends.replicates),
         constant(V::broadcast(ends.constant)) {}
+
+  void fetchAhead(const unsigned char*) const {}
 
   template <int columns>
   V load(const unsigned char* p) const {
