@@ -62,8 +62,8 @@ constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, 
       static_cast<std::uint32_t>(laplaceWorkBytes(roi, extent, pixelBytes, channels)));
 }
 
-/// The sides that are read from memory, and the kind of the others. A region that is no larger than the kernel
-/// in some direction has all sides made unless all are in memory.
+/// The sides that are read from memory, and the kind of the others. A region that is no larger than the
+/// kernel in some direction has all sides made unless all are in memory.
 constexpr BorderWord readBorder(BorderWord word, Size roi, int extent) {
   const bool small = roi.width <= extent || roi.height <= extent;
   return small && !word.has(BorderWord::allInMemory) ? BorderWord{word.bits & BorderWord::kindBits} : word;

@@ -16,6 +16,7 @@
 
 #include "zorvan/primitives/kernels/filtering/float_vectors.h"
 #include "zorvan/primitives/kernels/filtering/pair_vectors.h"
+#include "zorvan/primitives/kernels/filtering/row_ends.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -39,8 +40,7 @@ struct PairRows {
 
   /// The sums of three neighbours.
   template <class Loads>
-  static Sums three(const Loads& loads, const unsigned char* p) {
-    const V here = loads.template load<0>(p);
+  static Sums three(const Loads& loads, const unsigned char* p, V here) {
     return {Lanes::add(Lanes::template weigh<1, 1>(loads.template load<-1>(p)), Lanes::odd(here)),
             Lanes::add(Lanes::even(here), Lanes::template weigh<1, 1>(loads.template load<1>(p)))};
   }
@@ -52,8 +52,8 @@ struct PairRows {
 
   template <class Loads>
   static Responses<Sums> responses(const Loads& loads, const unsigned char* p) {
-    const V left = loads.template load<-2>(p), here = loads.template load<0>(p),
-            right = loads.template load<2>(p);
+    const V left = held(loads.template load<-2>(p)), here = held(loads.template load<0>(p)),
+            right = held(loads.template load<2>(p));
     const Sums a = {sum(Lanes::template weigh<-1, -3>(left), Lanes::template weigh<-4, -3>(here),
                         Lanes::template weigh<-1, 0>(right)),
                     sum(Lanes::template weigh<0, -1>(left), Lanes::template weigh<-3, -4>(here),
@@ -84,8 +84,8 @@ struct FloatRows {
   static V pixels(Sums sums) { return Operations::vector(sums); }
 
   template <class Loads>
-  static Sums three(const Loads& loads, const unsigned char* p) {
-    return add(add(at<-1>(loads, p), at<0>(loads, p)), at<1>(loads, p));
+  static Sums three(const Loads& loads, const unsigned char* p, V here) {
+    return add(add(at<-1>(loads, p), Operations::of(here)), at<1>(loads, p));
   }
 
   static V nineLess(V here, Sums sums) {
@@ -95,7 +95,7 @@ struct FloatRows {
   template <class Loads>
   static Responses<Sums> responses(const Loads& loads, const unsigned char* p) {
     const Sums outer = add(at<-2>(loads, p), at<2>(loads, p)), inner = add(at<-1>(loads, p), at<1>(loads, p)),
-               here = at<0>(loads, p);
+               here = Operations::of(held(loads.template load<0>(p)));
     return {Operations::sub(Operations::sub(Operations::negative(outer), times(3, inner)), times(4, here)),
             add(times(-3, outer), times(6, here)),
             add(add(times(-4, outer), times(6, inner)), times(20, here))};
@@ -119,11 +119,12 @@ class Laplace3x3 {
   /// The result of the row before.
   template <class Loads>
   [[gnu::always_inline]] Vector take(const Loads& loads, const unsigned char* p) {
-    const Sums sums = Rows::three(loads, p);
+    const Vector here = held(loads.template load<0>(p));
+    const Sums sums = Rows::three(loads, p, here);
     const Vector result = Rows::nineLess(here_, Rows::add(two_, sums));
     two_ = Rows::add(last_, sums);
     last_ = sums;
-    here_ = loads.template load<0>(p);
+    here_ = here;
     return result;
   }
 

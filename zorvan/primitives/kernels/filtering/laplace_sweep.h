@@ -37,8 +37,7 @@ struct SourceRows {
 
   const unsigned char* at(std::int64_t y) const {
     if (y < 0 && !aboveInMemory) return constant != nullptr ? constant : bytesAt(plane, 0, 0);
-    if (y >= height && !belowInMemory)
-      return constant != nullptr ? constant : bytesAt(plane, height - 1, 0);
+    if (y >= height && !belowInMemory) return constant != nullptr ? constant : bytesAt(plane, height - 1, 0);
     return bytesAt(plane, y, 0);
   }
 };
@@ -69,7 +68,8 @@ template <class Filter>
 struct LaplaceSweep {
   using T = typename Filter::Pixel;
   using V = typename Filter::Vector;
-  using Ends = AtRowEnds<T, V>;
+  template <bool first, bool last>
+  using Ends = AtRowEnds<T, V, first, last>;
   using Inside = InsideRow<T, V>;
   static constexpr int around = 2 * Filter::reach;
   static constexpr std::int64_t reachBytes = Filter::reach * sizeof(T);
@@ -89,21 +89,31 @@ struct LaplaceSweep {
   struct Band {
     const unsigned char* rows[mostBandRows + around];
     unsigned char* dst;
-    std::int64_t step;
+    std::int64_t step, srcStep;
+    std::int64_t bytes;  ///< of a row
     std::int64_t count;
 
+    /// The column further on in the row, or in the next band, that is fetched while this one is walked: a
+    /// band has more rows than the processor follows by itself. As bytes from a pixel; 0 for none.
+    std::int64_t ahead(std::int64_t at) const {
+      constexpr std::int64_t distance = 512;
+      if (bytes <= distance) return 0;
+      return at + distance < bytes ? distance : distance - bytes + count * srcStep;
+    }
+
+    /// Not inlined, and with its loads by reference: copies of it for every side of an image made it slower.
     template <class Loads, class Stores>
-    void walk(std::int64_t at, Loads loads, Stores stores) const {
+    [[gnu::noinline]] void walk(std::int64_t at, const Loads& loads, const Stores& stores) const {
       Filter filter;
       for (int i = 0; i < around; ++i) filter.take(loads, rows[i] + at);
       const unsigned char* const* row = rows + around;
       const unsigned char* const* const end = row + count;
-      const std::int64_t toNext = step;
+      const std::int64_t toNext = step, toAhead = ahead(at);
       unsigned char* to = dst + at;
       for (; row != end; ++row, to += toNext) {
         const unsigned char* const p = *row + at;
-        loads.fetchAhead(p);
         stores.store(filter.take(loads, p), to);
+        if (toAhead != 0) __builtin_prefetch(p + toAhead);
       }
     }
   };
@@ -114,21 +124,25 @@ struct LaplaceSweep {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
     const std::int64_t last = bytes - V::size;
     const std::int64_t bandRows = laplaceBandRows(bytes, Filter::reach, Stores::streams);
-    const Ends first(region.ends, true, last == 0), end(region.ends, false, true);
     Band band;
     band.step = region.dst.step;
+    band.srcStep = region.src.plane.step;
+    band.bytes = bytes;
     for (std::int64_t y = 0; y < region.size.height; y += bandRows) {
       band.count = region.size.height - y < bandRows ? region.size.height - y : bandRows;
       for (std::int64_t i = 0; i < band.count + around; ++i) {
         band.rows[i] = region.src.at(y - Filter::reach + i);
       }
       band.dst = bytesAt(region.dst, y, 0);
-      band.walk(0, first, PlainStores<V>{});
-      if (last == 0) continue;
+      if (last == 0) {
+        band.walk(0, Ends<true, true>(region.ends), PlainStores<V>{});
+        continue;
+      }
+      band.walk(0, Ends<true, false>(region.ends), PlainStores<V>{});
       std::int64_t at = head != 0 ? head : V::size;
       for (; at + reachBytes <= last; at += V::size) band.walk(at, Inside{}, stores);
       if (at < last) band.walk(last - reachBytes, Inside{}, PlainStores<V>{});
-      band.walk(last, end, PlainStores<V>{});
+      band.walk(last, Ends<false, true>(region.ends), PlainStores<V>{});
     }
   }
 };
@@ -168,7 +182,8 @@ struct LaplaceNarrow {
   }
 
  private:
-  static void build(const RowEnds<T>& ends, const unsigned char* src, std::int64_t width, unsigned char* dst) {
+  static void build(const RowEnds<T>& ends, const unsigned char* src, std::int64_t width,
+                    unsigned char* dst) {
     using Bits = typename RowEnds<T>::Bits;
     const std::int64_t left = ends.leftInMemory ? Filter::reach : 0;
     const std::int64_t right = ends.rightInMemory ? Filter::reach : 0;

@@ -59,6 +59,14 @@ inline Vector64 loadBeforeEdge(const unsigned char* p, Vector64 edge) {
 }
 #endif
 
+/// The same vector in a register. Compilers would rather load it again for each of its uses, and loads across
+/// the boundaries of lines are what a filter has most of.
+template <class V>
+inline V held(V vector) {
+  asm("" : "+v"(vector.bits));
+  return vector;
+}
+
 /// What lies to the left and to the right of each row.
 template <class T>
 struct RowEnds {
@@ -71,46 +79,34 @@ struct RowEnds {
 /// Loads inside a row: all neighbours are there.
 template <class T, class V>
 struct InsideRow {
-  /// A band has more rows than the processor follows at once by itself.
-  void fetchAhead(const unsigned char* p) const { __builtin_prefetch(p + 512); }
-
   template <int columns>
   V load(const unsigned char* p) const {
     return V::load(p + columns * std::int64_t{sizeof(T)});
   }
 };
 
-/// Loads at one end of a row, or at both where a vector is all of it. `left` and `right` tell where neighbours
-/// are to be made.
-template <class T, class V>
+/// Loads at the first or the last vector of a row, or at one that is all of it.
+template <class T, class V, bool first, bool last>
 struct AtRowEnds {
-  using Bits = typename RowEnds<T>::Bits;
-  bool left, right;
-  bool replicates;
+  const RowEnds<T>& ends;
   V constant;
 
-  AtRowEnds(const RowEnds<T>& ends, bool first, bool last)
-      : left(first && !ends.leftInMemory),
-        right(last && !ends.rightInMemory),
-        replicates(ends.replicates),
-        constant(V::broadcast(ends.constant)) {}
-
-  void fetchAhead(const unsigned char*) const {}
+  explicit AtRowEnds(const RowEnds<T>& rowEnds) : ends(rowEnds), constant(V::broadcast(rowEnds.constant)) {}
 
   template <int columns>
   V load(const unsigned char* p) const {
     constexpr int bytes = columns * static_cast<int>(sizeof(T));
-    if constexpr (columns < 0) {
-      if (left) return loadBehindEdge<-bytes>(p, edge(p));
-    } else if constexpr (columns > 0) {
-      if (right) return loadBeforeEdge<bytes>(p, edge(p + V::size - sizeof(T)));
+    if constexpr (first && columns < 0) {
+      if (!ends.leftInMemory) return loadBehindEdge<-bytes>(p, edge(p));
+    } else if constexpr (last && columns > 0) {
+      if (!ends.rightInMemory) return loadBeforeEdge<bytes>(p, edge(p + V::size - sizeof(T)));
     }
     return V::load(p + bytes);
   }
 
  private:
   V edge(const unsigned char* pixel) const {
-    return replicates ? V::broadcast(loadAs<Bits>(pixel)) : constant;
+    return ends.replicates ? V::broadcast(loadAs<typename RowEnds<T>::Bits>(pixel)) : constant;
   }
 };
 
