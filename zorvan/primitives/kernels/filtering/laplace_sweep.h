@@ -101,9 +101,9 @@ struct LaplaceSweep {
       return at + distance < bytes ? distance : distance - bytes + count * srcStep;
     }
 
-    /// Not inlined, and with its loads by reference: copies of it for every side of an image made it slower.
+    /// Its loads come by value, so that what is the same for all rows is asked once.
     template <class Loads, class Stores>
-    [[gnu::noinline]] void walk(std::int64_t at, const Loads& loads, const Stores& stores) const {
+    [[gnu::noinline]] void walk(std::int64_t at, Loads loads, Stores stores) const {
       Filter filter;
       for (int i = 0; i < around; ++i) filter.take(loads, rows[i] + at);
       const unsigned char* const* row = rows + around;

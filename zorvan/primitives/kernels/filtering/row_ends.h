@@ -88,25 +88,29 @@ struct InsideRow {
 /// Loads at the first or the last vector of a row, or at one that is all of it.
 template <class T, class V, bool first, bool last>
 struct AtRowEnds {
-  const RowEnds<T>& ends;
+  bool leftInMemory, rightInMemory, replicates;
   V constant;
 
-  explicit AtRowEnds(const RowEnds<T>& rowEnds) : ends(rowEnds), constant(V::broadcast(rowEnds.constant)) {}
+  explicit AtRowEnds(const RowEnds<T>& ends)
+      : leftInMemory(ends.leftInMemory),
+        rightInMemory(ends.rightInMemory),
+        replicates(ends.replicates),
+        constant(V::broadcast(ends.constant)) {}
 
   template <int columns>
   V load(const unsigned char* p) const {
     constexpr int bytes = columns * static_cast<int>(sizeof(T));
     if constexpr (first && columns < 0) {
-      if (!ends.leftInMemory) return loadBehindEdge<-bytes>(p, edge(p));
+      if (!leftInMemory) return loadBehindEdge<-bytes>(p, edge(p));
     } else if constexpr (last && columns > 0) {
-      if (!ends.rightInMemory) return loadBeforeEdge<bytes>(p, edge(p + V::size - sizeof(T)));
+      if (!rightInMemory) return loadBeforeEdge<bytes>(p, edge(p + V::size - sizeof(T)));
     }
     return V::load(p + bytes);
   }
 
  private:
   V edge(const unsigned char* pixel) const {
-    return ends.replicates ? V::broadcast(loadAs<typename RowEnds<T>::Bits>(pixel)) : constant;
+    return replicates ? V::broadcast(loadAs<typename RowEnds<T>::Bits>(pixel)) : constant;
   }
 };
 
