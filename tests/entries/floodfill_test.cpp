@@ -100,9 +100,10 @@ constexpr T otherPixel = T(9);
 template <class T>
 constexpr T newPixel = T(200);
 
+/// With any number of bytes between the rows, or a given one.
 template <class T>
 bool agreeOnShape(const FillEntry<T>& entry, int variant, FillShape shape, Size roi, Point seed,
-                  Random& random) {
+                  Random& random, int givenMoreBytes = -1) {
   const std::uint64_t noise = random.next();
   std::vector<T> pixels;
   Random draw(noise);
@@ -111,7 +112,8 @@ bool agreeOnShape(const FillEntry<T>& entry, int variant, FillShape shape, Size 
       pixels.push_back(isInShape(shape, x, y, roi, draw) ? oldPixel<T> : otherPixel<T>);
     }
   }
-  const int moreBytes = static_cast<int>(sizeof(T)) * (random.below(3) == 0 ? 0 : random.below(70));
+  const int anyMoreBytes = static_cast<int>(sizeof(T)) * (random.below(3) == 0 ? 0 : random.below(70));
+  const int moreBytes = givenMoreBytes >= 0 ? givenMoreBytes : anyMoreBytes;
   const Placement placements[] = {
       {Placement::Edge::front, 0}, {Placement::Edge::back, 0}, {Placement::Edge::inside, random.below(64)}};
   return agreeOn<T>(
@@ -149,6 +151,21 @@ void shapes(const FillEntry<T>& entry, int variant) {
     }
     if (!agreeOnShape(entry, variant, shape, {1, 300}, {0, 150}, random)) return;
     if (!agreeOnShape(entry, variant, shape, {301, 210}, {150, 105}, random)) return;
+  }
+}
+
+/// Rows that lie whole pages apart, of which columns are left to the stack.
+template <class T>
+void pagedRows(const FillEntry<T>& entry, int variant) {
+  Random random(options().seed + 2);
+  for (const FillShape shape : allFillShapes) {
+    for (const Size roi : {Size{1, 40}, Size{2, 9}, Size{9, 40}, Size{33, 21}, Size{130, 24}}) {
+      for (const int step : {4096, 8192}) {
+        const Point seed{random.below(roi.width), random.below(roi.height)};
+        const int moreBytes = step - roi.width * static_cast<int>(sizeof(T));
+        if (!agreeOnShape(entry, variant, shape, roi, seed, random, moreBytes)) return;
+      }
+    }
   }
 }
 
@@ -255,6 +272,7 @@ void registerFill(const char* name, FillRoutine<T>* reference, const Primitives:
                            [entry, body](int variant) { body(entry, variant); });
   };
   add("Shapes", shapes);
+  add("PagedRows", pagedRows);
   add("AllSmallImages", allSmallImages);
   add("SpecialPixels", specialPixels);
   add("Refusals", refusals);

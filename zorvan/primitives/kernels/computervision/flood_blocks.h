@@ -6,6 +6,9 @@
 // A block is compared as a whole, its matches become 16 bits. No block reaches behind the region's last
 // column: what lies there may hold the old value, or be unreadable. The end of a run is searched first and
 // the run filled afterwards.
+//
+// A run that begins where it is looked for, or ends with the region, is told by a branch of its own: a column
+// counted out of a comparison would hold up the next row, which is looked through from there.
 
 #include "zorvan/primitives/kernels/common/Bits.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
@@ -121,6 +124,7 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
 
   std::int64_t find(unsigned char* row, std::int64_t x, std::int64_t right) const {
     if (right - x + 1 < vectorScanPixels) return Pixels::find(row, x, right);
+    if (isOld(row, x)) return x;
     for (; x <= right; x += 16) {
       if (last - x < 15) return Pixels::find(row, x, right);
       const unsigned matches = block.matches(at(row, x));
@@ -160,7 +164,8 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
     }
     x = last - 15;
     const unsigned others = block.matches(at(row, x)) ^ allMatch;
-    return others != 0 ? x + lowestSetBit(others) : last + 1;
+    if (__builtin_expect(others != 0, 0)) return x + lowestSetBit(others);
+    return last + 1;
   }
 };
 

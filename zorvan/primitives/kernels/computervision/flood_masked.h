@@ -6,6 +6,9 @@
 // The mask ends a vector with the region's last column, so that short rows and the ends of long ones need no
 // loop of their own: lanes that are masked out are neither read nor written. The end of a run is searched
 // first and the run filled afterwards.
+//
+// A run that begins where it is looked for, or ends with the region, is told by a branch of its own: a column
+// counted out of a comparison would hold up the next row, which is looked through from there.
 
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
@@ -68,6 +71,7 @@ struct MaskedRow : FillPixels<T> {
 
   std::int64_t find(unsigned char* row, std::int64_t x, std::int64_t right) const {
     if (right - x + 1 < vectorScanPixels) return Pixels::find(row, x, right);
+    if (isOld(row, x)) return x;
     for (; right - x >= lanes; x += lanes) {
       const Mask matches = Lanes::matches(at(row, x), oldLanes);
       if (matches != 0) return x + __builtin_ctzll(matches);
@@ -98,7 +102,7 @@ struct MaskedRow : FillPixels<T> {
     unsigned char* p = at(row, x);
     std::int64_t count = end - x;
     for (; count >= lanes; p += 64, count -= lanes) newLanes.store(p);
-    Lanes::store(firstLanes(count), p, newLanes);
+    if (count != 0) Lanes::store(firstLanes(count), p, newLanes);
     return end - 1;
   }
 
@@ -122,7 +126,8 @@ struct MaskedRow : FillPixels<T> {
     }
     const Mask present = firstLanes(last - x + 1);
     const auto others = static_cast<Mask>(present & ~Lanes::matches(present, at(row, x), oldLanes));
-    return others != 0 ? x + __builtin_ctzll(others) : last + 1;
+    if (__builtin_expect(others != 0, 0)) return x + __builtin_ctzll(others);
+    return last + 1;
   }
 };
 
