@@ -124,10 +124,10 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
 
   std::int64_t find(unsigned char* row, std::int64_t x, std::int64_t right) const {
     if (right - x + 1 < vectorScanPixels) return Pixels::find(row, x, right);
-    if (isOld(row, x)) return x;
     for (; x <= right; x += 16) {
       if (last - x < 15) return Pixels::find(row, x, right);
       const unsigned matches = block.matches(at(row, x));
+      if (matches & 1) return x;
       if (matches != 0) return x + lowestSetBit(matches);
     }
     return x;
