@@ -1,7 +1,7 @@
 #pragma once
 
-// How the Laplace filter divides its work memory, and which regions and columns it takes at a time. Pure, so
-// that each limit can be tested on any machine.
+// What work memory the Laplace filter tells, and which rows and columns it takes at a time. Pure, so that
+// each limit can be tested on any machine.
 
 #include <cstdint>
 
@@ -49,7 +49,8 @@ constexpr std::uint64_t expansionBytes(Size roi, int extent, int pixelBytes, int
   return alignedUp(static_cast<std::uint64_t>(channels) * pixels * static_cast<std::uint64_t>(pixelBytes));
 }
 
-/// The work memory: the rows of sums, the expansion, and room to align both.
+/// The work memory: the rows of sums, the expansion, and room to align both. Callers are told so much; the
+/// filters keep their sums in registers and need no more of it than a row of the constant.
 constexpr std::uint64_t laplaceWorkBytes(Size roi, int extent, int pixelBytes, int channels = 1) {
   const std::uint64_t rows =
       static_cast<std::uint64_t>(sumRows(extent)) * sumRowBytes(roi.width, extent, pixelBytes, channels);
