@@ -83,6 +83,22 @@ inline void withCopier(std::int64_t bytes, Use use) {
   }
 }
 
+/// Pixels are moved as bits, so that each is what it was, a signalling NaN too.
+template <int pixelBytes>
+struct PixelBits;
+template <>
+struct PixelBits<1> {
+  using type = std::uint8_t;
+};
+template <>
+struct PixelBits<2> {
+  using type = std::uint16_t;
+};
+template <>
+struct PixelBits<4> {
+  using type = std::uint32_t;
+};
+
 /// Pixels of 1, 2 or 4 bytes; `value` holds the bits of one.
 template <class Bits>
 inline void fillRun(void* to, Bits value, std::int64_t pixels) {

@@ -5,7 +5,7 @@
 
 #include "zorvan/primitives/kernels/common/BorderWord.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/common/border_copy.h"
+#include "zorvan/primitives/kernels/common/short_rows.h"
 
 namespace Zorvan::Primitives {
 namespace {

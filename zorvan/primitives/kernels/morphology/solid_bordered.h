@@ -15,11 +15,11 @@
 
 #include <utility>
 
-#include "zorvan/primitives/kernels/common/BorderPlan.h"
 #include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/common/border_copy.h"
+#include "zorvan/primitives/kernels/morphology/BorderPlan.h"
 #include "zorvan/primitives/kernels/morphology/MorphPlan.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
+#include "zorvan/primitives/kernels/morphology/border_copy.h"
 
 namespace Zorvan::Primitives {
 namespace {

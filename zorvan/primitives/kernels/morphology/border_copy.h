@@ -14,22 +14,6 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Pixels are moved as bits, so that each is what it was, a signalling NaN too.
-template <int pixelBytes>
-struct PixelBits;
-template <>
-struct PixelBits<1> {
-  using type = std::uint8_t;
-};
-template <>
-struct PixelBits<2> {
-  using type = std::uint16_t;
-};
-template <>
-struct PixelBits<4> {
-  using type = std::uint32_t;
-};
-
 /// The place inside an extent of `n` that mirrors place `i`: back and forth, the ends not repeated.
 constexpr std::int64_t mirrored(std::int64_t i, std::int64_t n) {
   if (i < 0) i = -i;

@@ -6,9 +6,9 @@
 // The area is packed: a row is as many bytes as its pixels, so the largest piece of the plan fills it to the
 // last byte. Pieces are run in the plan's order, each before the next is built.
 
-#include "zorvan/primitives/kernels/common/BorderPlan.h"
 #include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/common/border_copy.h"
+#include "zorvan/primitives/kernels/morphology/BorderPlan.h"
+#include "zorvan/primitives/kernels/morphology/border_copy.h"
 
 namespace Zorvan::Primitives {
 namespace {
