@@ -64,19 +64,35 @@ TEST(MorphRing, IsCutIntoBandsAboveItsShareOfTheCache) {
 }
 
 TEST(MorphBordered, TakesTheUsualSquares) {
-  for (const int side : {3, 5, 7, 9}) EXPECT_TRUE(planBordered({side, side}, BorderKind::replicate, false));
+  for (const int side : {3, 5, 7, 9})
+    EXPECT_TRUE(planBordered({side, side}, BorderKind::replicate, false, 3));
   for (const Size other : {Size{1, 1}, Size{3, 5}, Size{9, 7}, Size{11, 11}, Size{1, 3}, Size{3, 1}}) {
-    EXPECT_FALSE(planBordered(other, BorderKind::replicate, false));
-    EXPECT_FALSE(planBordered(other, BorderKind::none, true));
+    EXPECT_FALSE(planBordered(other, BorderKind::replicate, false, 3));
+    EXPECT_FALSE(planBordered(other, BorderKind::none, true, 3));
   }
 }
 
+TEST(MorphBordered, BeginsAtTheLeast) {
+  EXPECT_FALSE(planBordered({3, 3}, BorderKind::replicate, false, 5));
+  EXPECT_TRUE(planBordered({5, 5}, BorderKind::replicate, false, 5));
+  EXPECT_TRUE(planBordered({9, 9}, BorderKind::none, true, kLargestBordered));
+  EXPECT_FALSE(planBordered({9, 9}, BorderKind::none, true, kNoneBordered));
+}
+
 TEST(MorphBordered, TakesBordersThatFollowFromTheEdge) {
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::replicate, false));
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::constant, false));
-  EXPECT_FALSE(planBordered({3, 3}, BorderKind::mirror, false));
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::mirror, true));
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::none, true));
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::replicate, false, 3));
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::constant, false, 3));
+  EXPECT_FALSE(planBordered({3, 3}, BorderKind::mirror, false, 3));
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::mirror, true, 3));
+  EXPECT_TRUE(planBordered({3, 3}, BorderKind::none, true, 3));
+}
+
+TEST(MorphBordered, LeavesLargeFloatsToTheRingWhereVectorsAreHalfALine) {
+  EXPECT_TRUE(planBorderedSize(kStreamFromBytes - 1, 4, 32));
+  EXPECT_FALSE(planBorderedSize(kStreamFromBytes, 4, 32));
+  EXPECT_FALSE(planBorderedSize(kStreamFromBytes, 4, 16));
+  EXPECT_TRUE(planBorderedSize(kStreamFromBytes, 4, 64));
+  EXPECT_TRUE(planBorderedSize(kStreamFromBytes, 1, 16));
 }
 
 TEST(MorphStrips, HoldTheRowsOfTwoRowsInTheirShareOfTheCache) {

@@ -46,12 +46,36 @@ inline void computeSolid(Plane<const typename Lanes::Pixel> src, Plane<typename 
   }
 }
 
-/// The two oldest variants: solid masks by rows and columns, others pixel by pixel.
-template <class ForBytes, class ForFloats>
+/// Solid masks for which `planBordered` holds.
+template <class Operation, class Lanes, int least>
+inline void computeBordered(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
+                            Size roi, Size mask, BorderWord word, typename Lanes::Pixel value,
+                            MorphWork work) {
+  using Pixel = typename Lanes::Pixel;
+  const BorderedRegion<Pixel> region(src, roi, Reach::ofMask(mask), word, value,
+                                     reinterpret_cast<Pixel*>(work.ring));
+  switch (mask.width) {
+    case 3:
+      if constexpr (least <= 3) return borderedImage<Operation, Lanes, 3, 3>(region, dst, work);
+      return;
+    case 5:
+      return borderedImage<Operation, Lanes, 5, 5>(region, dst, work);
+    case 7:
+      return borderedImage<Operation, Lanes, 7, 7>(region, dst, work);
+    default:
+      return borderedImage<Operation, Lanes, 9, 9>(region, dst, work);
+  }
+}
+
+/// The two oldest variants: solid masks by rows and columns, others pixel by pixel. From the least mask on, a
+/// solid one's border is made in registers: 3 by 3 masks have no form of their own here, and the oldest
+/// instruction set takes three instructions for the neighbours of bytes.
+template <class ForBytes, class ForFloats, int leastOfBytes>
 struct ScanningKernels {
   template <class Pixel>
   using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
-  static constexpr bool makesBorders = false;
+  template <class Pixel>
+  static constexpr int leastBordered = sizeof(Pixel) == 1 ? leastOfBytes : 5;
 
   template <class Operation, class Pixel>
   static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
@@ -71,25 +95,8 @@ template <class ForBytes, class ForFloats>
 struct FormKernels {
   template <class Pixel>
   using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
-  static constexpr bool makesBorders = std::is_same_v<ForBytes, ByteLanes64>;
-
-  /// Solid masks for which `planBordered` holds.
-  template <class Operation, class Pixel>
-  static void computeBordered(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, Size mask, BorderWord word,
-                              Pixel value, MorphWork work) {
-    const BorderedRegion<Pixel> region(src, roi, Reach::ofMask(mask), word, value,
-                                       reinterpret_cast<Pixel*>(work.ring));
-    switch (mask.width) {
-      case 3:
-        return borderedImage<Operation, Lanes<Pixel>, 3, 3>(region, dst, work);
-      case 5:
-        return borderedImage<Operation, Lanes<Pixel>, 5, 5>(region, dst, work);
-      case 7:
-        return borderedImage<Operation, Lanes<Pixel>, 7, 7>(region, dst, work);
-      default:
-        return borderedImage<Operation, Lanes<Pixel>, 9, 9>(region, dst, work);
-    }
-  }
+  template <class Pixel>
+  static constexpr int leastBordered = 3;
 
   template <class Operation, class Pixel>
   static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
@@ -137,10 +144,10 @@ struct FormKernels {
 };
 
 template <class V>
-using MorphPolicy =
-    ByVariant<V, ScanningKernels<ByteLanes16, FloatLanes16>, ScanningKernels<ByteLanes16, FloatLanes16>,
-              FormKernels<ByteLanes16, FloatLanes16>, FormKernels<ByteLanes16, FloatLanes32>,
-              FormKernels<ByteLanes32, FloatLanes32>, FormKernels<ByteLanes64, FloatLanes64>>;
+using MorphPolicy = ByVariant<V, ScanningKernels<ByteLanes16, FloatLanes16, kNoneBordered>,
+                              ScanningKernels<ByteLanes16, FloatLanes16, 5>,
+                              FormKernels<ByteLanes16, FloatLanes16>, FormKernels<ByteLanes16, FloatLanes32>,
+                              FormKernels<ByteLanes32, FloatLanes32>, FormKernels<ByteLanes64, FloatLanes64>>;
 
 template <class V>
 inline int copyRegion(const u8* src, int srcStep, u8* dst, int dstStep, Size roi) {
@@ -192,11 +199,14 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
     return copyRegion<V>(src, srcStep, dst, dstStep, roi);
   }
   const MorphWork work{alignWork(buffer), streamedBytes};
-  if constexpr (MorphPolicy<V>::makesBorders) {
+  constexpr int least = MorphPolicy<V>::template leastBordered<T>;
+  if constexpr (least <= kLargestBordered) {
+    using Lanes = typename MorphPolicy<V>::template Lanes<T>;
     if (mask.has(MorphSpec::allSet) &&
-        planBordered(maskSize, word.kind(), word.has(BorderWord::allInMemory))) {
-      MorphPolicy<V>::template computeBordered<Operation, T>({src, srcStep}, {dst, dstStep}, roi, maskSize,
-                                                             word, value, work);
+        planBordered(maskSize, word.kind(), word.has(BorderWord::allInMemory), least) &&
+        planBorderedSize(streamedBytes, sizeof(T), Lanes::count * sizeof(T))) {
+      computeBordered<Operation, Lanes, least>({src, srcStep}, {dst, dstStep}, roi, maskSize, word, value,
+                                               work);
       return ippStsNoErr;
     }
   }

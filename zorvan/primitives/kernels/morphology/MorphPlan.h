@@ -70,10 +70,16 @@ constexpr std::int64_t planStripColumns(int width, int maskHeight, int pixelByte
   return width * std::int64_t{pixelBytes} <= bytes ? width : bytes / pixelBytes;
 }
 
-/// Whether a solid mask takes its border from registers: with the reach to either side inside a vector.
-constexpr bool planBordered(Size mask, BorderKind kind, bool allInMemory) {
-  const bool usual =
-      mask.width == mask.height && (mask.width == 3 || mask.width == 5 || mask.width == 7 || mask.width == 9);
+/// The usual solid masks are squares up to this one, whose reach is inside a vector of any width.
+constexpr int kLargestBordered = 9;
+/// As the least of them: none.
+constexpr int kNoneBordered = kLargestBordered + 1;
+
+/// Whether a solid mask takes its border from registers, which a variant does from masks of `least` by
+/// `least` on.
+constexpr bool planBordered(Size mask, BorderKind kind, bool allInMemory, int least) {
+  const bool usual = mask.width == mask.height && mask.width % 2 == 1 && mask.width >= least &&
+                     mask.width <= kLargestBordered;
   return usual && (allInMemory || kind == BorderKind::replicate || kind == BorderKind::constant);
 }
 
@@ -96,6 +102,13 @@ constexpr std::int64_t kStreamFromBytes = 4 << 20;
 constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep,
                              int blockBytes) {
   return bytes >= kStreamFromBytes && dstStep % blockBytes == 0 && rowBytes >= 2 * blockBytes;
+}
+
+/// Whether a result of that size is made in registers and not by the ring. Large float ones are not by
+/// vectors shorter than a line of the cache: two rows of the result at a time are too many half lines on
+/// their way to memory.
+constexpr bool planBorderedSize(std::int64_t bytes, int pixelBytes, int vectorBytes) {
+  return bytes < kStreamFromBytes || pixelBytes == 1 || vectorBytes == 64;
 }
 
 /// The rows between two passes may take this much, so that they stay in a second cache beside the rows that

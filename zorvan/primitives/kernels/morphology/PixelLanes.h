@@ -4,8 +4,9 @@
 // take any address. A `Some` stands for the first few lanes: loads and stores that take one touch no other
 // pixel, and what they load into the other lanes means nothing.
 //
-// Vectors as long as a line of the cache know the pixels behind them, from registers: of their loads at other
-// addresses every one would take two lines.
+// The pixels beside those of a vector come from registers where it and its neighbours were made there, and
+// always for vectors as long as a line of the cache: of their loads at other addresses every one would take
+// two lines.
 //
 // The order of operands matters for floats alone: where the comparison fails the second one is taken, so a
 // NaN that was accumulated is replaced by the next pixel, and the pixel under test takes the second place.
@@ -70,15 +71,37 @@ struct ByteLanes16 {
   static ByteLanes16 smallest(ByteLanes16 a, ByteLanes16 b) { return {_mm_min_epu8(a.bits, b.bits)}; }
 
 #ifdef __SSSE3__
-  /// The pixels one and two places behind those of `a`, with `next` following it.
-  static ByteLanes16 behind1(ByteLanes16 a, ByteLanes16 next) {
-    return {_mm_alignr_epi8(next.bits, a.bits, 1)};
+  /// The pixels `n` places behind those of `a`, below 16, with `next` following it.
+  template <int n, int>
+  static ByteLanes16 behind(ByteLanes16 a, ByteLanes16 next) {
+    return {_mm_alignr_epi8(next.bits, a.bits, n)};
   }
-  static ByteLanes16 behind2(ByteLanes16 a, ByteLanes16 next) {
-    return {_mm_alignr_epi8(next.bits, a.bits, 2)};
+  /// The pixels `n` places before those of `a`, below 16, with `previous` in front of it.
+  template <int n, int>
+  static ByteLanes16 before(ByteLanes16 a, ByteLanes16 previous) {
+    return {_mm_alignr_epi8(a.bits, previous.bits, 16 - n)};
   }
 #endif
+  /// `a` where all bits of `mask` are set and `b` where none is.
+  static ByteLanes16 select(ByteLanes16 mask, ByteLanes16 a, ByteLanes16 b) {
+    return {_mm_or_si128(_mm_and_si128(mask.bits, a.bits), _mm_andnot_si128(mask.bits, b.bits))};
+  }
 };
+
+/// The floats `n` places behind those of `a`, up to 4, with `next` following it. The shuffles for one
+/// distance serve others too, but where all that is asked for is a `reach` of 1, one of bytes is enough.
+template <int n, int reach>
+inline __m128 floatsBehind(__m128 a, __m128 next) {
+#ifdef __SSSE3__
+  if constexpr (reach == 1) {
+    return _mm_castsi128_ps(_mm_alignr_epi8(_mm_castps_si128(next), _mm_castps_si128(a), 4 * n));
+  }
+#endif
+  const __m128 two = _mm_shuffle_ps(a, next, _MM_SHUFFLE(1, 0, 3, 2));
+  if constexpr (n == 1) return _mm_shuffle_ps(a, two, _MM_SHUFFLE(2, 1, 2, 1));
+  if constexpr (n == 3) return _mm_shuffle_ps(two, next, _MM_SHUFFLE(2, 1, 2, 1));
+  return n == 0 ? a : n == 2 ? two : next;
+}
 
 struct FloatLanes16 {
   using Pixel = float;
@@ -102,15 +125,34 @@ struct FloatLanes16 {
   static FloatLanes16 largest(FloatLanes16 a, FloatLanes16 b) { return {_mm_max_ps(a.bits, b.bits)}; }
   static FloatLanes16 smallest(FloatLanes16 a, FloatLanes16 b) { return {_mm_min_ps(a.bits, b.bits)}; }
 
-  static FloatLanes16 behind2(FloatLanes16 a, FloatLanes16 next) {
-    return {_mm_shuffle_ps(a.bits, next.bits, _MM_SHUFFLE(1, 0, 3, 2))};
+  template <int n, int reach>
+  static FloatLanes16 behind(FloatLanes16 a, FloatLanes16 next) {
+    return {floatsBehind<n, reach>(a.bits, next.bits)};
   }
-  static FloatLanes16 behind1(FloatLanes16 a, FloatLanes16 next) {
-    return {_mm_shuffle_ps(a.bits, behind2(a, next).bits, _MM_SHUFFLE(2, 1, 2, 1))};
+  template <int n, int reach>
+  static FloatLanes16 before(FloatLanes16 a, FloatLanes16 previous) {
+    return behind<4 - n, reach>(previous, a);
+  }
+  static FloatLanes16 select(FloatLanes16 mask, FloatLanes16 a, FloatLanes16 b) {
+    return {_mm_or_ps(_mm_and_ps(mask.bits, a.bits), _mm_andnot_ps(mask.bits, b.bits))};
   }
 };
 
 #ifdef __AVX__
+/// The same in each half of longer vectors.
+template <int n, int reach>
+inline __m256 floatsBehind(__m256 a, __m256 next) {
+#ifdef __AVX2__
+  if constexpr (reach == 1) {
+    return _mm256_castsi256_ps(_mm256_alignr_epi8(_mm256_castps_si256(next), _mm256_castps_si256(a), 4 * n));
+  }
+#endif
+  const __m256 two = _mm256_shuffle_ps(a, next, _MM_SHUFFLE(1, 0, 3, 2));
+  if constexpr (n == 1) return _mm256_shuffle_ps(a, two, _MM_SHUFFLE(2, 1, 2, 1));
+  if constexpr (n == 3) return _mm256_shuffle_ps(two, next, _MM_SHUFFLE(2, 1, 2, 1));
+  return n == 0 ? a : n == 2 ? two : next;
+}
+
 struct FloatLanes32 {
   using Pixel = float;
   using Some = SomeBytes;
@@ -142,12 +184,20 @@ struct FloatLanes32 {
   static FloatLanes32 largest(FloatLanes32 a, FloatLanes32 b) { return {_mm256_max_ps(a.bits, b.bits)}; }
   static FloatLanes32 smallest(FloatLanes32 a, FloatLanes32 b) { return {_mm256_min_ps(a.bits, b.bits)}; }
 
-  static FloatLanes32 behind2(FloatLanes32 a, FloatLanes32 next) {
-    const __m256 middle = _mm256_permute2f128_ps(a.bits, next.bits, 0x21);
-    return {_mm256_shuffle_ps(a.bits, middle, _MM_SHUFFLE(1, 0, 3, 2))};
+  static __m256 middle(FloatLanes32 a, FloatLanes32 next) {
+    return _mm256_permute2f128_ps(a.bits, next.bits, 0x21);
   }
-  static FloatLanes32 behind1(FloatLanes32 a, FloatLanes32 next) {
-    return {_mm256_shuffle_ps(a.bits, behind2(a, next).bits, _MM_SHUFFLE(2, 1, 2, 1))};
+  /// `n` up to 4.
+  template <int n, int reach>
+  static FloatLanes32 behind(FloatLanes32 a, FloatLanes32 next) {
+    return {floatsBehind<n, reach>(a.bits, middle(a, next))};
+  }
+  template <int n, int reach>
+  static FloatLanes32 before(FloatLanes32 a, FloatLanes32 previous) {
+    return {floatsBehind<4 - n, reach>(middle(previous, a), a.bits)};
+  }
+  static FloatLanes32 select(FloatLanes32 mask, FloatLanes32 a, FloatLanes32 b) {
+    return {_mm256_blendv_ps(b.bits, a.bits, mask.bits)};
   }
 };
 #endif
@@ -185,11 +235,16 @@ struct ByteLanes32 {
   static __m256i middle(ByteLanes32 a, ByteLanes32 next) {
     return _mm256_permute2x128_si256(a.bits, next.bits, 0x21);
   }
-  static ByteLanes32 behind1(ByteLanes32 a, ByteLanes32 next) {
-    return {_mm256_alignr_epi8(middle(a, next), a.bits, 1)};
+  template <int n, int>
+  static ByteLanes32 behind(ByteLanes32 a, ByteLanes32 next) {
+    return {_mm256_alignr_epi8(middle(a, next), a.bits, n)};
   }
-  static ByteLanes32 behind2(ByteLanes32 a, ByteLanes32 next) {
-    return {_mm256_alignr_epi8(middle(a, next), a.bits, 2)};
+  template <int n, int>
+  static ByteLanes32 before(ByteLanes32 a, ByteLanes32 previous) {
+    return {_mm256_alignr_epi8(a.bits, middle(previous, a), 16 - n)};
+  }
+  static ByteLanes32 select(ByteLanes32 mask, ByteLanes32 a, ByteLanes32 b) {
+    return {_mm256_blendv_epi8(b.bits, a.bits, mask.bits)};
   }
 };
 #endif
@@ -214,14 +269,12 @@ struct ByteLanes64 {
   static ByteLanes64 largest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_max_epu8(a.bits, b.bits)}; }
   static ByteLanes64 smallest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_min_epu8(a.bits, b.bits)}; }
 
-  /// The pixels `n` places behind those of `a`, below 16, with `next` following it.
-  template <int n>
+  template <int n, int>
   static ByteLanes64 behind(ByteLanes64 a, ByteLanes64 next) {
     if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(next.bits, a.bits, n / 4)};
     return {_mm512_alignr_epi8(_mm512_alignr_epi32(next.bits, a.bits, 4), a.bits, n % 16)};
   }
-  /// The pixels `n` places before those of `a`, below 16, with `previous` in front of it.
-  template <int n>
+  template <int n, int>
   static ByteLanes64 before(ByteLanes64 a, ByteLanes64 previous) {
     const __m512i middle = _mm512_alignr_epi32(a.bits, previous.bits, 12);
     if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(a.bits, previous.bits, 16 - n / 4)};
@@ -247,9 +300,6 @@ struct ByteLanes64 {
   static ByteLanes64 spreadFirst(ByteLanes64 a) {
     return {_mm512_broadcastb_epi8(_mm512_castsi512_si128(a.bits))};
   }
-
-  static ByteLanes64 behind1(ByteLanes64 a, ByteLanes64 next) { return behind<1>(a, next); }
-  static ByteLanes64 behind2(ByteLanes64 a, ByteLanes64 next) { return behind<2>(a, next); }
 };
 
 struct FloatLanes64 {
@@ -275,14 +325,14 @@ struct FloatLanes64 {
     return {_mm512_maskz_min_ps(0xFFFF, a.bits, b.bits)};
   }
 
-  template <int n>
+  template <int n, int>
   static FloatLanes64 behind(FloatLanes64 a, FloatLanes64 next) {
     return {_mm512_castsi512_ps(
         _mm512_alignr_epi32(_mm512_castps_si512(next.bits), _mm512_castps_si512(a.bits), n))};
   }
-  template <int n>
+  template <int n, int>
   static FloatLanes64 before(FloatLanes64 a, FloatLanes64 previous) {
-    return behind<16 - n>(previous, a);
+    return behind<16 - n, 0>(previous, a);
   }
 
   static Some lastOnes(std::int64_t n) { return static_cast<Some>(0xFFFFu << (16 - n)); }
@@ -299,9 +349,6 @@ struct FloatLanes64 {
   static FloatLanes64 spreadFirst(FloatLanes64 a) {
     return {_mm512_broadcastss_ps(_mm512_castps512_ps128(a.bits))};
   }
-
-  static FloatLanes64 behind1(FloatLanes64 a, FloatLanes64 next) { return behind<1>(a, next); }
-  static FloatLanes64 behind2(FloatLanes64 a, FloatLanes64 next) { return behind<2>(a, next); }
 };
 #endif
 

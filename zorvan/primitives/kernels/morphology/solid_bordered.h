@@ -1,7 +1,7 @@
 #pragma once
 
-// Extremes of solid rectangular neighbourhoods with their border made in registers, for vectors as long as a
-// line of the cache: the column-wise extreme of the rows, then that combined with its neighbours in the row.
+// Extremes of solid square neighbourhoods with their border made in registers: the column-wise extreme of the
+// rows, then that combined with its neighbours in the row.
 //
 // What lies above and below a region is a matter of where a row is read: a row outside is the nearest one, or
 // one of constants in the work memory. What lies beside it follows from the column-wise extremes: those of a
@@ -16,10 +16,11 @@
 #include <utility>
 
 #include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/common/short_rows.h"
 #include "zorvan/primitives/kernels/morphology/BorderPlan.h"
 #include "zorvan/primitives/kernels/morphology/MorphPlan.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
-#include "zorvan/primitives/kernels/morphology/border_copy.h"
+#include "zorvan/primitives/kernels/morphology/lane_ends.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -71,6 +72,7 @@ struct Extremes {
 template <class Operation, class Lanes, int width, int height, int rows>
 struct BorderedRows {
   using Pixel = typename Lanes::Pixel;
+  using Ends = RowEnds<Lanes>;
   using Vectors = Extremes<Lanes, rows>;
 
   static constexpr int readRows = height - 1 + rows;
@@ -79,7 +81,7 @@ struct BorderedRows {
   std::int64_t left, end;      ///< columns in memory in front of column 0, and the first not in memory
   bool replicates;
   Lanes constant;
-  typename Lanes::Place last;  ///< of the last column that is in memory, in its vector
+  typename Ends::Place last;  ///< of the last column that is in memory, in its vector
 
   /// `first` is the first row that is read.
   [[gnu::always_inline]] BorderedRows(const BorderedRegion<Pixel>& region, std::int64_t first,
@@ -88,7 +90,7 @@ struct BorderedRows {
         end(region.end()),
         replicates(region.replicates()),
         constant(Lanes::broadcast(region.value)),
-        last(Lanes::place((end - 1 - column) & (Lanes::count - 1))) {
+        last(Ends::place((end - 1 - column) & (Lanes::count - 1))) {
     for (int i = 0; i < readRows; ++i) src[i] = region.row(first + i);
   }
 
@@ -107,7 +109,7 @@ struct BorderedRows {
 
   template <class Which>
   [[gnu::always_inline]] Vectors load(std::int64_t column, Which lanes) const {
-    const auto row = [&](int r) { return Lanes::load(src[r] + column, lanes); };
+    const auto row = [&](int r) { return Ends::load(src[r] + column, lanes); };
     if constexpr (rows == 1) {
       Lanes all = firstExtreme<Operation>(row(0));
       for (int r = 1; r < height; ++r) all = Operation::combine(all, row(r));
@@ -125,8 +127,9 @@ struct BorderedRows {
     if (!replicates) return each([&](int) { return constant; });
     return each(nearest);
   }
-  Vectors bordered(const Vectors& found, typename Lanes::Some lanes, const Vectors& border) const {
-    return each([&](int r) { return Lanes::blend(lanes, found.of[r], border.of[r]); });
+  template <class Which>
+  Vectors bordered(const Vectors& found, Which lanes, const Vectors& border) const {
+    return each([&](int r) { return Ends::blend(lanes, found.of[r], border.of[r]); });
   }
 
   /// The vector in front of `column`, the first one of `vector`.
@@ -134,9 +137,9 @@ struct BorderedRows {
     const std::int64_t there = column + left;
     if (there >= Lanes::count) return load(column - Lanes::count, All{});
     const Vectors first = column == 0 ? vector : load(0, Lanes::some(1));
-    const Vectors beside = border([&](int r) { return Lanes::spreadFirst(first.of[r]); });
+    const Vectors beside = border([&](int r) { return Ends::spreadFirst(first.of[r]); });
     if (there == 0) return beside;
-    const auto lanes = Lanes::lastOnes(there);
+    const auto lanes = Ends::lastOnes(there);
     return bordered(load(column - Lanes::count, lanes), lanes, beside);
   }
 
@@ -145,22 +148,24 @@ struct BorderedRows {
   [[gnu::always_inline]] Vectors from(std::int64_t column, const Vectors& previous) const {
     const std::int64_t there = end - column;
     if (there >= Lanes::count) return load(column, All{});
-    if (there <= 0) return border([&](int r) { return Lanes::spread(previous.of[r], last); });
+    if (there <= 0) return border([&](int r) { return Ends::spread(previous.of[r], last); });
     const auto lanes = Lanes::some(there);
     const Vectors found = load(column, lanes);
-    return bordered(found, lanes, border([&](int r) { return Lanes::spread(found.of[r], last); }));
+    return bordered(found, lanes, border([&](int r) { return Ends::spread(found.of[r], last); }));
   }
+
+  static constexpr int reach = (width - 1) / 2;
 
   template <int... n>
   static Lanes acrossRow(Lanes previous, Lanes vector, Lanes next, std::integer_sequence<int, n...>) {
     Lanes extreme = vector;
-    ((extreme = Operation::combine(extreme, Lanes::template before<n + 1>(vector, previous))), ...);
-    ((extreme = Operation::combine(extreme, Lanes::template behind<n + 1>(vector, next))), ...);
+    ((extreme = Operation::combine(extreme, Lanes::template before<n + 1, reach>(vector, previous))), ...);
+    ((extreme = Operation::combine(extreme, Lanes::template behind<n + 1, reach>(vector, next))), ...);
     return extreme;
   }
   static Vectors results(const Vectors& previous, const Vectors& vector, const Vectors& next) {
-    constexpr auto reach = std::make_integer_sequence<int, (width - 1) / 2>();
-    return each([&](int r) { return acrossRow(previous.of[r], vector.of[r], next.of[r], reach); });
+    constexpr auto distances = std::make_integer_sequence<int, reach>();
+    return each([&](int r) { return acrossRow(previous.of[r], vector.of[r], next.of[r], distances); });
   }
 
   [[gnu::always_inline]] void run(Plane<Pixel> dst, std::int64_t column, std::int64_t stop,

@@ -38,8 +38,8 @@ inline ColumnExtremes<Lanes, rows> columnExtremes(const typename Lanes::Pixel* s
 /// A block combined with itself shifted by one and by two pixels; `next` follows it.
 template <class Operation, class Lanes>
 inline Lanes shiftedExtreme(Lanes block, Lanes next) {
-  return Operation::combine(Operation::combine(block, Lanes::behind1(block, next)),
-                            Lanes::behind2(block, next));
+  return Operation::combine(Operation::combine(block, Lanes::template behind<1, 2>(block, next)),
+                            Lanes::template behind<2, 2>(block, next));
 }
 
 /// `rows` rows of the result, of which the first neighbourhood begins at `src`.

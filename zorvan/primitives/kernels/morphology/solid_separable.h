@@ -54,7 +54,7 @@ struct RowPass {
  private:
   template <int... c>
   static void addBehind(Lanes& extreme, Lanes block, Lanes next, std::integer_sequence<int, c...>) {
-    ((extreme = Operation::combine(extreme, Lanes::template behind<c + 1>(block, next))), ...);
+    ((extreme = Operation::combine(extreme, Lanes::template behind<c + 1, 0>(block, next))), ...);
   }
 };
 
