@@ -15,8 +15,8 @@ struct LastBytes {
   std::int64_t bytes;
 };
 
-/// What vectors with mask registers know themselves, for others. Only what was stored as a whole is read back
-/// from memory, since that can be read at once.
+/// What vectors with mask registers know themselves, for others: through memory, as it takes place at the
+/// ends of rows alone.
 template <class Lanes>
 struct EndsThroughMemory {
   using Pixel = typename Lanes::Pixel;
@@ -54,7 +54,7 @@ struct EndsThroughMemory {
 };
 
 template <class Lanes>
-using RowEnds = std::conditional_t<Lanes::hasMasks, Lanes, EndsThroughMemory<Lanes>>;
+using LaneEnds = std::conditional_t<Lanes::hasMasks, Lanes, EndsThroughMemory<Lanes>>;
 
 }  // namespace
 }  // namespace Zorvan::Primitives

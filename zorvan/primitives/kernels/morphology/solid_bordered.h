@@ -11,7 +11,7 @@
 // Two rows of the result are made at a time, since all rows but the first and the last belong to both; an odd
 // last row goes by itself. Along a row each vector of extremes is made once and takes its neighbours from the
 // vectors before and behind it. Wide regions go in strips of columns, so that the rows that are read again
-// for the next rows of the result stay in the nearest cache.
+// for the next rows of the result stay in a near cache.
 
 #include <utility>
 
@@ -72,7 +72,7 @@ struct Extremes {
 template <class Operation, class Lanes, int width, int height, int rows>
 struct BorderedRows {
   using Pixel = typename Lanes::Pixel;
-  using Ends = RowEnds<Lanes>;
+  using Ends = LaneEnds<Lanes>;
   using Vectors = Extremes<Lanes, rows>;
 
   static constexpr int readRows = height - 1 + rows;
