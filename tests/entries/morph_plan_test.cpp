@@ -95,14 +95,14 @@ TEST(MorphBordered, LeavesLargeFloatsToTheRingWhereVectorsAreHalfALine) {
   EXPECT_TRUE(planBorderedSize(kStreamFromBytes, 1, 16));
 }
 
-TEST(MorphStrips, HoldTheRowsOfTwoRowsInTheirShareOfTheCache) {
-  EXPECT_EQ(planStripColumns(65536, 3, 1), 65536);  // four rows of 64 KiB
-  EXPECT_EQ(planStripColumns(65537, 3, 1), 65536);
-  EXPECT_EQ(planStripColumns(16384, 3, 4), 16384);
-  EXPECT_EQ(planStripColumns(16385, 3, 4), 16384);
-  EXPECT_EQ(planStripColumns(26176, 9, 1), 26176);  // ten rows, in whole lines
-  EXPECT_EQ(planStripColumns(26177, 9, 1), 26176);
-  EXPECT_EQ(planStripColumns(1, 9, 1), 1);
+TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
+  EXPECT_EQ(planStripColumns(65536, 4, 1), 65536);  // 64 KiB each
+  EXPECT_EQ(planStripColumns(65537, 4, 1), 65536);
+  EXPECT_EQ(planStripColumns(16384, 4, 4), 16384);
+  EXPECT_EQ(planStripColumns(16385, 4, 4), 16384);
+  EXPECT_EQ(planStripColumns(26176, 10, 1), 26176);  // in whole lines
+  EXPECT_EQ(planStripColumns(26177, 10, 1), 26176);
+  EXPECT_EQ(planStripColumns(1, 10, 1), 1);
 }
 
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {

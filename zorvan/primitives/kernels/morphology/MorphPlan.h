@@ -59,13 +59,13 @@ constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
   return columns < width ? static_cast<int>(columns) : width;
 }
 
-/// What the rows that two rows of a result are made from may take of a second cache, from where they come as
-/// fast as they are combined.
+/// What the rows may take of a second cache that several rows of a result are made from at a time: from there
+/// they come as fast as they are combined.
 constexpr std::int64_t kStripBytes = 256 << 10;
 
 /// Columns of a strip in which a result is made straight from the rows, a multiple of 64 bytes, or all.
-constexpr std::int64_t planStripColumns(int width, int maskHeight, int pixelBytes) {
-  const std::int64_t fitting = kStripBytes / (maskHeight + 1) & ~std::int64_t{63};
+constexpr std::int64_t planStripColumns(int width, int readRows, int pixelBytes) {
+  const std::int64_t fitting = kStripBytes / readRows & ~std::int64_t{63};
   const std::int64_t bytes = fitting < kLeastBandBytes ? kLeastBandBytes : fitting;
   return width * std::int64_t{pixelBytes} <= bytes ? width : bytes / pixelBytes;
 }

@@ -8,10 +8,10 @@
 // repeated column are the repeated extremes, and those of constants the constant. So the vectors before the
 // first one and behind the last are broadcasts, and no pixel is copied.
 //
-// Two rows of the result are made at a time, since all rows but the first and the last belong to both; an odd
-// last row goes by itself. Along a row each vector of extremes is made once and takes its neighbours from the
-// vectors before and behind it. Wide regions go in strips of columns, so that the rows that are read again
-// for the next rows of the result stay in a near cache.
+// Several rows of the result are made at a time, since most of the rows that they are made from belong to all
+// of them; rows that are left over go by themselves. Along a row each vector of extremes is made once and
+// takes its neighbours from the vectors before and behind it. Wide regions go in strips of columns, so that
+// the rows that are read again for the next rows of the result stay in a near cache.
 
 #include <utility>
 
@@ -62,7 +62,12 @@ struct BorderedRegion {
   }
 };
 
-/// Column-wise extremes for `rows` rows of the result, 1 or 2.
+/// How many rows of the result are made at a time. The vectors of four are more than 16 registers hold, but
+/// not more than the 32 that come with mask registers.
+template <class Lanes>
+constexpr int rowsAtOnce = Lanes::hasMasks ? 4 : 2;
+
+/// Column-wise extremes for `rows` rows of the result: 1, 2 or 4.
 template <class Lanes, int rows>
 struct Extremes {
   Lanes of[rows];
@@ -109,15 +114,27 @@ struct BorderedRows {
 
   template <class Which>
   [[gnu::always_inline]] Vectors load(std::int64_t column, Which lanes) const {
-    const auto row = [&](int r) { return Ends::load(src[r] + column, lanes); };
+    const auto with = [&](Lanes extreme, int r) {
+      return Operation::combine(extreme, Ends::load(src[r] + column, lanes));
+    };
+    const auto extremeOf = [&](int first, int behind) {
+      Lanes extreme = firstExtreme<Operation>(Ends::load(src[first] + column, lanes));
+      for (int r = first + 1; r < behind; ++r) extreme = with(extreme, r);
+      return extreme;
+    };
     if constexpr (rows == 1) {
-      Lanes all = firstExtreme<Operation>(row(0));
-      for (int r = 1; r < height; ++r) all = Operation::combine(all, row(r));
-      return {{all}};
+      return {{extremeOf(0, height)}};
+    } else if constexpr (rows == 2) {
+      const Lanes shared = extremeOf(1, height);
+      return {{with(shared, 0), with(shared, height)}};
+    } else if constexpr (height == 3) {
+      const Lanes upper = extremeOf(1, 3), lower = extremeOf(3, 5);
+      return {{with(upper, 0), with(upper, 3), with(lower, 2), with(lower, 5)}};
     } else {
-      Lanes shared = firstExtreme<Operation>(row(1));
-      for (int r = 2; r < height; ++r) shared = Operation::combine(shared, row(r));
-      return {{Operation::combine(shared, row(0)), Operation::combine(shared, row(height))}};
+      const Lanes shared = extremeOf(3, height);
+      const Lanes upper = with(with(shared, 2), 1);
+      const Lanes lower = with(with(shared, height), height + 1);
+      return {{with(upper, 0), with(upper, height), with(lower, 2), with(lower, height + 2)}};
     }
   }
 
@@ -201,18 +218,18 @@ template <class Operation, class Lanes, int width, int height>
 inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, std::int64_t begin, std::int64_t stop,
                           ResultStores<Lanes> stores) {
-  constexpr int above = (height - 1) / 2;
+  constexpr int above = (height - 1) / 2, rows = rowsAtOnce<Lanes>;
   std::int64_t r = 0;
-  if (region.roi.height >= 2) {
-    BorderedRows<Operation, Lanes, width, height, 2> pair(region, -above, begin);
+  if (region.roi.height >= rows) {
+    BorderedRows<Operation, Lanes, width, height, rows> several(region, -above, begin);
     for (;;) {
-      pair.run(dst.from(r, 0), begin, stop, stores);
-      r += 2;
-      if (r + 2 > region.roi.height) break;
-      pair.step(region, r + above + 1);
+      several.run(dst.from(r, 0), begin, stop, stores);
+      r += rows;
+      if (r + rows > region.roi.height) break;
+      several.step(region, r + above + rows - 1);
     }
   }
-  if (r < region.roi.height) {
+  for (; r < region.roi.height; ++r) {
     const BorderedRows<Operation, Lanes, width, height, 1> single(region, r - above, begin);
     single.run(dst.from(r, 0), begin, stop, stores);
   }
@@ -225,7 +242,8 @@ inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, MorphWork work) {
   const ResultStores<Lanes> stores(dst, region.roi, work);
   const std::int64_t columns = region.roi.width;
-  const std::int64_t strip = planStripColumns(region.roi.width, height, sizeof(typename Lanes::Pixel));
+  constexpr int readRows = height - 1 + rowsAtOnce<Lanes>;
+  const std::int64_t strip = planStripColumns(region.roi.width, readRows, sizeof(typename Lanes::Pixel));
   std::int64_t begin = 0, stop = stores.streaming && stores.head != 0 ? stores.head : strip;
   for (; begin < columns; begin = stop, stop += strip) {
     if (stop > columns) stop = columns;
