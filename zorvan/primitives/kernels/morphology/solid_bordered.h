@@ -62,10 +62,11 @@ struct BorderedRegion {
   }
 };
 
-/// How many rows of the result are made at a time. The vectors of four are more than 16 registers hold, but
-/// not more than the 32 that come with mask registers.
-template <class Lanes>
-constexpr int rowsAtOnce = Lanes::hasMasks ? 4 : 2;
+/// How many rows of the result are made at a time. Under a low mask four take as many comparisons as two
+/// pairs, and fewer loads only where their vectors stay in registers: in the 32 that come with mask
+/// registers.
+template <class Lanes, int height>
+constexpr int rowsAtOnce = Lanes::hasMasks || height > 3 ? 4 : 2;
 
 /// Column-wise extremes for `rows` rows of the result: 1, 2 or 4.
 template <class Lanes, int rows>
@@ -218,7 +219,7 @@ template <class Operation, class Lanes, int width, int height>
 inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, std::int64_t begin, std::int64_t stop,
                           ResultStores<Lanes> stores) {
-  constexpr int above = (height - 1) / 2, rows = rowsAtOnce<Lanes>;
+  constexpr int above = (height - 1) / 2, rows = rowsAtOnce<Lanes, height>;
   std::int64_t r = 0;
   if (region.roi.height >= rows) {
     BorderedRows<Operation, Lanes, width, height, rows> several(region, -above, begin);
@@ -242,7 +243,7 @@ inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, MorphWork work) {
   const ResultStores<Lanes> stores(dst, region.roi, work);
   const std::int64_t columns = region.roi.width;
-  constexpr int readRows = height - 1 + rowsAtOnce<Lanes>;
+  constexpr int readRows = height - 1 + rowsAtOnce<Lanes, height>;
   const std::int64_t strip = planStripColumns(region.roi.width, readRows, sizeof(typename Lanes::Pixel));
   std::int64_t begin = 0, stop = stores.streaming && stores.head != 0 ? stores.head : strip;
   for (; begin < columns; begin = stop, stop += strip) {
