@@ -12,6 +12,11 @@ Instruction = namedtuple("Instruction", "address function name operands target")
 PREFIX = re.compile(r"repn?z?|lock|notrack|bnd|[cdefgs]s|data16|addr32|rex(\.\w+)?")
 
 
+FUNCTION = re.compile(r"[0-9a-f]+ <(.*)>:")
+INSTRUCTION = re.compile(r" *([0-9a-f]+):\t([^#\t]*)(?:#([^\t]*))?")
+NAMED_ADDRESS = re.compile(r"<.*>")
+
+
 def output(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
@@ -61,17 +66,12 @@ def instructions(path):
     function = ""
     text = output("objdump", "--disassemble", "--no-show-raw-insn", "--demangle", "-M", "intel", path)
     for line in text.splitlines():
-        head = re.fullmatch(r"[0-9a-f]+ <(.*)>:", line)
-        if head:
+        if found := INSTRUCTION.match(line):
+            address, text, target = found.groups()
+            words = NAMED_ADDRESS.sub("", text).split()
+            while len(words) > 1 and PREFIX.fullmatch(words[0]):
+                words = words[1:]
+            if words and not PREFIX.fullmatch(words[0]):
+                yield Instruction(int(address, 16), function, words[0], " ".join(words[1:]), (target or "").strip())
+        elif head := FUNCTION.fullmatch(line):
             function = head[1]
-            continue
-        parts = line.split("\t")
-        if len(parts) < 2 or not re.fullmatch(r" *[0-9a-f]+:", parts[0]):
-            continue
-        text, _, target = parts[1].partition("#")
-        words = re.sub(r"<.*>", "", text).split()
-        while len(words) > 1 and PREFIX.fullmatch(words[0]):
-            words = words[1:]
-        if not words or PREFIX.fullmatch(words[0]):
-            continue
-        yield Instruction(int(parts[0].strip(" :"), 16), function, words[0], " ".join(words[1:]), target.strip())

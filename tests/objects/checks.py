@@ -121,9 +121,12 @@ def stubs(path, names):
     functions = {}
     for i in binaries.instructions(path):
         functions.setdefault(i.function, []).append(i)
+    byName = {}
+    for function in functions:
+        byName.setdefault(function.partition("(")[0], []).append(function)
     complaints = []
     for position, name in enumerate(names):
-        found = [f for f in functions if re.match(rf"Zorvan::Primitives::{name}\(", f)]
+        found = byName.get(f"Zorvan::Primitives::{name}", [])
         if len(found) != 1:
             complaints.append(f"{path}: has {len(found)} stubs {name}")
             continue

@@ -5,6 +5,7 @@ that no feature knows is refused: what a new kernel needs is entered here, under
 The words are regular expressions.
 """
 
+import functools
 import re
 
 FEATURES = {
@@ -116,6 +117,7 @@ _features = {name: _pattern(words) for name, words in FEATURES.items()}
 _registers = {name: re.compile(rf"(?<![\w.]){words}(?![\w.])") for name, words in REGISTERS.items()}
 
 
+@functools.cache
 def featuresOf(name):
     """The features that bring an instruction of this name."""
     found = {feature for feature, pattern in _features.items() if pattern.fullmatch(name)}
@@ -124,6 +126,7 @@ def featuresOf(name):
     return found
 
 
+@functools.cache
 def allowed(kind):
     """The features and the register classes of a kind of object."""
     below, features, registers = KINDS[kind]
