@@ -102,13 +102,6 @@ TEST(WidePass, Holds64BytesWithoutScaling) {
   EXPECT_EQ(planWidePass(2, Scaling::enlarged), 32);
 }
 
-TEST(JoinedPass, IsOfProductsOfBytesAlone) {
-  EXPECT_TRUE(planJoinedPass(Operation::product, 1, Scaling::saturated));
-  EXPECT_FALSE(planJoinedPass(Operation::product, 1, Scaling::rounded));
-  EXPECT_FALSE(planJoinedPass(Operation::product, 2, Scaling::saturated));
-  EXPECT_FALSE(planJoinedPass(Operation::sum, 1, Scaling::saturated));
-}
-
 TEST(FloatRowPlan, RunsInBlocksFrom11PixelsAtAnyAddress) {
   EXPECT_EQ(planFloatRow(64, 10, true), pixelByPixel);
   EXPECT_EQ(planFloatRow(64, 11, true), (FloatRowPlan{true, true, 0, false}));

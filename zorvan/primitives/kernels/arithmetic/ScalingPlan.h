@@ -74,10 +74,5 @@ constexpr int planWidePass(int pixelBytes, Scaling scaling) {
   return wholePass ? 64 : 32;
 }
 
-/// Whether a pass of 64 bytes is worth being joined to one vector between its loads and its stores.
-constexpr bool planJoinedPass(Operation operation, int pixelBytes, Scaling scaling) {
-  return operation == Operation::product && pixelBytes == 1 && planWidePass(pixelBytes, scaling) == 64;
-}
-
 }  // namespace
 }  // namespace Zorvan::Primitives

@@ -75,6 +75,12 @@ struct Product {
   template <class I>
   static I saturatedLanes(I a, I b) {
     if constexpr (sizeof(T) == 1) {
+#ifdef __AVX512BW__
+      if constexpr (sizeof(I) == 32) {  // in one register, and narrowed as unsigned words
+        const __m512i s = _mm512_mullo_epi16(_mm512_cvtepu8_epi16(a), _mm512_cvtepu8_epi16(b));
+        return _mm512_cvtusepi16_epi8(s);
+      }
+#endif
       const Halves<I> s = exactLanes(a, b);
       const I highest = broadcastWords<I>(255);  // packing takes words from 2^15 on for negative
       return narrowed<T, I>({lower_epu16(s.low, highest), lower_epu16(s.high, highest)});

@@ -3,8 +3,7 @@
 // Scaled operations on a row with 32-byte stores: the newest two variants.
 //
 // No head: loads and stores take any address. Passes of 64 or 32 bytes, then ever smaller steps down to one
-// pixel, each on a vector that is loaded and stored in part. Where computing a pass takes longer than moving
-// it, the newest variant joins what it loaded and computes on 64 bytes.
+// pixel, each on a vector that is loaded and stored in part.
 
 #include <utility>
 
@@ -26,27 +25,9 @@ inline void remainderInSteps(std::integer_sequence<int, steps...>, const Pixels&
   (run.template operator()<steps>(), ...);
 }
 
-#ifdef __AVX512BW__
-/// 64 bytes from two loads.
-template <class Source>
-inline __m512i joinedLanes(Source source, std::int64_t i) {
-  const __m256i low = source.template lanes<__m256i, false>(i);
-  const __m256i high = source.template lanes<__m256i, false>(i + 32);
-  return _mm512_inserti64x4(_mm512_castsi256_si512(low), high, 1);
-}
-#endif
-
 template <class Pixels, class A, class B>
 inline void widePass(const Pixels& pixels, A a, B b, unsigned char* dst, std::int64_t i) {
   constexpr int passBytes = planWidePass(sizeof(typename Pixels::Pixel), Pixels::scaling);
-#ifdef __AVX512BW__
-  if constexpr (planJoinedPass(Pixels::operation, sizeof(typename Pixels::Pixel), Pixels::scaling)) {
-    const __m512i result = pixels.lanes(joinedLanes(a, i), joinedLanes(b, i));
-    storeLanes<false>(dst + i, _mm512_castsi512_si256(result));
-    storeLanes<false>(dst + i + 32, _mm512_extracti64x4_epi64(result, 1));
-    return;
-  }
-#endif
   for (int j = 0; j < passBytes; j += 32) {
     const auto x = a.template lanes<__m256i, false>(i + j);
     const auto y = b.template lanes<__m256i, false>(i + j);

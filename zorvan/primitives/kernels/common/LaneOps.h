@@ -127,9 +127,6 @@ inline I lower_epu16(I a, I b) {
 #ifdef __AVX2__
   if constexpr (sizeof(I) == 32) return _mm256_min_epu16(a, b);
 #endif
-#ifdef __AVX512BW__
-  if constexpr (sizeof(I) == 64) return _mm512_min_epu16(a, b);
-#endif
 #ifndef __SSE4_1__
   return _mm_sub_epi16(a, _mm_subs_epu16(a, b));
 #endif
