@@ -32,6 +32,8 @@ inline void squareRow(const unsigned char* src, unsigned char* dst, std::int64_t
   if constexpr (streaming) fenceStores();
 }
 
+/// What is fetched ahead and stored to the cache goes in 32-byte vectors: it waits for the memory, and wider
+/// ones wait longer.
 template <class Vector>
 struct SquareFrame {
   static void run(const unsigned char* src, int srcStep, unsigned char* dst, int dstStep, Size roi,
@@ -45,7 +47,7 @@ struct SquareFrame {
       } else if (plan.streaming && isAligned(to, 4)) {
         squareRow<Vector, true, true>(from, to, plan.rowPixels, plan.prefetchBytes);
       } else {
-        squareRow<Vector, true, false>(from, to, plan.rowPixels, plan.prefetchBytes);
+        squareRow<Vector32, true, false>(from, to, plan.rowPixels, plan.prefetchBytes);
       }
     }
   }
