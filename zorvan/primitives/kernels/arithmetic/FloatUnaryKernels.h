@@ -46,25 +46,26 @@ struct AbsoluteNarrow {
   }
 };
 
-/// 32 bytes at a time. What streams fetches one row ahead.
+/// 32 bytes at a time. What streams fetches one row ahead. In place one pointer serves for both images.
+template <bool inPlace>
 struct AbsoluteWide {
 #ifdef __AVX__
-  static constexpr bool streams = true;
+  static constexpr bool streams = !inPlace;
   static constexpr bool fuses = true;
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t srcStep) {
-    floatsRow32<AbsoluteFloats, streaming>(src, dst, n, srcStep);
+    floatsRow32<AbsoluteFloats, streaming>(inPlace ? dst : src, dst, n, srcStep);
     return false;
   }
 #endif
 };
 
 template <class V>
-using AbsoluteInPlace =
-    ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteWide, AbsoluteWide, AbsoluteWide>;
+using AbsoluteInPlace = ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteWide<true>,
+                                  AbsoluteWide<true>, AbsoluteWide<true>>;
 template <class V>
-using AbsoluteOfTwo =
-    ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteWide, AbsoluteWide>;
+using AbsoluteOfTwo = ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow,
+                                AbsoluteWide<false>, AbsoluteWide<false>>;
 
 /// Walks the rows at whole pixels. A row's routine tells whether there was a negative pixel that has no root.
 template <class Form, bool streaming>

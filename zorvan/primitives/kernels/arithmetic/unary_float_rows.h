@@ -135,21 +135,15 @@ inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64
   src += 4 * head;
   dst += 4 * head;
   n -= head;
-  for (; n >= 32; src += 128, dst += 128, n -= 32) {
-    if constexpr (streaming) {
-      prefetchAhead(src, prefetchBytes);
-      prefetchAhead(src, prefetchBytes + 64);
-    }
-    floatsPass16<Operation, Vector32, streaming>(src, dst);
-    floatsPass16<Operation, Vector32, streaming>(src + 64, dst + 64);
-  }
-  if (n >= 16) {
-    floatsPass16<Operation, Vector32, streaming>(src, dst);
-    src += 64;
-    dst += 64;
-    n -= 16;
-  }
-  floatsFewer<Operation>(src, dst, n);
+  const std::int64_t bytes = 4 * n;
+  std::int64_t i = 0;
+  const auto pass = [&](std::int64_t at) {
+    if constexpr (streaming) prefetchAhead(src + at, prefetchBytes);
+    floatsPass16<Operation, Vector32, streaming>(src + at, dst + at);
+  };
+  for (; i + 128 <= bytes; i += 128) pass(i), pass(i + 64);
+  if (i + 64 <= bytes) pass(i), i += 64;
+  floatsFewer<Operation>(src + i, dst + i, (bytes - i) / 4);
 }
 #endif
 
