@@ -22,6 +22,7 @@ struct AgreementOf<int(float, More...)> {
 void registerEntryTests() {
   CheckRules rules;
   rules.range.moreWidths = {23, 29, 31, 47};
+  rules.range.heights = 5;  // rows of few vectors go four at a time
   // Each way of scaling, its limits, and figures far beyond them.
   rules.parameters = {0,
                       1,

@@ -37,7 +37,8 @@ struct AlignedFloatRows {
 
 /// Blocks of 16 pixels from a 32-byte boundary on. Rows that are blocks alone are planned once for all of
 /// them, and those that are turns alone have a loop without the way to the last blocks: in narrow images a
-/// row is a turn or two.
+/// row is a turn or two. Rows of one turn have none where a constant is the other source; two images want
+/// their loop.
 template <int alignFromPixels, int registerBytes = 32>
 struct WideFloatRows {
 #ifdef __AVX__
@@ -73,6 +74,13 @@ struct WideFloatRows {
   template <class Op, int vectorBytes, class A, class B>
   static void wholeTurns(RowImages<A, B> images) {
     const std::int64_t length = images.rowBytes;
+    if constexpr (A::isConstant) {
+      if (length == floatTurnBytes) {
+        return images.template eachShortRow<4>([](auto a, auto b, unsigned char* dst) {
+          wideFloatSteps<Op, vectorBytes, floatTurnBytes>(a, b, dst, 0);
+        });
+      }
+    }
     images.eachRow([length](auto a, auto b, unsigned char* dst) {
       for (std::int64_t i = 0; i != length; i += floatTurnBytes) {
         wideFloatSteps<Op, vectorBytes, floatTurnBytes>(a, b, dst, i);

@@ -31,7 +31,7 @@ struct WideRows {
     constexpr int passBytes = planWidePass(sizeof(typename Pixels::Pixel), Pixels::scaling);
     if constexpr (Pixels::scaling == Scaling::saturated) {
       if (images.rowBytes == passBytes) {
-        return images.eachShortRow(
+        return images.template eachShortRow<2>(
             [=](auto a, auto b, unsigned char* dst) { widePass(pixels, a, b, dst, 0); });
       }
       if (updatesAhead(images.inPlace(), images.rows * images.rowBytes)) return rowsAhead(pixels, images);

@@ -100,6 +100,7 @@ struct ConstantRow {
 /// The same, as images that give their rows.
 template <class T>
 struct ImageSource {
+  static constexpr bool isConstant = false;
   const T* pixels;
   int step;
 
@@ -110,6 +111,7 @@ struct ImageSource {
 };
 template <class T>
 struct ConstantSource {
+  static constexpr bool isConstant = true;
   T value;
 
   static bool isNull() { return false; }
@@ -136,12 +138,14 @@ struct RowImages {
   void eachRow(Use use) const {
     for (std::int64_t r = 0; r < rows; ++r) onRow(r, use);
   }
-  /// Two rows a turn: a turn of its own for each takes longer than a row of a few vectors.
-  template <class Use>
+  /// Some rows a turn: a turn of its own for each takes longer than a row of a few vectors.
+  template <int rowsPerTurn, class Use>
   void eachShortRow(Use use) const {
     std::int64_t r = 0;
-    for (; r + 2 <= rows; r += 2) onRow(r, use), onRow(r + 1, use);
-    if (r != rows) onRow(r, use);
+    for (; r + rowsPerTurn <= rows; r += rowsPerTurn) {
+      for (int i = 0; i < rowsPerTurn; ++i) onRow(r + i, use);
+    }
+    for (; r < rows; ++r) onRow(r, use);
   }
 };
 
