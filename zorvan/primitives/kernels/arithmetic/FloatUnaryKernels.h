@@ -100,6 +100,14 @@ int eachFloatRow(const UnaryImages& images, Size roi) {
   return negative ? ippStsSqrtNegArg : ippStsNoErr;
 }
 
+template <class V>
+int rootsOfFloats(const UnaryImages& images, Size roi) {
+  const ControlState state = maskExceptions();
+  int status = eachFloatRow<RootFloatPolicy<V>>(images, roi);
+  restore(state, status);
+  return status;
+}
+
 }  // namespace
 
 template <class V>
@@ -113,11 +121,11 @@ int Routines<V>::ippiSqr_32f_C1R(const float* src, int srcStep, float* dst, int 
 
 template <class V>
 int Routines<V>::ippiSqrt_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
-  return eachFloatRow<RootFloatPolicy<V>>(unaryInPlace(srcDst, srcDstStep), roi);
+  return rootsOfFloats<V>(unaryInPlace(srcDst, srcDstStep), roi);
 }
 template <class V>
 int Routines<V>::ippiSqrt_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
-  return eachFloatRow<RootFloatPolicy<V>>(unaryImages(src, srcStep, dst, dstStep), roi);
+  return rootsOfFloats<V>(unaryImages(src, srcStep, dst, dstStep), roi);
 }
 
 template <class V>

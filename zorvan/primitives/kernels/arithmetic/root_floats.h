@@ -5,7 +5,8 @@
 //
 // A pass whose results are not all finite is done again by true roots: the estimate fails for 0, infinity,
 // NaN and negative pixels. A negative pixel gives NaN; -0.0 is its own root. Where a caller has exceptions
-// unmasked none is raised by a row, and the row's invalid operations leave no trace.
+// unmasked none is raised, and invalid operations leave no trace: the control state is read and put back once
+// for all rows, which costs more than a short row.
 //
 // Reads and writes the row only, at any address; prefetches may name places behind it.
 
@@ -15,7 +16,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The control state before a row of roots.
+/// The control state before the roots of an image.
 struct ControlState {
   unsigned before;
   bool changed;
@@ -33,7 +34,7 @@ inline ControlState maskExceptions() {
   return {before, changed};
 }
 
-/// Puts the control state back, with the flags that the row has raised but those of invalid operations and
+/// Puts the control state back, with the flags that the roots have raised but those of invalid operations and
 /// divisions by zero. `result` is computed by then.
 inline void restore(ControlState state, int& result) {
   constexpr unsigned keptFlags = 0x08 | 0x10 | 0x02 | 0x20;  // overflow, underflow, denormal, precision
@@ -113,11 +114,9 @@ struct NarrowRoots {
   /// True where a pixel of the row is negative.
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
-    const ControlState state = maskExceptions();
     const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
     int negative = trueRootsSingly(src, dst, head);
     negative |= body(src + 4 * head, dst + 4 * head, n - head);
-    restore(state, negative);
     return negative != 0;
   }
 
@@ -153,7 +152,6 @@ struct WideRoots {
 
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
-    const ControlState state = maskExceptions();
     int negative = 0;
     const std::int64_t head = planHead(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
     if (head != 0) negative |= trueRootsFewer(src, dst, head);
@@ -165,7 +163,6 @@ struct WideRoots {
     } else {
       negative |= body<false>(src, dst, n);
     }
-    restore(state, negative);
     return negative != 0;
   }
 
