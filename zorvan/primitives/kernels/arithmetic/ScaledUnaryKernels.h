@@ -6,6 +6,7 @@
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/arithmetic/UnaryImages.h"
 #include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
+#include "zorvan/primitives/kernels/arithmetic/byte_look_up.h"
 #include "zorvan/primitives/kernels/arithmetic/byte_rows.h"
 #include "zorvan/primitives/kernels/arithmetic/root_tables.h"
 #include "zorvan/primitives/kernels/arithmetic/word_roots.h"
@@ -59,6 +60,9 @@ void rootsOfBytes(const UnaryImages& images, Size roi, int f) {
   if (f <= 0) {
     const int k = -f;
     const u8* const table = rootTables()[k];
+#ifdef __AVX2__
+    if (k < 5) return by(LookUpOfBytes{table});
+#endif
     return images.eachRow(roi.height, [&](const unsigned char* src, unsigned char* dst) {
       if (k < 5) return lookUpRow(table, src, dst, roi.width);
       lookUpRowUpTo(table, lastOfRootTable(k), src, dst, roi.width);
