@@ -17,9 +17,11 @@ using Ipp::ippStsDivByZero;
 
 /// Blocks of 8 pixels, single pixels at both ends of a row.
 struct QuotientBlocks {
+  struct Constants {};
+
   template <class T, Quotients>
   static bool row(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                  std::int64_t n, const QuotientFactors& factors) {
+                  std::int64_t n, const QuotientFactors& factors, Constants) {
     return divideRow<T>(divisors, numerators, dst, n, factors);
   }
   template <class Images>
@@ -32,10 +34,12 @@ struct QuotientBlocks {
 /// for: in narrow images a row is a turn or two.
 struct MaskedQuotients {
 #ifdef __AVX512BW__
+  using Constants = FourthBytes;
+
   template <class T, Quotients form>
   static bool row(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                  std::int64_t n, const QuotientFactors& factors) {
-    return divideMaskedRow<T, form>(divisors, numerators, dst, n, factors);
+                  std::int64_t n, const QuotientFactors& factors, const Constants& constants) {
+    return divideMaskedRow<T, form>(divisors, numerators, dst, n, factors, constants);
   }
   template <class Images>
   static int floatRows(const Images& images, Size roi) {
@@ -96,8 +100,9 @@ template <class V, class T>
 int divideRows(const QuotientImages<T>& images, Size roi, int f) {
   const auto run = [&](auto form) {
     const QuotientFactors factors = quotientFactors<T>(f);
-    return images.eachRow(roi, [&factors](auto* d, auto* x, auto* out, std::int64_t n) {
-      return QuotientPolicy<V>::template row<T, decltype(form)::value>(d, x, out, n, factors);
+    const typename QuotientPolicy<V>::Constants constants;
+    return images.eachRow(roi, [&](auto* d, auto* x, auto* out, std::int64_t n) {
+      return QuotientPolicy<V>::template row<T, decltype(form)::value>(d, x, out, n, factors, constants);
     });
   };
   switch (planQuotients<T>(f)) {

@@ -15,11 +15,12 @@ namespace {
 struct QuotientFactors {
   float numerator;
   float divisor;
+  float whole;    ///< Both, where they go into the divisor alone.
   float forZero;  ///< Stands in for a divisor of 0 in vectors.
 };
 template <class T>
 inline QuotientFactors quotientFactors(int f) {
-  return {powerOfTwo(f < 0 ? -f : 0), powerOfTwo(f > 0 ? f : 0), standInForZero<T>(f)};
+  return {powerOfTwo(f < 0 ? -f : 0), powerOfTwo(f > 0 ? f : 0), powerOfTwo(f), standInForZero<T>(f)};
 }
 
 /// The limit of the type on the side of `n`.
