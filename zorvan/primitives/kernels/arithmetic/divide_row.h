@@ -51,7 +51,7 @@ inline __m128i loadEight(const unsigned char* p) {
 struct EightDwords {
   __m128i low, high;
 };
-/// The lanes lie within the limits of the type.
+/// The lanes lie within the limits of the type, or saturate: bytes.
 template <class T>
 inline void storeEight(unsigned char* p, EightDwords lanes) {
   if constexpr (sizeof(T) == 1) {
@@ -69,6 +69,8 @@ inline F quotients(F numerator, F divisor, const QuotientFactors& factors, bool 
   divisor = divisor * broadcastFloats<F>(factors.divisor);
   if (zeroes) divisor = divisor + where0(divisor, broadcastFloats<F>(factors.forZero));
   const F q = estimatedQuotient(numerator * broadcastFloats<F>(factors.numerator), divisor);
+  // Figures of bytes stay below 2^31, at most 2^15 times a numerator, and saturate when they are packed.
+  if constexpr (sizeof(T) == 1) return q;
   return clamped(q, lowest<T>, highest<T>);
 }
 
