@@ -79,6 +79,21 @@ TEST(ReadAheadPlan, RegionsBeyondTheThirdCacheAreAskedForEarlier) {
   EXPECT_EQ(planReadAhead({65536, 65536}, 4), 8192);  // a product that wraps to zero
 }
 
+TEST(ReadAheadPlan, LightLoopsLeaveRegionsBeyondTheThirdCacheToTheProcessor) {
+  EXPECT_EQ(planReadAhead({0x17FFFF, 1}, 1, lightDistances), 0);
+  EXPECT_EQ(planReadAhead({0x180000, 1}, 1, lightDistances), 4096);
+  EXPECT_EQ(planReadAhead({0x3FFFFF, 1}, 2, lightDistances), 4096);
+  EXPECT_EQ(planReadAhead({0x400000, 1}, 2, lightDistances), 0);
+  EXPECT_EQ(planReadAhead({65536, 65536}, 2, lightDistances), 0);
+}
+
+TEST(ReadAheadPlan, SumsOfWordsAskForRegionsBeyondTheThirdCacheEarliest) {
+  EXPECT_EQ(planReadAhead({0xBFFFF, 1}, 2, wordSumDistances), 0);
+  EXPECT_EQ(planReadAhead({0xC0000, 1}, 2, wordSumDistances), 2048);
+  EXPECT_EQ(planReadAhead({0x3FFFFF, 1}, 2, wordSumDistances), 2048);
+  EXPECT_EQ(planReadAhead({0x400000, 1}, 2, wordSumDistances), 16384);
+}
+
 TEST(MaskedExtremePlan, BlocksHold8192PixelsOrARow) {
   EXPECT_EQ(rowsOfBlock(1), 8192);
   EXPECT_EQ(rowsOfBlock(64), 128);

@@ -16,11 +16,25 @@ constexpr std::int64_t nearBytes = std::int64_t{3} << 19;
 /// Smaller regions lie in the third cache, which answers sooner than the memory behind it.
 constexpr std::int64_t farBytes = std::int64_t{8} << 20;
 
-/// In bytes; 0 for regions that are not asked for.
-constexpr int planReadAhead(Size roi, int pixelBytes) {
+/// In bytes; 0 where nothing is asked for.
+struct ReadAheadDistances {
+  int near;  ///< for regions from `nearBytes` on
+  int far;   ///< for regions from `farBytes` on
+};
+
+constexpr ReadAheadDistances usualDistances{2048, 8192};
+
+/// For loops with an operation or two for each vector: so many of their loads are under way at once that the
+/// memory has no gaps to fill, and asking would only take turns from them.
+constexpr ReadAheadDistances lightDistances{4096, 0};
+
+/// For sums of words, which take more operations for each vector than other loops at the memory's pace.
+constexpr ReadAheadDistances wordSumDistances{2048, 16384};
+
+constexpr int planReadAhead(Size roi, int pixelBytes, ReadAheadDistances distances = usualDistances) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
-  if (pixels >= farBytes / pixelBytes) return 8192;
-  return pixels >= nearBytes / pixelBytes ? 2048 : 0;
+  if (pixels >= farBytes / pixelBytes) return distances.far;
+  return pixels >= nearBytes / pixelBytes ? distances.near : 0;
 }
 
 }  // namespace

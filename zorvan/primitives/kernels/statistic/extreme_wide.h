@@ -83,11 +83,18 @@ struct ManyVectors {
     auto a = Vector::load(p).bits, b = a;
     const std::int64_t toBoundary = bytesToBoundary(p, size);
     p += toBoundary != 0 && toBoundary % pixel == 0 ? toBoundary : size;
-    for (; last - p > 2 * size; p += 2 * size) {
-      readAhead(p, 2 * size);
-      a = Lanes::better(a, Vector::load(p).bits);
-      b = Lanes::better(b, Vector::load(p + size).bits);
+    const auto two = [&](const unsigned char* at) {
+      readAhead(at, 2 * size);
+      a = Lanes::better(a, Vector::load(at).bits);
+      b = Lanes::better(b, Vector::load(at + size).bits);
+    };
+    for (; last - p > 8 * size; p += 8 * size) {
+      two(p);
+      two(p + 2 * size);
+      two(p + 4 * size);
+      two(p + 6 * size);
     }
+    for (; last - p > 2 * size; p += 2 * size) two(p);
     readAhead(p);
     readAhead(last);
     a = Lanes::better(a, Vector::load(p).bits);
@@ -115,7 +122,8 @@ class WideExtreme {
     if (rows.bytes <= 128) return find<FewVectors<Vector32, 4>>(rows, NoReadAhead());
     using Many = ManyVectors<Vector32>;
 #endif
-    return readingAhead(roi, sizeof(T), [&](auto readAhead) { return find<Many>(rows, readAhead); });
+    return readingAhead(lightDistances, roi, sizeof(T),
+                        [&](auto readAhead) { return find<Many>(rows, readAhead); });
   }
 
  private:

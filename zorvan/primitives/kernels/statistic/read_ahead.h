@@ -29,9 +29,13 @@ struct NoReadAhead {
 /// `walk` with what it calls at each step for what it reads there: short rows feel even the question whether
 /// there is anything to ask for. `pixelBytes` are those of all images that are read.
 template <class Walk>
-inline auto readingAhead(Size roi, int pixelBytes, Walk walk) {
-  const int distance = planReadAhead(roi, pixelBytes);
+inline auto readingAhead(ReadAheadDistances distances, Size roi, int pixelBytes, Walk walk) {
+  const int distance = planReadAhead(roi, pixelBytes, distances);
   return distance == 0 ? walk(NoReadAhead()) : walk(ReadAhead(distance));
+}
+template <class Walk>
+inline auto readingAhead(Size roi, int pixelBytes, Walk walk) {
+  return readingAhead(usualDistances, roi, pixelBytes, walk);
 }
 
 }  // namespace

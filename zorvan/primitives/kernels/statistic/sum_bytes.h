@@ -46,7 +46,7 @@ inline std::int64_t sumOfLanes64(__m256i lanes) {
 struct WideByteSum {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
-    return readingAhead(roi, 1, [&](auto readAhead) {
+    return readingAhead(lightDistances, roi, 1, [&](auto readAhead) {
       const __m256i zero = _mm256_setzero_si256();
       __m256i lanes = zero;
       for (std::int64_t r = 0; r < plan.rows; ++r) {
@@ -68,18 +68,22 @@ struct WideByteSum {
 struct RegisterByteSum {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
-    return readingAhead(roi, 1, [&](auto readAhead) {
+    return readingAhead(lightDistances, roi, 1, [&](auto readAhead) {
       const __m512i zero = _mm512_setzero_si512();
-      __m512i lanes = zero;
+      __m512i lanes = zero, others = zero;  // take turns, as additions to one wait for each other
       for (std::int64_t r = 0; r < plan.rows; ++r) {
         __m512i ends = zero;
         ZeroFilled64::walk<1>(
             rowAt(src, srcStep, r), plan.pixels, readAhead,
-            [&](__m512i pixels) { lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, zero)); },
+            [&](__m512i pixels) {
+              const __m512i sums = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, zero));
+              lanes = others;
+              others = sums;
+            },
             [&](__m512i pixels) { ends = _mm512_add_epi32(ends, _mm512_sad_epu8(pixels, zero)); });
         lanes = _mm512_add_epi64(lanes, ends);
       }
-      return static_cast<double>(_mm512_reduce_add_epi64(lanes));
+      return static_cast<double>(_mm512_reduce_add_epi64(_mm512_add_epi64(lanes, others)));
     });
   }
 };

@@ -75,7 +75,7 @@ class TiledSum {
   static double of(const void* src, int srcStep, Size roi) {
     const Size tile = planTile(roi, limit);
     const bool runTogether = tile.width == roi.width && srcStep == std::int64_t{2} * roi.width;
-    return readingAhead(roi, 2, [&](auto readAhead) {
+    return readingAhead(wordSumDistances, roi, 2, [&](auto readAhead) {
       Tiles tiles;
       for (std::int64_t r = 0; r < roi.height; r += tile.height) {
         const std::int64_t rows = roi.height - r < tile.height ? roi.height - r : tile.height;

@@ -86,12 +86,19 @@ struct ZeroFilled64 {
       p += 32;
       bytes -= 32;
     }
-    for (; bytes >= 256; p += 256, bytes -= 256) {
-      readAhead(p, 256);
-      body(_mm512_loadu_si512(p));
-      body(_mm512_loadu_si512(p + 64));
-      body(_mm512_loadu_si512(p + 128));
-      body(_mm512_loadu_si512(p + 192));
+    const auto full = [&](const unsigned char* at) {
+      readAhead(at);
+      body(_mm512_loadu_si512(at));
+    };
+    for (; bytes >= 512; p += 512, bytes -= 512) {
+      full(p);
+      full(p + 64);
+      full(p + 128);
+      full(p + 192);
+      full(p + 256);
+      full(p + 320);
+      full(p + 384);
+      full(p + 448);
     }
     for (; bytes >= 64; p += 64, bytes -= 64) body(_mm512_loadu_si512(p));
     if (bytes != 0) end(part(p, bytes));
