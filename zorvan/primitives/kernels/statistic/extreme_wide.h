@@ -55,7 +55,7 @@ struct ShortRowsMasked {
 template <class V, int count>
 struct FewVectors {
   using Vector = V;
-  static constexpr bool inPairs = true;
+  static constexpr int rowsPerTurn = 4;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto) {
@@ -73,7 +73,7 @@ struct FewVectors {
 template <class V>
 struct ManyVectors {
   using Vector = V;
-  static constexpr bool inPairs = false;
+  static constexpr int rowsPerTurn = 1;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto readAhead) {
@@ -134,7 +134,7 @@ class WideExtreme {
     int count;
   };
 
-  /// Each row has a test of its own, also where a turn takes two: short rows feel the turns. Long ones stay
+  /// Each row has a test of its own, also where a turn takes four: short rows feel the turns. Long ones stay
   /// with one loop, whose loads the processor can follow.
   template <class Row>
   static T find(const Rows& rows, auto readAhead) {
@@ -147,9 +147,9 @@ class WideExtreme {
       return Lanes::holds(row, Lanes::best);
     };
     int left = rows.count;
-    if constexpr (Row::inPairs) {
-      for (; left >= 2; left -= 2) {
-        if (over() || over()) return Lanes::best;
+    if constexpr (Row::rowsPerTurn == 4) {
+      for (; left >= 4; left -= 4) {
+        if (over() || over() || over() || over()) return Lanes::best;
       }
     }
     for (; left != 0; --left) {
