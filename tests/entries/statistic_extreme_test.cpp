@@ -16,7 +16,7 @@ template <class T>
 void expectEnd(int (*routine)(const T*, int, Size, T*), T best, T other) {
   for (const int width : {1, 3, 10, 11, 15, 16, 17, 31, 32, 33, 64, 65, 128, 129, 200, 256, 257, 700}) {
     for (const int place : {0, width / 2, width - 1}) {
-      for (const int row : {0, 1, 2}) {
+      for (const int row : {0, 1, 2, 3, 4}) {
         const int step = width * static_cast<int>(sizeof(T));
         std::vector<T> pixels(static_cast<std::size_t>(width) * (row + 1), other);
         pixels[static_cast<std::size_t>(row) * width + place] = best;

@@ -1,6 +1,6 @@
 #pragma once
 
-// How a search for the extremes of masked bytes cuts a region. Pure, so that the limit can be tested on any
+// How a search for masked extremes cuts a region. Pure, so that the limit can be tested on any
 // machine.
 
 namespace Zorvan::Primitives {
