@@ -105,7 +105,7 @@ constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int
 }
 
 /// Whether a result of that size is made in registers and not by the ring. Large float ones are not by
-/// vectors shorter than a line of the cache: two rows of the result at a time are too many half lines on
+/// vectors shorter than a line of the cache: several rows of the result at a time are too many half lines on
 /// their way to memory.
 constexpr bool planBorderedSize(std::int64_t bytes, int pixelBytes, int vectorBytes) {
   return bytes < kStreamFromBytes || pixelBytes == 1 || vectorBytes == 64;
