@@ -11,7 +11,7 @@ Instruction = namedtuple("Instruction", "address function name operands target")
 # Words that objdump prints before the name of an instruction.
 PREFIX = re.compile(r"repn?z?|lock|notrack|bnd|[cdefgs]s|data16|addr32|rex(\.\w+)?")
 
-
+# What objdump prints at the head of a function, and for an instruction: address, words, what it works out.
 FUNCTION = re.compile(r"[0-9a-f]+ <(.*)>:")
 INSTRUCTION = re.compile(r" *([0-9a-f]+):\t([^#\t]*)(?:#([^\t]*))?")
 NAMED_ADDRESS = re.compile(r"<.*>")

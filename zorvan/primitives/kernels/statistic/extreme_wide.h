@@ -55,7 +55,7 @@ struct ShortRowsMasked {
 template <class V, int count>
 struct FewVectors {
   using Vector = V;
-  static constexpr int rowsPerTurn = 4;
+  static constexpr bool inFours = true;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto) {
@@ -73,7 +73,7 @@ struct FewVectors {
 template <class V>
 struct ManyVectors {
   using Vector = V;
-  static constexpr int rowsPerTurn = 1;
+  static constexpr bool inFours = false;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto readAhead) {
@@ -147,7 +147,7 @@ class WideExtreme {
       return Lanes::holds(row, Lanes::best);
     };
     int left = rows.count;
-    if constexpr (Row::rowsPerTurn == 4) {
+    if constexpr (Row::inFours) {
       for (; left >= 4; left -= 4) {
         if (over() || over() || over() || over()) return Lanes::best;
       }
