@@ -22,7 +22,7 @@ struct Options {
 const Options& options();
 
 /// Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=` and `--expected-index=`; ends the
-/// program with a text on anything else.
+/// program with a text on anything else, and on a variant or a number that is none.
 void parseOptions(int argc, char** argv);
 
 }  // namespace Zorvan::Test

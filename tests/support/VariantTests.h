@@ -13,4 +13,7 @@ int highestVariant();
 void registerForEachVariant(const std::string& family, const std::string& entry,
                             std::function<void(int)> body);
 
+/// Whether `--entry=` has selected anything of what was registered.
+bool hasWantedEntry();
+
 }  // namespace Zorvan::Test
