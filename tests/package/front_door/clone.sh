@@ -1,0 +1,35 @@
+# To be sourced: a fresh clone with the front door alone, and a PATH in which every tool is a fake that starts
+# nothing and notes its call in the file $calls.
+
+# fresh_clone source scratch - leaves the shell in the clone.
+fresh_clone() {
+  local source=$1 scratch=$2 tool
+  calls=$scratch/calls
+  rm -rf "$scratch"
+  mkdir -p "$scratch"/{tools,clone/{examples,bench,zorvan/primitives/frame}}
+  cp "$source/run" "$source/README.md" "$scratch/clone"
+  cp "$source/zorvan/primitives/frame/Variants.def" "$scratch/clone/zorvan/primitives/frame"
+  : >"$calls"
+
+  cp "$source/tests/package/front_door/fake_cmake" "$scratch/tools/cmake"
+  for tool in ctest ninja g++ c++ clang++ apt-get sudo doxygen valgrind clang-format clang-tidy; do
+    fake "$scratch/tools/$tool" "$tool"
+  done
+  fake "$scratch/clone/examples/run_demo" run_demo
+  fake "$scratch/clone/bench/run_bench" run_bench
+  # Every package is there.
+  printf '#!/bin/sh\necho installed\n' >"$scratch/tools/dpkg-query"
+  # There are tests where the folder was configured with them.
+  printf '%s\n' '[ "$1" != --preset ] || grep -qx ZORVAN_IPP_TESTS:BOOL=ON "build/$2/CMakeCache.txt" && exit' \
+    'echo "No tests were found!!!"; exit 8' >>"$scratch/tools/ctest"
+  chmod +x "$scratch"/tools/*
+
+  export calls PATH="$scratch/tools:$PATH"
+  cd "$scratch/clone"
+}
+
+# fake file name
+fake() {
+  printf '#!/bin/sh\necho "%s $*" >>"$calls"\n' "$2" >"$1"
+  chmod +x "$1"
+}
