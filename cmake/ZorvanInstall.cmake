@@ -6,7 +6,11 @@ include(CMakePackageConfigHelpers)
 
 set(zorvan_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZorvanIpp)
 
-install(TARGETS zorvan_ipp EXPORT ZorvanIpp LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} FILE_SET HEADERS)
+# A CMake older than 3.23 knows no file sets and finds the headers by the include directory.
+install(TARGETS zorvan_ipp EXPORT ZorvanIpp
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  FILE_SET HEADERS
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT ZorvanIpp FILE ZorvanIppConfig.cmake NAMESPACE Zorvan:: DESTINATION ${zorvan_package_dir})
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZorvanIppConfigVersion.cmake COMPATIBILITY SameMajorVersion)
