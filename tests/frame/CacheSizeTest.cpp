@@ -34,6 +34,8 @@ Registers cache(std::uint32_t type, std::uint32_t ways, std::uint32_t partitions
 
 class CacheSize : public PlayedProcessorTest {
  protected:
+  static CacheProbe known() { return cacheProbe; }
+
   static Answer sizeThenLine() {
     Answer answer{-1, -2, -2};
     answer.status = coreGetCacheSize(&answer.size);
@@ -53,8 +55,8 @@ class CacheSize : public PlayedProcessorTest {
     const int calls = processor.cpuidCalls();
     EXPECT_EQ(sizeThenLine(), first);
     EXPECT_EQ(processor.cpuidCalls(), calls);
-    EXPECT_EQ(cacheProbeState, first.status);
-    EXPECT_EQ(cacheSizeBytes, first.size);
+    EXPECT_EQ(known().cacheProbeState, first.status);
+    EXPECT_EQ(known().cacheSizeBytes, first.size);
     EXPECT_EQ(cacheLineBytes, first.line);
     return first;
   }
@@ -80,7 +82,7 @@ constexpr Answer unsupported = {36, -1, 0};
 TEST_F(CacheSize, RejectsANullPointerBeforeItProbes) {
   EXPECT_EQ(coreGetCacheSize(nullptr), -8);
   EXPECT_EQ(processor.cpuidCalls(), 0);
-  EXPECT_EQ(cacheProbeState, 1);
+  EXPECT_EQ(known().cacheProbeState, 1);
 }
 
 TEST_F(CacheSize, OfAProcessorWithTooFewLeavesIsUnsupported) {
@@ -254,22 +256,34 @@ TEST_F(CacheSize, WalksThirtyTwoSubleaves) {
 }
 
 TEST_F(CacheSize, AnswersFromWhatItKnows) {
-  cacheSizeBytes = 12345;
-  cacheProbeState = 0;
+  cacheProbe = CacheProbe{12345, 0};
   cacheLineBytes = 32;
   EXPECT_EQ(sizeThenLine(), (Answer{0, 12345, 32}));
   // The line size as it stands when only the size is known.
   cacheLineBytes = -1;
   EXPECT_EQ(sizeThenLine(), (Answer{0, 12345, -1}));
-  cacheSizeBytes = 0;
+  cacheProbe = CacheProbe{0, 0};
   EXPECT_EQ(sizeThenLine(), (Answer{0, 0, -1}));
   EXPECT_EQ(processor.cpuidCalls(), 0);
+}
+
+TEST_F(CacheSize, AnswersASizeThatItKnowsInEachState) {
+  for (const int state : {0, 1, 36, 37}) {
+    for (const int size : {0, 12345}) {
+      forgetProcessor();
+      cacheProbe = CacheProbe{size, state};
+      cacheLineBytes = 32;
+      EXPECT_EQ(sizeThenLine(), (Answer{state, size, 32}));
+      EXPECT_EQ(known().cacheProbeState, state);
+      EXPECT_EQ(processor.cpuidCalls(), 0);
+    }
+  }
 }
 
 TEST_F(CacheSize, AnswersFromItsState) {
   for (const int state : {36, 37}) {
     forgetProcessor();
-    cacheProbeState = state;
+    cacheProbe = CacheProbe{-1, state};
     std::int32_t line = -2, size = -2;
     coreGetCacheLineSize(&line);
     EXPECT_EQ(line, 0);
@@ -278,7 +292,7 @@ TEST_F(CacheSize, AnswersFromItsState) {
     EXPECT_EQ(cacheLineBytes, 0);
   }
   forgetProcessor();
-  cacheProbeState = 0;
+  cacheProbe = CacheProbe{-1, 0};
   EXPECT_EQ(sizeThenLine(), (Answer{0, -1, -1}));
   EXPECT_EQ(processor.cpuidCalls(), 0);
 }
@@ -289,7 +303,7 @@ TEST_F(CacheSize, KnownLineIsAnsweredWithoutAProbe) {
   coreGetCacheLineSize(&line);
   EXPECT_EQ(line, 64);
   EXPECT_EQ(processor.cpuidCalls(), 0);
-  EXPECT_EQ(cacheProbeState, 1);
+  EXPECT_EQ(known().cacheProbeState, 1);
 }
 
 TEST_F(CacheSize, IsTheSameForThreadsThatAskAtOnce) {

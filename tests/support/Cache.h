@@ -9,25 +9,21 @@ namespace Zorvan::Test {
 class ForcedCache {
  public:
   explicit ForcedCache(int bytes, int lineBytes = 64, int status = 0)
-      : bytes_(Primitives::cacheSizeBytes),
-        line_(Primitives::cacheLineBytes),
-        state_(Primitives::cacheProbeState) {
-    set(status == 0 ? bytes : -1, status == 0 ? lineBytes : 0, status);
+      : probe_(Primitives::cacheProbe), line_(Primitives::cacheLineBytes) {
+    set({status == 0 ? bytes : -1, status}, status == 0 ? lineBytes : 0);
   }
-  ~ForcedCache() { set(bytes_, line_, state_); }
+  ~ForcedCache() { set(probe_, line_); }
   ForcedCache(const ForcedCache&) = delete;
   ForcedCache& operator=(const ForcedCache&) = delete;
 
  private:
-  static void set(int bytes, int line, int state) {
-    Primitives::cacheSizeBytes = bytes;
+  static void set(Primitives::CacheProbe probe, int line) {
     Primitives::cacheLineBytes = line;
-    Primitives::cacheProbeState = state;
+    Primitives::cacheProbe = probe;
   }
 
-  int bytes_;
+  Primitives::CacheProbe probe_;
   int line_;
-  int state_;
 };
 
 }  // namespace Zorvan::Test

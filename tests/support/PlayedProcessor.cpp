@@ -72,8 +72,7 @@ void forgetProcessor() {
   enabledFeatures = 7;
   cachedFeatureMask = 0;
   featureMaskValid = 0;
-  cacheSizeBytes = -1;
-  cacheProbeState = 1;
+  cacheProbe = CacheProbe{-1, 1};
   cacheLineBytes = -1;
 }
 

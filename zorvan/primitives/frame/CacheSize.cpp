@@ -16,8 +16,7 @@ enum ProbeState : std::int32_t {
 
 }  // namespace
 
-constinit ProcessWide<std::int32_t> cacheSizeBytes{-1};
-constinit ProcessWide<std::int32_t> cacheProbeState{CacheNotProbed};
+constinit ProcessWide<CacheProbe> cacheProbe{CacheProbe{-1, CacheNotProbed}};
 constinit ProcessWide<std::int32_t> cacheLineBytes{-1};
 
 namespace {
@@ -68,12 +67,10 @@ Cache largestOfLeaf4() {
   return {bestBytes, bestLineBytes};
 }
 
-/// The state last: who sees that the cache was probed sees both figures. The line size before the size, so
-/// that a known size has its line size.
+/// The line size before the size, so that a known size has its line size.
 void keep(ProbeState state, std::int32_t bytes, std::int32_t lineBytes) {
   cacheLineBytes = lineBytes;
-  cacheSizeBytes = bytes;
-  cacheProbeState = state;
+  cacheProbe = CacheProbe{bytes, state};
 }
 
 void probeCaches() {
@@ -89,20 +86,25 @@ void probeCaches() {
 
 int coreGetCacheSize(std::int32_t* size) {
   if (size == nullptr) return Ipp::ippStsNullPtrErr;
-  // A state of 1 beside a known size is another thread's probe half stored: probing too gives the same.
-  if (cacheProbeState == CacheNotProbed) probeCaches();
-  const std::int32_t state = cacheProbeState, bytes = cacheSizeBytes;
-  if (bytes < 0 && state != CacheKnown) cacheLineBytes = 0;
-  *size = bytes;
-  return state;
+  CacheProbe probe = cacheProbe;
+  if (probe.cacheSizeBytes < 0) {
+    if (probe.cacheProbeState == CacheNotProbed) {
+      probeCaches();
+      probe = cacheProbe;
+    } else if (probe.cacheProbeState != CacheKnown) {
+      cacheLineBytes = 0;
+    }
+  }
+  *size = probe.cacheSizeBytes;
+  return probe.cacheProbeState;
 }
 
 void coreGetCacheLineSize(std::int32_t* line) {
-  if (cacheLineBytes < 0 && cacheSizeBytes < 0) {
-    const std::int32_t state = cacheProbeState;
-    if (state == CacheNotProbed) {
+  const CacheProbe probe = cacheProbe;
+  if (cacheLineBytes < 0 && probe.cacheSizeBytes < 0) {
+    if (probe.cacheProbeState == CacheNotProbed) {
       probeCaches();
-    } else if (state != CacheKnown) {
+    } else if (probe.cacheProbeState != CacheKnown) {
       *line = 0;
       return;
     }

@@ -20,19 +20,25 @@ namespace Zorvan::Primitives {
 /// standard's <atomic> drags in floating-point code, which does not compile for general registers only.)
 template <class T>
 class ProcessWide {
+  static_assert(__atomic_always_lock_free(sizeof(T), nullptr));
+
  public:
-  constexpr explicit ProcessWide(T value) : value_(value) {}
+  constexpr explicit ProcessWide(T initial) : value_(initial) {}
   ProcessWide(const ProcessWide&) = delete;
   ProcessWide& operator=(const ProcessWide&) = delete;
 
-  operator T() const { return __atomic_load_n(&value_, __ATOMIC_ACQUIRE); }
+  operator T() const {
+    T value;
+    __atomic_load(&value_, &value, __ATOMIC_ACQUIRE);
+    return value;
+  }
   T operator=(T value) {
-    __atomic_store_n(&value_, value, __ATOMIC_RELEASE);
+    __atomic_store(&value_, &value, __ATOMIC_RELEASE);
     return value;
   }
 
  private:
-  T value_;
+  alignas(sizeof(T)) T value_;
 };
 
 /// The selected variant, read by every stub; -1 until the first call of an entry.
@@ -42,11 +48,16 @@ extern ProcessWide<std::uint64_t> enabledFeatures;
 /// The processor's feature mask, once featureMaskValid is 1.
 extern ProcessWide<std::uint64_t> cachedFeatureMask;
 extern ProcessWide<std::int32_t> featureMaskValid;
-/// The largest data or unified cache; -1 when it was not asked for, or is not to be found out.
-extern ProcessWide<std::int32_t> cacheSizeBytes;
-/// 1: not probed yet; 0: size known; 36: processor not supported; 37: cache size unknown.
-extern ProcessWide<std::int32_t> cacheProbeState;
-/// The line size of the cache that cacheSizeBytes describes.
+/// What is known of the cache. One value, so that no thread sees the size without the state that belongs to
+/// it.
+struct CacheProbe {
+  /// The largest data or unified cache; -1 when it was not asked for, or is not to be found out.
+  std::int32_t cacheSizeBytes;
+  /// 1: not probed yet; 0: size known; 36: processor not supported; 37: cache size unknown.
+  std::int32_t cacheProbeState;
+};
+extern ProcessWide<CacheProbe> cacheProbe;
+/// The line size of the cache that cacheProbe describes.
 extern ProcessWide<std::int32_t> cacheLineBytes;
 
 /// The features, each as its bit of the feature mask.
