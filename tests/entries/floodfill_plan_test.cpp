@@ -12,6 +12,17 @@ TEST(FloodFillPlan, TellsARecordForFourPixelsAndWraps) {
   EXPECT_EQ(toldFillBufferBytes({65536, 65536}), 32);
 }
 
+TEST(FloodFillPlan, KnowsWhichLengthsFit) {
+  for (const Size roi : {Size{1, 1}, Size{357913935, 1}, Size{1, 357913935}, Size{18918, 18918}}) {
+    EXPECT_TRUE(fillBufferBytesFit(roi)) << roi.width << " x " << roi.height;
+    EXPECT_EQ(toldFillBufferBytes(roi), 6LL * roi.width * roi.height + 32);
+  }
+  for (const Size roi : {Size{357913936, 1}, Size{1, 357913936}, Size{18919, 18919}, Size{26755, 26755},
+                         Size{715827883, 1}, Size{65536, 65536}, Size{0x7FFFFFFF, 0x7FFFFFFF}}) {
+    EXPECT_FALSE(fillBufferBytesFit(roi)) << roi.width << " x " << roi.height;
+  }
+}
+
 TEST(FloodFillPlan, TeethOnBothSidesNeedMoreThanTold) {
   EXPECT_EQ(mostFillRecords({1001, 3}), 1002);
   EXPECT_EQ(fillBufferBytes(1002), 24 * 1002 + 7);

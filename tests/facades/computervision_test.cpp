@@ -84,6 +84,23 @@ TYPED_TEST(EachFilledType, RefusesWhatDoesNotFit) {
   EXPECT_EQ(ippTextOf([&] { ComputerVision::FloodFill<T>(empty, {0, 0}, T(5), {0, 0, 3, 2}); }), kNoBuffer);
 }
 
+/// From 2^32 / 6 pixels on a length of 32 bits wraps; of the first sizes it wraps to a small length. The
+/// images have one pixel in memory: what is refused is not looked at, and what is not would end at the seed.
+TYPED_TEST(EachFilledType, RefusesRegionsWhoseWorkMemoryHasNoLength) {
+  using T = TypeParam;
+  std::vector<T> pixel = {T(3)};
+  for (const Size size : {Size{26755, 26755}, Size{715827883, 1}, Size{1, 715827883}, Size{65536, 65536},
+                          Size{46341, 46341}, Size{46341, 46342}, Size{2147483647, 2147483647},
+                          Size{357913936, 1}, Size{1, 357913936}, Size{18919, 18919}}) {
+    auto image = IppIMemory<T>::CreateContainer(pixel.data(), size);
+    EXPECT_EQ(plainTextOf([&] {
+                ComputerVision::FloodFill<T>(image, {0, 0}, T(3), image.SizeToRoi());
+              }),
+              "invalid length")
+        << size.width << " x " << size.height;
+  }
+}
+
 /// Three rows, the middle one full, teeth at every second column above and below: more runs wait at once than
 /// a quarter of the pixels.
 TYPED_TEST(EachFilledType, FillsACombOnBothSides) {

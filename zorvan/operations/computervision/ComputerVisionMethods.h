@@ -13,11 +13,12 @@
 namespace Zorvan::Ipp::Image::ComputerVisions {
 
 /// Bytes of work memory for a flood fill of `roi`: the told size, or what is enough for every image where
-/// that is more and can be allocated. The told size is -1 where the size entry refuses the region.
+/// that is more and can be allocated. -1 where the size entry refuses the region, or cannot report the size:
+/// its result has 32 bits.
 inline int workBytes(Size roi) {
   int told = -1;
   Primitives::ippiFloodFillGetSize(roi, &told);
-  if (told < 1) return told;
+  if (told < 1 || !Primitives::fillBufferBytesFit(roi)) return -1;
   constexpr std::int64_t mostBytes =
       std::numeric_limits<std::int32_t>::max() - 128;  // the allocator adds to it
   constexpr std::int64_t mostRecords = mostBytes / std::int64_t{sizeof(Primitives::FillSegment)} - 1;

@@ -3,6 +3,7 @@
 // The sizes that a flood fill goes by. Pure, so that each limit can be tested on any machine.
 
 #include <cstdint>
+#include <limits>
 
 #include "zorvan/foundation/Geometry.h"
 
@@ -29,6 +30,13 @@ namespace {
 constexpr std::int32_t toldFillBufferBytes(Size roi) {
   const std::uint64_t pixels = static_cast<std::uint64_t>(roi.width) * static_cast<std::uint64_t>(roi.height);
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(pixels * sizeof(FillSegment) / 4 + 32));
+}
+
+/// Whether that length is the true one.
+constexpr bool fillBufferBytesFit(Size roi) {
+  constexpr std::int64_t mostBytes = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int64_t mostPixels = (mostBytes - 32) * 4 / std::int64_t{sizeof(FillSegment)};
+  return std::int64_t{roi.width} * roi.height <= mostPixels;
 }
 
 /// At most this many records are on the stack at once. Three rows with an odd width reach it: the middle one
