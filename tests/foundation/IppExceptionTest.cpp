@@ -31,8 +31,9 @@ TEST(IppException, JoinsMessageAndCodeWithoutASeparator) {
 }
 
 TEST(IppException, ReadsEachCodeWithItsMessage) {
-#define STATUS(code, name, text) EXPECT_EQ(textOf(code), #name ": " text "( error Code : " #code " )");
-#define PLAIN_STATUS(code, text) EXPECT_EQ(textOf(code), text "( error Code : " #code " )");
+#define ZORVAN_IPP_STATUS(code, name, text) \
+  EXPECT_EQ(textOf(code), #name ": " text "( error Code : " #code " )");
+#define ZORVAN_IPP_PLAIN_STATUS(code, text) EXPECT_EQ(textOf(code), text "( error Code : " #code " )");
 #include "zorvan/foundation/StatusTable.def"
 }
 

@@ -15,8 +15,8 @@ namespace {
 using Zorvan::Ipp::ippStatusText;
 
 const std::map<std::int32_t, std::string> expectedTexts = {
-#define STATUS(code, name, text) {code, std::string(#name) + ": " + text},
-#define PLAIN_STATUS(code, text) {code, text},
+#define ZORVAN_IPP_STATUS(code, name, text) {code, std::string(#name) + ": " + text},
+#define ZORVAN_IPP_PLAIN_STATUS(code, text) {code, text},
 #include "zorvan/foundation/StatusTable.def"
 };
 

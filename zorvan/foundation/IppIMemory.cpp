@@ -15,7 +15,7 @@ namespace {
 
 template <class T>
 int rowBytes(int width) {
-  return wrappedProduct(width, static_cast<std::int32_t>(sizeof(T)));
+  return Primitives::wrappedProduct(width, static_cast<std::int32_t>(sizeof(T)));
 }
 
 template <class T>

@@ -6,7 +6,6 @@
 #include "zorvan/foundation/Export.h"
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/PixelTypes.h"
-#include "zorvan/foundation/Wrapping.h"
 
 namespace Zorvan::Ipp::Image {
 
@@ -85,8 +84,10 @@ class ZORVAN_IPP_API IppIMemory {
   /// the extent of `rect` plays no part: the address may lie outside the block. Null if there is no block.
   T* ToIppStream(Rect rect) const {
     if (!buffer_) return nullptr;
+    const auto row = static_cast<std::int32_t>(static_cast<std::uint32_t>(rect.x) *
+                                               static_cast<std::uint32_t>(size_.width));
+    const std::int64_t element = std::int64_t{row} + rect.y;
     // The address may lie outside the block, where pointer arithmetic is not defined; that of integers is.
-    const std::int64_t element = std::int64_t{wrappedProduct(rect.x, size_.width)} + rect.y;
     return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(buffer_.get()) +
                                 static_cast<std::uintptr_t>(element) * sizeof(T));
   }

@@ -15,8 +15,8 @@ struct StatusRow {
 };
 
 constexpr StatusRow statusRows[] = {
-#define STATUS(code, name, text) {code, #name ": " text},
-#define PLAIN_STATUS(code, text) {code, text},
+#define ZORVAN_IPP_STATUS(code, name, text) {code, #name ": " text},
+#define ZORVAN_IPP_PLAIN_STATUS(code, text) {code, text},
 #include "zorvan/foundation/StatusTable.def"
 };
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace Zorvan {
+namespace Zorvan::Primitives {
 
 /// Sums and products on 32 bits that wrap, as the figures of regions and steps do. Always inlined: code for
 /// one instruction set must not leave a copy behind that the linker could give to another.
@@ -13,4 +13,4 @@ namespace Zorvan {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
 }
 
-}  // namespace Zorvan
+}  // namespace Zorvan::Primitives

@@ -72,7 +72,8 @@ std::tuple<IppIMemory<T>&...> over(IppIMemory<T>&... images) {
 /// Raises 29 unless `rect` fits `image`. The sums wrap on 32 bits; nothing else of the rectangle is tested.
 template <class T>
 void requireFit(Rect rect, const IppIMemory<T>& image) {
-  if (wrappedSum(rect.x, rect.width) > image.width() || wrappedSum(rect.y, rect.height) > image.height()) {
+  if (Primitives::wrappedSum(rect.x, rect.width) > image.width() ||
+      Primitives::wrappedSum(rect.y, rect.height) > image.height()) {
     raise(ippStsWrongIntersectROI);
   }
 }

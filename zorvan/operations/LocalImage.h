@@ -21,7 +21,7 @@ struct Surroundings {
 
 inline Surroundings surroundingsOf(Size size, Rect rect) {
   if (rect.width < 1 || rect.height < 1) return {0, 0};
-  const std::int32_t row = wrappedProduct(rect.x, size.width);
+  const std::int32_t row = Primitives::wrappedProduct(rect.x, size.width);
   const std::int64_t first = std::int64_t{row} + rect.y;
   const std::int64_t end = first + (std::int64_t{rect.height} - 1) * size.width + rect.width;
   const std::int64_t pixels = std::int64_t{size.width} * size.height;
