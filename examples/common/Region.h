@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -57,9 +58,11 @@ inline Zorvan::Rect rectOfView(Area area) { return {0, 0, area.width, area.heigh
 /// lower edge.
 template <class T>
 Zorvan::Ipp::Image::IppIMemory<T> viewOf(const Zorvan::Ipp::Image::IppIMemory<T>& image, Area area) {
-  T* first = image.ToIppStream(rectOf(image, area));
+  requireInside(image, area);
+  const std::shared_ptr<T[]> pixels = image.buffer();
+  T* const first = pixels ? pixels.get() + std::ptrdiff_t{area.row} * image.width() + area.column : nullptr;
   // Shares the block's count, so that the view may outlive the image.
-  const std::shared_ptr<T[]> block(image.buffer(), first);
+  const std::shared_ptr<T[]> block(pixels, first);
   return Zorvan::Ipp::Image::IppIMemory<T>(image.width(), area.height, block, 0);
 }
 

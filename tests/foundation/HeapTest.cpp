@@ -122,7 +122,7 @@ TYPED_TEST(ImagesOnHeap, AreEmptyWhenTheHeapRefuses) {
   WatchedHeap heap;
   heap.refuse();
   {
-    const IppIMemory<TypeParam> image(10, 10);
+    IppIMemory<TypeParam> image(10, 10);
     EXPECT_EQ(heap.requests(), 1u);
     EXPECT_EQ(image.buffer(), nullptr);
     EXPECT_EQ(image.width(), 10);

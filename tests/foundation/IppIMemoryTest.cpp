@@ -43,7 +43,7 @@ class ImageMemory : public testing::Test {
   }
 
   /// The distance in bytes from an image's block to the start of a region.
-  static std::int64_t offsetOf(const IppIMemory<T>& image, Rect rect) {
+  static std::int64_t offsetOf(IppIMemory<T>& image, Rect rect) {
     return static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(image.ToIppStream(rect)) -
                                      reinterpret_cast<std::uintptr_t>(image.buffer().get()));
   }
@@ -247,6 +247,20 @@ TYPED_TEST(OwnedImageMemory, CopyingAnImageTooLargeToAllocateRaises) {
   EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(tall); }), "Assign error in IppIMemory");
 }
 
+// What makes a region or its address is asked of an image that may be written; the measures and the block of
+// any image.
+TYPED_TEST(ImageMemory, AccessorsAreConstButForRegions) {
+  using Image = IppIMemory<TypeParam>;
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::SizeToRoi), Rect (Image::*)()>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::ToIppStream), TypeParam* (Image::*)(Rect)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::width), int (Image::*)() const>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::height), int (Image::*)() const>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::size), Size (Image::*)() const>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::step), int (Image::*)() const>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::imageStep), int (Image::*)() const>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Image::buffer), std::shared_ptr<TypeParam[]> (Image::*)() const>));
+}
+
 TYPED_TEST(ImageMemory, TheWholeImageIsARegion) {
   const Rect roi = this->wrapped(7, 3).SizeToRoi();
   EXPECT_EQ(roi.x, 0);
@@ -256,7 +270,7 @@ TYPED_TEST(ImageMemory, TheWholeImageIsARegion) {
 }
 
 TYPED_TEST(ImageMemory, RegionsStartAtRowXPixelY) {
-  const IppIMemory<TypeParam> image = this->wrapped(7, 3);
+  IppIMemory<TypeParam> image = this->wrapped(7, 3);
   EXPECT_EQ(image.ToIppStream({0, 0, 1, 1}), image.buffer().get());
   EXPECT_EQ(image.ToIppStream({1, 0, 1, 1}), image.buffer().get() + 7);
   EXPECT_EQ(image.ToIppStream({0, 1, 1, 1}), image.buffer().get() + 1);
@@ -266,7 +280,7 @@ TYPED_TEST(ImageMemory, RegionsStartAtRowXPixelY) {
 }
 
 TYPED_TEST(ImageMemory, RegionsMayStartOutsideTheBlock) {
-  const IppIMemory<TypeParam> image = this->wrapped(7, 3);
+  IppIMemory<TypeParam> image = this->wrapped(7, 3);
   const std::int64_t pixelBytes = sizeof(TypeParam);
   EXPECT_EQ(this->offsetOf(image, {-1, 0, 1, 1}), -7 * pixelBytes);
   EXPECT_EQ(this->offsetOf(image, {0, -5, 1, 1}), -5 * pixelBytes);
@@ -275,7 +289,7 @@ TYPED_TEST(ImageMemory, RegionsMayStartOutsideTheBlock) {
 
 TYPED_TEST(ImageMemory, TheRowOfARegionWrapsOn32Bits) {
   const std::shared_ptr<TypeParam[]> block(new TypeParam[1]());
-  const IppIMemory<TypeParam> image(0x10000, 1, block, 0);
+  IppIMemory<TypeParam> image(0x10000, 1, block, 0);
   const std::int64_t pixelBytes = sizeof(TypeParam);
   EXPECT_EQ(this->offsetOf(image, {0x7FFF, 0xFFFF, 1, 1}), std::int64_t{0x7FFFFFFF} * pixelBytes);
   EXPECT_EQ(this->offsetOf(image, {0x7FFF, 0x7FFFFFFF, 1, 1}), std::int64_t{0xFFFEFFFF} * pixelBytes);
@@ -285,7 +299,7 @@ TYPED_TEST(ImageMemory, TheRowOfARegionWrapsOn32Bits) {
 }
 
 TYPED_TEST(ImageMemory, WithoutABlockEachRegionStartsAtNull) {
-  const IppIMemory<TypeParam> image(7, 3, nullptr, 0);
+  IppIMemory<TypeParam> image(7, 3, nullptr, 0);
   EXPECT_EQ(image.ToIppStream({0, 0, 7, 3}), nullptr);
   EXPECT_EQ(image.ToIppStream({1, 2, 1, 1}), nullptr);
   EXPECT_EQ(image.ToIppStream({-1, 5, 1, 1}), nullptr);

@@ -76,13 +76,15 @@ class ZORVAN_IPP_API IppIMemory {
   /// A further share in the block; empty if there is none.
   std::shared_ptr<T[]> buffer() const;
 
-  /// The region that is the whole image: its origin at 0, 0, its extent the image's, in pixels.
-  Rect SizeToRoi() const { return {0, 0, size_.width, size_.height}; }
+  /// The region that is the whole image: its origin at 0, 0, its extent the image's, in pixels. Like the
+  /// operations, this asks for an image that is not const; of any other, width() and height() are the extent.
+  Rect SizeToRoi() { return {0, 0, size_.width, size_.height}; }
 
   /// The pixel at which the region starts: element `rect.x * width + rect.y` of the block, so that `x`
   /// counts rows and `y` counts pixels along the row. The product wraps on 32 bits. Nothing is tested, and
   /// the extent of `rect` plays no part: the address may lie outside the block. Null if there is no block.
-  T* ToIppStream(Rect rect) const {
+  /// Asks for an image that is not const; the first pixel of any image is that of buffer().
+  T* ToIppStream(Rect rect) {
     if (!buffer_) return nullptr;
     const auto row = static_cast<std::int32_t>(static_cast<std::uint32_t>(rect.x) *
                                                static_cast<std::uint32_t>(size_.width));
