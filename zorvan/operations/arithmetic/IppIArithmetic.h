@@ -98,6 +98,11 @@ class ZORVAN_IPP_API IppIArithmetic {
   /// `image = sqrt(image)`, as above.
   static void SquareRoot(IppIMemory<T>& image, Rect rect);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  IppIArithmetic() = default;
+  IppIArithmetic(const IppIArithmetic&) = default;
+  IppIArithmetic(IppIArithmetic&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   IppIArithmetic& operator=(const IppIArithmetic& other);
   IppIArithmetic& operator=(IppIArithmetic&& other);

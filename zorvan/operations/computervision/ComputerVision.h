@@ -47,6 +47,11 @@ class ZORVAN_IPP_API ComputerVision {
   template <class T>
   static ConnectionInfo FloodFill(IppIMemory<T>& image, Point seed, T value, Rect rect);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  ComputerVision() = default;
+  ComputerVision(const ComputerVision&) = default;
+  ComputerVision(ComputerVision&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   ComputerVision& operator=(const ComputerVision& other);
   ComputerVision& operator=(ComputerVision&& other);

@@ -78,6 +78,11 @@ class ZORVAN_IPP_API FilteringFunction {
   template <class T>
   static void LaplaceBorder5x5(IppIMemory<T>& src, IppIMemory<T>& dst, eBorderType border, T borderValue);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  FilteringFunction() = default;
+  FilteringFunction(const FilteringFunction&) = default;
+  FilteringFunction(FilteringFunction&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   FilteringFunction& operator=(const FilteringFunction& other);
   FilteringFunction& operator=(FilteringFunction&& other);

@@ -74,6 +74,11 @@ class ZORVAN_IPP_API Initializer {
   template <class T1, class T2>
   static void Convert(IppIMemory<T1>& src, IppIMemory<T2>& dst, Rect rect);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  Initializer() = default;
+  Initializer(const Initializer&) = default;
+  Initializer(Initializer&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   Initializer& operator=(const Initializer& other);
   Initializer& operator=(Initializer&& other);

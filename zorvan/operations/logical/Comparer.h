@@ -43,6 +43,11 @@ class ZORVAN_IPP_API Comparer {
   static void Compare(IppIMemory<T>& src, IppIMemory<u8>& dst, Rect rect, float value,
                       eComparison comparison);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  Comparer() = default;
+  Comparer(const Comparer&) = default;
+  Comparer(Comparer&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   Comparer& operator=(const Comparer& other);
   Comparer& operator=(Comparer&& other);

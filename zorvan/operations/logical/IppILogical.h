@@ -80,6 +80,11 @@ class ZORVAN_IPP_API IppILogical {
   /// Throws std::exception, "invalid image size", for a new image with a width or height below 1.
   static IppIMemory<T> Not(IppIMemory<T>& src, Rect rect, bool sizeFromRect);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  IppILogical() = default;
+  IppILogical(const IppILogical&) = default;
+  IppILogical(IppILogical&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   IppILogical& operator=(const IppILogical& other);
   IppILogical& operator=(IppILogical&& other);

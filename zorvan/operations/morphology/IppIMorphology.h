@@ -68,6 +68,11 @@ class ZORVAN_IPP_API IppIMorphology {
   /// Writes the region without what is dark and smaller than the rectangle into `dst`.
   static void Close(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect, Size maskSize);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  IppIMorphology() = default;
+  IppIMorphology(const IppIMorphology&) = default;
+  IppIMorphology(IppIMorphology&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   IppIMorphology& operator=(const IppIMorphology& other);
   IppIMorphology& operator=(IppIMorphology&& other);

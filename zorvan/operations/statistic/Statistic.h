@@ -82,6 +82,11 @@ class ZORVAN_IPP_API Statistic {
   /// (ippStsDataTypeErr) for every region that fits.
   static MinMaxIndex MinMaxIndexWithMask(IppIMemory<T>& image, IppIMemory<u8>& mask, Rect rect);
 
+  /// Objects can be made, copied and moved, and hold nothing.
+  Statistic() = default;
+  Statistic(const Statistic&) = default;
+  Statistic(Statistic&&) = default;
+
   /// Assignments exist and do nothing: the class has no data.
   Statistic& operator=(const Statistic& other);
   Statistic& operator=(Statistic&& other);
