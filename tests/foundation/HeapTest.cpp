@@ -4,10 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <new>
 
-#include "Heap.h"
 #include "Raised.h"
+#include "tests/support/Heap.h"
 #include "zorvan/foundation/Allocation.h"
 #include "zorvan/foundation/IppIMemory.h"
 #include "zorvan/foundation/IppSMemory.h"
@@ -142,12 +141,58 @@ TYPED_TEST(ImagesOnHeap, RaiseWhenTheirCopyIsRefused) {
   EXPECT_EQ(heap.freed(), 0u);
 }
 
-TYPED_TEST(ImagesOnHeap, GiveTheBlockBackWhenItCannotBeShared) {
+TYPED_TEST(ImagesOnHeap, AreEmptyWhenTheirCountIsRefused) {
+  WatchedHeap heap;
+  {
+    heap.refuseNextNew();
+    IppIMemory<TypeParam> image(10, 10);
+    EXPECT_EQ(image.buffer(), nullptr);
+    EXPECT_EQ(image.buffer().use_count(), 0);
+    EXPECT_EQ(image.width(), 10);
+    EXPECT_EQ(image.imageStep(), 10 * static_cast<int>(sizeof(TypeParam)));
+    EXPECT_EQ(image.step(), 64);
+    EXPECT_EQ(heap.requests(), 1u);
+    EXPECT_EQ(heap.freed(), 1u);
+    image = IppIMemory<TypeParam>(10, 10);
+    EXPECT_NE(image.buffer(), nullptr);
+  }
+  EXPECT_EQ(heap.heldBlocks(), 0u);
+}
+
+TYPED_TEST(ImagesOnHeap, RaiseWhenTheCountOfTheirCopyIsRefused) {
+  const IppIMemory<TypeParam> source(10, 10);
   WatchedHeap heap;
   heap.refuseNextNew();
-  EXPECT_THROW(IppIMemory<TypeParam>(10, 10), std::bad_alloc);
+  EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(source); }), "Assign error in IppIMemory");
   EXPECT_EQ(heap.requests(), 1u);
   EXPECT_EQ(heap.freed(), 1u);
+}
+
+template <class T>
+class ContainersOnHeap : public testing::Test {};
+#define LISTED(T) , T
+template <class First, class... T>
+using WithoutFirst = testing::Types<T...>;
+using ElementTypes = WithoutFirst<void ZORVAN_IPP_ELEMENT_TYPES(LISTED)>;
+TYPED_TEST_SUITE(ContainersOnHeap, ElementTypes);
+
+TYPED_TEST(ContainersOnHeap, AreEmptyWhenTheirCountIsRefused) {
+  TypeParam pixels[12] = {};
+  WatchedHeap heap;
+  {
+    heap.refuseSome(0, 2);
+    const auto byFigures = IppIMemory<TypeParam>::CreateContainer(pixels, 4, 3);
+    const auto bySize = IppIMemory<TypeParam>::CreateContainer(pixels, Zorvan::Size{4, 3});
+    EXPECT_EQ(heap.allRequests(), 2u);
+    for (const auto* image : {&byFigures, &bySize}) {
+      EXPECT_EQ(image->buffer(), nullptr);
+      EXPECT_EQ(image->width(), 4);
+      EXPECT_EQ(image->height(), 3);
+      EXPECT_EQ(image->step(), 0);
+    }
+  }
+  EXPECT_EQ(heap.heldBlocks(), 0u);
+  EXPECT_EQ(heap.freed(), 0u);
 }
 
 TEST(ImageCopiesOnHeap, Of16BitsAllocateThenRaiseAndGiveBack) {
@@ -219,10 +264,13 @@ TYPED_TEST(SignalsOnHeap, AreEmptyWhenTheHeapRefuses) {
   EXPECT_EQ(heap.freed(), 0u);
 }
 
-TYPED_TEST(SignalsOnHeap, GiveTheBlockBackWhenItCannotBeShared) {
+TYPED_TEST(SignalsOnHeap, AreEmptyWhenTheirCountIsRefused) {
   WatchedHeap heap;
   heap.refuseNextNew();
-  EXPECT_THROW(IppSMemory<TypeParam>(10), std::bad_alloc);
+  const IppSMemory<TypeParam> signal(10);
+  EXPECT_EQ(signal.length(), 10);
+  EXPECT_EQ(signal.buffer(), nullptr);
+  EXPECT_EQ(signal.buffer().use_count(), 0);
   EXPECT_EQ(heap.requests(), 1u);
   EXPECT_EQ(heap.freed(), 1u);
 }

@@ -17,7 +17,8 @@ namespace Zorvan::Ipp {
 class ZORVAN_IPP_API IppException : public std::exception {
  public:
   /// Composes the text once, from the message of `status` and the code itself. A code that has no message
-  /// reads as ippStsUnknownStatusCodeErr, followed by the code that was given.
+  /// reads as ippStsUnknownStatusCodeErr, followed by the code that was given. Where there is no memory for
+  /// the text std::bad_alloc is raised instead.
   IppException(eIppResultStatus status);
 
   /// Takes over code and text.

@@ -5,6 +5,7 @@
 #include <typeinfo>
 #include <utility>
 
+#include "zorvan/foundation/SharedBlock.h"
 #include "zorvan/foundation/TextException.h"
 #include "zorvan/foundation/Wrapping.h"
 #include "zorvan/primitives/frame/Entries.h"
@@ -67,7 +68,10 @@ IppIMemory<T>::IppIMemory() : size_{0, 0}, step_(0), imageStep_(0) {}
 
 template <class T>
 IppIMemory<T>::IppIMemory(Size size)
-    : size_(size), step_(0), imageStep_(rowBytes<T>(size.width)), buffer_(Allocate(size, step_)) {}
+    : size_(size),
+      step_(0),
+      imageStep_(rowBytes<T>(size.width)),
+      buffer_(shareBlock(Allocate(size, step_))) {}
 
 template <class T>
 IppIMemory<T>::IppIMemory(int width, int height) : IppIMemory(Size{width, height}) {}
@@ -82,7 +86,10 @@ IppIMemory<T>::IppIMemory(int width, int height, std::shared_ptr<T[]> buffer, in
 
 template <class T>
 IppIMemory<T>::IppIMemory(const IppIMemory& source)
-    : size_(source.size_), step_(0), imageStep_(source.imageStep_), buffer_(Allocate(size_, step_)) {
+    : size_(source.size_),
+      step_(0),
+      imageStep_(source.imageStep_),
+      buffer_(shareBlock(Allocate(size_, step_))) {
   if (!copyPixels<T>(source.buffer_.get(), buffer_.get(), imageStep_, size_)) {
     throw TextException("Assign error in IppIMemory");
   }
@@ -111,9 +118,8 @@ std::unique_ptr<T[], void (*)(T*)> IppIMemory<T>::Allocate(int width, int height
 
 template <class T>
 IppIMemory<T> IppIMemory<T>::CreateContainer(T* pointer, int width, int height) {
-  std::shared_ptr<T[]> pixels;
-  if (pointer != nullptr) pixels.reset(pointer, &leavePixels<T>);
-  return IppIMemory(width, height, std::move(pixels), 0);
+  std::unique_ptr<T[], void (*)(T*)> pixels(pointer, &leavePixels<T>);
+  return IppIMemory(width, height, shareBlock(std::move(pixels)), 0);
 }
 
 template <class T>

@@ -24,7 +24,8 @@ namespace Zorvan::Ipp::Image {
 ///
 /// Failures are objects of a class derived from std::exception, not IppException, with the texts given at
 /// the members. Exhausted memory is no failure here: it leaves the image without a block, and the first
-/// operation on the image raises IppException with ippStsNullPtrErr.
+/// operation on the image raises IppException with ippStsNullPtrErr. Only where there is no memory for the
+/// text of a failure std::bad_alloc takes its place.
 template <class T>
 class ZORVAN_IPP_API IppIMemory {
  public:
@@ -106,7 +107,8 @@ class ZORVAN_IPP_API IppIMemory {
   static std::unique_ptr<T[], void (*)(T*)> Allocate(int width, int height, int& step);
 
   /// Wraps the caller's memory, which holds `width` by `height` pixels in rows without a gap. It stays the
-  /// caller's, and must outlive every image that shares it. step() is 0. Null gives an image without a block.
+  /// caller's, and must outlive every image that shares it. step() is 0. Null gives an image without a block,
+  /// and so does exhausted memory.
   static IppIMemory CreateContainer(T* pointer, int width, int height);
 
   /// Wraps the caller's memory, which holds `size` pixels, as the form above does.

@@ -2,6 +2,7 @@
 
 #include <type_traits>
 
+#include "zorvan/foundation/SharedBlock.h"
 #include "zorvan/foundation/TextException.h"
 #include "zorvan/primitives/frame/Entries.h"
 
@@ -32,7 +33,7 @@ template <class T>
 IppSMemory<T>::IppSMemory() : length_(0) {}
 
 template <class T>
-IppSMemory<T>::IppSMemory(int length) : length_(length), buffer_(Allocate(length)) {}
+IppSMemory<T>::IppSMemory(int length) : length_(length), buffer_(Ipp::shareBlock(Allocate(length))) {}
 
 // The length stays unwritten on purpose: a copy is an empty place to assign to, and promises nothing.
 template <class T>

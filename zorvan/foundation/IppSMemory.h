@@ -13,7 +13,8 @@ namespace Zorvan::IppS {
 /// that shares it goes. Nothing protects the elements from threads that use them at once.
 ///
 /// Failures are objects of a class derived from std::exception, not IppException, with the texts given at
-/// the members. Exhausted memory is no failure here: it leaves the length set and the block empty.
+/// the members. Exhausted memory is no failure here: it leaves the length set and the block empty. Only where
+/// there is no memory for the text of a failure std::bad_alloc takes its place.
 template <class T>
 class ZORVAN_IPP_API IppSMemory {
  public:

@@ -45,9 +45,10 @@ namespace Zorvan::Ipp::Image {
 ///
 /// Failures, before anything is written: IppException 29 (ippStsWrongIntersectROI) if `rect` does not fit
 /// `src`, then `dst`; std::exception, "invalid length", for a `src` with a width or height below 1, or work
-/// memory above 2 GiB; then IppException -8 (ippStsNullPtrErr) for an image without a buffer, -6
-/// (ippStsSizeErr) for a `rect` with a width or height below 1. Each call allocates work memory of a few rows
-/// of `src`, and of some bytes per pixel where `src` or the region is no wider or no higher than the kernel.
+/// memory above 2 GiB; then IppException -8 (ippStsNullPtrErr) for an image without a buffer or when memory
+/// runs out, -6 (ippStsSizeErr) for a `rect` with a width or height below 1. Each call allocates work memory
+/// of a few rows of `src`, and of some bytes per pixel where `src` or the region is no wider or no higher
+/// than the kernel.
 class ZORVAN_IPP_API FilteringFunction {
  public:
   /// The Laplace filter with the 3 by 3 kernel if `use3x3`, otherwise with the 5 by 5 kernel.

@@ -49,7 +49,8 @@ class ZORVAN_IPP_API Initializer {
   /// No rectangle test is made: `rect` must lie inside `src`, which is up to the caller.
   ///
   /// Throws std::exception, "invalid image size", for a new image with a width or height below 1, and
-  /// IppException with the status of the copy. For `u16` and `s16` it always throws std::exception,
+  /// IppException with the status of the copy. When memory runs out it throws IppException -8, or
+  /// std::exception, "Assign error in IppIMemory". For `u16` and `s16` it always throws std::exception,
   /// "Assign error in IppIMemory": images of these types cannot be returned by value.
   template <class T>
   static IppIMemory<T> Copy(IppIMemory<T>& src, Rect rect, bool sizeFromRect);

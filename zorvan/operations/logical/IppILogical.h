@@ -40,7 +40,8 @@ class ZORVAN_IPP_API IppILogical {
   /// the size of `src1` if false: the region is a block in its top left corner, what does not fit is
   /// dropped, and its other pixels are not initialised.
   ///
-  /// Throws std::exception, "invalid image size", for a new image with a width or height below 1.
+  /// Throws std::exception, "invalid image size", for a new image with a width or height below 1. When memory
+  /// runs out it throws IppException -8, or std::exception, "Assign error in IppIMemory".
   static IppIMemory<T> And(IppIMemory<T>& src1, IppIMemory<T>& src2, Rect rect, bool sizeFromRect);
 
   /// `srcDst` = `src` | `srcDst` in the region `rect`. The images are tested in the order of the parameters.
@@ -77,7 +78,8 @@ class ZORVAN_IPP_API IppILogical {
   /// `sizeFromRect` only a `rect` at the origin gives a plain crop. Pixels of the new image outside the
   /// region are not initialised.
   ///
-  /// Throws std::exception, "invalid image size", for a new image with a width or height below 1.
+  /// Throws std::exception, "invalid image size", for a new image with a width or height below 1. When memory
+  /// runs out it throws IppException -8, or std::exception, "Assign error in IppIMemory".
   static IppIMemory<T> Not(IppIMemory<T>& src, Rect rect, bool sizeFromRect);
 
   /// Objects can be made, copied and moved, and hold nothing.

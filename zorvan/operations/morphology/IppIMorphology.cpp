@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "zorvan/foundation/SharedBlock.h"
 #include "zorvan/operations/LocalImage.h"
 #include "zorvan/operations/morphology/MorphologyMethods.h"
 
@@ -35,7 +36,7 @@ std::shared_ptr<u8[]> makeStructuringMask(Size maskSize) {
   if (width < 1) throw TextException("invalid image size");
   const Size cells{width | 1, height | 1};
   int step = 0;
-  std::shared_ptr<u8[]> ones(IppIMemory<u8>::Allocate(cells, step));
+  auto ones = shareBlock(IppIMemory<u8>::Allocate(cells, step));
   if (ones) ippiSet_8u_C1R(1, ones.get(), cells.width, cells);
   return ones;
 }

@@ -39,7 +39,8 @@ namespace Zorvan::Ipp::Image {
 ///  - std::exception, "invalid image size", if `maskSize.width` is below 1;
 ///  - std::exception, "Morph border get size error.", if `maskSize.height` or an extent of `rect` is below 1;
 ///  - std::exception, "invalid length", if the mask or the work memory would be larger than 2 GiB;
-///  - std::exception, "Morph border init error.", if memory runs out;
+///  - std::exception, "Morph border init error.", if memory runs out for the mask or the work memory, and for
+///    the new image IppException -8 or std::exception, "Assign error in IppIMemory";
 ///  - IppException -8 (ippStsNullPtrErr) for an image without a buffer.
 template <class T>
 class ZORVAN_IPP_API IppIMorphology {
