@@ -4,9 +4,13 @@
 // refinement, from a 16-byte boundary on; the pixels before and behind the passes by true roots.
 //
 // A pass whose results are not all finite is done again by true roots: the estimate fails for 0, infinity,
-// NaN and negative pixels. A negative pixel gives NaN; -0.0 is its own root. Where a caller has exceptions
-// unmasked none is raised, and invalid operations leave no trace: the control state is read and put back once
-// for all rows, which costs more than a short row.
+// NaN and negative pixels. A negative pixel becomes NaN; -0.0 is its own root.
+//
+// Where a caller has any exception unmasked, all are masked while the roots are computed; then the control
+// state is restored, with the flags of overflow, underflow, denormals and precision that the roots raised, so
+// that invalid operations leave no trace. Where all are masked the control state is not touched, and the
+// roots leave the flags that their arithmetic raises. It is read once for all rows, as that costs more than a
+// short row.
 //
 // Reads and writes the row only, at any address; prefetches may name places behind it.
 
