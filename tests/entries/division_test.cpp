@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <vector>
+
 #include "tests/reference/Images.h"
 #include "tests/support/EntryTests.h"
 #include "tests/support/Quotients.h"
@@ -176,6 +180,29 @@ void registerDivision(const std::string& name, int (*reference)(const T*, More..
   });
 }
 
+/// The status reports zero divisors, and no NaN: in every place of rows of every length.
+void nansAndZeros(int variant) {
+  const auto divide = Primitives::table.ippiDiv_32f_C1R.routine[1 + variant];
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  for (int n = 1; n <= 70; ++n) {
+    for (std::size_t place = 0; place < static_cast<std::size_t>(n); ++place) {
+      std::vector<float> divisors(70, 2.0F), numerators(70, 3.0F), quotients(70);
+      const auto run = [&] {
+        return divide(divisors.data(), 4 * n, numerators.data(), 4 * n, quotients.data(), 4 * n, {n, 1});
+      };
+      divisors[place] = nan;
+      ASSERT_EQ(run(), 0) << "a NaN as divisor " << place << " of " << n;
+      ASSERT_TRUE(std::isnan(quotients[place]));
+      numerators[place] = nan;
+      ASSERT_EQ(run(), 0);
+      ASSERT_TRUE(std::isnan(quotients[place]));
+      divisors[place] = 0;
+      ASSERT_EQ(run(), 2) << "a zero under a NaN, place " << place << " of " << n;
+      ASSERT_TRUE(std::isnan(quotients[place]));
+    }
+  }
+}
+
 }  // namespace
 
 void registerEntryTests() {
@@ -184,6 +211,7 @@ void registerEntryTests() {
 #include "zorvan/primitives/frame/entries/Divide.def"
 #undef ENTRY
 #undef CHECK
+  registerForEachVariant("Division", "NansAndZeros", nansAndZeros);
 }
 
 }  // namespace Zorvan::Test
