@@ -8,8 +8,10 @@
 
 namespace Zorvan::Ipp {
 
-/// Raised by every operation whose status is not zero; warnings (positive codes) raise like errors, although
-/// all pixels have been written by then. The code is visible in the text alone:
+/// Raised by every operation whose status is not zero; positive codes raise like negative ones. After the
+/// warnings 2 (ippStsDivByZero) and 3 (ippStsSqrtNegArg) all pixels have been written. Any other code, also
+/// 1 (ippStsNoOperation) and 29 (ippStsWrongIntersectROI), means that none has. The code is visible in the
+/// text alone:
 ///
 ///     ippStsSizeErr: Incorrect value for data size( error Code : -6 )
 ///

@@ -10,8 +10,8 @@ namespace Zorvan::Ipp::Image {
 /// Arithmetic on the pixels of images. Pixel types are `u8` and `float`.
 ///
 /// Results of `u8` are limited to 0 to 255; where a result is no integer, it is rounded to nearest with ties
-/// to even. `float` follows IEEE arithmetic in the processor's current rounding mode: overflow gives an
-/// infinity, and infinities and NaN go through, unless an operation tells otherwise.
+/// to even. `float` follows IEEE arithmetic in the processor's current rounding mode: what overflows becomes
+/// an infinity, and infinities and NaN go through, unless stated otherwise at an operation.
 ///
 /// Subtract and Divide take away, and divide by, their *first* image.
 ///
@@ -22,10 +22,12 @@ namespace Zorvan::Ipp::Image {
 /// of the parameters.
 ///
 /// Other failures, raised as IppException before anything is written: -8 (ippStsNullPtrErr) for an image
-/// without a buffer, -6 (ippStsSizeErr) for a region with a width or height below 1.
+/// without a buffer, -6 (ippStsSizeErr) for a region with a width or height below 1; of Divide, Square,
+/// SquareRoot and Absolute also -16 (ippStsStepErr) for an image of no width; of AddWithMask also -16 for a
+/// region wider than an image, which passes the test where `rect.x` is negative.
 ///
-/// A positive status, 2 of Divide and 3 of SquareRoot, is a warning: all pixels of the region have been
-/// written, and it is raised as an IppException all the same.
+/// The statuses 2 of Divide and 3 of SquareRoot are warnings: all pixels of the region have been written, and
+/// they are raised as an IppException all the same.
 template <class T>
 class ZORVAN_IPP_API IppIArithmetic {
  public:
@@ -52,8 +54,8 @@ class ZORVAN_IPP_API IppIArithmetic {
   /// The other pixels of the region have no defined result: they get whatever a fresh image of `image`'s size
   /// happens to hold added to them. Use AddWithMask, or fill an image and add it, where they matter.
   ///
-  /// Throws std::exception, "invalid image size", if `image` has no extent. When memory for the fresh image
-  /// runs out, IppException -8 is raised.
+  /// Throws std::exception, "invalid image size", if `image` has a width or height below 1. When memory for
+  /// the fresh image runs out, IppException -8 is raised. `mask` may lie on `image` in any way.
   static void AddCWithMask(IppIMemory<T>& image, IppIMemory<u8>& mask, T value, Rect rect);
 
   /// `c = b - a`. Bytes where `a` is greater give 0.
@@ -69,9 +71,9 @@ class ZORVAN_IPP_API IppIArithmetic {
   static void Multiply(IppIMemory<T>& a, IppIMemory<T>& b, Rect rect);
 
   /// `c = b / a`. A zero in `a` raises IppException 2 (ippStsDivByZero) after all pixels have been written:
-  /// bytes divided by zero give 255, or 0 for a 0; floats, by a zero of either sign, give an infinity with
-  /// the sign of `b`, or NaN for a zero. The status may also tell of a NaN in `a`. Float quotients may differ
-  /// from the nearest float by some units in the last place.
+  /// bytes divided by zero become 255, or 0 for a 0; floats, divided by a zero of either sign, become an
+  /// infinity with the sign of `b`, or NaN for a zero or NaN. A NaN in `a` makes NaN and raises nothing.
+  /// Float quotients may differ from the nearest float by some units in the last place.
   static void Divide(IppIMemory<T>& a, IppIMemory<T>& b, IppIMemory<T>& c, Rect rect);
 
   /// `b = b / a`, as above.
@@ -91,8 +93,9 @@ class ZORVAN_IPP_API IppIArithmetic {
   static void Square(IppIMemory<T>& image, Rect rect);
 
   /// `dst = sqrt(src)`. Float roots may differ from the nearest float by some units in the last place. A
-  /// negative pixel gives NaN and raises IppException 3 (ippStsSqrtNegArg) after all pixels have been
-  /// written; -0.0 is not negative, and is its own root.
+  /// negative pixel becomes NaN and raises IppException 3 (ippStsSqrtNegArg) after all pixels have been
+  /// written; -0.0 is not negative, and is its own root. Where any floating-point exception is unmasked, the
+  /// roots of floats mask all and restore the control state at the end.
   static void SquareRoot(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect);
 
   /// `image = sqrt(image)`, as above.

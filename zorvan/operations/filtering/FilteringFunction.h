@@ -40,8 +40,8 @@ namespace Zorvan::Ipp::Image {
 /// the region's nearest pixel, and `borderValue` has no effect.
 ///
 /// The region `rect` is the same for both images, each by its own width, see Rect; the forms without `rect`
-/// filter the whole of `src` into the same place of `dst`. Results go to `dst`, `src` is not changed. Regions
-/// that overlap in memory are not supported.
+/// filter the whole of `src` into the same place of `dst`. Results go to `dst`, `src` is not changed. The two
+/// may not overlap in memory.
 ///
 /// Failures, before anything is written: IppException 29 (ippStsWrongIntersectROI) if `rect` does not fit
 /// `src`, then `dst`; std::exception, "invalid length", for a `src` with a width or height below 1, or work

@@ -20,13 +20,14 @@ namespace Zorvan::Ipp::Image {
 ///
 /// Other failures of all operations with images, raised as IppException before anything is written:
 /// -8 (ippStsNullPtrErr) for an image without a buffer, -6 (ippStsSizeErr) for a region with a width or
-/// height below 1. Regions that overlap in memory are not supported as source and destination of one call.
+/// height below 1. No source and destination of one call may share pixels, nor a mask and a destination.
 class ZORVAN_IPP_API Initializer {
  public:
   /// Makes an image of `width` by `height` pixels. The pixels are not initialised.
   ///
   /// Throws std::exception, "invalid image size", if either is below 1. When memory runs out nothing is
-  /// thrown: the image has an empty buffer, and the first operation on it raises IppException -8.
+  /// thrown: the image has an empty buffer, and the first operation on it raises IppException -8. The same
+  /// holds for images of 2 GiB and more.
   template <class T>
   static IppIMemory<T> Allocate(int width, int height);
 
@@ -71,7 +72,8 @@ class ZORVAN_IPP_API Initializer {
 
   /// Converts the region `rect` of `src` into the pixel type of `dst`. Exists for `int` to `u8`, which limits
   /// each value to 0 to 255, and `int` to `float`, which rounds in the processor's current rounding mode (by
-  /// default to nearest, ties to even). Failures: see the class.
+  /// default to nearest, ties to even). Failures: see the class; to `u8` also IppException -16
+  /// (ippStsStepErr) for an image of no width.
   template <class T1, class T2>
   static void Convert(IppIMemory<T1>& src, IppIMemory<T2>& dst, Rect rect);
 

@@ -38,8 +38,9 @@ class ZORVAN_IPP_API Comparer {
   /// The same rectangle is applied to both images, each by its own width, and tested with `src`, then `dst`:
   /// see Rect. One that does not fit raises IppException 29 (ippStsWrongIntersectROI). Other failures, raised
   /// as IppException before anything is written: -8 (ippStsNullPtrErr) for an image without a buffer, -16
-  /// (ippStsStepErr) for an image without an extent, -6 (ippStsSizeErr) for a region with a width or height
-  /// below 1. A `comparison` that is none of the five raises nothing and leaves `dst` as it is.
+  /// (ippStsStepErr) for an image of no width, -6 (ippStsSizeErr) for a region with a width or height
+  /// below 1. The images may not share memory. A `comparison` that is none of the five raises nothing and
+  /// leaves `dst` as it is.
   static void Compare(IppIMemory<T>& src, IppIMemory<u8>& dst, Rect rect, float value,
                       eComparison comparison);
 

@@ -22,7 +22,7 @@ namespace Zorvan::Ipp::Image {
 /// to the caller.
 ///
 /// Other failures, raised as IppException before anything is written: -8 (ippStsNullPtrErr) for an image
-/// without a buffer, -16 (ippStsStepErr) for an image without an extent, -6 (ippStsSizeErr) for a region with
+/// without a buffer, -16 (ippStsStepErr) for an image of no width, -6 (ippStsSizeErr) for a region with
 /// a width or height below 1. Source and destination may be one image; regions that overlap otherwise are not
 /// supported.
 template <class T>

@@ -20,14 +20,16 @@ namespace Zorvan::Ipp::Image {
 /// Opening is a dilation of the erosion, closing an erosion of the dilation; in each, the second step takes
 /// the neighbourhood turned by 180 degrees. Outside the region pixels count as the nearest pixel of the
 /// region: nothing around the region is read, also where the image has pixels there. A rectangle of 1 by 1
-/// copies. Float results lie between the lowest and the highest finite value; a NaN in the source gives no
-/// defined result near it.
+/// copies. Of `float`, any other erosion is at most the largest finite value and any other dilation at least
+/// the lowest, also where all of the neighbourhood is infinite. A NaN leaves the result near it open, and
+/// zeros of both signs in a neighbourhood leave the sign of a zero result open.
 ///
 /// The destination-filling forms write the region `rect` of `dst`. The same rectangle is applied to both
 /// images, each by its own width. They raise IppException 29 (ippStsWrongIntersectROI) before anything is
 /// allocated if `rect.x + rect.width` exceeds the width or `rect.y + rect.height` the height of `src`, then
 /// of `dst`. The region starts at element `rect.x * width + rect.y`: see Rect for what that means and what is
-/// left to the caller. `src` and `dst` may not overlap in memory.
+/// left to the caller. For Open and Close `src` and `dst` may overlap in memory in any way, for Erode and
+/// Dilate not at all.
 ///
 /// The image-returning forms make a new image, of `rect`'s size if `useRectSize` is true and of `src`'s size
 /// if it is false, and write the region at element `rect.x * width + rect.y` of it too, by its own width.
@@ -41,7 +43,8 @@ namespace Zorvan::Ipp::Image {
 ///  - std::exception, "invalid length", if the mask or the work memory would be larger than 2 GiB;
 ///  - std::exception, "Morph border init error.", if memory runs out for the mask or the work memory, and for
 ///    the new image IppException -8 or std::exception, "Assign error in IppIMemory";
-///  - IppException -8 (ippStsNullPtrErr) for an image without a buffer.
+///  - IppException -8 (ippStsNullPtrErr) for an image without a buffer, -16 (ippStsStepErr) for a region that
+///    is wider than an image, which passes the test where `rect.x` is negative.
 template <class T>
 class ZORVAN_IPP_API IppIMorphology {
  public:

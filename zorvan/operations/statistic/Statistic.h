@@ -32,13 +32,15 @@ namespace Ipp::Image {
 /// The rectangle is applied to image and mask, each by its own width, and tested with the image, then the
 /// mask: see Rect. One that does not fit raises IppException 29 (ippStsWrongIntersectROI). Other failures of
 /// all functions, raised as IppException: -8 (ippStsNullPtrErr) for an image without a buffer, -6
-/// (ippStsSizeErr) for a region with a width or height below 1.
+/// (ippStsSizeErr) for a region with a width or height below 1; with a mask also -16 (ippStsStepErr) for a
+/// region wider than image or mask, which passes the test where `rect.x` is negative.
 template <class T>
 class ZORVAN_IPP_API Statistic {
  public:
   /// The smallest pixel of the region. A `float` region is not searched for NaN: one may be the result or be
   /// passed over, depending on where it lies and on the processor. Before AVX2 a region of nothing but
-  /// positive infinity gives the largest finite value.
+  /// positive infinity gives the largest finite value. The sign of a zero result is open where the region
+  /// holds zeros of both signs.
   static T Min(IppIMemory<T>& image, Rect rect);
 
   /// The largest pixel of the region. NaN as for Min. Before AVX2 a region of nothing but negative infinity
@@ -78,8 +80,8 @@ class ZORVAN_IPP_API Statistic {
   /// The extremes of the selected pixels and the first place of each, rows from the top and in a row from the
   /// left. A selected NaN leaves the result open.
   ///
-  /// Raises IppException 1 (ippStsNoOperation) if no pixel is selected. For `u16` it raises -59
-  /// (ippStsDataTypeErr) for every region that fits.
+  /// Raises IppException 1 (ippStsNoOperation) if no pixel is selected; with AVX2 and later a selected NaN
+  /// can raise it too. For `u16` it raises -59 (ippStsDataTypeErr) for every region that fits.
   static MinMaxIndex MinMaxIndexWithMask(IppIMemory<T>& image, IppIMemory<u8>& mask, Rect rect);
 
   /// Objects can be made, copied and moved, and hold nothing.
