@@ -16,10 +16,10 @@ namespace Zorvan::Ipp::Image {
 /// Subtract and Divide take away, and divide by, their *first* image.
 ///
 /// Every operation works on the region `rect`, which is applied to every image of the call, each by its own
-/// width: see Rect for where it starts. The last image named is the one that is written; it may be the same
-/// image as a source, but may not otherwise overlap one. A rectangle that does not fit an image raises
-/// IppException 29 (ippStsWrongIntersectROI) before anything is written; the images are tested in the order
-/// of the parameters.
+/// width: see Rect for where it starts. The last image named, masks aside, is the one that is written; it may
+/// be the same image as a source, but may not otherwise overlap one. A rectangle that does not fit an image
+/// raises IppException 29 (ippStsWrongIntersectROI) before anything is written; the images are tested in the
+/// order of the parameters, unless stated otherwise.
 ///
 /// Other failures, raised as IppException before anything is written: -8 (ippStsNullPtrErr) for an image
 /// without a buffer, -6 (ippStsSizeErr) for a region with a width or height below 1; of Divide, Square,
