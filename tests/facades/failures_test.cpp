@@ -207,10 +207,13 @@ TEST(Failures, WarningsRaiseTheirPositiveCodes) {
 TEST(Failures, TextsOfContainers) {
   Image<u16> words;
   IppIMemory<u8> empty;
+  double number = 1;
+  const IppIMemory<double> doubles = IppIMemory<double>::CreateContainer(&number, 1, 1);
   const IppIMemory<float> unallocated = IppIMemory<float>::CreateContainer(nullptr, 4, 3);
   EXPECT_EQ(plainTextOf([] { Initializer::Allocate<u8>(0, 5); }), "invalid image size");
   EXPECT_EQ(plainTextOf([&] { IppIMemory<u8> copy(empty); }), "invalid image size");
   EXPECT_EQ(plainTextOf([] { IppIMemory<double>(4, 3); }).rfind("Cannot allocate memory.\n", 0), 0U);
+  EXPECT_EQ(plainTextOf([&] { IppIMemory<double> copy(doubles); }).rfind("Cannot allocate memory.\n", 0), 0U);
   EXPECT_EQ(plainTextOf([&] { IppIMemory<u16> copy(words.image); }), "Assign error in IppIMemory");
   EXPECT_EQ(plainTextOf([&] { IppIMemory<float> copy(unallocated); }), "Assign error in IppIMemory");
   EXPECT_EQ(plainTextOf([&] {
