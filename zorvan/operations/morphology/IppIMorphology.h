@@ -28,8 +28,9 @@ namespace Zorvan::Ipp::Image {
 /// images, each by its own width. They raise IppException 29 (ippStsWrongIntersectROI) before anything is
 /// allocated if `rect.x + rect.width` exceeds the width or `rect.y + rect.height` the height of `src`, then
 /// of `dst`. The region starts at element `rect.x * width + rect.y`: see Rect for what that means and what is
-/// left to the caller. For Open and Close `src` and `dst` may overlap in memory in any way, for Erode and
-/// Dilate not at all.
+/// left to the caller. One that is wider than an image, which passes the test where `rect.x` is negative,
+/// raises -16 (ippStsStepErr). For Open and Close `src` and `dst` may overlap in memory in any way, for Erode
+/// and Dilate not at all.
 ///
 /// The image-returning forms make a new image, of `rect`'s size if `useRectSize` is true and of `src`'s size
 /// if it is false, and write the region at element `rect.x * width + rect.y` of it too, by its own width.
@@ -43,8 +44,7 @@ namespace Zorvan::Ipp::Image {
 ///  - std::exception, "invalid length", if the mask or the work memory would be larger than 2 GiB;
 ///  - std::exception, "Morph border init error.", if memory runs out for the mask or the work memory, and for
 ///    the new image IppException -8 or std::exception, "Assign error in IppIMemory";
-///  - IppException -8 (ippStsNullPtrErr) for an image without a buffer, -16 (ippStsStepErr) for a region that
-///    is wider than an image, which passes the test where `rect.x` is negative.
+///  - IppException -8 (ippStsNullPtrErr) for an image without a buffer.
 template <class T>
 class ZORVAN_IPP_API IppIMorphology {
  public:
