@@ -68,7 +68,8 @@ template <class T, class Use>
 void forEachLie(Use use) {
   Random random(options().seed);
   const bool full = options().level == Level::full;
-  for (int width = 1; width <= 140; width += full || width < 36 ? 1 : 7) {
+  const int apart = options().level == Level::few ? 13 : 1;
+  for (int width = 1; width <= 140; width += full || width < 36 ? apart : 7 * apart) {
     for (const int height : {1, 2, 3, 5}) {
       for (const int gap : {0, 1 + random.below(70)}) {
         const int shift = random.below(64 / int{sizeof(T)}) * int{sizeof(T)};
