@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "zorvan/operations/computervision/ComputerVisionMethods.h"
+
 namespace Zorvan::Primitives {
 namespace {
 
@@ -31,6 +33,17 @@ TEST(FloodFillPlan, TeethOnBothSidesNeedMoreThanTold) {
 
 TEST(FloodFillPlan, TheBoundIsFormedOn64Bits) {
   EXPECT_EQ(mostFillRecords({0x7FFFFFFE, 0x7FFFFFFF}), std::int64_t{0x7FFFFFFF} * 0x7FFFFFFF / 3);
+}
+
+TEST(FloodFillPlan, TheFacadesWorkMemoryHoldsTheBoundInEveryRegionThatItTakes) {
+  using Ipp::Image::ComputerVisions::workBytes;
+  for (const Size roi : {Size{1, 1}, Size{1001, 3}, Size{640, 480}, Size{99999999, 3}, Size{18918, 18918},
+                         Size{357913935, 1}, Size{1, 357913935}}) {
+    EXPECT_GE(workBytes(roi), fillBufferBytes(mostFillRecords(roi))) << roi.width << " x " << roi.height;
+    EXPECT_GE(workBytes(roi), toldFillBufferBytes(roi)) << roi.width << " x " << roi.height;
+  }
+  EXPECT_EQ(workBytes({18919, 18919}), -1);
+  EXPECT_EQ(workBytes({0, 1}), -1);
 }
 
 TEST(FloodFillPlan, SearchesByVectorsFromSixteenPixelsAhead) {

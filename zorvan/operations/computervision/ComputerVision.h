@@ -40,10 +40,8 @@ class ZORVAN_IPP_API ComputerVision {
   /// a seed outside the region; std::exception, "invalid length", for a region with a width or height
   /// below 1. Nothing is written then.
   ///
-  /// Each call allocates work memory of about 8 bytes per pixel of the region. It serves every image of up
-  /// to 2^28 pixels less one row. Larger regions get 6 bytes per pixel, which is too little for areas such
-  /// as a comb with teeth of one pixel on both sides. Regions of more than 357913935 pixels, whose 6 bytes
-  /// per pixel and 32 more exceed 31 bits, are refused: std::exception, "invalid length".
+  /// Each call allocates work memory of about 8 bytes per pixel of the region, which serves every image.
+  /// Regions of more than 357913935 pixels are refused: std::exception, "invalid length".
   template <class T>
   static ConnectionInfo FloodFill(IppIMemory<T>& image, Point seed, T value, Rect rect);
 
