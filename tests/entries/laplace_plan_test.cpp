@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace Zorvan::Primitives {
 namespace {
 
@@ -60,6 +63,41 @@ TEST(LaplacePlan, VectorsAtBothEndsNeedTheReachBetweenThem) {
   EXPECT_TRUE(laplaceSweepsIn(64, 34, 2, 2));
   EXPECT_FALSE(laplaceSweepsIn(32, 9, 2, 4));
   EXPECT_TRUE(laplaceSweepsIn(32, 10, 2, 4));
+}
+
+/// Marks the bytes of a row that a vector makes; false where its neighbours are not in the row.
+bool covers(std::vector<bool>& made, std::int64_t at, std::int64_t reach, std::int64_t vector) {
+  const auto end = static_cast<std::int64_t>(made.size());
+  if (at - reach < 0 || at + vector + reach > end) return false;
+  std::fill_n(made.begin() + at, vector, true);
+  return true;
+}
+
+TEST(LaplacePlan, VectorsInsideARowHaveTheirNeighboursInItAndLeaveNothingOut) {
+  for (const int vector : {16, 32, 64}) {
+    for (const int pixel : {1, 2, 4}) {
+      for (const int reachPixels : {1, 2}) {
+        const int reach = reachPixels * pixel;
+        for (int row = vector + reach; row <= 4 * vector; row += pixel) {
+          for (int head = 0; head < vector; head += head == 0 ? reach : pixel) {
+            SCOPED_TRACE(testing::Message() << "row of " << row << " bytes, reach " << reach << ", " << head
+                                            << " in front of the first vector of " << vector);
+            const LaplaceInside inside = planLaplaceInside(row, reach, head, vector);
+            std::vector<bool> made(static_cast<std::size_t>(row));
+            std::fill_n(made.begin(), vector, true);
+            std::fill_n(made.end() - vector, vector, true);
+            for (std::int64_t i = 0; i < inside.count; ++i) {
+              ASSERT_TRUE(covers(made, inside.first + i * vector, reach, vector));
+            }
+            if (inside.overlaps) {
+              ASSERT_TRUE(covers(made, row - vector - reach, reach, vector));
+            }
+            ASSERT_EQ(std::count(made.begin(), made.end(), false), 0);
+          }
+        }
+      }
+    }
+  }
 }
 
 TEST(LaplacePlan, BandsHaveMoreRowsTheShorterTheyAre) {

@@ -241,6 +241,26 @@ void largeRegions(const LaplaceEntry<T>& entry, int variant) {
   }
 }
 
+/// Large results whose rows have one vector and one and a half reaches, and begin a reach in front of a
+/// vector's boundary: between the vectors at their ends is room for no other one with its neighbours.
+template <class T>
+void largeRegionsOfShortRows(const LaplaceEntry<T>& entry, int variant) {
+  constexpr int e = sizeof(T), reach = 2;
+  Random random(options().seed + 3);
+  const bool full = options().level == Level::full;
+  for (const int vectorBytes : full ? std::vector{16, 32, 64} : std::vector{64}) {
+    const int width = vectorBytes / e + reach + 1;
+    const Size roi{width, (4 << 20) / (width * e) + 1};
+    LaplaceCase c = anyCase<T>(roi, 55, 1, random);
+    c.moreSrcBytes = 0;
+    c.srcPlacement = {Placement::Edge::front, 0};
+    c.moreDstBytes = -width * e & (vectorBytes - 1);
+    c.dstPlacement = {Placement::Edge::inside, vectorBytes - reach * e};
+    c.content = Content::random;
+    if (!agreeOn(entry, variant, c, anyValue<T>(random))) return;
+  }
+}
+
 /// A single pixel in a field of nothing gives the kernel itself.
 template <class T>
 void oneSet(const LaplaceEntry<T>& entry, int variant, T pixel, int mask, const std::vector<int>& expected) {
@@ -349,6 +369,7 @@ void registerLaplace(const char* name, LaplaceRoutine<T>* reference,
   add("SmallRegions", smallRegions);
   add("WideRegions", wideRegions);
   add("LargeRegions", largeRegions);
+  add("LargeRegionsOfShortRows", largeRegionsOfShortRows);
   add("KnownPictures", knownPictures);
   add("Refusals", refusals);
   add("ZeroStep", zeroStep);

@@ -77,6 +77,24 @@ constexpr bool laplaceSweepsIn(int vectorBytes, int width, int reach, int pixelB
   return bytes == vectorBytes || bytes >= vectorBytes + reach * pixelBytes;
 }
 
+/// The vectors between the one at a row's start and the one at its end, with their neighbours in the row.
+struct LaplaceInside {
+  std::int64_t first;  ///< where the first of them begins, in bytes
+  std::int64_t count;  ///< of those that follow one another
+  bool overlaps;       ///< whether one more, at the reach in front of the row's last, makes what is left
+};
+
+/// `headBytes` lie in front of the first vector, if not 0.
+constexpr LaplaceInside planLaplaceInside(std::int64_t rowBytes, std::int64_t reachBytes,
+                                          std::int64_t headBytes, std::int64_t vectorBytes) {
+  const std::int64_t first = headBytes != 0 ? headBytes : vectorBytes;
+  const std::int64_t last = rowBytes - vectorBytes, room = last - reachBytes - first;
+  const std::int64_t count = room < 0 ? 0 : room / vectorBytes + 1;
+  // Where there are none, the vector at the row's start has made more than lies in front of the first.
+  const std::int64_t made = count == 0 ? vectorBytes : first + count * vectorBytes;
+  return {first, count, made < last};
+}
+
 /// Rows of a band. What neighbouring rows share is made anew in each band, so it has more rows the shorter
 /// they are, while its lines stay in a near cache. Of long rows that are stored past the caches the 3 by 3
 /// kernel, with little to share, takes fewer: each is a place of its own that memory is written to.

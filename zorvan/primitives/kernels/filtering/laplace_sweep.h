@@ -123,6 +123,7 @@ struct LaplaceSweep {
   static void sweep(const LaplaceRegion<T>& region, std::int64_t head, Stores stores) {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
     const std::int64_t last = bytes - V::size;
+    const LaplaceInside inside = planLaplaceInside(bytes, reachBytes, head, V::size);
     const std::int64_t bandRows = laplaceBandRows(bytes, Filter::reach, Stores::streams);
     Band band;
     band.step = region.dst.step;
@@ -139,9 +140,10 @@ struct LaplaceSweep {
         continue;
       }
       band.walk(0, Ends<true, false>(region.ends), PlainStores<V>{});
-      std::int64_t at = head != 0 ? head : V::size;
-      for (; at + reachBytes <= last; at += V::size) band.walk(at, Inside{}, stores);
-      if (at < last) band.walk(last - reachBytes, Inside{}, PlainStores<V>{});
+      for (std::int64_t i = 0; i < inside.count; ++i) {
+        band.walk(inside.first + i * V::size, Inside{}, stores);
+      }
+      if (inside.overlaps) band.walk(last - reachBytes, Inside{}, PlainStores<V>{});
       band.walk(last, Ends<false, true>(region.ends), PlainStores<V>{});
     }
   }
