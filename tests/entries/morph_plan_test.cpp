@@ -116,6 +116,13 @@ TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
   EXPECT_FALSE(planStreaming(0, 1024, 1024, 64));
 }
 
+TEST(MorphBands, MindWhatAnyWordWithSidesInMemoryReads) {
+  for (const int kind : {1, 3, 5, 6}) EXPECT_FALSE(planReadsBeside(kind));
+  for (const int word : {0x11, 0x81, 240, 241, 0x101, 0x801, -15, -1, 1 - 0x200}) {
+    EXPECT_TRUE(planReadsBeside(word)) << word;
+  }
+}
+
 TEST(MorphBands, AreAsHighAsTheCacheHolds) {
   // 256 KiB hold 256 rows of 1 KiB, of which the mask reads two beside a band.
   EXPECT_EQ(planBands({1024, 2 * 254 - 1}, {3, 3}, 1024), 1);

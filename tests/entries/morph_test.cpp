@@ -252,6 +252,35 @@ void inPlace(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, MorphAdvS
   }
 }
 
+/// A result right below its source, whose rows below the region are then the first ones of the result, where
+/// the word says that they are in memory: they too are read before the result is begun.
+template <class T>
+void belowItsSource(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, MorphAdvSpec>* actual) {
+  constexpr Size roi{4092, 130};
+  constexpr int pitch = 4096, step = pitch * sizeof(T), reach = 2;
+  const MorphMaskCells mask = solidMask({2 * reach + 1, 2 * reach + 1});
+  int specBytes = 0, bufferBytes = 0;
+  MorphState<MorphAdvSpec, T>::sizes(roi, mask.size, &specBytes, &bufferBytes);
+  std::vector<u8> state(static_cast<std::size_t>(specBytes)), work(static_cast<std::size_t>(bufferBytes));
+  auto* const spec = reinterpret_cast<MorphAdvSpec*>(state.data());
+  MorphState<MorphAdvSpec, T>::fill(roi, mask.cells.data(), mask.size, spec, work.data());
+  std::vector<T> src(pitch * (2 * roi.height + 2 * reach)), expected = src;
+  fillPixels<T>(src.data(), src.size(), Content::runs, options().seed);
+  for (T& pixel : src) pixel = pixel != pixel ? T(0) : pixel;
+  constexpr std::ptrdiff_t first = pitch * reach + reach, below = first + pitch * roi.height;
+  // Of a negative word, bits 0 to 7 say what those of any other do.
+  for (const int word : {0x21, 0xF1 - 0x100, 0x26 - 0x100}) {
+    std::vector<T> image = src;
+    EXPECT_EQ(reference(&src[first], step, expected.data(), step, roi, word, T(9), spec, work.data()), 0);
+    EXPECT_EQ(actual(&image[first], step, &image[below], step, roi, word, T(9), spec, work.data()), 0);
+    for (int row = 0; row < roi.height; ++row) {
+      ASSERT_TRUE(
+          std::equal(&expected[row * pitch], &expected[row * pitch + roi.width], &image[below + row * pitch]))
+          << "word " << word << ", row " << row;
+    }
+  }
+}
+
 /// As many cells as the list holds, and one more: the same image by both ways.
 template <class T>
 void listedAndTabled(MorphRoutine<T, MorphSpec>* reference, MorphRoutine<T, MorphSpec>* actual) {
@@ -385,6 +414,7 @@ void registerMorph(const char* name, MorphRoutine<T, Spec>* reference,
   } else {
     add("_bands", onPair(bands<T>));
     add("_inPlace", inPlace<T>);
+    add("_belowItsSource", belowItsSource<T>);
   }
 }
 

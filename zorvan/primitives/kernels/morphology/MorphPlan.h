@@ -111,6 +111,10 @@ constexpr bool planBorderedSize(std::int64_t bytes, int pixelBytes, int vectorBy
   return bytes < kStreamFromBytes || pixelBytes == 1 || vectorBytes == 64;
 }
 
+/// Whether an operation may read beside its region. Any bit beyond the kind can say so: bits 4 to 7 in every
+/// entry, bits 8 to 11 in one of them; negative words are taken too.
+constexpr bool planReadsBeside(int borderWord) { return (borderWord & ~BorderWord::kindBits) != 0; }
+
 /// The rows between two passes may take this much, so that they stay in a second cache beside the rows that
 /// are read and written.
 constexpr std::int64_t kBetweenBytes = 256 << 10;

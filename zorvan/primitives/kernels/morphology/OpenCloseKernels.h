@@ -57,8 +57,8 @@ inline int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, 
   const Plane<T> result{dst, dstStep}, window{between, betweenStep};
   const Reach reach = Reach::ofMask(mask.size());
   // A result that takes the place of its source may not be begun before all of that has been read.
-  const bool readsBeside = borderType > BorderWord::kindBits;
-  const Footprint readPixels(source, roi, readsBeside ? reach : Reach{}), written(result, roi, Reach{});
+  const Footprint readPixels(source, roi, planReadsBeside(borderType) ? reach : Reach{});
+  const Footprint written(result, roi, Reach{});
   const int bands = readPixels.meets(written) ? 1 : planBands(roi, mask.size(), betweenStep);
 
   int made = 0, done = 0;  // rows of the image between and of the result
