@@ -7,12 +7,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "bench/families.h"
+#include "bench/support/Sizes.h"
 #include "bench/support/Suite.h"
 #include "zorvan/primitives/frame/Processor.h"
 #include "zorvan/primitives/frame/Variants.h"
@@ -20,9 +21,6 @@
 namespace Zorvan::Bench {
 
 namespace {
-
-constexpr Size allSizes[] = {{64, 64}, {640, 480}, {1920, 1080}, {4096, 4096}, {1921, 1081}};
-constexpr Size quickSizes[] = {{64, 64}, {640, 480}};
 
 // The plain loop and the limit stand in line, the library is called: an image of one pixel tells what the
 // call itself takes, which counts where the image is small.
@@ -36,14 +34,37 @@ constexpr const char* helpText =
     "zorvan_bench [options]\n"
     "  --variant=<name>|all   measure this variant, or every one that the processor supports\n"
     "                         (default: the one that the library selects for this processor)\n"
-    "  --quick                two sizes and a short time for each\n"
+    "  --sizes=<set>          usual: from 64x64 to 4096x4096 (the default)\n"
+    "                         quick: two of them\n"
+    "                         limits: pairs on both sides of each limit from which an operation takes\n"
+    "                         another path, with a short time for each; with --variant=all what a change of\n"
+    "                         a kernel is measured by\n"
+    "                         or sizes of your own: 1024x1000,1024x1048\n"
+    "  --quick                the quick sizes and a short time for each; with --sizes, that time for those\n"
     "  --benchmark_filter=<regex>, --benchmark_out=<file>, --benchmark_list_tests and the other options\n"
     "                         of the benchmark framework; names are <operation>/<pixels>/<size>/<variant>\n";
 
 struct Options {
   std::string variant;
+  std::string sizes;
   bool quick = false;
 };
+
+/// What follows `name` in an argument that begins with it.
+std::optional<std::string> valueOf(std::string_view argument, std::string_view name) {
+  if (!argument.starts_with(name)) return {};
+  return std::string(argument.substr(name.size()));
+}
+
+/// The words after the program's name, but for where the figures go.
+std::string commandLine(int argc, char** argv) {
+  std::string words = "./run bench";
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    if (!argument.starts_with("--benchmark_out")) words.append(" ").append(argument);
+  }
+  return words;
+}
 
 /// Takes our own options out of the command line.
 Options takeOptions(int& argc, char** argv) {
@@ -53,13 +74,16 @@ Options takeOptions(int& argc, char** argv) {
     const std::string_view argument = argv[i];
     if (argument == "--quick") {
       options.quick = true;
-    } else if (argument.starts_with("--variant=")) {
-      options.variant = argument.substr(std::string_view("--variant=").size());
+    } else if (const auto variant = valueOf(argument, "--variant=")) {
+      options.variant = *variant;
+    } else if (const auto sizes = valueOf(argument, "--sizes=")) {
+      options.sizes = *sizes;
     } else {
       argv[kept++] = argv[i];
     }
   }
   argc = kept;
+  if (options.sizes.empty()) options.sizes = options.quick ? "quick" : "usual";
   return options;
 }
 
@@ -136,23 +160,29 @@ void race(benchmark::State& state, const Operation& operation, Size size, int va
 }
 
 /// Calls on large images take milliseconds: the minimum needs time to be found.
-Effort effortFor(Size size, bool quick) {
-  if (quick) return {0.3, 6};
+Effort effortFor(Size size, const Options& options) {
+  if (options.sizes == "limits") return {0.1, 6};
+  if (options.quick) return {0.3, 6};
   const bool large = pixelsOf(size) > 4'000'000;
   return {large ? 6.0 : 2.0, 12};
 }
 
-int registerAll(const Suite& suite, const std::vector<int>& variants, bool quick) {
-  std::vector<Size> sizes;
-  if (quick) {
-    sizes.assign(std::begin(quickSizes), std::end(quickSizes));
-  } else {
-    sizes.assign(std::begin(allSizes), std::end(allSizes));
+std::vector<Size> sizesToMeasure(const std::string& wanted) {
+  const std::vector<Size> sizes = sizesNamed(wanted);
+  if (sizes.empty()) {
+    std::fprintf(stderr, "no sizes '%s'; there are: usual quick limits <width>x<height>,...\n",
+                 wanted.c_str());
+    std::exit(2);
   }
+  return sizes;
+}
+
+int registerAll(const Suite& suite, const std::vector<int>& variants, const Options& options) {
+  const std::vector<Size> sizes = sizesToMeasure(options.sizes);
   int count = 0;
   for (const Operation& operation : suite.operations()) {
     for (const Size size : sizes) {
-      const Effort effort = effortFor(size, quick);
+      const Effort effort = effortFor(size, options);
       for (const int variant : variants) {
         const std::string name = operation.name + "/" + operation.pixels + "/" + std::to_string(size.width) +
                                  "x" + std::to_string(size.height) + "/" + Primitives::variantNames[variant];
@@ -203,6 +233,7 @@ class Progress : public benchmark::BenchmarkReporter {
 };
 
 int run(int argc, char** argv) {
+  const std::string command = commandLine(argc, argv);
   const Options options = takeOptions(argc, argv);
   benchmark::Initialize(&argc, argv, [] { std::fputs(helpText, stdout); });
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
@@ -210,6 +241,7 @@ int run(int argc, char** argv) {
   pin();
   benchmark::AddCustomContext("processor", processorName());
   benchmark::AddCustomContext("compiler", __VERSION__);
+  benchmark::AddCustomContext("command", command);
   const std::vector<int> variants = variantsToMeasure(options.variant);
   Suite suite;
   addInitializer(suite);
@@ -219,7 +251,7 @@ int run(int argc, char** argv) {
   addStatistic(suite);
   addFiltering(suite);
   addComputerVision(suite);
-  Progress progress(registerAll(suite, variants, options.quick));
+  Progress progress(registerAll(suite, variants, options));
   const std::size_t matching = benchmark::RunSpecifiedBenchmarks(&progress);
   benchmark::Shutdown();
   if (matching == 0) return 2;

@@ -4,6 +4,8 @@
     report.py run.json                     tables on the terminal
     report.py run.json --svg FOLDER        one plot for each size
     report.py run.json --update PAGE.md    puts the tables between the marks of the page
+
+A run of several variants has tables and marks of its own, in which the variants stand side by side.
 """
 
 import argparse
@@ -25,7 +27,16 @@ NEAR_LIMIT = 1.05
 # Minima of the even and the odd rounds further apart than this: the machine was busy.
 NOISY = 0.05
 
-BEGIN, END = "<!-- tables begin -->", "<!-- tables end -->"
+# Sizes of one width whose pixels differ by less than this are the two sides of a limit, on which a pixel takes
+# up to so much longer because the memory does.
+NEIGHBOURS = 1.1
+CLIFF = 1.15
+
+# A variant that takes longer than this beside an older one is behind it.
+BEHIND = 1.1
+
+MARKS = "<!-- tables begin -->", "<!-- tables end -->"
+VARIANT_MARKS = "<!-- variants begin -->", "<!-- variants end -->"
 
 Contest = collections.namedtuple(
     "Contest", "operation pixels size variant ns call_ns to_limit to_plain others limit_loop limit_noise noise")
@@ -100,16 +111,57 @@ def size_rows(contests):
 
 
 def variant_rows(contests, variants):
-    """Times of all variants side by side; those slower than the next lower one are marked."""
+    """Time over the limit of all variants side by side, and the lowest limit that was found."""
+    yield ("operation", "pixels", "limit ns", *variants)
+    for (operation, pixels), row in grouped(contests, "operation", "pixels").items():
+        limit = min(c.ns / c.to_limit for c in row)
+        times = {c.variant: c.ns for c in row}
+        yield (operation, pixels, f"{limit:.0f}",
+               *(f"{times[variant] / limit:.2f}" if variant in times else "" for variant in variants))
+
+
+def pixels_of(size):
+    width, height = map(int, size.split("x"))
+    return width * height
+
+
+def size_pairs(contests):
+    """The sizes on both sides of a limit: of one width, a little apart."""
+    sizes = sorted({c.size for c in contests}, key=pixels_of)
+    return [(below, above) for below in sizes for above in sizes
+            if below.split("x")[0] == above.split("x")[0]
+            and 1 < pixels_of(above) / pixels_of(below) < NEIGHBOURS]
+
+
+def limit_rows(contests, variants, below, above):
+    """Time per pixel above a limit over that below it."""
     yield ("operation", "pixels", *variants)
     for (operation, pixels), row in grouped(contests, "operation", "pixels").items():
-        times = {c.variant: c.ns for c in row}
-        cells, lower = [], math.inf
+        per_pixel = {(c.variant, c.size): c.ns / pixels_of(c.size) for c in row}
+        cells = []
         for variant in variants:
-            ns = times.get(variant)
-            cells.append("" if ns is None else f"{ns:.0f}" + (" slower" if ns > lower * TOLERANCE else ""))
-            lower = lower if ns is None else ns
+            both = [per_pixel.get((variant, size)) for size in (below, above)]
+            cells.append("" if None in both else f"{both[1] / both[0]:.2f}")
         yield (operation, pixels, *cells)
+
+
+def has_cliff(row):
+    return any(cell and float(cell) > CLIFF for cell in row[2:])
+
+
+def behind_rows(contests, variants):
+    """Variants slower than an older one, the worst first."""
+    found = []
+    for row in grouped(contests, "operation", "pixels", "size").values():
+        older = None
+        for c in sorted(row, key=lambda c: variants.index(c.variant)):
+            if older and c.ns > BEHIND * older.ns:
+                found.append((c.ns / older.ns, c, older))
+            if older is None or c.ns < older.ns:
+                older = c
+    yield ("operation", "pixels", "size", "variant", "behind", "by")
+    for ratio, c, older in sorted(found, key=lambda entry: -entry[0]):
+        yield (c.operation, c.pixels, c.size, c.variant, older.variant, f"{ratio:.2f}")
 
 
 def text_table(rows):
@@ -130,28 +182,46 @@ def markdown_table(rows):
         yield "| " + " | ".join(row) + " |"
 
 
+def variants_of(contests):
+    return list(dict.fromkeys(c.variant for c in contests))
+
+
+def one_variant(contests):
+    for (variant, size), of_size in grouped(contests, "variant", "size").items():
+        yield f"{size}, {variant}", size_rows(of_size)
+
+
+def several_variants(contests):
+    variants = variants_of(contests)
+    for (size,), of_size in grouped(contests, "size").items():
+        yield f"{size}, time over the limit", variant_rows(of_size, variants)
+    pairs = size_pairs(contests)
+    for below, above in pairs:
+        yield (f"Time per pixel of {above} over that of {below}, where some variant is above {CLIFF}",
+               (row for i, row in enumerate(limit_rows(contests, variants, below, above))
+                if i == 0 or has_cliff(row)))
+    yield f"More than {BEHIND - 1:.0%} behind an older variant", behind_rows(contests, variants)
+
+
 def report(context, contests, failures, table, heading):
     yield (f"Processor: {context.get('processor', '?')}; compiler: {context.get('compiler', '?')}; "
-           f"{context['date'][:10]}.")
+           f"{context['date'][:10]}; `{context.get('command', './run bench')}`.")
     if "skipped_variants" in context:
         yield f"Skipped, not supported by this processor: {context['skipped_variants']}."
-    variants = list(dict.fromkeys(c.variant for c in contests))
-    for (variant, size), of_size in grouped(contests, "variant", "size").items():
+    sections = several_variants if len(variants_of(contests)) > 1 else one_variant
+    for title, rows in sections(contests):
+        rows = list(rows)
         yield ""
-        yield heading(f"{size}, {variant}")
+        yield heading(title)
         yield ""
-        yield from table(size_rows(of_size))
-    if len(variants) > 1:
-        for (size,), of_size in grouped(contests, "size").items():
-            yield ""
-            yield heading(f"{size}, ns of each variant")
-            yield ""
-            yield from table(variant_rows(of_size, variants))
+        yield from table(rows) if len(rows) > 1 else ["None."]
     yield ""
-    yield (f"{len(contests)} contests: {sum(map(loses_to_plain, contests))} slower than the plain loop "
-           f"({sum(map(loses_by_the_call, contests))} of them by the call), "
-           f"{sum(map(misses_others, contests))} behind what others reach, "
-           f"{sum(c.limit_noise > NOISY for c in contests)} with a noisy limit, {len(failures)} failed.")
+    counts = [f"{sum(c.limit_noise > NOISY for c in contests)} with a noisy limit", f"{len(failures)} failed"]
+    if sections is one_variant:
+        counts[:0] = [f"{sum(map(loses_to_plain, contests))} slower than the plain loop "
+                      f"({sum(map(loses_by_the_call, contests))} of them by the call)",
+                      f"{sum(map(misses_others, contests))} behind what others reach"]
+    yield f"{len(contests)} contests: {', '.join(counts)}."
     for failure in failures:
         yield f"FAILED {failure}"
 
@@ -199,29 +269,33 @@ def write_plots(contests, folder):
         print(f"plot: {path}")
 
 
-def update_page(page, lines):
+def update_page(page, marks, lines):
+    begin, end = marks
     text = page.read_text(encoding="utf-8")
-    if BEGIN not in text or END not in text:
-        sys.exit(f"{page} lacks the lines '{BEGIN}' and '{END}' between which the tables go")
-    before, after = text.split(BEGIN)[0], text.split(END)[1]
-    page.write_text("\n".join([before + BEGIN, "", *lines, "", END + after]), encoding="utf-8")
+    if begin not in text or end not in text:
+        sys.exit(f"{page} lacks the lines '{begin}' and '{end}' between which the tables go")
+    before, after = text.split(begin)[0], text.split(end)[1]
+    page.write_text("\n".join([before + begin, "", *lines, "", end + after]), encoding="utf-8")
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("run", type=pathlib.Path, help="what zorvan_bench wrote with --benchmark_out")
+    parser.add_argument("runs", type=pathlib.Path, nargs="+", metavar="run.json",
+                        help="what zorvan_bench wrote with --benchmark_out; of several, the first's machine")
     parser.add_argument("--svg", type=pathlib.Path, metavar="FOLDER")
     parser.add_argument("--update", type=pathlib.Path, metavar="PAGE")
     arguments = parser.parse_args()
-    context, contests, failures = read_run(arguments.run, read_others())
+    runs = [read_run(path, read_others()) for path in arguments.runs]
+    context = runs[0][0]
+    contests, failures = ([entry for run in runs for entry in run[i]] for i in (1, 2))
     if not contests and not failures:
         sys.exit("the run holds no measurement: does the filter match a name?")
     print("\n".join(report(context, contests, failures, text_table, lambda text: text)))
     if arguments.svg:
         write_plots(contests, arguments.svg)
     if arguments.update:
-        update_page(arguments.update,
+        update_page(arguments.update, VARIANT_MARKS if len(variants_of(contests)) > 1 else MARKS,
                     report(context, contests, failures, markdown_table, lambda text: f"### {text}"))
 
 

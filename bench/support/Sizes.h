@@ -1,0 +1,52 @@
+#pragma once
+
+#include <charconv>
+#include <string_view>
+#include <vector>
+
+#include "zorvan/foundation/Geometry.h"
+
+namespace Zorvan::Bench {
+
+inline const std::vector<Size> usualSizes = {{64, 64}, {640, 480}, {1920, 1080}, {4096, 4096}, {1921, 1081}};
+inline const std::vector<Size> quickSizes = {{64, 64}, {640, 480}};
+
+/// Pairs on both sides of the limits in bytes from which operations take another path, 5 % apart. Which limit
+/// a pair straddles depends on the pixels.
+inline const std::vector<Size> limitSizes = {
+    {256, 340},   {256, 356},    // 0x2AAA blocks of 8 floats
+    {512, 400},   {512, 420},    // 1 MiB in an image of floats and one of bytes
+    {512, 500},   {512, 524},    // 1 MiB of floats, 512 KiB of 16-bit pixels
+    {1024, 750},  {1024, 786},   // 6 MiB in two images of floats
+    {1024, 1000}, {1024, 1048},  // 1 MiB of bytes, 4 MiB of floats
+    {1536, 1000}, {1536, 1048},  // 3 MiB in two images of bytes, 6 MiB of floats
+    {2048, 1500}, {2048, 1572},  // 6 MiB of 16-bit pixels, 24 MiB in two images of floats
+    {2048, 2000}, {2048, 2096},  // 4 MiB of bytes
+    {3072, 2000}, {3072, 2096},  // 6 MiB of bytes
+    {4096, 3000}, {4096, 3144},  // 24 MiB in two images of bytes
+};
+
+/// The sizes of a set or of a list such as 640x480,64x64; none for a mistake.
+inline std::vector<Size> sizesNamed(std::string_view text) {
+  if (text == "usual") return usualSizes;
+  if (text == "quick") return quickSizes;
+  if (text == "limits") return limitSizes;
+  std::vector<Size> sizes;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  const auto number = [&](int& value) {
+    const auto [next, error] = std::from_chars(at, end, value);
+    at = next;
+    return error == std::errc() && value > 0;
+  };
+  const auto sign = [&](char wanted) { return at != end && *at++ == wanted; };
+  for (;;) {
+    Size size{};
+    if (!number(size.width) || !sign('x') || !number(size.height)) return {};
+    sizes.push_back(size);
+    if (at == end) return sizes;
+    if (!sign(',')) return {};
+  }
+}
+
+}  // namespace Zorvan::Bench
