@@ -87,14 +87,6 @@ TEST(MorphBordered, TakesBordersThatFollowFromTheEdge) {
   EXPECT_TRUE(planBordered({3, 3}, BorderKind::none, true, 3));
 }
 
-TEST(MorphBordered, LeavesLargeFloatsToTheRingWhereVectorsAreHalfALine) {
-  EXPECT_TRUE(planBorderedSize(kStreamFromBytes - 1, 4, 32));
-  EXPECT_FALSE(planBorderedSize(kStreamFromBytes, 4, 32));
-  EXPECT_FALSE(planBorderedSize(kStreamFromBytes, 4, 16));
-  EXPECT_TRUE(planBorderedSize(kStreamFromBytes, 4, 64));
-  EXPECT_TRUE(planBorderedSize(kStreamFromBytes, 1, 16));
-}
-
 TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
   EXPECT_EQ(planStripColumns(65536, 4, 1), 65536);  // 64 KiB each
   EXPECT_EQ(planStripColumns(65537, 4, 1), 65536);
@@ -107,13 +99,13 @@ TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
 
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
   EXPECT_EQ(resultBytes({1024, 1024}, 4), kStreamFromBytes);
-  EXPECT_FALSE(planStreaming(kStreamFromBytes - 1, 1024, 1024, 64));
-  EXPECT_TRUE(planStreaming(kStreamFromBytes, 1024, 1024, 64));
-  EXPECT_TRUE(planStreaming(kStreamFromBytes + 1, 1024, 4096, 64));
-  EXPECT_FALSE(planStreaming(kStreamFromBytes, 1024, 1025, 64));
-  EXPECT_FALSE(planStreaming(kStreamFromBytes, 127, 128, 64));
-  EXPECT_TRUE(planStreaming(kStreamFromBytes, 128, 128, 64));
-  EXPECT_FALSE(planStreaming(0, 1024, 1024, 64));
+  EXPECT_FALSE(planStreaming(kStreamFromBytes - 1, 1024, 1024));
+  EXPECT_TRUE(planStreaming(kStreamFromBytes, 1024, 1024));
+  EXPECT_TRUE(planStreaming(kStreamFromBytes + 1, 1024, 4096));
+  EXPECT_FALSE(planStreaming(kStreamFromBytes, 1024, 1025));
+  EXPECT_FALSE(planStreaming(kStreamFromBytes, 127, 128));
+  EXPECT_TRUE(planStreaming(kStreamFromBytes, 128, 128));
+  EXPECT_FALSE(planStreaming(0, 1024, 1024));
 }
 
 TEST(MorphBands, MindWhatAnyWordWithSidesInMemoryReads) {

@@ -198,7 +198,7 @@ void streams(const Pair<T, Spec>& pair) {
   constexpr int e = sizeof(T), shifts[] = {0, 4, 60};
   Random random(options().seed);
   const Size roi{70016 / e, 61};
-  EXPECT_TRUE(planStreaming(resultBytes(roi, e), 70016, 70016, 64));
+  EXPECT_TRUE(planStreaming(resultBytes(roi, e), 70016, 70016));
   for (int turn = turns(0, 1, 4); turn > 0; --turn) {
     MorphCase c = drawCase(random, solidMask({3, 3}), roi);
     c.placement = {Placement::Edge::inside, random.oneOf(shifts)};

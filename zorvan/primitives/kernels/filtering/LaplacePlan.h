@@ -108,12 +108,17 @@ constexpr std::int64_t laplaceBandRows(std::int64_t rowBytes, int reach, bool st
 /// Results from this size on would only push out of the caches what they are made from.
 constexpr std::int64_t streamFromBytes = 4 << 20;
 
-/// Whether a region is stored past the caches: a large one whose rows lie alike in vectors, with `headBytes`
-/// in front of the first of these. A vector that is not at the row's end needs its neighbours there.
+/// Vectors that may be stored past the caches are whole lines. The few buffers in which such stores gather do
+/// not hold the parts of lines of a band's rows until they are whole.
+constexpr int streamedVectorBytes = 64;
+
+/// Whether a region is stored past the caches, in such vectors: a large one whose rows lie alike in them,
+/// with `headBytes` in front of the first. A vector that is not at the row's end needs its neighbours there.
 constexpr bool planLaplaceStreaming(Size roi, int pixelBytes, std::int64_t dstStep, std::int64_t headBytes,
-                                    int reach, int vectorBytes) {
-  return std::int64_t{roi.width} * roi.height * pixelBytes >= streamFromBytes && dstStep % vectorBytes == 0 &&
-         headBytes % pixelBytes == 0 && (headBytes == 0 || headBytes >= reach * pixelBytes);
+                                    int reach) {
+  return std::int64_t{roi.width} * roi.height * pixelBytes >= streamFromBytes &&
+         dstStep % streamedVectorBytes == 0 && headBytes % pixelBytes == 0 &&
+         (headBytes == 0 || headBytes >= reach * pixelBytes);
 }
 
 }  // namespace

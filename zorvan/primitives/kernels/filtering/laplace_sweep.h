@@ -75,13 +75,14 @@ struct LaplaceSweep {
   static constexpr std::int64_t reachBytes = Filter::reach * sizeof(T);
 
   static void run(const LaplaceRegion<T>& region) {
-    const std::int64_t head = bytesToBoundary(region.dst.pixels, V::size);
-    if (planLaplaceStreaming(region.size, sizeof(T), region.dst.step, head, Filter::reach, V::size)) {
-      sweep(region, head, StreamingStores<V>{});
-      fenceStores();
-    } else {
-      sweep(region, 0, PlainStores<V>{});
+    if constexpr (V::size == streamedVectorBytes) {
+      const std::int64_t head = bytesToBoundary(region.dst.pixels, V::size);
+      if (planLaplaceStreaming(region.size, sizeof(T), region.dst.step, head, Filter::reach)) {
+        sweep(region, head, StreamingStores<V>{});
+        return fenceStores();
+      }
     }
+    sweep(region, 0, PlainStores<V>{});
   }
 
  private:

@@ -203,8 +203,7 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   if constexpr (least <= kLargestBordered) {
     using Lanes = typename MorphPolicy<V>::template Lanes<T>;
     if (mask.has(MorphSpec::allSet) &&
-        planBordered(maskSize, word.kind(), word.has(BorderWord::allInMemory), least) &&
-        planBorderedSize(streamedBytes, sizeof(T), Lanes::count * sizeof(T))) {
+        planBordered(maskSize, word.kind(), word.has(BorderWord::allInMemory), least)) {
       computeBordered<Operation, Lanes, least>({src, srcStep}, {dst, dstStep}, roi, maskSize, word, value,
                                                work);
       return ippStsNoErr;

@@ -97,18 +97,15 @@ constexpr std::int64_t resultBytes(Size roi, int pixelBytes) {
 /// Results from this size on would only push out of the caches what they are made from.
 constexpr std::int64_t kStreamFromBytes = 4 << 20;
 
-/// Whether a part's rows of results are stored past the caches: in a large result, if the rows lie alike in
-/// their blocks and have at least two blocks each.
-constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep,
-                             int blockBytes) {
-  return bytes >= kStreamFromBytes && dstStep % blockBytes == 0 && rowBytes >= 2 * blockBytes;
-}
+/// Blocks that may be stored past the caches are whole lines. The few buffers in which such stores gather do
+/// not hold the parts of lines of several rows at a time until they are whole.
+constexpr int kStreamedBlockBytes = 64;
 
-/// Whether a result of that size is made in registers and not by the ring. Large float ones are not by
-/// vectors shorter than a line of the cache: several rows of the result at a time are too many half lines on
-/// their way to memory.
-constexpr bool planBorderedSize(std::int64_t bytes, int pixelBytes, int vectorBytes) {
-  return bytes < kStreamFromBytes || pixelBytes == 1 || vectorBytes == 64;
+/// Whether a part's rows of results are stored past the caches, in such blocks: in a large result, if the
+/// rows lie alike in their blocks and have at least two each.
+constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep) {
+  return bytes >= kStreamFromBytes && dstStep % kStreamedBlockBytes == 0 &&
+         rowBytes >= 2 * kStreamedBlockBytes;
 }
 
 /// Whether an operation may read beside its region. Any bit beyond the kind can say so: bits 4 to 7 in every

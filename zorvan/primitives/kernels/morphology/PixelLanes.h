@@ -64,7 +64,6 @@ struct ByteLanes16 {
   static ByteLanes16 load(const Pixel* p, Some lanes) { return {loadLowBytes(p, lanes.bytes)}; }
   void store(Pixel* p, All = {}) const { Vector16{bits}.store(p); }
   void store(Pixel* p, Some lanes) const { storeLowBytes(Vector16{bits}, p, lanes.bytes); }
-  void stream(Pixel* p) const { Vector16{bits}.stream(p); }
 
   static ByteLanes16 broadcast(Pixel value) { return {Vector16::broadcast(value).bits}; }
   static ByteLanes16 largest(ByteLanes16 a, ByteLanes16 b) { return {_mm_max_epu8(a.bits, b.bits)}; }
@@ -119,7 +118,6 @@ struct FloatLanes16 {
   }
   void store(Pixel* p, All = {}) const { _mm_storeu_ps(p, bits); }
   void store(Pixel* p, Some lanes) const { storeLowBytes(Vector16{_mm_castps_si128(bits)}, p, lanes.bytes); }
-  void stream(Pixel* p) const { _mm_stream_ps(p, bits); }
 
   static FloatLanes16 broadcast(Pixel value) { return {_mm_set1_ps(value)}; }
   static FloatLanes16 largest(FloatLanes16 a, FloatLanes16 b) { return {_mm_max_ps(a.bits, b.bits)}; }
@@ -178,7 +176,6 @@ struct FloatLanes32 {
     low.store(p);
     FloatLanes16{_mm256_extractf128_ps(bits, 1)}.store(p + 4, SomeBytes{lanes.bytes - 16});
   }
-  void stream(Pixel* p) const { _mm256_stream_ps(p, bits); }
 
   static FloatLanes32 broadcast(Pixel value) { return {_mm256_set1_ps(value)}; }
   static FloatLanes32 largest(FloatLanes32 a, FloatLanes32 b) { return {_mm256_max_ps(a.bits, b.bits)}; }
@@ -226,7 +223,6 @@ struct ByteLanes32 {
     low.store(p);
     storeLowBytes(Vector16{_mm256_extracti128_si256(bits, 1)}, p + 16, lanes.bytes - 16);
   }
-  void stream(Pixel* p) const { Vector32{bits}.stream(p); }
 
   static ByteLanes32 broadcast(Pixel value) { return {Vector32::broadcast(value).bits}; }
   static ByteLanes32 largest(ByteLanes32 a, ByteLanes32 b) { return {_mm256_max_epu8(a.bits, b.bits)}; }

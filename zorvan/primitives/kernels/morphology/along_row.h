@@ -31,22 +31,37 @@ struct MorphWork {
   std::int64_t resultBytes;
 };
 
-/// Stores of a result: past the caches where the plan says so. Those take blocks on their own boundaries; a
-/// row begins with the `head` pixels in front of the first.
-template <class Lanes>
+/// Stores of a result, into the caches.
+template <class Lanes, bool areLines = Lanes::areLines>
 struct ResultStores {
   using Pixel = typename Lanes::Pixel;
-  static constexpr int blockBytes = Lanes::count * static_cast<int>(sizeof(Pixel));
+  static constexpr std::int64_t head = 0;
+
+  ResultStores() = default;
+  ResultStores(Plane<Pixel>, Size, MorphWork) {}
+
+  template <class Which>
+  void store(Lanes result, Pixel* at, Which lanes) const {
+    result.store(at, lanes);
+  }
+  void finish() const {}
+};
+
+/// In blocks that are whole lines also past the caches, where the plan says so. Those take blocks on their
+/// own boundaries; a row begins with the `head` pixels in front of the first.
+template <class Lanes>
+struct ResultStores<Lanes, true> {
+  using Pixel = typename Lanes::Pixel;
+  static_assert(Lanes::count * sizeof(Pixel) == kStreamedBlockBytes);
   bool streaming = false;
   std::int64_t head = 0;
 
   ResultStores() = default;
   ResultStores(Plane<Pixel> dst, Size roi, MorphWork work) {
-    const std::int64_t headBytes = bytesToBoundary(dst.pixels, blockBytes);
-    head = headBytes / std::int64_t{sizeof(Pixel)};
-    streaming =
-        headBytes % std::int64_t{sizeof(Pixel)} == 0 &&
-        planStreaming(work.resultBytes, roi.width * std::int64_t{sizeof(Pixel)}, dst.step, blockBytes);
+    const std::int64_t headBytes = bytesToBoundary(dst.pixels, kStreamedBlockBytes);
+    streaming = headBytes % std::int64_t{sizeof(Pixel)} == 0 &&
+                planStreaming(work.resultBytes, roi.width * std::int64_t{sizeof(Pixel)}, dst.step);
+    if (streaming) head = headBytes / std::int64_t{sizeof(Pixel)};
   }
 
   void store(Lanes result, Pixel* at, All) const {

@@ -245,7 +245,7 @@ inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
   const std::int64_t columns = region.roi.width;
   constexpr int readRows = height - 1 + rowsAtOnce<Lanes, height>;
   const std::int64_t strip = planStripColumns(region.roi.width, readRows, sizeof(typename Lanes::Pixel));
-  std::int64_t begin = 0, stop = stores.streaming && stores.head != 0 ? stores.head : strip;
+  std::int64_t begin = 0, stop = stores.head != 0 ? stores.head : strip;
   for (; begin < columns; begin = stop, stop += strip) {
     if (stop > columns) stop = columns;
     borderedStrip<Operation, Lanes, width, height>(region, dst, begin, stop, stores);

@@ -59,7 +59,7 @@ inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lan
 
   std::int64_t column = 0;
   if (width >= 3 * Lanes::count) {
-    const std::int64_t head = bytesToBoundary(dst.pixels, ResultStores<Lanes>::blockBytes);
+    const std::int64_t head = bytesToBoundary(dst.pixels, Lanes::count * sizeof(Pixel));
     if (head % std::int64_t{sizeof(Pixel)} == 0 && head != 0) {
       direct(0, All{});
       column = head / std::int64_t{sizeof(Pixel)};

@@ -107,7 +107,7 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
   using Pixel = typename Lanes::Pixel;
   const std::int64_t places = mask.height - 1;
   const std::int64_t wholeColumns = ring.step / std::int64_t{sizeof(Pixel)} - Lanes::count;
-  const std::int64_t head = stores.streaming ? stores.head : 0;
+  const std::int64_t head = stores.head;
   ColumnPass<Operation, Lanes, height> columns{ring, places};
 
   /// `block(column, lanes, ringLanes)`
