@@ -66,6 +66,12 @@ def read_run(path, others):
     return run["context"], contests, failures
 
 
+def fastest(contests):
+    """Of what several runs measured, the least disturbed."""
+    fields = ("operation", "pixels", "size", "variant")
+    return [min(same, key=lambda c: c.ns) for same in grouped(contests, *fields).values()]
+
+
 def loses_to_plain(contest):
     return contest.to_plain > TOLERANCE
 
@@ -288,7 +294,8 @@ def main():
     arguments = parser.parse_args()
     runs = [read_run(path, read_others()) for path in arguments.runs]
     context = runs[0][0]
-    contests, failures = ([entry for run in runs for entry in run[i]] for i in (1, 2))
+    contests = fastest([contest for run in runs for contest in run[1]])
+    failures = [failure for run in runs for failure in run[2]]
     if not contests and not failures:
         sys.exit("the run holds no measurement: does the filter match a name?")
     print("\n".join(report(context, contests, failures, text_table, lambda text: text)))
