@@ -1,0 +1,17 @@
+# gdb loads <file of a library>-gdb.py by itself: from beside the file, if the folder is one that the user
+# allows, and for the libraries of the system from a folder of gdb's own, which needs no permission. It looks
+# there only if nothing lies beside the library.
+
+set(zorvan_gdb_script ${PROJECT_SOURCE_DIR}/zorvan/debugger/gdb.py)
+file(GENERATE OUTPUT $<TARGET_FILE:zorvan_ipp>-gdb.py INPUT ${zorvan_gdb_script})
+
+if(ZORVAN_IPP_INSTALL)
+  # The prefix is known when the library is installed, and not before.
+  install(CODE "
+    set(folder \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}\")
+    if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")
+      string(PREPEND folder \"/usr/share/gdb/auto-load\")
+    endif()
+    file(INSTALL \"${zorvan_gdb_script}\" DESTINATION \"\${folder}\" TYPE FILE
+      RENAME \"$<TARGET_FILE_NAME:zorvan_ipp>-gdb.py\")")
+endif()

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Passes if an installation under /usr, staged in a folder, has its script for gdb where gdb looks for the
+# scripts of the system's libraries, and nowhere else.
+# usage: system_prefix.sh cmake build libdir stage
+set -euo pipefail
+cmake=$1 build=$2 libdir=$3 stage=$4
+
+rm -rf "$stage"
+DESTDIR=$stage "$cmake" --install "$build" --prefix /usr >/dev/null
+library=$(realpath "$stage/usr/$libdir/libzorvan_ipp.so")
+expected=usr/share/gdb/auto-load/usr/$libdir/$(basename "$library")-gdb.py
+found=$(cd "$stage" && find . -name '*-gdb.py' -printf '%P\n')
+echo "found $found"
+[ "$found" = "$expected" ]
