@@ -1,0 +1,47 @@
+// Flat-field division, with its warning
+//
+// A picture is divided by one of an empty white sheet, which takes uneven light
+// out. Dead pixels of the sheet are zero, and a zero divisor raises the status
+// 2 after all pixels have been written: a warning, told from errors by its
+// code. The pixels that it is about are then replaced.
+
+#include <cstdio>
+
+#include "Recipe.h"
+#include "StatusCode.h"
+
+using namespace Recipes;
+
+int main() {
+  IppIMemory<u8> scene = coinMask();
+  Initializer::FillWithMask<u8>(scene, scene, 200, scene.SizeToRoi());
+  IppIArithmetic<u8>::AddC(scene, 40, scene.SizeToRoi());
+
+  // The light: brighter in the upper left, and five dead pixels.
+  IppIMemory<u8> sheet(scene.size()), picture(scene.size());
+  for (int i = 0; i < sheet.width() * sheet.height(); ++i) {
+    const int light = 250 - i % sheet.width() / 2 - i / sheet.width() / 3;
+    sheet.buffer()[i] = static_cast<u8>(i % 8000 == 4000 ? 0 : light);
+    picture.buffer()[i] =
+        static_cast<u8>(scene.buffer()[i] * sheet.buffer()[i] / 255);
+  }
+
+  const Rect whole = picture.SizeToRoi();
+  IppIMemory<float> divisors = toFloat(sheet), flat = toFloat(picture), white;
+  makeConstant(white, picture, 255.0f);
+  IppIArithmetic<float>::Multiply(white, flat, whole);
+  try {
+    // The second image is divided by the first, in place.
+    IppIArithmetic<float>::Divide(divisors, flat, whole);
+  } catch (const Zorvan::Ipp::IppException& raised) {
+    constexpr int divideByZero = Zorvan::Ipp::ippStsDivByZero;
+    if (Examples::codeOf(raised) != divideByZero) throw;
+    std::printf("warning: %s\n", raised.what());
+    IppIMemory<u8> dead(picture.size());
+    Comparer<float>::Compare(divisors, dead, whole, 0, Zorvan::eEqual);
+    Initializer::FillWithMask<float>(flat, dead, 0, whole);
+  }
+
+  writePng("before.png", picture);
+  writePng("after.png", toBytes(flat));
+}

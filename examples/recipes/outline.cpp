@@ -1,0 +1,22 @@
+// Outline
+//
+// The brightest pixel of each neighbourhood less the darkest one: what is even
+// becomes black, and every edge a bright line.
+
+#include "Recipe.h"
+
+using namespace Recipes;
+
+int main() {
+  IppIMemory<u8> picture = coinPicture();
+  const Rect whole = picture.SizeToRoi();
+
+  IppIMemory<u8> darkest(picture.size()), outline(picture.size());
+  IppIMorphology<u8>::Erode(picture, darkest, whole, {3, 3});
+  IppIMorphology<u8>::Dilate(picture, outline, whole, {3, 3});
+  // The first image is taken from the second, in place.
+  IppIArithmetic<u8>::Subtract(darkest, outline, whole);
+
+  writePng("before.png", picture);
+  writePng("after.png", outline);
+}

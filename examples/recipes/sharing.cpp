@@ -1,0 +1,38 @@
+// Images that share memory, and images that do not
+//
+// Assignment shares the pixels, copy construction copies them, and a wrapped
+// image uses memory that it does not keep alive. A bar is drawn through one
+// image of each kind, and looked for in the first.
+
+#include <cstdio>
+
+#include "Recipe.h"
+
+using namespace Recipes;
+
+void drawBar(IppIMemory<u8>& picture, int row, u8 grey) {
+  const Area bar{0, row, picture.width(), 8};
+  IppIMemory<u8> view = viewOf(picture, bar);
+  Initializer::Fill<u8>(view, grey, rectOfView(bar));
+}
+
+int main() {
+  IppIMemory<u8> picture = coinPicture();
+  const IppIMemory<u8> before = picture;  // a copy
+
+  IppIMemory<u8> shared;
+  shared = picture;                 // the same pixels
+  IppIMemory<u8> copied = picture;  // pixels of its own
+  auto wrapped =
+      IppIMemory<u8>::CreateContainer(picture.buffer().get(), picture.size());
+
+  drawBar(shared, 20, 255);
+  drawBar(copied, 70, 0);
+  drawBar(wrapped, 120, 0);
+
+  std::printf("through assignment:        %d\n", picture.buffer()[20 * 240]);
+  std::printf("through copy construction: %d\n", picture.buffer()[70 * 240]);
+  std::printf("through wrapping:          %d\n", picture.buffer()[120 * 240]);
+  writePng("before.png", before);
+  writePng("after.png", picture);
+}
