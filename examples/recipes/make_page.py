@@ -52,7 +52,7 @@ def write_page(recipes, sources, folder):
     folder.mkdir(parents=True, exist_ok=True)
     links = "".join(f'<li><a href="#{r.name}">{html.escape(r.title)}</a></li>' for r in recipes)
     articles = "\n".join(article(number, recipe, folder) for number, recipe in enumerate(recipes, 1))
-    style = (sources / "page.css").read_text()
+    style = (sources.parent / "common" / "page.css").read_text()
     (folder / "index.html").write_text(
         '<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n<title>Cookbook: Zorvan.Ipp</title>\n'
         '<meta name="viewport" content="width=device-width, initial-scale=1">\n'

@@ -37,7 +37,7 @@ constexpr NamedFeature features[] = {
 /// The name that the processor gives itself, empty if it has none.
 std::string processorName() {
   char text[49] = "";
-  if (__get_cpuid_max(0x80000000, nullptr) < 0x80000004) return text;
+  if (static_cast<unsigned>(__get_cpuid_max(0x80000000, nullptr)) < 0x80000004) return text;
   for (unsigned leaf = 0; leaf < 3; ++leaf) {
     unsigned registers[4];
     __cpuid(0x80000002 + leaf, registers[0], registers[1], registers[2], registers[3]);
