@@ -32,7 +32,7 @@ IppIMemory<u8> ringMask();
 /// Discs of which some touch each other.
 IppIMemory<u8> touchingMask();
 
-/// Adds noise of up to +-`strength` to every pixel. Every `seed` gives another
+/// Adds noise of up to +-`strength` to every pixel. Each `seed` makes another
 /// noise, and always the same.
 void addNoise(IppIMemory<u8>& picture, int strength, unsigned seed);
 

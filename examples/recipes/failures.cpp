@@ -1,4 +1,4 @@
-// Catch every kind of failure
+// Catch every failure
 //
 // Operations raise IppException, with a code at the end of the text: negative
 // for errors, positive for warnings. Containers, and operations that allocate,

@@ -2,8 +2,8 @@
 //
 // A picture is divided by one of an empty white sheet, which takes uneven light
 // out. Dead pixels of the sheet are zero, and a zero divisor raises the status
-// 2 after all pixels have been written: a warning, told from errors by its
-// code. The pixels that it is about are then replaced.
+// 2 after all pixels have been written: a warning, which its code
+// distinguishes from errors. The pixels that it is about are then replaced.
 
 #include <cstdio>
 
@@ -13,9 +13,9 @@
 using namespace Recipes;
 
 int main() {
-  IppIMemory<u8> scene = coinMask();
-  Initializer::FillWithMask<u8>(scene, scene, 200, scene.SizeToRoi());
-  IppIArithmetic<u8>::AddC(scene, 40, scene.SizeToRoi());
+  IppIMemory<u8> coins = coinMask(), scene;
+  makeConstant<u8>(scene, coins, 40);
+  Initializer::FillWithMask<u8>(scene, coins, 240, scene.SizeToRoi());
 
   // The light: brighter in the upper left, and five dead pixels.
   IppIMemory<u8> sheet(scene.size()), picture(scene.size());

@@ -1,10 +1,9 @@
 // Regions off the origin
 //
-// A Rect names its row before its column, and its test takes the two the other
-// way round: on images that are not square it refuses regions that lie inside,
-// and passes others that do not. rectOf() takes column and row and tests them
-// first; viewOf() makes an image that begins at the region, and serves every
-// region inside.
+// A Rect names its row before its column, and its test swaps the two: on images
+// that are not square it refuses regions that lie inside, and accepts others
+// that do not. rectOf() takes column and row and tests them first; viewOf()
+// makes an image that begins at the region, and serves every region inside.
 
 #include <cstdio>
 
