@@ -6,7 +6,7 @@ namespace Zorvan::Test {
 
 /// While it lives, the processor's answers about its largest cache are these. A status other than 0 is the
 /// answer of a processor that cannot tell.
-class ForcedCache {
+class [[gnu::visibility("hidden")]] ForcedCache {
  public:
   explicit ForcedCache(int bytes, int lineBytes = 64, int status = 0)
       : probe_(Primitives::cacheProbe), line_(Primitives::cacheLineBytes) {
