@@ -9,7 +9,7 @@
 namespace Coins {
 
 const std::vector<Column> coinColumns{
-    {"coin", "coin", 0, [](const Coin& c) -> double { return c.number; }},
+    {"coin", "number", 0, [](const Coin& c) -> double { return c.number; }},
     {"column", "left", 0, [](const Coin& c) -> double { return c.box.column; }},
     {"row", "top", 0, [](const Coin& c) -> double { return c.box.row; }},
     {"width", "width", 0, [](const Coin& c) -> double { return c.box.width; }},

@@ -36,6 +36,11 @@ std::string sizeAttributes(Zorvan::Size size) {
   return " width=\"" + n(size.width) + "\" height=\"" + n(size.height) + "\"";
 }
 
+/// Lets the style sheet bound the height of a picture by bounding its width.
+std::string ratio(Zorvan::Size size) {
+  return " style=\"--ratio:" + figureText(static_cast<double>(size.width) / size.height, 6) + "\"";
+}
+
 std::string viewBox(Area area) {
   return " viewBox=\"" + n(area.column) + " " + n(area.row) + " " + n(area.width) + " " + n(area.height) +
          "\"";
@@ -49,7 +54,7 @@ std::string imageTag(const Report::Figure& figure) {
 std::string map(const Report& report, const std::vector<Coin>& coins) {
   const Report::Figure& figure = report.figure("picture");
   std::string html = "<svg class=map" + viewBox({0, 0, figure.picture.width(), figure.picture.height()}) +
-                     ">" + imageTag(figure);
+                     ratio(figure.picture.size()) + ">" + imageTag(figure);
   for (const Coin& coin : coins) {
     const std::string number = n(coin.number);
     html += "<a href=\"#row-" + number + "\" id=\"box-" + number + "\"><rect x=\"" + n(coin.box.column) +
@@ -80,13 +85,14 @@ std::string fact(const std::string& figure, const std::string& text) {
   return "<div><b>" + figure + "</b> " + text + "</div>";
 }
 
-std::string facts(const Report& report, const std::vector<Coin>& coins) {
+std::string facts(const Report& report, const std::vector<Coin>& coins, const Settings& settings) {
   double milliseconds = 0;
   for (const Report::Step& step : report.steps()) {
     milliseconds += step.milliseconds;
     if (step.functions.front() == "measure") break;
   }
-  std::string html = "<div class=facts>" + fact(n(static_cast<double>(coins.size())), "coins") +
+  std::string html = "<div class=facts>" +
+                     fact(n(static_cast<double>(coins.size())), escaped(settings.name)) +
                      fact(figureText(milliseconds, 1) + " ms", "from the pixels to the table");
   if (!coins.empty()) {
     const auto [least, most] = std::minmax_element(
@@ -106,7 +112,8 @@ std::string stepArticle(const Report::Step& step, int number) {
                      "<div class=figures>";
   for (const Report::Figure& figure : step.figures) {
     html += "<figure><img src=\"" + figure.file + "\" alt=\"" + escaped(step.heading) + "\"" +
-            sizeAttributes(figure.picture.size()) + "><figcaption>" + figure.file + "</figcaption></figure>";
+            sizeAttributes(figure.picture.size()) + ratio(figure.picture.size()) + "><figcaption>" +
+            figure.file + "</figcaption></figure>";
   }
   html += "</div><pre><code>";
   for (const std::string& function : step.functions) {
@@ -118,9 +125,10 @@ std::string stepArticle(const Report::Step& step, int number) {
 
 }  // namespace
 
-void writePage(const Report& report, const std::vector<Coin>& coins, const std::string& source) {
+void writePage(const Report& report, const std::vector<Coin>& coins, const std::string& source,
+               const Settings& settings) {
   const Zorvan::Size size = report.figure("picture").picture.size();
-  const std::string title = n(static_cast<double>(coins.size())) + (coins.size() == 1 ? " coin" : " coins");
+  const std::string title = escaped(counted(coins.size(), settings));
   std::string html =
       "<!doctype html>\n<html lang=en><head><meta charset=utf-8>"
       "<meta name=viewport content=\"width=device-width, initial-scale=1\">"
@@ -129,12 +137,16 @@ void writePage(const Report& report, const std::vector<Coin>& coins, const std::
   html += "<header class=top><p class=name>Zorvan.Ipp</p><h1>" + title + "</h1><p>" + escaped(source) + ", " +
           n(size.width) + " by " + n(size.height) +
           " pixels, taken apart with the library's operations alone.</p></header>\n";
-  html += "<section class=hero>" + map(report, coins) + facts(report, coins) + "</section>\n";
-  html +=
-      "<section><h2>The coins</h2><p>Lengths in pixels, brightness from 0 to 255. The diameter is that of a "
-      "circle of "
-      "the same area. <a href=\"coins.csv\">coins.csv</a> has the same figures.</p>" +
-      coinTable(report, coins) + "</section>\n";
+  html += "<section class=hero>" + map(report, coins) + facts(report, coins, settings) + "</section>\n";
+  if (coins.empty()) {
+    html += "<section><p class=nothing>" + escaped(whyNothing(report, settings)) + "</p></section>\n";
+  } else {
+    html +=
+        "<section><h2>The " + escaped(settings.name) +
+        "</h2><p>Lengths in pixels, brightness from 0 to 255. The diameter is that of a circle of the same "
+        "area. <a href=\"coins.csv\">coins.csv</a> has the same values.</p>" +
+        coinTable(report, coins) + "</section>\n";
+  }
   int number = 0;
   for (const Report::Step& step : report.steps()) {
     if (number == 0 || step.section != report.steps()[static_cast<std::size_t>(number - 1)].section) {

@@ -10,6 +10,7 @@ namespace Coins {
 
 /// Writes `index.html` into the report's folder: the coins, their table, and every step's pictures beside its
 /// code. It needs nothing but the pictures beside it.
-void writePage(const Examples::Report& report, const std::vector<Coin>& coins, const std::string& source);
+void writePage(const Examples::Report& report, const std::vector<Coin>& coins, const std::string& source,
+               const Settings& settings);
 
 }  // namespace Coins

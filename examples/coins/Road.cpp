@@ -11,8 +11,6 @@ using Examples::Report;
 
 namespace {
 
-// Dilate minus erode rises above this at the rim of a coin, and seldom in the grain of the ground.
-constexpr int kRise = 30;
 constexpr int kFrames = 16;
 
 std::string oneDecimal(double value) {
@@ -21,7 +19,9 @@ std::string oneDecimal(double value) {
   return text;
 }
 
-IppIMemory<u8> findMask(IppIMemory<u8>& picture, Report& report) {
+std::string square(int side) { return std::to_string(side) + " by " + std::to_string(side); }
+
+IppIMemory<u8> findMask(IppIMemory<u8>& picture, Report& report, const Settings& settings) {
   IppIMemory<u8> rims =
       report.run("Outline", {"outline"},
                  "Dilate takes the brightest pixel of every 3 by 3 square, Erode the darkest. Their "
@@ -29,52 +29,65 @@ IppIMemory<u8> findMask(IppIMemory<u8>& picture, Report& report) {
                  [&] { return outline(picture); });
   report.show("outline", rims);
 
-  IppIMemory<u8> rising =
-      report.run("Threshold", {"above", "toFloat"},
-                 "Compare makes a mask: 255 where the outline rises above " + std::to_string(kRise) +
-                     ", 0 elsewhere. It takes floats; adding bytes to float zeros converts them.",
-                 [&] { return above(rims, kRise); });
+  IppIMemory<u8> rising = report.run(
+      "Threshold", {"above", "toFloat"},
+      "Compare makes a mask: 255 where the outline rises above " + std::to_string(settings.threshold) +
+          ", 0 elsewhere. It takes floats; adding bytes to float zeros converts them.",
+      [&] { return above(rims, settings.threshold); });
   report.show("rising", rising);
+
+  IppIMemory<u8> inner = report.run("Without the sides", {"withoutSides"},
+                                    "Scans and photographs often end in a line of another brightness. In the "
+                                    "two outermost rows and columns, runs of 61 pixels and more, or a fifth "
+                                    "of the side, are taken off, so that nothing grows together with them.",
+                                    [&] { return withoutSides(rising); });
+  report.show("inner", inner);
 
   IppIMemory<u8> whole = report.run(
       "Fill the holes", {"fillHoles"},
       "A flood from outside stops at the rims. What it does not reach is inside. A frame of one pixel lets "
-      "it run all round. Coins that the picture's edge cuts stay open, and are not counted.",
-      [&] { return fillHoles(rising); });
+      "it run all round. What the picture's edge cuts stays open, and is not counted.",
+      [&] { return fillHoles(inner); });
   report.show("whole", whole);
 
   IppIMemory<u8> mask = report.run("Clean", {"clean"},
-                                   "Opening removes everything that a square of 9 by 9 does not fit into, "
-                                   "and leaves the coins; closing rounds off their notches.",
-                                   [&] { return clean(whole); });
+                                   "Opening removes everything that a square of " + square(settings.open) +
+                                       " does not fit into, and leaves the " + settings.name +
+                                       "; closing rounds off their notches.",
+                                   [&] { return clean(whole, settings.open); });
   report.show("mask", mask);
   return mask;
 }
 
 std::vector<Coin> measureAll(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Report& report) {
-  std::deque<Object> objects = report.run(
+  const std::deque<Object> separated = report.run(
       "Separate", {"separate"},
-      "The maximum of the mask is a pixel of a coin that is still there. Flood fill takes the coin away, and "
-      "tells its area and its box; an exclusive or of before and after is the coin's own mask.",
+      "The maximum of a band of rows is a pixel of an object that is still there. Flood fill takes the "
+      "object "
+      "away, and returns its area and its box; an exclusive or of before and after is the object's own mask.",
       [&] { return separate(mask); });
-  report.remark(std::to_string(objects.size()) + " objects.");
+  report.remark(std::to_string(separated.size()) + " objects.");
 
-  std::vector<Coin> coins =
-      report.run("Measure", {"measure"},
-                 "Mean, deviation, darkest and brightest place of the photograph under each coin's mask. The "
-                 "time is that of all coins.",
-                 [&] {
-                   std::vector<Coin> measured;
-                   for (Object& object : objects) {
-                     const int number = static_cast<int>(measured.size()) + 1;
-                     measured.push_back({number, object.box, object.area, measure(picture, object)});
-                   }
-                   return measured;
-                 });
+  std::deque<Object> objects =
+      report.run("Number", {"inReadingOrder"}, "Line by line from the top, each line from the left.",
+                 [&] { return inReadingOrder(separated); });
+
+  std::vector<Coin> coins = report.run(
+      "Measure", {"measure"},
+      "Mean, deviation, darkest and brightest place of the picture under each object's mask. The time "
+      "is that of all objects.",
+      [&] {
+        std::vector<Coin> measured;
+        for (Object& object : objects) {
+          const int number = static_cast<int>(measured.size()) + 1;
+          measured.push_back({number, object.box, object.area, measure(picture, object)});
+        }
+        return measured;
+      });
 
   IppIMemory<u8> labels =
       report.run("Label", {"drawLabels"},
-                 "Each coin filled with its own value in an image of 32-bit integers, converted to bytes.",
+                 "Each object filled with its own value in an image of 32-bit integers, converted to bytes.",
                  [&] { return drawLabels(mask, objects); });
   report.show("labels", labels);
 
@@ -86,7 +99,7 @@ std::vector<Coin> measureAll(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Repo
   return coins;
 }
 
-void useMask(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Report& report) {
+void useMask(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Report& report, const Settings& settings) {
   IppIMemory<u8> filled =
       report.run("Fill through the mask", {"fillCoins"}, "One value wherever the mask selects.",
                  [&] { return fillCoins(picture, mask); });
@@ -97,35 +110,36 @@ void useMask(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Report& report) {
   report.show("board", board);
 
   IppIMemory<u8> pasted =
-      report.run("Copy through the mask", {"paste"}, "The photograph's pixels, wherever the mask selects.",
+      report.run("Copy through the mask", {"paste"}, "The picture's pixels, wherever the mask selects.",
                  [&] { return paste(picture, mask, board); });
   report.show("pasted", pasted);
 
   const int mean = Zorvan::Ipp::Image::Statistic<u8>::Mean(picture, picture.SizeToRoi());
-  IppIMemory<u8> bright =
-      report.run("Brighter than the mean", {"above"},
-                 "Another mask: the mean of the photograph is " + std::to_string(mean) + ".",
-                 [&] { return above(picture, mean); });
+  IppIMemory<u8> bright = report.run("Brighter than the mean", {"above"},
+                                     "Another mask: the mean of the picture is " + std::to_string(mean) + ".",
+                                     [&] { return above(picture, mean); });
   report.show("bright", bright);
 
   Combined combined = report.run("Combine masks", {"combine"},
-                                 "The coins' mask and the bright pixels: in both (and), in either (or), in "
-                                 "one of them only (exclusive or).",
+                                 "The mask of the " + settings.name +
+                                     " and the bright pixels: in both (and), in either (or), in one of them "
+                                     "only (exclusive or).",
                                  [&] { return combine(mask, bright); });
   report.show("both", combined.both);
   report.show("either", combined.either);
   report.show("only-one", combined.onlyOne);
 }
 
-void improve(IppIMemory<u8>& picture, Report& report) {
-  IppIMemory<u8> ground = report.run("Background", {"background"},
-                                     "An opening with a square that no coin holds keeps nothing of the "
-                                     "coins: what is left is the ground and its light.",
-                                     [&] { return background(picture); });
+void improve(IppIMemory<u8>& picture, Report& report, const Settings& settings) {
+  IppIMemory<u8> ground =
+      report.run("Background", {"background"},
+                 "An opening with a square of 61 by 61 keeps nothing of " + settings.name +
+                     " that do not hold it: what is left is the ground and its light.",
+                 [&] { return background(picture); });
   report.show("background", ground);
 
   IppIMemory<u8> flat = report.run("Without the background", {"withoutBackground"},
-                                   "The photograph minus its background: the fall of the light is gone.",
+                                   "The picture minus its background: the fall of the light is gone.",
                                    [&] { return withoutBackground(picture, ground); });
   report.show("flat", flat);
 
@@ -141,7 +155,7 @@ void averageFrames(IppIMemory<u8>& picture, IppIMemory<u8>& mask, Report& report
   IppIMemory<float> mean = report.run(
       "Average noisy frames", {"average", "grain"},
       std::to_string(kFrames) +
-          " frames with artificial noise, added up in floats under the coins' mask, divided by their number.",
+          " frames with artificial noise, added up in floats under the mask, divided by their number.",
       [&] { return average(frames, mask); });
   IppIMemory<float> first = toFloat(frames.front());
   report.remark("The noise's standard deviation falls from " + oneDecimal(grain(first, picture, mask)) +
@@ -168,24 +182,47 @@ void cutRegions(IppIMemory<u8>& picture, Report& report) {
 
 }  // namespace
 
-std::vector<Coin> takeApart(Examples::Picture& decoded, Report& report) {
-  report.section("From the photograph to a mask");
+std::vector<Coin> takeApart(Examples::Picture& decoded, Report& report, const Settings& settings) {
+  report.section("From the picture to a mask");
   IppIMemory<u8> picture =
       report.run("Wrap the picture", {"wrap"}, "An image around the decoder's memory: no pixel is copied.",
                  [&] { return wrap(decoded); });
   report.show("picture", picture);
-  IppIMemory<u8> mask = findMask(picture, report);
+  IppIMemory<u8> mask = findMask(picture, report, settings);
 
-  report.section("Coin by coin");
+  report.section("One by one");
   std::vector<Coin> coins = measureAll(picture, mask, report);
   report.section("What a mask is good for");
-  useMask(picture, mask, report);
+  useMask(picture, mask, report, settings);
   report.section("Light, edges and noise");
-  improve(picture, report);
+  improve(picture, report, settings);
   if (!coins.empty()) averageFrames(picture, mask, report);
   report.section("Regions");
   cutRegions(picture, report);
   return coins;
+}
+
+std::string whyNothing(const Report& report, const Settings& settings) {
+  IppIMemory<u8> rims;
+  rims = report.figure("outline").picture;
+  const int steepest = Zorvan::Ipp::Image::Statistic<u8>::Max(rims, rims.SizeToRoi());
+  const std::string none = "No " + settings.name + " were found: ",
+                    limit = std::to_string(settings.threshold);
+  if (steepest == 0) return none + "all pixels are equal. Take another picture: no option helps here.";
+  if (steepest <= settings.threshold) {
+    return none + "brightness nowhere changes by more than " + std::to_string(steepest) +
+           ", and a rim must change by more than " + limit +
+           ". Try a lower limit: --threshold=" + std::to_string(steepest / 2) + ".";
+  }
+  std::string text = none + "brightness changes by more than " + limit +
+                     " in places, but these places neither hold nor enclose a square of " +
+                     square(settings.open) + ".";
+  if (settings.open > 1) {
+    text += " If the " + settings.name +
+            " are smaller, try --open=" + std::to_string((settings.open + 1) / 2) + ".";
+  }
+  return text + " If their rims have gaps, try a lower limit: --threshold=" +
+         std::to_string(settings.threshold / 2) + ". What the edge of the picture cuts is not counted.";
 }
 
 }  // namespace Coins

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <deque>
+#include <string>
 #include <vector>
 
 #include "Report.h"
+#include "Settings.h"
 #include "Steps.h"
 
 namespace Coins {
@@ -15,8 +17,12 @@ struct Coin {
   Measures measures;
 };
 
-/// The way from the picture to the measured coins, and what else their mask is good for. Every step goes into
-/// the report.
-std::vector<Coin> takeApart(Examples::Picture& decoded, Examples::Report& report);
+/// From the picture to the measured coins, and what else their mask is good for. Every step goes into the
+/// report.
+std::vector<Coin> takeApart(Examples::Picture& decoded, Examples::Report& report,
+                            const Settings& settings = {});
+
+/// For a report in which nothing was found: why that may be, and which option to change.
+std::string whyNothing(const Examples::Report& report, const Settings& settings);
 
 }  // namespace Coins

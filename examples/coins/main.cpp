@@ -1,12 +1,22 @@
-// Counts and measures the coins of a photograph with the library's operations, and leaves a page of every
+// Counts and measures the objects of a picture with the library's operations, and leaves a page of every
 // step.
 
+#include <fcntl.h>
+#include <getopt.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <csignal>
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 
 #include "CoinTable.h"
+#include "FreshFolder.h"
 #include "Montage.h"
 #include "Page.h"
 #include "Png.h"
@@ -17,35 +27,150 @@
 namespace {
 
 constexpr const char* kUsage =
-    "Use: coins <picture.png> <output folder>    an 8-bit grey PNG\n"
-    "     coins --scene <output folder>          a drawn scene\n";
+    "Use: coins [option...] <picture.png> <output folder>    an 8-bit grey PNG\n"
+    "     coins [option...] --scene <output folder>          a drawn scene\n"
+    "  --threshold=30    0 to 255: brightness changes by more than this at the rim of an object\n"
+    "  --open=9          1 to 255: side of the smallest square that an object holds, in pixels\n"
+    "  --name=coins      what the objects are, in the plural\n"
+    "  --help            this text\n";
 
-void run(const std::string& source, const std::string& folder) {
-  const bool drawn = source == "--scene";
-  Examples::Picture decoded = drawn ? Coins::drawScene() : Examples::readPng(source);
-  Examples::Report report(folder);
-  const std::vector<Coins::Coin> coins = Coins::takeApart(decoded, report);
+struct WrongUse : std::runtime_error {
+  using runtime_error::runtime_error;
+};
 
-  Coins::writeCoinCsv(folder + "/coins.csv", coins);
+struct Order {
+  bool help = false;
+  bool scene = false;
+  std::string picture;
+  std::string folder;
+  Coins::Settings settings;
+};
+
+int wholeNumber(const std::string& option, const std::string& text, int least, int most) {
+  int value = 0;
+  const char* end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || rest != end || value < least || value > most) {
+    throw WrongUse("--" + option + ": '" + text + "' is not a whole number from " + std::to_string(least) +
+                   " to " + std::to_string(most));
+  }
+  return value;
+}
+
+std::string noun(const std::string& text) {
+  const bool printable =
+      std::none_of(text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c); });
+  if (text.empty() || !printable) throw WrongUse("--name: a word is needed, such as stars");
+  return text;
+}
+
+Order parse(int argumentCount, char** arguments) {
+  enum Option { threshold = 1, open, name, scene, help };
+  static const option options[] = {{"threshold", required_argument, nullptr, threshold},
+                                   {"open", required_argument, nullptr, open},
+                                   {"name", required_argument, nullptr, name},
+                                   {"scene", no_argument, nullptr, scene},
+                                   {"help", no_argument, nullptr, help},
+                                   {nullptr, 0, nullptr, 0}};
+  Order order;
+  for (int found; (found = getopt_long(argumentCount, arguments, "", options, nullptr)) != -1;) {
+    if (found == threshold) {
+      order.settings.threshold = wholeNumber("threshold", optarg, 0, 255);
+    } else if (found == open) {
+      order.settings.open = wholeNumber("open", optarg, 1, 255);
+    } else if (found == name) {
+      order.settings.name = noun(optarg);
+    } else if (found == scene) {
+      order.scene = true;
+    } else if (found == help) {
+      order.help = true;
+      return order;
+    } else {
+      throw WrongUse("an option is wrong");
+    }
+  }
+  if (argumentCount - optind != (order.scene ? 1 : 2))
+    throw WrongUse("a picture and an output folder are needed");
+  if (!order.scene) order.picture = arguments[optind++];
+  order.folder = arguments[optind];
+  return order;
+}
+
+volatile std::sig_atomic_t interrupted = 0;
+
+/// A first Ctrl-C ends the work at the next step, so that the unfinished folder goes; a second one ends it at
+/// once.
+void endAtNextStep() {
+  struct sigaction action {};
+  action.sa_handler = [](int) { interrupted = 1; };
+  action.sa_flags = SA_RESETHAND;
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+}
+
+/// Throws if what was printed has not arrived.
+void requireOutput() {
+  std::cout.flush();
+  if (!std::cout) throw std::runtime_error("the standard output cannot be written");
+}
+
+/// Names of files that a run leaves.
+bool isResult(const std::string& file) {
+  if (file == "index.html" || file == "coins.csv" || file == "montage.png") return true;
+  const std::size_t digits = file.find_first_not_of("0123456789");
+  return digits != std::string::npos && digits >= 2 && file[digits] == '-' &&
+         std::filesystem::path(file).extension() == ".png";
+}
+
+void run(const Order& order) {
+  Examples::Picture decoded = order.scene ? Coins::drawScene() : Examples::readPng(order.picture);
+  Examples::FreshFolder fresh(order.folder, isResult);
+  const auto begins = [](const std::string& heading) {
+    if (interrupted != 0) throw std::runtime_error("interrupted");
+    std::cout << "... " << heading << std::endl;
+    requireOutput();
+  };
+  Examples::Report report(fresh.path(), begins);
+  const std::vector<Coins::Coin> coins = Coins::takeApart(decoded, report, order.settings);
+
+  begins("Write the page");
+  Coins::writeCoinCsv(report.folder() + "/coins.csv", coins);
   Coins::writeMontage(report);
   Coins::writePage(report, coins,
-                   drawn ? "A drawn scene" : std::filesystem::path(source).filename().string());
+                   order.scene ? "A drawn scene" : std::filesystem::path(order.picture).filename().string(),
+                   order.settings);
+  fresh.putInPlace();
 
-  std::cout << report.table()
-            << "Times are those of one run of each step, with the first touch of new memory.\n\n"
-            << Coins::coinText(coins) << coins.size() << (coins.size() == 1 ? " coin\n\n" : " coins\n\n")
-            << "The page is " << folder << "/index.html, the table also " << folder << "/coins.csv\n";
+  std::cout << "\n"
+            << report.table()
+            << "Times are those of one run of each step, with the first touch of new memory.\n\n";
+  if (coins.empty()) {
+    std::cout << Coins::whyNothing(report, order.settings) << "\n\n";
+  } else {
+    std::cout << Coins::coinText(coins) << Coins::counted(coins.size(), order.settings) << "\n\n";
+  }
+  std::cout << "The page is " << order.folder << "/index.html, the table also " << order.folder
+            << "/coins.csv\n";
+  requireOutput();
 }
 
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  if (argumentCount != 3) {
-    std::cerr << kUsage;
-    return 2;
-  }
   try {
-    run(arguments[1], arguments[2]);
+    // Else the first file that is opened would become the standard output.
+    if (fcntl(STDOUT_FILENO, F_GETFD) == -1) throw std::runtime_error("the standard output is closed");
+    std::signal(SIGPIPE, SIG_IGN);
+    endAtNextStep();
+    const Order order = parse(argumentCount, arguments);
+    if (order.help) {
+      std::cout << kUsage;
+      requireOutput();
+    } else {
+      run(order);
+    }
+  } catch (const WrongUse& error) {
+    std::cerr << "coins: " << error.what() << "\n" << kUsage;
+    return 2;
   } catch (const std::exception& error) {
     std::cerr << "coins: " << error.what() << "\n";
     return 1;

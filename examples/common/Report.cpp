@@ -10,7 +10,7 @@
 
 namespace Examples {
 
-Report::Report(std::string folder) : folder_(std::move(folder)) {
+Report::Report(std::string folder, Begins begins) : folder_(std::move(folder)), begins_(std::move(begins)) {
   std::filesystem::create_directories(folder_);
 }
 

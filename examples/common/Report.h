@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,8 +31,12 @@ class Report {
     std::deque<Figure> figures;
   };
 
+  /// Called with the heading of each step as it begins.
+  using Begins = std::function<void(const std::string& heading)>;
+
   /// Creates the folder if it is missing.
-  explicit Report(std::string folder);
+  explicit Report(
+      std::string folder, Begins begins = [](const std::string&) {});
 
   /// Heads the steps to come.
   void section(const std::string& title) { section_ = title; }
@@ -40,6 +45,7 @@ class Report {
   template <class Work>
   auto run(const std::string& heading, std::vector<std::string> functions, const std::string& text,
            Work&& work) {
+    begins_(heading);
     Step& step = steps_.emplace_back();
     step.section = section_;
     step.heading = heading;
@@ -70,6 +76,7 @@ class Report {
 
  private:
   std::string folder_;
+  Begins begins_;
   std::string section_;
   // Containers that never move their elements: copying an image copies its pixels.
   std::deque<Step> steps_;

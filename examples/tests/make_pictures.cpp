@@ -2,9 +2,12 @@
 
 #include <png.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
@@ -33,7 +36,8 @@ std::vector<png_byte> bytesOf(const Kind& kind, std::size_t rowBytes, unsigned s
   return bytes;
 }
 
-void write(const std::string& path, const Kind& kind, unsigned seed = 1) {
+void writePixels(const std::string& path, const Kind& kind,
+                 const std::function<std::vector<png_byte>(std::size_t rowBytes)>& bytesFor) {
   std::FILE* file = std::fopen(path.c_str(), "wb");
   if (file == nullptr) throw std::runtime_error("cannot write " + path);
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
@@ -47,7 +51,7 @@ void write(const std::string& path, const Kind& kind, unsigned seed = 1) {
   if (kind.colour == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(png, info, palette, 256);
   png_write_info(png, info);
   const std::size_t rowBytes = png_get_rowbytes(png, info);
-  std::vector<png_byte> bytes = bytesOf(kind, rowBytes, seed);
+  std::vector<png_byte> bytes = bytesFor(rowBytes);
   std::vector<png_bytep> rows;
   for (int r = 0; r < kind.height; ++r) rows.push_back(bytes.data() + static_cast<std::size_t>(r) * rowBytes);
   png_set_interlace_handling(png);
@@ -55,6 +59,31 @@ void write(const std::string& path, const Kind& kind, unsigned seed = 1) {
   png_write_end(png, nullptr);
   png_destroy_write_struct(&png, &info);
   std::fclose(file);
+}
+
+void write(const std::string& path, const Kind& kind, unsigned seed = 1) {
+  writePixels(path, kind, [&](std::size_t rowBytes) { return bytesOf(kind, rowBytes, seed); });
+}
+
+/// Bright spots on an even ground of 40, `across` times `down` of them, evenly spread. A spot's brightness
+/// falls off to its edge as `softness` says: 0 is a flat disc.
+void writeSpots(const std::string& path, int across, int down, double radius, double height,
+                double softness) {
+  Kind kind;
+  kind.width = 320;
+  kind.height = 240;
+  writePixels(path, kind, [&](std::size_t rowBytes) {
+    std::vector<png_byte> bytes(rowBytes * static_cast<std::size_t>(kind.height), 40);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      const double cellWidth = kind.width / std::max(across, 1), cellHeight = kind.height / std::max(down, 1);
+      const double x = std::fmod(static_cast<double>(i % rowBytes), cellWidth) - cellWidth / 2;
+      const double y = std::fmod(static_cast<double>(i / rowBytes), cellHeight) - cellHeight / 2;
+      const double distance = std::hypot(x, y);
+      if (across == 0 || distance > radius) continue;
+      bytes[i] = static_cast<png_byte>(40 + height * (1 - softness * distance / radius));
+    }
+    return bytes;
+  });
 }
 
 std::string readAll(const std::string& path) {
@@ -99,6 +128,14 @@ int main(int argumentCount, char** arguments) {
   write(folder + "grey.png", grey, 0);
   write(folder + "interlaced.png", interlaced, 0);
   write(folder + "one_pixel.png", onePixel);
+  Kind narrow;
+  narrow.width = 1;
+  narrow.height = 300;
+  write(folder + "narrow.png", narrow);
+  writeSpots(folder + "discs.png", 4, 3, 30, 24, 0);  // large, bright, and too faint for the defaults
+  writeSpots(folder + "stars.png", 5, 4, 2.5, 200, 0.6);
+  writeSpots(folder + "disc.png", 1, 1, 30, 120, 0);
+  writeSpots(folder + "even.png", 0, 0, 1, 0, 0);
   write(folder + "colour.png", colour);
   write(folder + "alpha.png", alpha);
   write(folder + "palette.png", palette);

@@ -110,6 +110,66 @@ void checkPlates(const std::string& folder) {
   checkCsv(folder, found);
 }
 
+/// Whether `found` stands at these places (columns and rows of the middles), in this order.
+bool standsAt(const std::vector<Coin>& found, const std::vector<Coins::Disc>& discs) {
+  return std::equal(found.begin(), found.end(), discs.begin(), discs.end(),
+                    [](const Coin& coin, const Coins::Disc& disc) {
+                      return std::abs(coin.box.column + coin.box.width / 2 - disc.column) < 2 &&
+                             std::abs(coin.box.row + coin.box.height / 2 - disc.row) < 2;
+                    });
+}
+
+void drawDisc(Picture& picture, const Coins::Disc& disc) {
+  for (int r = 0; r < kHeight; ++r) {
+    for (int c = 0; c < kWidth; ++c) {
+      if (std::hypot(r - disc.row, c - disc.column) <= disc.radius) draw(picture, {c, r, 1, 1}, kPlate);
+    }
+  }
+}
+
+/// Numbers follow the lines, though the discs of a line differ in their places and sizes.
+void checkReadingOrder(const std::string& folder) {
+  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
+  const std::vector<Coins::Disc> discs{{40, 30, 12},  {36, 90, 20},   {44, 150, 10},
+                                       {120, 25, 10}, {112, 100, 25}, {122, 260, 18}};
+  for (const Coins::Disc& disc : discs) drawDisc(picture, disc);
+  Examples::Report report(folder);
+  CHECK(standsAt(Coins::takeApart(picture, report), discs));
+}
+
+/// A line of another brightness along a side does not grow together with the disc beside it.
+void checkSides(const std::string& folder) {
+  // The disc's outline ends where that of the line begins.
+  const Coins::Disc disc{100, kWidth - 4 - 30, 30};
+  Picture alone{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
+  drawDisc(alone, disc);
+  Picture lined = alone;
+  draw(lined, {kWidth - 1, 30, 1, 100}, 0);
+  Examples::Report aloneReport(folder + "/alone"), linedReport(folder + "/lined");
+  const std::vector<Coin> expected = Coins::takeApart(alone, aloneReport);
+  const std::vector<Coin> found = Coins::takeApart(lined, linedReport);
+  CHECK(expected.size() == 1 && found.size() == 1);
+  if (failures > 0) return;
+  CHECK(found[0].box.width == expected[0].box.width && found[0].area == expected[0].area);
+}
+
+/// Objects that reach through many bands of rows, and ones that begin in the middle of others.
+void checkBands(const std::string& folder) {
+  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
+  draw(picture, {10, 10, 12, 190}, kPlate);
+  draw(picture, {40, 10, 200, 12}, kPlate);
+  draw(picture, {228, 22, 12, 150}, kPlate);
+  for (int row = 40; row < 160; row += 20) draw(picture, {60, row, 12, 12}, kPlate);
+  Examples::Report report(folder);
+  const std::vector<Coin> found = Coins::takeApart(picture, report);
+  CHECK(found.size() == 8);
+  double area = 0;
+  for (const Coin& coin : found) area += coin.area;
+  // Each grows by a pixel all round; inside the corner of the angle one pixel less is new.
+  CHECK(area >= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 - 8 &&
+        area <= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 + 8);
+}
+
 /// A ring is a disc to the road: what it encloses belongs to it.
 void checkRing(const std::string& folder) {
   Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
@@ -151,5 +211,8 @@ int main(int argumentCount, char** arguments) {
   checkRing(folder + "/ring");
   checkScene(folder + "/scene");
   checkNothing(folder + "/nothing");
+  checkReadingOrder(folder + "/order");
+  checkSides(folder + "/sides");
+  checkBands(folder + "/bands");
   return failures;
 }

@@ -2,6 +2,10 @@
 
 #include "Png.h"
 
+#include <fstream>
+#include <iterator>
+#include <string>
+
 #include "Check.h"
 
 namespace {
@@ -32,5 +36,11 @@ int main(int argumentCount, char** arguments) {
   Examples::writePng(folder + "/written.png", IppIMemory<u8>::CreateContainer(odd.pixels.data(), 7, 3));
   const Examples::Picture back = Examples::readPng(folder + "/written.png");
   CHECK(back.width == 7 && back.height == 3 && back.pixels == odd.pixels);
+
+  // The second byte of the compressed data names the level: 2 stands for 6, 3 for more.
+  std::ifstream written(folder + "/written.png", std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(written), {}};
+  const std::size_t data = bytes.find("IDAT");
+  CHECK(data != std::string::npos && static_cast<unsigned char>(bytes.at(data + 5)) >> 6 == 2);
   return failures;
 }

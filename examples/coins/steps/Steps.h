@@ -50,17 +50,24 @@ IppIMemory<float> toFloat(IppIMemory<u8>& image);
 /// A mask of the pixels above `limit`, a whole number from 0 to 255.
 IppIMemory<u8> above(IppIMemory<u8>& image, int limit);
 
+/// Takes off the long lines along the sides of the picture: scans and
+/// photographs often end in a row of another brightness.
+IppIMemory<u8> withoutSides(IppIMemory<u8>& rising);
+
 /// Adds what a mask's areas enclose.
 IppIMemory<u8> fillHoles(IppIMemory<u8>& mask);
 
-/// Takes off what is too narrow for a coin, and rounds off the notches that are
-/// left.
-IppIMemory<u8> clean(IppIMemory<u8>& mask);
+/// Takes off what no square of `side` pixels fits into, and rounds off the
+/// notches that are left.
+IppIMemory<u8> clean(IppIMemory<u8>& mask, int side);
 
 // Every coin by itself.
 
 /// The connected areas of a mask, from the top.
 std::deque<Object> separate(IppIMemory<u8>& mask);
+
+/// The objects line by line from the top, each line from the left.
+std::deque<Object> inReadingOrder(const std::deque<Object>& objects);
 
 Measures measure(IppIMemory<u8>& picture, Object& object);
 
