@@ -55,7 +55,7 @@ article p { margin: .3rem 0 1rem; color: var(--soft); }
 .many .figures { grid-template-columns: repeat(auto-fit, minmax(15rem, 1fr)); margin-bottom: 1rem; }
 .many figure { max-width: 30rem; }
 figure { margin: 0; }
-figure img { width: min(100%, calc(36rem * var(--ratio))); height: auto; display: block; border-radius: 6px; border: 1px solid var(--line); }
+figure img { width: min(100%, calc(36rem * var(--ratio))); height: auto; display: block; border-radius: 6px; box-shadow: 0 0 0 1px var(--line); }
 figcaption { font-size: .78rem; color: var(--soft); margin-top: .25rem; }
 pre { margin: 0; padding: .9rem 1rem; overflow-x: auto; border-radius: 6px; background: var(--paper); border: 1px solid var(--line);
   font: 12.5px/1.55 ui-monospace, "SF Mono", "Cascadia Mono", "DejaVu Sans Mono", monospace; }

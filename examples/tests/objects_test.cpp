@@ -140,7 +140,7 @@ void checkReadingOrder(const std::string& folder) {
 /// A line of another brightness along a side does not grow together with the disc beside it.
 void checkSides(const std::string& folder) {
   // The disc's outline ends where that of the line begins.
-  const Coins::Disc disc{100, kWidth - 4 - 30, 30};
+  const Coins::Disc disc{100, kWidth - 4 - 60, 60.9};
   Picture alone{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
   drawDisc(alone, disc);
   Picture lined = alone;
