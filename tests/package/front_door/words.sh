@@ -57,6 +57,8 @@ refuses nonsense
 : >picture.png
 refuses demo picture.png picture.png
 refuses demo .
+refuses demo --threshold
+refuses demo --open= picture.png
 refuses test quick full
 refuses test quick quik
 refuses test -R
@@ -64,6 +66,8 @@ refuses bench --variant
 refuses bench --variant=
 refuses bench --variant=Avx2
 refuses bench --benchmark_
+refuses bench --sizes=large
+refuses bench --sizes=640x480,
 refuses check debug nonsense
 refuses fuzz 0
 refuses fuzz -1
@@ -72,9 +76,12 @@ refuses fuzz 1 1
 refuses docs --help=no
 
 hands_on "run_demo $PWD/build/release picture.png" demo picture.png
+hands_on "run_demo $PWD/build/release --threshold=40 --name=discs picture.png" \
+  demo --threshold=40 --name=discs picture.png
 hands_on "ctest --preset release --parallel $(nproc) --label-regex quick -R Fill.* --rerun-failed" \
   test quick -R 'Fill.*' --rerun-failed
 hands_on "run_bench $PWD/build/release --quick --variant=VariantAvx2 --benchmark_filter=Copy" \
   bench --quick --variant=VariantAvx2 --benchmark_filter=Copy
-hands_on "run_bench $PWD/build/release --variant=all" bench --variant=all
+hands_on "run_bench $PWD/build/release --variant=all --sizes=limits" bench --variant=all --sizes=limits
+hands_on "run_bench $PWD/build/release --sizes=640x480,64x64" bench --sizes=640x480,64x64
 exit "$failed"
