@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
+
 namespace Zorvan::Primitives {
 namespace {
 
@@ -24,14 +26,13 @@ constexpr std::int64_t floatsToBoundary(std::uintptr_t address, std::uintptr_t b
   return static_cast<std::int64_t>((-address & (boundary - 1)) / 4);
 }
 
-/// 16-byte stores. Rows that cannot come to a boundary run in blocks all the same. A row of more than
-/// 0x2AAA blocks of 8 pixels, about 1 MiB over three images, may stream.
+/// 16-byte stores. Rows that cannot come to a boundary run in blocks all the same. Long ones may stream.
 constexpr FloatRowPlan planFloatRow(std::uintptr_t dst, std::int64_t n, bool mayStream) {
-  constexpr std::int64_t blocksFromPixels = 11, streamAboveBlocks = 0x2AAA;
+  constexpr std::int64_t blocksFromPixels = 11;
   if (n < blocksFromPixels) return pixelByPixel;
   if (!holdsWholePixels(dst)) return {true, false, 0, false};
   const std::int64_t head = floatsToBoundary(dst, 16);
-  return {true, true, head, mayStream && (n - head) / 8 > streamAboveBlocks};
+  return {true, true, head, mayStream && (n - head) / 8 > floatRowStreamAboveBlocks};
 }
 
 /// 16-byte stores again, but blocks only where a boundary can be reached.
@@ -52,9 +53,9 @@ constexpr FloatRowPlan planWideFloatRow(std::uintptr_t dst, std::int64_t n, std:
   return {true, true, floatsToBoundary(dst, 32), false};
 }
 
-/// Whether 64-byte registers are worth it: while images of so many pixels stay near the processor, loads and
-/// stores are what the time goes into. Beyond, all wait for the memory, and 32 bytes at a time wait less.
-constexpr bool planWidestFloats(std::int64_t pixels) { return pixels <= 0x10000; }
+/// Whether 64-byte registers are worth it. In larger images all wait for the memory, and 32 bytes at a time
+/// wait less.
+constexpr bool planWidestFloats(std::int64_t pixels) { return pixels <= widestFloatsUpToPixels; }
 
 /// Whether all rows are blocks of 16 pixels from the first one on, as the first row is.
 constexpr bool areWholeBlocks(const FloatRowPlan& first, int dstStep, std::int64_t n) {

@@ -6,19 +6,10 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
-
-/// Below the first figure of bytes in all images nothing is prefetched; above the second a destination of its
-/// own is written past the cache.
-constexpr std::int32_t prefetchFromBytes = 32769;
-constexpr std::int32_t streamAboveBytes = 0x600000;
-constexpr std::int32_t streamByteImagesAbove = 0x300000;  // the same for images of bytes
-
-/// The same where the processor does not tell its largest cache. Those that tell it write past the cache at
-/// no cost as soon as the second level is full; the others lose by it what still fits into the last one.
-constexpr std::int32_t streamUntoldAboveBytes = 0x1800000;
 
 /// Whether pixels of `pixelBytes` that go from one image to another go past the cache. Squares of floats have
 /// a rule of their own.

@@ -8,6 +8,7 @@
 
 #include "zorvan/primitives/kernels/arithmetic/AccumulatePlan.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate_source.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -101,7 +102,7 @@ inline void addWeightedUpTo16(const unsigned char* src, const unsigned char* mas
 /// Two vectors a pass. Long rows start their passes on a cache line. The masked steps come first: what lies
 /// beside bytes that one of them has just written is slow to read, and the next row may begin there.
 struct WeightedMaskedRow {
-  using Limits = AccumulateLimits<180, Vector64::size>;
+  using Limits = AccumulateLimits<accumulateAlignFromPixels, Vector64::size>;
 
   template <class Source>
   static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,

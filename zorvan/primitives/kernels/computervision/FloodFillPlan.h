@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 
@@ -62,7 +63,7 @@ constexpr bool searchesByVectors(std::int64_t x, std::int64_t scanRight) {
 
 /// Whether columns of single pixels are followed in registers. Where rows lie whole pages apart a column's
 /// pixels share the low bits of their addresses, and asking so soon for the next one took twice as long.
-constexpr bool followsColumns(int step) { return step % 4096 != 0; }
+constexpr bool followsColumns(int step) { return step % aliasedStepBytes != 0; }
 
 }  // namespace
 }  // namespace Zorvan::Primitives

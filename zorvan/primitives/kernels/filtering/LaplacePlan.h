@@ -8,6 +8,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/frame/FilterCodes.h"
 #include "zorvan/primitives/kernels/common/BorderWord.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -98,15 +99,11 @@ constexpr LaplaceInside planLaplaceInside(std::int64_t rowBytes, std::int64_t re
 /// Rows of a band. What neighbouring rows share is made anew in each band, so it has more rows the shorter
 /// they are, while its lines stay in a near cache. Of long rows that are stored past the caches the 3 by 3
 /// kernel, with little to share, takes fewer: each is a place of its own that memory is written to.
-constexpr int mostBandRows = 64, bandBytes = 32768;
 constexpr std::int64_t laplaceBandRows(std::int64_t rowBytes, int reach, bool streams) {
-  const int fewest = streams && reach == 1 ? 8 : 16;
+  const int fewest = streams && reach == 1 ? leastStreamedBandRows : leastBandRows;
   const std::int64_t rows = bandBytes / rowBytes;
   return rows > mostBandRows ? mostBandRows : rows < fewest ? fewest : rows;
 }
-
-/// Results from this size on would only push out of the caches what they are made from.
-constexpr std::int64_t streamFromBytes = 4 << 20;
 
 /// Vectors that may be stored past the caches are whole lines. The few buffers in which such stores gather do
 /// not hold the parts of lines of a band's rows until they are whole.

@@ -156,7 +156,7 @@ struct LaplaceNarrow {
   using T = typename Filter::Pixel;
   using V = typename Filter::Vector;
   static constexpr int around = 2 * Filter::reach;
-  static constexpr std::int64_t pixelBytes = sizeof(T), rowBytes = 64, bandRows = 16;
+  static constexpr std::int64_t pixelBytes = sizeof(T), rowBytes = 64, bandRows = narrowBandRows;
 
   static void run(const LaplaceRegion<T>& region) {
     const std::int64_t width = region.size.width, bytes = width * pixelBytes;

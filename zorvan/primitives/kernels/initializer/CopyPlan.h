@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -39,11 +40,6 @@ constexpr CopyPlan copyPlan(const CopyShape& shape, bool fused, bool streaming) 
   return {fused ? 1 : shape.rows, fused ? shape.total() : shape.rowBytes, streaming};
 }
 
-struct RowCopyLimits {
-  static constexpr std::int64_t streamAboveBytes = 0x100000;
-  static constexpr int fuseBelowPixels = 32768;  // of 8-bit images, in each direction
-};
-
 template <int pixelBytes>
 constexpr CopyPlan planRowCopy(Size roi, int srcStep, int dstStep) {
   const CopyShape shape = copyShape<pixelBytes>(roi, srcStep, dstStep);
@@ -51,11 +47,6 @@ constexpr CopyPlan planRowCopy(Size roi, int srcStep, int dstStep) {
                                            roi.height < RowCopyLimits::fuseBelowPixels);
   return copyPlan(shape, mayFuse && shape.isOneRun(), shape.total() > RowCopyLimits::streamAboveBytes);
 }
-
-struct Leaf2CopyLimits {
-  static constexpr std::int64_t askAboveBytes = 0x20000;
-  static constexpr std::int64_t leastRowBytes = 64;
-};
 
 template <class Ask>
 constexpr CopyPlan planLeaf2Copy(const CopyShape& shape, Ask askCache) {
@@ -66,11 +57,6 @@ constexpr CopyPlan planLeaf2Copy(const CopyShape& shape, Ask askCache) {
   }
   return plan;
 }
-
-struct LargeCopyLimits {
-  static constexpr std::int64_t leastRowBytes = 1024;      // shorter rows never ask
-  static constexpr std::int64_t askAboveTwice = 0x400000;  // twice the total: source and destination
-};
 
 /// `streaming` means the large copier; without it the short copier does the work.
 template <class Ask>
@@ -100,11 +86,6 @@ struct CopyAddresses {
 
 enum class RunCopyForm { forward, backward, streaming };
 
-struct RunCopyLimits {
-  static constexpr std::int64_t forwardBelowBytes = 32768;
-  static constexpr std::int64_t askAboveBytes = 0x400000;
-};
-
 template <class Ask>
 constexpr RunCopyForm planRunCopy(const CopyAddresses& at, std::int64_t length, Ask askCache) {
   if (length < RunCopyLimits::forwardBelowBytes) return RunCopyForm::forward;
@@ -123,12 +104,6 @@ enum class WideCopyForm {
   alignedRowsBackward,  ///< the same from the end
   streamedRows,         ///< streaming, each row finds its own boundary
   streamedAlignedRows,  ///< streaming, all rows start on a cache line
-};
-
-struct WideCopyLimits {
-  static constexpr std::int64_t streamAlwaysAboveBytes = 0x7FFFFFFF;
-  static constexpr std::int64_t askAboveBytes = 0x300000;
-  static constexpr std::int64_t narrowBelowBytes = 512;
 };
 
 template <class Ask>

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -23,11 +24,7 @@ struct FillPlan {
   FillStores stores;
 };
 
-/// The older variants: a limit in bytes, and 16-bit fills that never stream although they ask.
-struct RowFillLimits {
-  static constexpr std::int64_t askAboveBytes = 0x80000;
-};
-
+/// The older variants. 16-bit fills never stream although they ask.
 template <int pixelBytes, class Ask>
 constexpr FillPlan planRowFill(Size roi, int dstStep, Ask askCache) {
   const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
@@ -42,15 +39,6 @@ constexpr FillPlan planRowFill(Size roi, int dstStep, Ask askCache) {
           streaming ? FillStores::streaming : FillStores::plain};
 }
 
-/// The newest two variants: limits in pixels that all stand for 6 MiB, the cache compared in pixels. Lines
-/// are claimed ahead where a cache can hold them all: those that come from memory arrive later for it.
-template <int pixelBytes>
-struct WideFillLimits {
-  static constexpr std::int64_t askAbovePixels = 0x600000 / pixelBytes;
-  static constexpr std::int64_t claimAboveBytes = 0x100000;  ///< what the nearer caches hold anyway
-  static constexpr int cacheShift = pixelBytes / 2;          // 1, 2, 4 bytes: 0, 1, 2
-};
-
 constexpr int bitLength(std::int32_t positive) { return 32 - __builtin_clz(static_cast<unsigned>(positive)); }
 
 /// `oddRows`: some row starts at an odd address. Only 16-bit fills care: their pattern has no phase for it.
@@ -60,7 +48,7 @@ constexpr FillPlan planWideFill(Size roi, int dstStep, bool oddRows, Ask askCach
   const std::int64_t rowBytes = std::int64_t{roi.width} * pixelBytes;
   if (pixelBytes == 2 && oddRows) return {roi.height, rowBytes, FillStores::unphased};
 
-  if (bitLength(roi.width) + bitLength(roi.height) >= 32)
+  if (bitLength(roi.width) + bitLength(roi.height) >= Limits::streamFromBits)
     return {roi.height, rowBytes, FillStores::streaming};
 
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -27,15 +28,12 @@ template <MaskedRows when>
 constexpr MaskedPlan planMasked(Size roi, bool tight) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   bool joined = false;
-  if (when == MaskedRows::joinedBelow32768) joined = tight && roi.width < 32768 && roi.height < 32768;
+  if (when == MaskedRows::joinedBelow32768)
+    joined = tight && roi.width < joinMaskedBelow && roi.height < joinMaskedBelow;
   if (when == MaskedRows::joinedUnlessOverflow) joined = tight && pixels <= INT32_MAX;
   if (joined) return {1, pixels};
   return {roi.height, roi.width};
 }
-
-struct EmptyStoreLimits {
-  static constexpr std::int64_t skipAboveBytes = 0x8000;  ///< what the nearest cache holds beside the mask
-};
 
 /// Whether stores without a selected pixel are left out. That saves a line's way to the processor and back,
 /// and costs a branch that is hard to foresee: it pays for images that lie farther away.

@@ -4,6 +4,7 @@
 //
 // Only the row is read and written, at any address.
 
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/initializer/ConvertPlan.h"
 
@@ -105,8 +106,7 @@ inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int
 /// A row of an image with plain stores, which cross no cache line where the row is long enough to gain by it.
 template <class Vector>
 inline void toFloatRowPlain(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  constexpr std::int64_t gainsFromPixels = 256;
-  if (n >= gainsFromPixels && isAligned(dst, 4) && !isAligned(dst, Vector::size)) {
+  if (n >= toFloatAlignFromPixels && isAligned(dst, 4) && !isAligned(dst, Vector::size)) {
     const std::int64_t head = bytesToBoundary(dst, Vector::size) / 4;
     toFloatFewer<Vector>(src, dst, head);
     src += 4 * head;

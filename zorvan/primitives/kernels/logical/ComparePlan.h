@@ -7,6 +7,7 @@
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/Wrapping.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -19,10 +20,6 @@ enum class CompareAccess {
   unaligned,
   aligned,    ///< all rows of both images start on 16-byte boundaries
   streaming,  ///< the same, with whole vectors stored past the cache
-};
-
-struct RowCompareLimits {
-  static constexpr std::int32_t streamAboveBytes = 0x100000;  // of both steps times the height, wrapping
 };
 
 /// What a plan needs of an image: where it begins, and its step.
@@ -42,10 +39,6 @@ constexpr CompareAccess planRowCompare(ComparePlace src, ComparePlace dst, Size 
 struct CompareRows {
   std::int64_t rows;
   std::int64_t pixels;  // in a row
-};
-
-struct WideCompareLimits {
-  static constexpr int fuseUpToBits = 32768;  // of the width and the height laid over each other
 };
 
 template <int pixelBytes>

@@ -7,6 +7,7 @@
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/Wrapping.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -35,10 +36,6 @@ constexpr LogicalStores planXorConstant(bool inPlace, Size roi, Ask askCache) {
 struct CombineRows {
   std::int64_t rows;
   std::int64_t rowBytes;
-};
-
-struct CombineLimits {
-  static constexpr int fuseUpToBits = 32768;  // of the width and the height laid over each other
 };
 
 constexpr CombineRows planCombine(Size roi, int src1Step, int src2Step, int dstStep) {

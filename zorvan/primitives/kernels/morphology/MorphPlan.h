@@ -8,6 +8,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/frame/MorphSpec.h"
 #include "zorvan/primitives/kernels/common/BorderWord.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -45,11 +46,6 @@ constexpr std::int64_t ringRowBytes(int width, int pixelBytes) {
   return (std::int64_t{width} * pixelBytes + 31) & ~std::int64_t{31};
 }
 
-/// The ring of a separable pass may take this much, so that the rows that are read stay beside it in a
-/// nearest cache of 32 KiB; but a band is not made narrower than that is worth.
-constexpr std::int64_t kRingBytes = 16 << 10;
-constexpr std::int64_t kLeastBandBytes = 512;
-
 /// Columns of a band, a multiple of 64 bytes, or all of a region whose ring is small enough.
 constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
   if (ringRowBytes(width, pixelBytes) * maskHeight <= kRingBytes) return width;
@@ -58,10 +54,6 @@ constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
   const std::int64_t columns = bytes / pixelBytes;
   return columns < width ? static_cast<int>(columns) : width;
 }
-
-/// What the rows may take of a second cache that several rows of a result are made from at a time: from there
-/// they come as fast as they are combined.
-constexpr std::int64_t kStripBytes = 256 << 10;
 
 /// Columns of a strip in which a result is made straight from the rows, a multiple of 64 bytes, or all.
 constexpr std::int64_t planStripColumns(int width, int readRows, int pixelBytes) {
@@ -94,9 +86,6 @@ constexpr std::int64_t resultBytes(Size roi, int pixelBytes) {
   return std::int64_t{roi.width} * pixelBytes * roi.height;
 }
 
-/// Results from this size on would only push out of the caches what they are made from.
-constexpr std::int64_t kStreamFromBytes = 4 << 20;
-
 /// Blocks that may be stored past the caches are whole lines. The few buffers in which such stores gather do
 /// not hold the parts of lines of several rows at a time until they are whole.
 constexpr int kStreamedBlockBytes = 64;
@@ -111,10 +100,6 @@ constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int
 /// Whether an operation may read beside its region. Any bit beyond the kind can say so: bits 4 to 7 in every
 /// entry, bits 8 to 11 in one of them; negative words are taken too.
 constexpr bool planReadsBeside(int borderWord) { return (borderWord & ~BorderWord::kindBits) != 0; }
-
-/// The rows between two passes may take this much, so that they stay in a second cache beside the rows that
-/// are read and written.
-constexpr std::int64_t kBetweenBytes = 256 << 10;
 
 /// Bands of rows in which two passes follow each other, one if the region is not divided. Each is twice as
 /// high as the mask, so that both passes have room for the stripes of their borders, the second too, which
@@ -132,9 +117,8 @@ constexpr int planBandEnd(int height, int bands, int band) {
   return static_cast<int>(std::int64_t{height} * band / bands);
 }
 
-/// Rows up to this length are worth computing as one long row, so much of it at a time.
+/// Rows up to this length are worth computing as one long row.
 constexpr std::int64_t kPackedRowBytes = 64;
-constexpr std::int64_t kPackedBytes = 2048;
 
 /// Whether the neighbourhoods of a region `width` pixels wide lie in rows without a gap, and in short ones.
 constexpr bool planPackedRows(std::int64_t step, int width, int maskWidth, int pixelBytes) {

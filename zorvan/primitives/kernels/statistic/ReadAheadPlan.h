@@ -5,16 +5,10 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
-
-/// Smaller regions lie in the first or second cache, from where loads come in time; asking would only take
-/// their places.
-constexpr std::int64_t nearBytes = std::int64_t{3} << 19;
-
-/// Smaller regions lie in the third cache, which answers sooner than the memory behind it.
-constexpr std::int64_t farBytes = std::int64_t{8} << 20;
 
 /// In bytes; 0 where nothing is asked for.
 struct ReadAheadDistances {

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/ImageLimits.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -15,20 +16,6 @@ constexpr std::int32_t wrappedCount(Size roi) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(roi.width) *
                                    static_cast<std::uint32_t>(roi.height));
 }
-
-/// A block of unsigned words: 32768 times 65535 stays below 2^31. Signed words take the same blocks.
-constexpr int sumBlockPixels = 32768;
-
-/// Pixels below which the sum of signed words of a whole region fits one set of 32-bit lanes.
-constexpr std::int64_t regionInLanesBelow = 65536;
-
-/// Limits of tiles. A pair of signed words shares a lane of its own, so their limit is the larger one.
-constexpr int unsignedTilePixels = 32768;
-constexpr int signedTilePixels = 0x10002;
-
-/// Rows of a tile that may go into the same lanes: a lane gets at most a pair of signed words from each of
-/// them where tiles are narrower than a vector. Only tiles one or two pixels wide have more.
-constexpr int stripRows = 32767;
 
 struct SumRows {
   std::int64_t rows;
