@@ -20,14 +20,17 @@ set(zorvan_kernel_options
   $<$<CXX_COMPILER_ID:GNU>:-fno-tree-vectorize -fno-tree-loop-distribute-patterns>
   $<$<CXX_COMPILER_ID:Clang>:-fno-vectorize -fno-slp-vectorize>)
 
-# Builds the families' sources once for each variant, as object libraries zorvan_kernels_<variant>. Inside,
-# ZORVAN_VARIANT is the tag.
-function(zorvan_add_kernels)
+# zorvan_add_kernels(name source... [OPTIONS option...])
+# Builds the families' sources once for each variant, as object libraries <name>_<variant>. Inside,
+# ZORVAN_VARIANT is the tag. They are built for the sake of what takes them in.
+function(zorvan_add_kernels name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "OPTIONS")
   foreach(variant IN LISTS ZORVAN_VARIANTS)
-    set(target zorvan_kernels_${variant})
-    add_library(${target} OBJECT ${ARGN})
+    set(target ${name}_${variant})
+    add_library(${target} OBJECT EXCLUDE_FROM_ALL ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${target} PRIVATE zorvan_library_compile)
     target_compile_definitions(${target} PRIVATE ZORVAN_VARIANT=${variant})
-    target_compile_options(${target} PRIVATE ${ZORVAN_OPTIONS_${variant}} ${zorvan_kernel_options})
+    target_compile_options(${target} PRIVATE
+      ${ZORVAN_OPTIONS_${variant}} ${zorvan_kernel_options} ${arg_OPTIONS})
   endforeach()
 endfunction()

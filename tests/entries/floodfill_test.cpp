@@ -10,6 +10,7 @@
 
 #include "tests/entries/FillShapes.h"
 #include "tests/support/EntryTests.h"
+#include "tests/support/Limits.h"
 #include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
 
 namespace Zorvan::Test {
@@ -100,10 +101,10 @@ constexpr T otherPixel = T(9);
 template <class T>
 constexpr T newPixel = T(200);
 
-/// With any number of bytes between the rows, or a given one.
+/// With any number of bytes between the rows, or a given one, and anywhere or at an offset within a line.
 template <class T>
 bool agreeOnShape(const FillEntry<T>& entry, int variant, FillShape shape, Size roi, Point seed,
-                  Random& random, int givenMoreBytes = -1) {
+                  Random& random, int givenMoreBytes = -1, int givenOffset = -1) {
   const std::uint64_t noise = random.next();
   std::vector<T> pixels;
   Random draw(noise);
@@ -116,9 +117,10 @@ bool agreeOnShape(const FillEntry<T>& entry, int variant, FillShape shape, Size 
   const int moreBytes = givenMoreBytes >= 0 ? givenMoreBytes : anyMoreBytes;
   const Placement placements[] = {
       {Placement::Edge::front, 0}, {Placement::Edge::back, 0}, {Placement::Edge::inside, random.below(64)}};
+  const Placement given{Placement::Edge::inside, givenOffset};
   return agreeOn<T>(
-      entry, variant, roi, moreBytes, random.oneOf(placements), seed, oldPixel<T>, newPixel<T>,
-      [&](int x, int y) { return pixels[static_cast<std::size_t>(y * roi.width + x)]; },
+      entry, variant, roi, moreBytes, givenOffset >= 0 ? given : random.oneOf(placements), seed, oldPixel<T>,
+      newPixel<T>, [&](int x, int y) { return pixels[static_cast<std::size_t>(y * roi.width + x)]; },
       "shape " + std::to_string(static_cast<int>(shape)));
 }
 
@@ -152,6 +154,19 @@ void shapes(const FillEntry<T>& entry, int variant) {
     if (!agreeOnShape(entry, variant, shape, {1, 300}, {0, 150}, random)) return;
     if (!agreeOnShape(entry, variant, shape, {301, 210}, {150, 105}, random)) return;
   }
+}
+
+/// Every width at every offset, half of them in rows of whole lines.
+template <class T>
+void everyOffset(const FillEntry<T>& entry, int variant) {
+  bool agrees = true;
+  forEachOffset([&](int width, int offset, Random& random) {
+    const Size roi{width, drawnHeight(random, width)};
+    const Point seed{random.below(roi.width), random.below(roi.height)};
+    const int moreBytes = random.below(2) == 0 ? -1 : -width * static_cast<int>(sizeof(T)) & 63;
+    agrees = agrees &&
+             agreeOnShape(entry, variant, random.oneOf(allFillShapes), roi, seed, random, moreBytes, offset);
+  });
 }
 
 /// Rows that lie whole pages apart, of which columns are left to the stack.
@@ -273,6 +288,7 @@ void registerFill(const char* name, FillRoutine<T>* reference, const Primitives:
   };
   add("Shapes", shapes);
   add("PagedRows", pagedRows);
+  if (limitsAreLowered) add("EveryOffset", everyOffset);
   add("AllSmallImages", allSmallImages);
   add("SpecialPixels", specialPixels);
   add("Refusals", refusals);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/EntryTests.h"
+#include "tests/support/Limits.h"
 #include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
 
 namespace Zorvan::Test {
@@ -225,6 +226,31 @@ void wideRegions(const LaplaceEntry<T>& entry, int variant) {
   }
 }
 
+/// Every width at every offset, in rows that lie alike: with any surroundings and place of the source, and
+/// without surroundings against either page.
+template <class T>
+void everyOffset(const LaplaceEntry<T>& entry, int variant) {
+  const auto words = borderWords();
+  bool agrees = true;
+  const auto agreeAt = [&](LaplaceCase c, int offset, Random& random) {
+    c.moreDstBytes = -c.roi.width * static_cast<int>(sizeof(T)) & 63;
+    c.dstPlacement = {Placement::Edge::inside, offset};
+    agrees = agrees && agreeOn(entry, variant, c, anyValue<T>(random));
+  };
+  forEachOffset([&](int width, int offset, Random& random) {
+    for (const int mask : {33, 55}) {
+      agreeAt(anyCase<T>({width, drawnHeight(random, width)}, mask, random.oneOf(words), random), offset,
+              random);
+      for (const auto edge : {Placement::Edge::front, Placement::Edge::back}) {
+        const int kinds[] = {1, 6};
+        LaplaceCase c = anyCase<T>({width, 1 + random.below(9)}, mask, random.oneOf(kinds), random);
+        c.srcPlacement = {edge, 0};
+        agreeAt(c, offset, random);
+      }
+    }
+  });
+}
+
 /// Results large enough to be stored past the caches, whose rows begin anywhere in a vector.
 template <class T>
 void largeRegions(const LaplaceEntry<T>& entry, int variant) {
@@ -368,8 +394,12 @@ void registerLaplace(const char* name, LaplaceRoutine<T>* reference,
   };
   add("SmallRegions", smallRegions);
   add("WideRegions", wideRegions);
-  add("LargeRegions", largeRegions);
-  add("LargeRegionsOfShortRows", largeRegionsOfShortRows);
+  if (limitsAreLowered) {
+    add("EveryOffset", everyOffset);
+  } else {
+    add("LargeRegions", largeRegions);
+    add("LargeRegionsOfShortRows", largeRegionsOfShortRows);
+  }
   add("KnownPictures", knownPictures);
   add("Refusals", refusals);
   add("ZeroStep", zeroStep);

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "tests/support/EntryTests.h"
+#include "tests/support/Limits.h"
 #include "tests/support/MorphCall.h"
 #include "tests/support/Options.h"
 #include "tests/support/Random.h"
@@ -162,6 +163,22 @@ void everyWord(const Pair<T, Spec>& pair) {
       }
     }
   }
+}
+
+/// Every width at every offset, in rows of results that lie alike.
+template <class T, class Spec>
+void everyOffset(const Pair<T, Spec>& pair) {
+  const std::vector<MorphMaskCells> masks = allMasks();
+  const MorphMaskCells solids[] = {solidMask({3, 3}), solidMask({5, 5}), solidMask({7, 7}),
+                                   solidMask({9, 9}), solidMask({4, 4}), solidMask({2, 7})};
+  bool agrees = true;
+  forEachOffset([&](int width, int offset, Random& random) {
+    const MorphMaskCells& mask = random.below(2) != 0 ? random.oneOf(solids) : random.oneOf(masks);
+    MorphCase c = drawCase(random, mask, {width, drawnHeight(random, width)});
+    c.gap = -width * static_cast<int>(sizeof(T)) & 63;
+    c.placement = {Placement::Edge::inside, offset};
+    agrees = agrees && pair.agreesOn(c);
+  });
 }
 
 /// Rows longer than a band of the ring, and images higher than one long row takes in.
@@ -404,15 +421,19 @@ void registerMorph(const char* name, MorphRoutine<T, Spec>* reference,
   };
   add("", onPair(manyMasks<T, Spec>));
   add("_everyWord", onPair(everyWord<T, Spec>));
-  add("_largeRegions", onPair(largeRegions<T, Spec>));
-  add("_strips", onPair(strips<T, Spec>));
-  add("_streams", onPair(streams<T, Spec>));
+  if (limitsAreLowered) {
+    add("_everyOffset", onPair(everyOffset<T, Spec>));
+  } else {
+    add("_largeRegions", onPair(largeRegions<T, Spec>));
+    add("_strips", onPair(strips<T, Spec>));
+    add("_streams", onPair(streams<T, Spec>));
+  }
   add("_refusals", refusals<T, Spec>);
   if constexpr (std::is_same_v<Spec, MorphSpec>) {
     add("_listedAndTabled", listedAndTabled<T>);
     add("_wordFolding", wordFolding<T>);
   } else {
-    add("_bands", onPair(bands<T>));
+    if (!limitsAreLowered) add("_bands", onPair(bands<T>));
     add("_inPlace", inPlace<T>);
     add("_belowItsSource", belowItsSource<T>);
   }

@@ -1,7 +1,12 @@
 #include "tests/support/Cases.h"
 
+#include <gtest/gtest.h>
 #include <algorithm>
+
 #include <set>
+
+#include "tests/support/Cache.h"
+#include "tests/support/Limits.h"
 
 namespace Zorvan::Test {
 namespace {
@@ -60,6 +65,37 @@ Size drawnSize(Random& random) {
   return {width, height};
 }
 
+/// A cache that holds nothing, little or all, or that is not known.
+struct DrawnCache {
+  int bytes, status;
+};
+
+/// All images at the offset with pitches of whole lines, under which rows lie alike, then any layout.
+void forEachCaseOfAllOffsets(const CaseRange& range, int imageCount,
+                             const std::function<void(const Case&)>& use) {
+  forEachOffset([&](int width, int offset, Random& random) {
+    for (const bool alike : {true, false}) {
+      constexpr DrawnCache caches[] = {{0, 0}, {512, 0}, {1 << 30, 0}, {0, 37}};
+      const DrawnCache drawn = random.oneOf(caches);
+      const ForcedCache cache(drawn.bytes, 64, drawn.status);
+      Case c{{width, drawnHeight(random, width)}, {}, random.next()};
+      const bool tight = !alike && random.below(3) == 0;
+      for (int image = 0; image < imageCount; ++image) {
+        Layout layout = layoutOf(random, range, tight);
+        if (alike) {
+          layout.stepKind = StepKind::wholeLinesMore;
+          layout.placement = {Placement::Edge::inside, offset};
+        }
+        c.images.push_back(layout);
+      }
+      const testing::ScopedTrace trace(
+          __FILE__, __LINE__,
+          drawn.status != 0 ? "cache unknown" : "cache of " + std::to_string(drawn.bytes) + " bytes");
+      use(c);
+    }
+  });
+}
+
 }  // namespace
 
 int Layout::step(int rowBytes, int pixelBytes) const {
@@ -71,7 +107,7 @@ int Layout::step(int rowBytes, int pixelBytes) const {
     case StepKind::oddBytesMore:
       return (rowBytes + 7) | 1;
     case StepKind::wholeLinesMore:
-      return (rowBytes + 127) / 64 * 64;
+      return (rowBytes + (limitsAreLowered ? 63 : 127)) / 64 * 64;  // the fewer bytes, the more paths
     case StepKind::zero:
       return 0;
     case StepKind::negative:
@@ -106,6 +142,26 @@ std::vector<int> widthsOf(const CaseRange& range, Level level) {
   return {widths.begin(), widths.end()};
 }
 
+bool allOffsetsWereUsed = false;
+
+void forEachOffset(const std::function<void(int width, int offset, Random& random)>& use) {
+  constexpr int lineBytes = 64, lastWidth = 140, sample = 400;
+  Random random(options().seed);
+  if (!options().everyOffset) {
+    for (int i = 0; i < sample; ++i) use(1 + random.below(lastWidth), random.below(lineBytes), random);
+    return;
+  }
+  for (int width = 1; width <= lastWidth; ++width) {
+    for (int offset = 0; offset < lineBytes; ++offset) use(width, offset, random);
+  }
+  allOffsetsWereUsed = true;
+}
+
+int drawnHeight(Random& random, int width) {
+  const int most = random.below(4) != 0 ? 9 : width < 24 ? 70 : 24;
+  return 1 + random.below(most);
+}
+
 void forEachCase(const CaseRange& range, int imageCount, const std::function<void(const Case&)>& use) {
   const Level level = options().level;
   Random random(options().seed);
@@ -119,6 +175,7 @@ void forEachCase(const CaseRange& range, int imageCount, const std::function<voi
       useLayouts(drawnSize(random), random.below(4) == 0);
     return;
   }
+  if (limitsAreLowered) return forEachCaseOfAllOffsets(range, imageCount, use);
   for (const int width : widthsOf(range, level)) {
     for (int height = 1; height <= range.heights; ++height) {
       for (int i = 0; i < layoutsPerSize(level); ++i) {

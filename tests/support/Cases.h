@@ -8,6 +8,7 @@
 #include "tests/support/Guarded.h"
 #include "tests/support/Options.h"
 #include "tests/support/Pixels.h"
+#include "tests/support/Random.h"
 #include "zorvan/foundation/Geometry.h"
 
 namespace Zorvan::Test {
@@ -46,6 +47,13 @@ struct CaseRange {
 /// Widths from 1 to beyond twice the widest block, and the neighbours of the range's own limits; thinned out
 /// below the full level.
 std::vector<int> widthsOf(const CaseRange& range, Level level);
+
+/// Widths up to 140 at every offset within a line, or a sample of them: what the tests with lowered limits go
+/// through. `use(width, offset, random)`
+void forEachOffset(const std::function<void(int width, int offset, Random& random)>& use);
+
+/// Few rows mostly, many where they are short.
+int drawnHeight(Random& random, int width);
 
 /// Calls `use` with every case of the range at the level of the options: each width with several heights, and
 /// for each of those several layouts, so that every step kind, placement and content meets every width class.

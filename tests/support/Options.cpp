@@ -9,6 +9,8 @@
 
 #include "zorvan/primitives/frame/Variants.h"
 
+#include "tests/support/Limits.h"
+
 namespace Zorvan::Test {
 namespace {
 
@@ -80,6 +82,10 @@ void parseOptions(int argc, char** argv) {
     } else {
       refuse(argument);
     }
+  }
+  if (limitsAreLowered && parsed.level == Level::full) {
+    parsed.level = Level::quick;
+    parsed.everyOffset = true;
   }
 }
 

@@ -13,6 +13,8 @@ enum class Level { few, quick, full, fuzz };
 struct Options {
   Level level = Level::quick;
   std::uint64_t seed = 1;
+  bool everyOffset =
+      false;               ///< with lowered limits: every width at every offset within a line, else a sample
   int rounds = 500;        ///< cases of each entry and variant at the level `fuzz`
   std::string entry;       ///< only entries whose name contains this
   std::string variant;     ///< only variants whose name contains this
@@ -21,8 +23,9 @@ struct Options {
 
 const Options& options();
 
-/// Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=` and `--expected-index=`; ends the
-/// program with a text on anything else, and on a variant or a number that is none.
+/// With lowered limits the full level adds the systematic cases alone: all else has been run with the
+/// library's. Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=` and `--expected-index=`;
+/// ends the program with a text on anything else, and on a variant or a number that is none.
 void parseOptions(int argc, char** argv);
 
 }  // namespace Zorvan::Test

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "tests/support/EntryTests.h"
+#include "tests/support/Limits.h"
 #include "tests/support/Options.h"
 #include "tests/support/ProcessorTests.h"
 #include "tests/support/VariantTests.h"
@@ -22,6 +23,7 @@ int main(int argc, char** argv) {
   Zorvan::Test::parseOptions(argc, argv);
   Zorvan::Test::registerProcessorTests();
   Zorvan::Test::registerEntryTests();
+  Zorvan::Test::registerPlanOutcomeTests();
   if (!Zorvan::Test::options().entry.empty() && !Zorvan::Test::hasWantedEntry()) {
     return fail("no test has a name that contains the text of --entry");
   }

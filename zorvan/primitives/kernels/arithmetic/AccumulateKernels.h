@@ -10,6 +10,7 @@
 #include "zorvan/primitives/kernels/arithmetic/accumulate_weighted.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -46,7 +47,7 @@ struct AccumulateMasked {
   static void run(const AccumulateImages& images, Size roi) {
     using Row = WeightedMaskedRow;
     const auto first = reinterpret_cast<std::uintptr_t>(images.srcDst);
-    if (areWholePasses<Row::Limits>(first, images.srcDstStep, roi.width)) {
+    if (ZORVAN_PLANNED("areWholePasses", areWholePasses<Row::Limits>(first, images.srcDstStep, roi.width))) {
       images.eachRow(roi, Row::addWhole<Source>);
     } else {
       images.eachRow(roi, Row::add<Source>);

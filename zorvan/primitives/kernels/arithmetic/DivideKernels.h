@@ -9,6 +9,7 @@
 #include "zorvan/primitives/kernels/arithmetic/divide_row.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -105,7 +106,7 @@ int divideRows(const QuotientImages<T>& images, Size roi, int f) {
       return QuotientPolicy<V>::template row<T, decltype(form)::value>(d, x, out, n, factors, constants);
     });
   };
-  switch (planQuotients<T>(f)) {
+  switch (ZORVAN_PLANNED("planQuotients", planQuotients<T>(f))) {
     case Quotients::plain:
       return run(std::integral_constant<Quotients, Quotients::plain>{});
     case Quotients::scaledDivisor:

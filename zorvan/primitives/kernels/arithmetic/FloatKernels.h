@@ -6,6 +6,7 @@
 #include "zorvan/primitives/kernels/arithmetic/float_rows.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -18,6 +19,9 @@ struct FloatRows {
     const std::int64_t length = images.rowBytes;
     images.eachRow([length](auto a, auto b, unsigned char* dst) {
       const FloatRowPlan plan = planFloatRow(reinterpret_cast<std::uintptr_t>(dst), length / 4, mayStream);
+      ZORVAN_NOTE_PLAN("planFloatRow in blocks", plan.inBlocks);
+      ZORVAN_NOTE_PLAN("planFloatRow aligned", plan.aligned);
+      if constexpr (mayStream) ZORVAN_NOTE_PLAN("planFloatRow streaming", plan.streaming);
       floatRow<Op, mayStream, prefetch>(plan, a, b, dst, length);
     });
   }
@@ -30,6 +34,7 @@ struct AlignedFloatRows {
     const std::int64_t length = images.rowBytes;
     images.eachRow([length](auto a, auto b, unsigned char* dst) {
       const FloatRowPlan plan = planAlignedFloatRow(reinterpret_cast<std::uintptr_t>(dst), length / 4);
+      ZORVAN_NOTE_PLAN("planAlignedFloatRow in blocks", plan.inBlocks);
       floatRow<Op, false, false>(plan, a, b, dst, length);
     });
   }
@@ -46,11 +51,12 @@ struct WideFloatRows {
   static void run(RowImages<A, B> images) {
     const std::int64_t length = images.rowBytes;
     if constexpr (registerBytes == 64) {
-      if (!planWidestFloats(images.rows * length / 4)) {
+      if (!ZORVAN_PLANNED("planWidestFloats", planWidestFloats(images.rows * length / 4))) {
         return WideFloatRows<alignFromPixels, 32>::template run<Op>(images);
       }
     }
-    if (areWholeBlocks(planOf(images.dst, length), images.dstStep, length / 4)) {
+    if (ZORVAN_PLANNED("areWholeBlocks",
+                       areWholeBlocks(planOf(images.dst, length), images.dstStep, length / 4))) {
       if (length % floatTurnBytes != 0) return wholeBlocks<Op, registerBytes>(images);
       const bool onLines = isAligned(images.dst, 64) && images.dstStep % 64 == 0;
       return onLines ? wholeTurns<Op, registerBytes>(images) : wholeTurns<Op, 32>(images);

@@ -10,6 +10,7 @@
 #include "zorvan/primitives/kernels/arithmetic/unary_float_rows.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -74,6 +75,7 @@ bool walkFloatRows(const UnaryImages& call, Size roi) {
                            call.inPlace};
   const FloatRows rows =
       Form::fuses ? planFloatRows(roi, images.srcStep, images.dstStep) : FloatRows{roi.height, roi.width};
+  if constexpr (Form::fuses) ZORVAN_NOTE_ONE_ROW("planFloatRows as one row", rows.rows, roi.height);
   bool negative = false;
   images.eachRow(rows.rows, [&](const unsigned char* src, unsigned char* dst) {
     negative |= Form::template row<streaming>(src, dst, rows.rowPixels, images.srcStep);
@@ -90,6 +92,7 @@ int eachFloatRow(const UnaryImages& images, Size roi) {
   bool streaming = false;
   if constexpr (Form::streams) {
     streaming = !images.inPlace && planStreaming<4>(std::int64_t{roi.width} * roi.height, askCacheSize);
+    ZORVAN_NOTE_PLAN("planStreaming of floats", streaming);
   }
   bool negative;
   if (streaming) {

@@ -8,6 +8,7 @@
 #include "zorvan/primitives/kernels/arithmetic/wide_row.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/UpdatePlan.h"
 
 namespace Zorvan::Primitives {
@@ -34,7 +35,8 @@ struct WideRows {
         return images.template eachShortRow<2>(
             [=](auto a, auto b, unsigned char* dst) { widePass(pixels, a, b, dst, 0); });
       }
-      if (updatesAhead(images.inPlace(), images.rows * images.rowBytes)) return rowsAhead(pixels, images);
+      if (ZORVAN_PLANNED("updatesAhead", updatesAhead(images.inPlace(), images.rows * images.rowBytes)))
+        return rowsAhead(pixels, images);
     }
     if (images.rowBytes % passBytes == 0) return rows<true, false>(pixels, images);
     rows<false, false>(pixels, images);
@@ -88,7 +90,7 @@ void scaledRows(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f)
                                  dstStep, roi.height, std::int64_t{roi.width} * std::int64_t{sizeof(T)}};
     ScaledPolicy<V>::run(pixels, images);
   };
-  switch (planScaling(scalingLimitsOf<Op>(), f)) {
+  switch (ZORVAN_PLANNED("planScaling", planScaling(scalingLimitsOf<Op>(), f))) {
     case Scaling::saturated:
       return run(Saturated<T>{});
     case Scaling::halved:

@@ -13,6 +13,7 @@
 #include "zorvan/primitives/kernels/arithmetic/word_squares.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -31,7 +32,8 @@ using ByteVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32
 template <class Vector, class Operation>
 void eachByteRow(const Operation& operation, const UnaryImages& images, Size roi) {
   const ByteRowsPlan plan = planByteRows(roi, images.srcStep, images.dstStep, images.inPlace, askCacheSize);
-  if (plan.streaming) {
+  ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
+  if (ZORVAN_PLANNED("planByteRows streaming", plan.streaming)) {
     images.eachRow(plan.rows, [&](auto* src, auto* dst) {
       bytesRow<Vector, true>(operation, src, dst, plan.rowPixels);
     });

@@ -9,6 +9,7 @@
 #include "zorvan/primitives/kernels/arithmetic/AccumulatePlan.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate_source.h"
 #include "zorvan/primitives/kernels/common/ImageLimits.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -59,7 +60,8 @@ struct WeightedRow {
                   std::int64_t pixels) {
     using Limits = AccumulateLimits<passPixels, Vector32::size>;
     const auto plan = planWeightingRow<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
-    if (plan.byPixels) return addWeightedSingly<Source>(src, mask, srcDst, pixels);
+    if (ZORVAN_PLANNED("planWeightingRow by pixels", plan.byPixels))
+      return addWeightedSingly<Source>(src, mask, srcDst, pixels);
 
     addWeightedSingly<Source>(src, mask, srcDst, plan.head);
     std::int64_t i = plan.head;
@@ -99,7 +101,7 @@ inline void addWeightedUpTo16(const unsigned char* src, const unsigned char* mas
   _mm512_mask_storeu_ps(srcDst, lanes, _mm512_fmadd_ps(Source::sixteen(src, lanes), weight, before));
 }
 
-/// Two vectors a pass. Long rows start their passes on a cache line. The masked steps come first: what lies
+/// Two vectors a pass. Long rows, from 16 pixels on, start on a line. Masked steps come first: what lies
 /// beside bytes that one of them has just written is slow to read, and the next row may begin there.
 struct WeightedMaskedRow {
   using Limits = AccumulateLimits<accumulateAlignFromPixels, Vector64::size>;
@@ -109,7 +111,8 @@ struct WeightedMaskedRow {
                   std::int64_t pixels) {
     const std::int64_t head = planMaskedSteps<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
     const std::int64_t end = head + ((pixels - head) & ~31);
-    if (head != 0) addWeightedUpTo16<Source>(src, mask, srcDst, head);
+    if (ZORVAN_PLANNED("planMaskedSteps with a peel", head != 0))
+      addWeightedUpTo16<Source>(src, mask, srcDst, head);
     for (std::int64_t i = end; i < pixels; i += 16) {
       addWeightedUpTo16<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i,
                                 pixels - i < 16 ? pixels - i : 16);

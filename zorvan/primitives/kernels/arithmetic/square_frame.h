@@ -8,6 +8,7 @@
 #include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
 #include "zorvan/primitives/kernels/arithmetic/unary_float_rows.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -39,12 +40,13 @@ struct SquareFrame {
   static void run(const unsigned char* src, int srcStep, unsigned char* dst, int dstStep, Size roi,
                   bool inPlace) {
     const SquarePlan plan = planSquareFrame(roi, srcStep, dstStep, inPlace);
+    ZORVAN_NOTE_ONE_ROW("planSquareFrame as one row", plan.rows, roi.height);
     for (std::int64_t r = 0; r < plan.rows; ++r) {
       const unsigned char* const from = rowAt(src, srcStep, r);
       unsigned char* const to = rowAt(dst, dstStep, r);
-      if (plan.prefetchBytes == 0) {
+      if (ZORVAN_PLANNED("planSquareFrame near", plan.prefetchBytes == 0)) {
         squareRow<Vector, false, false>(from, to, plan.rowPixels, 0);
-      } else if (plan.streaming && isAligned(to, 4)) {
+      } else if (ZORVAN_PLANNED("planSquareFrame streaming", plan.streaming && isAligned(to, 4))) {
         squareRow<Vector, true, true>(from, to, plan.rowPixels, plan.prefetchBytes);
       } else {
         squareRow<Vector32, true, false>(from, to, plan.rowPixels, plan.prefetchBytes);

@@ -69,11 +69,11 @@ struct RowFillLimits {
 };
 
 /// The newest two variants: limits in pixels that all stand for 6 MiB, the cache compared in pixels. Lines
-/// are claimed ahead where a cache can hold them all: those that come from memory arrive later for it.
+/// are prefetched for writing where a cache has room for all: it delays those that come from memory.
 template <int pixelBytes>
 struct WideFillLimits {
   static constexpr std::int64_t askAbovePixels = imageLimit(0x600000, 256) / pixelBytes;
-  static constexpr auto claimAboveBytes = imageLimit<std::int64_t>(0x100000, 96);  // what nearer caches hold
+  static constexpr auto claimAboveBytes = imageLimit<std::int64_t>(0x100000, 96);  // fits nearer caches
   static constexpr int cacheShift = pixelBytes / 2;                                // 1, 2, 4 bytes: 0, 1, 2
   static constexpr int streamFromBits = imageLimit(32, 13);  // of width and height, one after the other
 };
@@ -85,7 +85,7 @@ constexpr int joinMaskedBelow = imageLimit(32768, 48);
 
 struct EmptyStoreLimits {
   static constexpr auto skipAboveBytes =
-      imageLimit<std::int64_t>(0x8000, 256);  // what the nearest cache holds
+      imageLimit<std::int64_t>(0x8000, 256);  // the nearest cache has room for it
 };
 
 // ---- conversions ----
@@ -112,7 +112,7 @@ struct CombineLimits {
 // ---- arithmetic ----
 
 /// The nearer caches hold smaller images, and their prefetchers are fast enough for them. Larger ones come
-/// from memory, of which the processor has enough on the way on its own.
+/// from memory, of which the processor has enough loads in flight on its own.
 constexpr auto updateAheadFromBytes = imageLimit<std::int64_t>(0x100000, 64);
 constexpr auto updateAheadUpToBytes = imageLimit<std::int64_t>(0x400000, 1024);
 
@@ -122,14 +122,14 @@ constexpr auto floatRowStreamAboveBlocks = imageLimit<std::int64_t>(0x2AAA, 3);
 /// While images of so many pixels stay near the processor, loads and stores are what the time goes into.
 constexpr auto widestFloatsUpToPixels = imageLimit<std::int64_t>(0x10000, 512);
 
-/// Below the first figure of bytes in all images nothing is prefetched; above the second a destination of its
+/// Below the first number of bytes in all images nothing is prefetched; above the second a destination of its
 /// own is written past the cache.
 constexpr auto prefetchFromBytes = imageLimit<std::int32_t>(32769, 128);
 constexpr auto streamAboveBytes = imageLimit<std::int32_t>(0x600000, 512);
 constexpr auto streamByteImagesAbove =
     imageLimit<std::int32_t>(0x300000, 128);  // the same for images of bytes
 
-/// The same where the processor does not tell its largest cache. Those that tell it write past the cache at
+/// The same where the processor does not report its largest cache. Those that do write past the cache at
 /// no cost as soon as the second level is full; the others lose by it what still fits into the last one.
 constexpr auto streamUntoldAboveBytes = imageLimit<std::int32_t>(0x1800000, 2048);
 
@@ -159,19 +159,19 @@ constexpr int signedTilePixels = imageLimit(0x10002, 101);
 /// them where tiles are narrower than a vector. Only tiles one or two pixels wide have more.
 constexpr int stripRows = imageLimit(32767, 5);
 
-/// Regions with less pixels than this take the narrow path of byte means: 32 bits hold their sum. The count
+/// Regions with fewer pixels than this take the narrow path of byte means: 32 bits are enough. The count
 /// wraps on 32 bits, so an enormous region may come out as a small one.
 constexpr auto narrowSumBelow = imageLimit<std::int32_t>(0x800000, 200);
 
-/// Steps of 64 words that lanes of 32 bits with a sign hold: each adds two words to a lane.
+/// Iterations over 64 words that fit lanes of 32 bits with a sign: each adds two words to a lane.
 constexpr int wordStepsInLanes = imageLimit(16384, 3);
 
 /// Selected pixels of a row whose squares of bytes fit a lane of 32 bits, whatever the vector's width: a lane
 /// takes four squares of each 16 pixels at most. A multiple of the widest vector.
 constexpr auto squaresInLanes = imageLimit<std::int64_t>(std::int64_t{1} << 17, 128);
 
-/// Pixels of a block: some hundred steps between two looks at what the lanes hold, and few enough to be
-/// walked again for a position at hardly any cost.
+/// Pixels of a block: some hundred iterations between two reductions of the lanes, and few enough to be
+/// searched again for a position at hardly any cost.
 constexpr int extremeBlockPixels = imageLimit(8192, 100);
 
 // ---- morphology ----

@@ -9,6 +9,7 @@
 
 #include "zorvan/primitives/frame/ConnectedComp.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
@@ -82,7 +83,8 @@ class FloodFill {
     FillSegment segment{seed.y, left, right, right + 1, right, seed.y == roi_.height - 1 ? -1 : 1};
     do {
       area_.include(segment);
-      if (followsColumns(step_) && isInColumn(segment)) followColumn(segment);
+      if (ZORVAN_PLANNED("followsColumns", followsColumns(step_)) && isInColumn(segment))
+        followColumn(segment);
       const std::int32_t ahead = segment.y - segment.direction;
       const std::int32_t back = segment.y + segment.direction;
       if (static_cast<std::uint32_t>(ahead) < static_cast<std::uint32_t>(roi_.height)) {

@@ -9,6 +9,7 @@
 // Rows above and below the region that are not in memory are the nearest row, or one of the constant in the
 // work memory. Reads and writes nothing else, to the byte.
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/common/short_rows.h"
 #include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
@@ -77,7 +78,8 @@ struct LaplaceSweep {
   static void run(const LaplaceRegion<T>& region) {
     if constexpr (V::size == streamedVectorBytes) {
       const std::int64_t head = bytesToBoundary(region.dst.pixels, V::size);
-      if (planLaplaceStreaming(region.size, sizeof(T), region.dst.step, head, Filter::reach)) {
+      if (ZORVAN_PLANNED("planLaplaceStreaming", planLaplaceStreaming(region.size, sizeof(T), region.dst.step,
+                                                                      head, Filter::reach))) {
         sweep(region, head, StreamingStores<V>{});
         return fenceStores();
       }

@@ -8,6 +8,7 @@
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/initializer/ConvertPlan.h"
 #include "zorvan/primitives/kernels/initializer/convert_float.h"
 #include "zorvan/primitives/kernels/initializer/convert_narrow_rows.h"
@@ -43,7 +44,9 @@ struct NarrowStreaming {
   static void convert(const ConvertImages& images, Size roi) {
     const ConvertPlan plan =
         planConvertImage<1>(roi, images.srcStep, images.dstStep, askCacheSize, askCacheLine);
-    if (!plan.streaming) return images.eachRow(plan, narrowBody64<false>);
+    ZORVAN_NOTE_ONE_ROW("planConvertImage as one row", plan.rows, roi.height);
+    if (!ZORVAN_PLANNED("planConvertImage streaming", plan.streaming))
+      return images.eachRow(plan, narrowBody64<false>);
     images.eachRow(plan,
                    [&](auto* src, auto* dst, auto n) { narrowRowStreaming(src, dst, n, plan.lineBytes); });
     fenceStores();
@@ -83,7 +86,9 @@ struct ToFloatStreaming {
   static void convert(const ConvertImages& images, Size roi) {
     const ConvertPlan plan =
         planConvertImage<4>(roi, images.srcStep, images.dstStep, askCacheSize, askCacheLine);
-    if (!plan.streaming) return images.eachRow(plan, toFloatRowPlain<Vector>);
+    ZORVAN_NOTE_ONE_ROW("planConvertImage as one row", plan.rows, roi.height);
+    if (!ZORVAN_PLANNED("planConvertImage streaming", plan.streaming))
+      return images.eachRow(plan, toFloatRowPlain<Vector>);
     images.eachRow(plan, [&](auto* src, auto* dst, auto n) {
       toFloatRowStreaming<Vector>(src, dst, n, plan.lineBytes);
     });

@@ -6,6 +6,7 @@
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/initializer/CopyPlan.h"
 #include "zorvan/primitives/kernels/initializer/copy_large.h"
 #include "zorvan/primitives/kernels/initializer/copy_leaf2.h"
@@ -41,6 +42,8 @@ struct RowCopy {
   template <int pixelBytes>
   static void copy(const CopyImages& images, Size roi) {
     const CopyPlan plan = planRowCopy<pixelBytes>(roi, images.srcStep, images.dstStep);
+    ZORVAN_NOTE_ONE_ROW("planRowCopy as one row", plan.rows, roi.height);
+    ZORVAN_NOTE_PLAN("planRowCopy streaming", plan.streaming);
     copyEachRow(images, plan.rows, plan.rowBytes,
                 [streaming = plan.streaming](const auto* src, auto* dst, std::int64_t length) {
                   copyRow(src, dst, length, streaming);
@@ -48,12 +51,22 @@ struct RowCopy {
   }
 };
 
+/// With lowered limits the tests force the answer about the cache, also in place of leaf 2, which the
+/// processor at hand may not have.
+#ifdef ZORVAN_LOWERED_LIMITS
+constexpr auto askLeaf2 = askCacheSize;
+#else
+constexpr auto askLeaf2 = askLeaf2CacheSize;
+#endif
+
 /// 16-byte stores, the cache read from leaf 2.
 struct Leaf2Copy {
   template <int pixelBytes>
   static void copy(const CopyImages& images, Size roi) {
     const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
-    const CopyPlan plan = planLeaf2Copy(shape, askLeaf2CacheSize);
+    const CopyPlan plan = planLeaf2Copy(shape, askLeaf2);
+    ZORVAN_NOTE_ONE_ROW("planLeaf2Copy as one row", plan.rows, roi.height);
+    ZORVAN_NOTE_PLAN("planLeaf2Copy streaming", plan.streaming);
     if (plan.streaming) {
       copyEachRow(images, plan.rows, plan.rowBytes, copyPastCache);
       fenceStores();
@@ -70,6 +83,8 @@ struct ShortOrLargeCopy {
   static void copy(const CopyImages& images, Size roi) {
     const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
     const CopyPlan plan = planShortOrLargeCopy(shape, askCacheSize);
+    ZORVAN_NOTE_ONE_ROW("planShortOrLargeCopy as one row", plan.rows, roi.height);
+    ZORVAN_NOTE_PLAN("planShortOrLargeCopy streaming", plan.streaming);
     if (plan.streaming) {
       copyEachRow(images, plan.rows, plan.rowBytes, copyLarge);
       fenceStores();
@@ -88,9 +103,10 @@ struct WideCopy {
     const CopyShape shape = copyShape<pixelBytes>(roi, images.srcStep, images.dstStep);
     const CopyAddresses at{reinterpret_cast<std::uintptr_t>(images.src),
                            reinterpret_cast<std::uintptr_t>(images.dst)};
-    switch (planWideCopy(at, shape, askCacheSize)) {
+    switch (ZORVAN_PLANNED("planWideCopy", planWideCopy(at, shape, askCacheSize))) {
       case WideCopyForm::run:
-        return copyRun(planRunCopy(at, shape.total(), askCacheSize), images.src, images.dst, shape.total());
+        return copyRun(ZORVAN_PLANNED("planRunCopy", planRunCopy(at, shape.total(), askCacheSize)),
+                       images.src, images.dst, shape.total());
       case WideCopyForm::narrowRows:
         return copyNarrow({images.src, images.srcStep, images.dst, images.dstStep, shape.rows},
                           shape.rowBytes);

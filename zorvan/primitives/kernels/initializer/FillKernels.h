@@ -8,6 +8,7 @@
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/initializer/FillPlan.h"
 #include "zorvan/primitives/kernels/initializer/fill_row.h"
 #include "zorvan/primitives/kernels/initializer/fill_wide.h"
@@ -22,6 +23,8 @@ struct RowFill {
   template <class Bits>
   static void fill(Bits value, void* dst, int dstStep, Size roi) {
     const FillPlan plan = planRowFill<sizeof(Bits)>(roi, dstStep, askCacheSize);
+    ZORVAN_NOTE_ONE_ROW("planRowFill as one row", plan.rows, roi.height);
+    ZORVAN_NOTE_PLAN("planRowFill streaming", plan.stores == FillStores::streaming);
     const PhasedPattern<Bits> pattern(value);
     for (std::int64_t r = 0; r < plan.rows; ++r) {
       fillRow(pattern, rowAt(static_cast<unsigned char*>(dst), dstStep, r), plan.rowBytes,
@@ -37,12 +40,13 @@ struct WideFill {
   static void fill(Bits value, void* dst, int dstStep, Size roi) {
     const bool oddRows = !isAligned(dst, 2) || dstStep % 2 != 0;
     const FillPlan plan = planWideFill<sizeof(Bits)>(roi, dstStep, oddRows, askCacheSize);
+    ZORVAN_NOTE_ONE_ROW("planWideFill as one row", plan.rows, roi.height);
     const auto eachRow = [&](auto fillOne) {
       for (std::int64_t r = 0; r < plan.rows; ++r) {
         fillOne(rowAt(static_cast<unsigned char*>(dst), dstStep, r), plan.rowBytes);
       }
     };
-    switch (plan.stores) {
+    switch (ZORVAN_PLANNED("planWideFill", plan.stores)) {
       case FillStores::plain:
         return eachRow([value](auto* row, auto length) { fillWide<FillStores::plain>(value, row, length); });
       case FillStores::claimed:

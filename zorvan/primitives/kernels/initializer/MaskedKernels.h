@@ -8,6 +8,7 @@
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/initializer/MaskedPlan.h"
 #include "zorvan/primitives/kernels/initializer/masked_blocks.h"
 #include "zorvan/primitives/kernels/initializer/masked_register_row.h"
@@ -89,6 +90,8 @@ int setMasked(Bits value, void* dst, int dstStep, Size roi, const u8* mask, int 
   using Line = typename masked::Policy<V, Bits>::Fill;
   const bool tight = isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
   const MaskedPlan plan = planMasked<Line::rows>(roi, tight);
+  if constexpr (Line::rows != MaskedRows::apart)
+    ZORVAN_NOTE_ONE_ROW("planMasked as one row", plan.rows, roi.height);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
     Line::Form::row(ValueSource<Bits>{value}, rowAt(static_cast<unsigned char*>(dst), dstStep, r),
                     rowAt(mask, maskStep, r), plan);
@@ -104,6 +107,8 @@ int copyMasked(const void* src, int srcStep, void* dst, int dstStep, Size roi, c
   const bool tight =
       isTight(roi, sizeof(Bits), srcStep) && isTight(roi, sizeof(Bits), dstStep) && isTight(roi, 1, maskStep);
   const MaskedPlan plan = planMasked<Line::rows>(roi, tight);
+  if constexpr (Line::rows != MaskedRows::apart)
+    ZORVAN_NOTE_ONE_ROW("planMasked as one row", plan.rows, roi.height);
   for (std::int64_t r = 0; r < plan.rows; ++r) {
     Line::Form::row(RowSource<Bits>{rowAt(static_cast<const unsigned char*>(src), srcStep, r)},
                     rowAt(static_cast<unsigned char*>(dst), dstStep, r), rowAt(mask, maskStep, r), plan);

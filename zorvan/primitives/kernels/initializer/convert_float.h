@@ -5,6 +5,7 @@
 // Only the row is read and written, at any address.
 
 #include "zorvan/primitives/kernels/common/ImageLimits.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/initializer/ConvertPlan.h"
 
@@ -35,7 +36,8 @@ inline void toFloatBody8(const unsigned char* src, unsigned char* dst, std::int6
 
 /// The oldest two variants: 8 pixels a turn from the first aligned store on.
 inline void toFloatRow(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  if (planSingleFloats(reinterpret_cast<std::uintptr_t>(src), reinterpret_cast<std::uintptr_t>(dst), n)) {
+  if (ZORVAN_PLANNED("planSingleFloats", planSingleFloats(reinterpret_cast<std::uintptr_t>(src),
+                                                          reinterpret_cast<std::uintptr_t>(dst), n))) {
     return toFloatSingly(src, dst, n);
   }
 
@@ -103,7 +105,7 @@ inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int
   if (n != 0) toFloatFewer<Vector>(src, dst, n);
 }
 
-/// A row of an image with plain stores, which cross no cache line where the row is long enough to gain by it.
+/// A row of an image with plain stores, aligned where it is long enough to gain by it: 16 pixels at least.
 template <class Vector>
 inline void toFloatRowPlain(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   if (n >= toFloatAlignFromPixels && isAligned(dst, 4) && !isAligned(dst, Vector::size)) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Copies rows of at least 512 bytes with 32-byte stores, or rows of any length past the cache: the plain copy
+// Copies rows of whole 32-byte vectors, or rows of any length past the cache: the plain copy
 // of images with gaps in the two newest variants.
 
 #include "zorvan/primitives/kernels/initializer/copy_pieces.h"

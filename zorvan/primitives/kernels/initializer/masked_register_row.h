@@ -7,6 +7,7 @@
 // a block with fewer bits. Such a store costs the same with 32 bytes as with 64, hence the wide ones. Reads
 // and writes nothing outside the row.
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/initializer/masked_row.h"
 
 #ifdef __AVX512BW__
@@ -101,12 +102,14 @@ struct RegisterForm {
     constexpr int pixelBytes = sizeof(typename Source::Pixel);
     const std::int64_t pixels = image.pixels;
     const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, 64));
-    if (plan.byPixels) return maskedPixels(source, dst, mask, pixels);
+    if (ZORVAN_PLANNED("planMaskedRow by pixels", plan.byPixels))
+      return maskedPixels(source, dst, mask, pixels);
 
     if (plan.head != 0) putSelected(source, dst, Stores::ofFirst(plan.head, mask));
     std::int64_t done = plan.head;
-    const auto stores =
-        planSkipsEmptyStores<pixelBytes>(image) ? maskedStores<true, Source> : maskedStores<false, Source>;
+    const auto stores = ZORVAN_PLANNED("planSkipsEmptyStores", planSkipsEmptyStores<pixelBytes>(image))
+                            ? maskedStores<true, Source>
+                            : maskedStores<false, Source>;
     done += stores(source.from(done), dst + done * pixelBytes, mask + done, pixels - done);
     if (done == pixels) return;
     putSelected(source.from(done), dst + done * pixelBytes, Stores::ofFirst(pixels - done, mask + done));

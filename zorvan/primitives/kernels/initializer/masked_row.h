@@ -7,6 +7,7 @@
 // Reads and writes nothing outside the row. Heads and tails that are done as a block overlap their
 // neighbours: filling or copying a pixel twice is the same as once.
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/initializer/MaskedPlan.h"
 
@@ -96,7 +97,8 @@ struct BlockForm {
     constexpr int pixelBytes = sizeof(typename Source::Pixel);
     const std::int64_t pixels = image.pixels;
     const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, Block::boundary));
-    if (plan.byPixels) return maskedPixels(source, dst, mask, pixels);
+    if (ZORVAN_PLANNED("planMaskedRow by pixels", plan.byPixels))
+      return maskedPixels(source, dst, mask, pixels);
 
     if (plan.head != 0) {
       if constexpr (head == MaskedEnd::byBlock) {

@@ -7,6 +7,7 @@
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/logical/ComparePlan.h"
 #include "zorvan/primitives/kernels/logical/compare_lanes.h"
 #include "zorvan/primitives/kernels/logical/compare_row.h"
@@ -43,8 +44,10 @@ struct RowCompare {
   template <Operator op, class T>
   static void run(T value, CompareImages images, Size roi) {
     const Lanes<op> compare{value};
-    switch (planRowCompare({reinterpret_cast<std::uintptr_t>(images.src), images.srcStep},
-                           {reinterpret_cast<std::uintptr_t>(images.dst), images.dstStep}, roi)) {
+    switch (
+        ZORVAN_PLANNED("planRowCompare",
+                       planRowCompare({reinterpret_cast<std::uintptr_t>(images.src), images.srcStep},
+                                      {reinterpret_cast<std::uintptr_t>(images.dst), images.dstStep}, roi))) {
       case CompareAccess::unaligned:
         return compareRows<CompareAccess::unaligned>(compare, images, roi);
       case CompareAccess::aligned:
@@ -74,9 +77,10 @@ struct WideWordCompare;
 /// 32-byte stores, rows run together where nothing lies between them.
 template <class Compare>
 inline void compareFusedRows(const Compare& compare, CompareImages images, Size roi) {
+  const CompareRows plan = planWideCompare<Compare::pixelBytes>(roi, images.srcStep, images.dstStep);
+  ZORVAN_NOTE_ONE_ROW("planWideCompare as one row", plan.rows, roi.height);
   images.eachRow(
-      planWideCompare<Compare::pixelBytes>(roi, images.srcStep, images.dstStep),
-      [&](const u8* src, u8* dst, std::int64_t pixels) { compareWide(compare, src, dst, pixels); });
+      plan, [&](const u8* src, u8* dst, std::int64_t pixels) { compareWide(compare, src, dst, pixels); });
 }
 
 struct WideFloatCompare {

@@ -11,6 +11,7 @@
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
 #include "zorvan/primitives/kernels/common/CacheAnswer.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/UpdatePlan.h"
 #include "zorvan/primitives/kernels/logical/LogicalPlan.h"
 #include "zorvan/primitives/kernels/logical/logical_blocks.h"
@@ -87,11 +88,12 @@ struct BlockXorConstant {
   }
   static void run(u8 constant, ComplementImages images, Size roi) {
     const bool inPlace = images.src == images.dst;
-    switch (planXorConstant(inPlace, roi, askCacheSize)) {
+    switch (ZORVAN_PLANNED("planXorConstant", planXorConstant(inPlace, roi, askCacheSize))) {
       case LogicalStores::anywhere:
         return shortRows(constant, images, roi);
       case LogicalStores::aligned:
-        if (updatesAhead(inPlace, std::int64_t{roi.width} * roi.height)) {
+        if (ZORVAN_PLANNED("updatesAhead, of a constant",
+                           updatesAhead(inPlace, std::int64_t{roi.width} * roi.height))) {
           return eachRow<xorConstantBlocks<Pieces, LogicalStores::aligned, true>>(constant, images, roi);
         }
         return eachRow<xorConstantBlocks<Pieces, LogicalStores::aligned, false>>(constant, images, roi);
@@ -118,7 +120,8 @@ template <class Pieces>
 struct BlockCombine {
   template <class Op>
   static void run(CombineImages images, Size roi) {
-    if (updatesAhead(images.src2 == images.dst, std::int64_t{roi.width} * roi.height)) {
+    if (ZORVAN_PLANNED("updatesAhead, of two images",
+                       updatesAhead(images.src2 == images.dst, std::int64_t{roi.width} * roi.height))) {
       return rowsAhead<Op>(images, roi);
     }
     rows<Op, false>(images, roi);
@@ -133,6 +136,7 @@ struct BlockCombine {
   template <class Op, bool ahead>
   [[gnu::always_inline]] static void rows(CombineImages images, Size roi) {
     const CombineRows plan = planCombine(roi, images.src1Step, images.src2Step, images.dstStep);
+    ZORVAN_NOTE_ONE_ROW("planCombine as one row", plan.rows, roi.height);
     for (std::int64_t r = 0; r < plan.rows; ++r) {
       combineBlocks<Pieces, Op, ahead>(rowAt(images.src1, images.src1Step, r),
                                        rowAt(images.src2, images.src2Step, r),

@@ -6,6 +6,7 @@
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/Arguments.h"
 #include "zorvan/primitives/kernels/common/ByVariant.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/morphology/MorphPlan.h"
 #include "zorvan/primitives/kernels/morphology/border_stripes.h"
 #include "zorvan/primitives/kernels/morphology/packed_rows.h"
@@ -82,7 +83,7 @@ struct ScanningKernels {
                       MorphWork work) {
     const Reach reach = Reach::ofMask(mask.size());
     const auto first = src.from(-reach.above, -reach.left);
-    if (planOldMorphForm(mask.spec.flags) == MorphForm::separable) {
+    if (ZORVAN_PLANNED("planOldMorphForm solid", planOldMorphForm(mask.spec.flags) == MorphForm::separable)) {
       computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
     } else {
       scanImage<Operation>(first, dst, roi, mask.size(), mask.spec.cells);
@@ -105,7 +106,8 @@ struct FormKernels {
     const auto first = src.from(-reach.above, -reach.left);
     const bool packed = planPackedRows(src.step, roi.width, reach.mask().width, sizeof(Pixel));
     const TabledCells table(mask.spec);
-    switch (planMorphForm(mask.size(), mask.spec.flags, [&] { return table.count(); })) {
+    switch (ZORVAN_PLANNED("planMorphForm",
+                           planMorphForm(mask.size(), mask.spec.flags, [&] { return table.count(); }))) {
       case MorphForm::fused:
         if (!packed) return fusedImage<Operation, Lanes<Pixel>>(src, dst, roi, work);
         [[fallthrough]];

@@ -8,6 +8,7 @@
 // the image between only a window of rows exists at a time, which stays in the caches. To the passes the rows
 // beside a band are sides in memory.
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/morphology/ErodeDilateKernels.h"
 
 namespace Zorvan::Primitives {
@@ -61,6 +62,7 @@ inline int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, 
   const Footprint written(result, roi, Reach{});
   const int bands = readPixels.meets(written) ? 1 : planBands(roi, mask.size(), betweenStep);
 
+  ZORVAN_NOTE_PLAN("planBands several", bands > 1);
   int made = 0, done = 0;  // rows of the image between and of the result
   for (int band = 1; band <= bands; ++band) {
     const int kept = made - done + (done == 0 ? 0 : reach.above);  // rows that the window holds already

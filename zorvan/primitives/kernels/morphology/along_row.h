@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/morphology/MorphPlan.h"
 #include "zorvan/primitives/kernels/morphology/PixelLanes.h"
@@ -62,6 +63,7 @@ struct ResultStores<Lanes, true> {
     streaming = headBytes % std::int64_t{sizeof(Pixel)} == 0 &&
                 planStreaming(work.resultBytes, roi.width * std::int64_t{sizeof(Pixel)}, dst.step);
     if (streaming) head = headBytes / std::int64_t{sizeof(Pixel)};
+    ZORVAN_NOTE_PLAN("planStreaming", streaming);
   }
 
   void store(Lanes result, Pixel* at, All) const {

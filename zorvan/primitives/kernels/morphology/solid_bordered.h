@@ -15,6 +15,7 @@
 
 #include <utility>
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/common/short_rows.h"
 #include "zorvan/primitives/kernels/morphology/BorderPlan.h"
@@ -245,6 +246,7 @@ inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
   const std::int64_t columns = region.roi.width;
   constexpr int readRows = height - 1 + rowsAtOnce<Lanes, height>;
   const std::int64_t strip = planStripColumns(region.roi.width, readRows, sizeof(typename Lanes::Pixel));
+  ZORVAN_NOTE_PLAN("planStripColumns several strips", strip < columns);
   std::int64_t begin = 0, stop = stores.head != 0 ? stores.head : strip;
   for (; begin < columns; begin = stop, stop += strip) {
     if (stop > columns) stop = columns;

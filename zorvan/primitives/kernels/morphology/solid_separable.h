@@ -19,6 +19,7 @@
 
 #include <utility>
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Plane.h"
 #include "zorvan/primitives/kernels/morphology/MorphPlan.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
@@ -212,6 +213,7 @@ inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename
                           Size mask, MorphWork work) {
   using Pixel = typename Lanes::Pixel;
   const int bandWidth = planRingColumns(roi.width, mask.height, sizeof(Pixel));
+  ZORVAN_NOTE_PLAN("planRingColumns several bands", bandWidth < roi.width);
   // The room for the ring has at least 32 bytes to spare, and begins at a multiple of 32.
   unsigned char* const first = work.ring + bytesToBoundary(work.ring, 64);
   // The bands' first columns lie alike in their blocks, but a last one may be too narrow to stream.

@@ -4,6 +4,7 @@
 // lanes of 32 bits, which are emptied before they are full and at the row's end; the totals are exact.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
 #include "zorvan/primitives/kernels/statistic/deviation.h"
 #include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
@@ -21,6 +22,7 @@ inline void forEachPiece(const std::uint8_t* src, int srcStep, const std::uint8_
   for (std::int64_t r = 0; r < roi.height; ++r) {
     const std::uint8_t* const p = rowAt(src, srcStep, r);
     const std::uint8_t* const m = rowAt(mask, maskStep, r);
+    ZORVAN_NOTE_PLAN("squares of a row in the lanes", roi.width <= squaresInLanes);
     for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
       piece(p + c, m + c, roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes);
     }
@@ -127,6 +129,7 @@ class RegisterByteMoments {
       for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
         const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
         const std::int64_t together = squaresInLanes / ((pixels + 63) / 64 * 64);
+        ZORVAN_NOTE_PLAN("squares of all rows in the lanes", together >= roi.height);
         for (std::int64_t r = 0; r < roi.height; r += together) {
           const std::int64_t rows = roi.height - r < together ? roi.height - r : together;
           held.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows, pixels,

@@ -7,6 +7,7 @@
 // over with its place. So the place kept is that of the first block with the extreme, and only that block is
 // walked again for the position. Of several pixels with the extreme value the first in raster order counts.
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/statistic/MaskedExtremePlan.h"
 #include "zorvan/primitives/kernels/statistic/extreme_lanes.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme.h"
@@ -147,6 +148,7 @@ class ExtremesByBlock {
     int lowFrom = first.row, highFrom = first.row;  // the first rows of the blocks with the extremes
     return readingAhead(roi, 2, [&](auto readAhead) {
       const int together = rowsOfBlock(roi.width);
+      ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", together >= roi.height);
       for (int from = first.row, rows; from < roi.height; from += rows) {
         rows = roi.height - from < together ? roi.height - from : together;
         Block block(running);

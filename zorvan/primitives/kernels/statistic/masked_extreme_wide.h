@@ -9,6 +9,7 @@
 
 #include <limits>
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/statistic/MaskedExtremePlan.h"
 #include "zorvan/primitives/kernels/statistic/extreme_floats.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme.h"
@@ -82,6 +83,7 @@ inline ExtremePlaces findExtremes(const float* src, int srcStep, const std::uint
     Held held;
     ExtremePlaces places;
     const int together = rowsOfBlock(roi.width);
+    ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", together >= roi.height);
     for (int from = 0, rows; from < roi.height; from += rows) {
       rows = roi.height - from < together ? roi.height - from : together;
       for (int r = from; r < from + rows; ++r) {

@@ -5,6 +5,7 @@
 // region or its rows.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
 #include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
@@ -51,7 +52,8 @@ class NarrowMaskedBytes {
  public:
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    if (!takesNarrowSum(roi)) return wide(src, srcStep, mask, maskStep, roi);
+    if (!ZORVAN_PLANNED("takesNarrowSum", takesNarrowSum(roi)))
+      return wide(src, srcStep, mask, maskStep, roi);
     const bool aligned = isAligned(src, 16) && isAligned(mask, 16) && srcStep % 16 == 0 && maskStep % 16 == 0;
     return aligned ? narrow<&Vector16::loadAligned>(src, srcStep, mask, maskStep, roi)
                    : narrow<&Vector16::load>(src, srcStep, mask, maskStep, roi);

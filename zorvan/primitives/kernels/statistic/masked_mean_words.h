@@ -7,6 +7,7 @@
 // 32768 pixels at least.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/statistic/masked_mean_bytes.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 #include "zorvan/primitives/kernels/statistic/sum_words.h"
@@ -131,6 +132,7 @@ struct RegisterMaskedWords {
       __m512d total = _mm512_setzero_pd();
       std::uint32_t count = 0;
       const int together = wordRowsInLanes(roi.width);
+      ZORVAN_NOTE_PLAN("wordRowsInLanes of all rows", together >= roi.height);
       for (std::int64_t from = 0; from < roi.height; from += together) {
         const std::int64_t end = roi.height - from < together ? roi.height : from + together;
         __m512i whole = _mm512_setzero_si512(), high = whole;  // see UnsignedPairs32

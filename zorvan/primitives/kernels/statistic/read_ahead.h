@@ -2,6 +2,7 @@
 
 // Reductions that ask for what they come to some steps later.
 
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/ask_ahead.h"
 #include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
 
@@ -31,7 +32,8 @@ struct NoReadAhead {
 template <class Walk>
 inline auto readingAhead(ReadAheadDistances distances, Size roi, int pixelBytes, Walk walk) {
   const int distance = planReadAhead(roi, pixelBytes, distances);
-  return distance == 0 ? walk(NoReadAhead()) : walk(ReadAhead(distance));
+  return ZORVAN_PLANNED("planReadAhead not at all", distance == 0) ? walk(NoReadAhead())
+                                                                   : walk(ReadAhead(distance));
 }
 template <class Walk>
 inline auto readingAhead(Size roi, int pixelBytes, Walk walk) {

@@ -4,6 +4,7 @@
 // into 64-bit lanes, which no region can overflow.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/statistic/SumPlan.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
 
@@ -18,6 +19,7 @@ inline std::int64_t sumOfLanes64(__m128i lanes) {
 struct NarrowByteSum {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
+    ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
     __m128i lanes = _mm_setzero_si128();
     std::int64_t singles = 0;
     for (std::int64_t r = 0; r < plan.rows; ++r) {
@@ -46,6 +48,7 @@ inline std::int64_t sumOfLanes64(__m256i lanes) {
 struct WideByteSum {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
+    ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
     return readingAhead(lightDistances, roi, 1, [&](auto readAhead) {
       const __m256i zero = _mm256_setzero_si256();
       __m256i lanes = zero;
@@ -68,6 +71,7 @@ struct WideByteSum {
 struct RegisterByteSum {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
+    ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
     return readingAhead(lightDistances, roi, 1, [&](auto readAhead) {
       const __m512i zero = _mm512_setzero_si512();
       __m512i lanes = zero, others = zero;  // take turns, as additions to one wait for each other

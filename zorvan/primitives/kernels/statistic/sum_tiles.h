@@ -5,6 +5,7 @@
 // region's sum is exact.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/statistic/SumPlan.h"
 #include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
@@ -74,6 +75,8 @@ class TiledSum {
  public:
   static double of(const void* src, int srcStep, Size roi) {
     const Size tile = planTile(roi, limit);
+    ZORVAN_NOTE_PLAN("planTile narrower than the region", tile.width < roi.width);
+    ZORVAN_NOTE_PLAN("planTile lower than the region", tile.height < roi.height);
     const bool runTogether = tile.width == roi.width && srcStep == std::int64_t{2} * roi.width;
     return readingAhead(wordSumDistances, roi, 2, [&](auto readAhead) {
       Tiles tiles;
@@ -105,7 +108,7 @@ class TiledSum {
     Pairs pairs;
     const auto add = [&pairs](auto words) { pairs.add(words); };
     for (std::int64_t row = 0; row < rows; ++row) {
-      if (row != 0 && row % stripRows == 0) {
+      if (ZORVAN_PLANNED("rows of a further strip", row != 0 && row % stripRows == 0)) {
         tiles.add(pairs.sums());
         pairs = Pairs();
       }

@@ -4,6 +4,7 @@
 // 32-bit lanes can hold.
 
 #include "zorvan/primitives/kernels/common/Arguments.h"
+#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
 #include "zorvan/primitives/kernels/common/Vectors.h"
 #include "zorvan/primitives/kernels/statistic/SumPlan.h"
 
@@ -23,6 +24,7 @@ class NarrowWordSum {
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const auto* p = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
       std::int64_t left = roi.width;
+      ZORVAN_NOTE_PLAN("blocks of words in a row", left > sumBlockPixels);
       for (; left > sumBlockPixels; p += 2 * sumBlockPixels, left -= sumBlockPixels) {
         total += block(p, sumBlockPixels);
       }
@@ -67,7 +69,7 @@ class NarrowSignedWordSum {
     const auto row = [=](std::int64_t r) {
       return reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
     };
-    if (regionFitsLanes(roi)) {
+    if (ZORVAN_PLANNED("regionFitsLanes", regionFitsLanes(roi))) {
       Sum sum;
       for (std::int64_t r = 0; r < roi.height; ++r) sum.add(row(r), roi.width);
       return sum.total();
