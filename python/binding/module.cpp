@@ -1,0 +1,28 @@
+// The module zorvan_ipp._binding; the package zorvan_ipp shows its functions.
+
+#define ZORVAN_IPP_FILLS_NUMPY_TABLE
+#include "Numpy.h"
+
+#include "Families.h"
+
+namespace {
+
+/// The macro returns from the function around it when numpy is too old or too new.
+bool fillNumpyTable() {
+  import_array1(false);
+  return true;
+}
+
+}  // namespace
+
+PYBIND11_MODULE(_binding, module) {
+  using namespace Zorvan::Python;
+  if (!fillNumpyTable()) throw pybind11::error_already_set();
+  defineInitializer(module);
+  defineArithmetic(module);
+  defineLogical(module);
+  defineStatistic(module);
+  defineMorphology(module);
+  defineFiltering(module);
+  defineComputerVision(module);
+}
