@@ -19,16 +19,17 @@ version = re.search(r"project\(ZorvanIpp VERSION (\S+)", (source / "CMakeLists.t
 class BuildByCMake(build_ext):
     def build_extension(self, extension):
         build = pathlib.Path(self.build_temp).resolve()
-        options = ["-DCMAKE_BUILD_TYPE=Release", "-DZORVAN_IPP_PYTHON=ON", "-DZORVAN_IPP_TESTS=OFF"]
-        subprocess.run(
-            ["cmake", "-G", "Ninja", "-S", source, "-B", build, *options, f"-DZORVAN_IPP_PYTHON_EXECUTABLE={sys.executable}"],
-            check=True,
-        )
+        if not (build / "CMakeCache.txt").exists():  # a build folder that exists keeps its options
+            options = ["-DCMAKE_BUILD_TYPE=Release", "-DZORVAN_IPP_TESTS=OFF"]
+            options.append(f"-DZORVAN_IPP_PYTHON_EXECUTABLE={sys.executable}")
+            subprocess.run(["cmake", "-G", "Ninja", "-S", source, "-B", build, *options], check=True)
+        subprocess.run(["cmake", build, "-DZORVAN_IPP_PYTHON=ON"], check=True)
         subprocess.run(["cmake", "--build", build, "--target", "zorvan_ipp_python"], check=True)
         target = pathlib.Path(self.get_ext_fullpath(extension.name)).parent
         target.mkdir(parents=True, exist_ok=True)
-        for built in (build / "python" / "zorvan_ipp").glob("*.so*"):
-            shutil.copy2(built, target)
+        built = build / "python" / "zorvan_ipp"
+        for file in (built / pathlib.Path(self.get_ext_filename(extension.name)).name, built / "libzorvan_ipp.so.1"):
+            shutil.copy2(file, target)
 
 
 setup(
