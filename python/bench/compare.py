@@ -25,7 +25,7 @@ def operations(width, height):
     random = np.random.default_rng(1)
     shape = (height, width)
     a, b = random.integers(1, 255, (2, *shape), dtype=np.uint8)  # no extreme that ends a search early
-    f, g = random.random((2, *shape), dtype=np.float32) * 255
+    f, g = random.random((2, *shape), dtype=np.float32) * 255 + 1
     words, whole = random.integers(-1000, 1000, shape, dtype=np.int16), random.integers(-300, 600, shape, dtype=np.int32)
     mask = random.random(shape) < 0.5
     byte, real, word, truth = np.empty_like(a), np.empty_like(f), np.empty_like(words), np.empty(shape, bool)

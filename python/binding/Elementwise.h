@@ -7,7 +7,7 @@
 
 namespace Zorvan::Python {
 
-/// Operations of one source. `Operation` has `Pixels`, and `apply(source, result, rect)` and `apply(image,
+/// Operations of one source. `Operation` has `Types`, and `apply(source, result, rect)` and `apply(image,
 /// rect)`.
 template <class Operation>
 PyObject* unary(Value src, Value out, Value region, Value mayCopy) {

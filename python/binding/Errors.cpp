@@ -33,18 +33,23 @@ void throwIppError(Ipp::eIppResultStatus status, const std::string& explanation)
 
 void setPythonError() {
   try {
-    throw;
-  } catch (py::error_already_set& error) {
+    try {
+      throw;
+    } catch (const py::error_already_set&) {
+      throw;
+    } catch (const py::builtin_exception& error) {
+      error.set_error();
+    } catch (const Ipp::IppException& exception) {
+      const Report report = reportOf(exception);
+      setIppError(py::int_(report.code), py::str(report.name), report.message);
+    } catch (const std::bad_alloc&) {
+      PyErr_NoMemory();
+    } catch (const std::exception& exception) {  // the containers' own, which have a text alone
+      setIppError(py::none(), py::none(), exception.what());
+    }
+  } catch (
+      py::error_already_set& error) {  // Python's own, also one that came up while another was translated
     error.restore();
-  } catch (const py::builtin_exception& error) {
-    error.set_error();
-  } catch (const Ipp::IppException& exception) {
-    const Report report = reportOf(exception);
-    setIppError(py::int_(report.code), py::str(report.name), report.message);
-  } catch (const std::bad_alloc&) {
-    PyErr_NoMemory();
-  } catch (const std::exception& exception) {  // the containers' own, which have a text alone
-    setIppError(py::none(), py::none(), exception.what());
   }
 }
 

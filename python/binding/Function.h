@@ -2,9 +2,9 @@
 
 // Functions of the module.
 //
-// They are vectorcall functions, registered here rather than by pybind11's own `def`: a picture of 64 by 64
-// pixels takes the library a tenth of a microsecond, and a dispatch with keywords would take several times
-// that.
+// They are registered here, as functions that get their arguments in an array, and not by pybind11's own
+// `def`: its dispatch takes half a microsecond where keywords are used, twice as long as a whole call takes
+// here.
 
 #include <array>
 #include <cstddef>

@@ -41,10 +41,10 @@ Pair readPair(Value value, const char* name, const char* contents) {
 
 void requireInside(const Region& region, const char* name, Py_ssize_t rows, Py_ssize_t columns) {
   const bool empty = region.height < 1 || region.width < 1;
-  // Differences: the sums of what Python hands over could overflow.
-  const bool inside = region.row >= 0 && region.column >= 0 && region.row <= rows - region.height &&
+  // Differences: the sums of what Python hands over could overflow, as could these for an empty region.
+  const bool inside = !empty && region.row >= 0 && region.column >= 0 && region.row <= rows - region.height &&
                       region.column <= columns - region.width;
-  if (inside && !empty) return;
+  if (inside) return;
   const std::string what =
       "the region (row=" + std::to_string(region.row) + ", column=" + std::to_string(region.column) +
       ", height=" + std::to_string(region.height) + ", width=" + std::to_string(region.width) + ")";

@@ -122,10 +122,13 @@ void defineInitializer(py::module_& module) {
   Function<empty>::define(module, R"(empty(shape, dtype=None)
 --
 
-A new array of shape (rows, columns), whose pixels are not set.
+A new array, whose pixels are not set.
 
-The memory comes from the library and begins at a multiple of 64 bytes; the array owns it. dtype is uint8
-(the default), uint16, int16, int32 or float32. Any other numpy array serves as well.)");
+shape: (rows, columns), both 1 and more.
+dtype: uint8 (the default), uint16, int16, int32 or float32.
+
+The memory comes from the library and begins at a multiple of 64 bytes; the array owns it. Any other numpy array
+serves as well.)");
   Function<copy>::define(module, R"(copy(src, out=None, region=None, mask=None, copy=False)
 --
 

@@ -46,11 +46,10 @@ def draw(block_info=None):
     for row in range(top // CELL, (bottom - 1) // CELL + 1):
         for column in range(left // CELL, (right - 1) // CELL + 1):
             y, x, radius = disc_of(row, column)
-            box = np.s_[max(y - radius - top, 0) : max(y + radius + 1 - top, 0), max(x - radius - left, 0) : max(x + radius + 1 - left, 0)]
-            part = tile[box]
-            rows = np.arange(part.shape[0])[:, None] + max(top, y - radius) - y
-            columns = np.arange(part.shape[1]) + max(left, x - radius) - x
-            part[rows**2 + columns**2 <= radius**2] += 110
+            rows = np.arange(max(top, y - radius), min(bottom, y + radius + 1))
+            columns = np.arange(max(left, x - radius), min(right, x + radius + 1))
+            inside = (rows[:, None] - y) ** 2 + (columns - x) ** 2 <= radius**2
+            tile[np.ix_(rows - top, columns - left)] += np.where(inside, 110, 0).astype(np.uint8)
     specks = random.integers(0, tile.shape, (tile.size // 5000, 2))
     tile[specks[:, 0], specks[:, 1]] = 255
     return tile
@@ -84,7 +83,8 @@ def draw_and_count(options, size, folder):
         start = time.monotonic()
         chunks = dask.array.core.normalize_chunks(options.tile, (size, size))
         dask.array.map_blocks(draw, chunks=chunks, dtype=np.uint8).to_zarr(folder)
-        print(f"drawn: {size}x{size} pixels in tiles of {options.tile}x{options.tile}, {time.monotonic() - start:.1f} s")
+        tiles = f"tiles of {options.tile}x{options.tile}"
+        print(f"drawn: {size}x{size} pixels in {tiles}, {time.monotonic() - start:.1f} s")
 
         start = time.monotonic()
         future = client.compute(count(dask.array.from_zarr(folder)))

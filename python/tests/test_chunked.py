@@ -68,6 +68,7 @@ def test_mean_std_dev(chunks, seed, dtype, share):
         assert found.std_dev == pytest.approx(selected.std(), rel=1e-12, abs=1e-12)
 
 
+@few
 @given(seed=st.integers(0, 10**6), base=st.integers(0, 255), spread=st.integers(0, 255))
 def test_sums_are_restored(seed, base, spread):
     """Rounding restores the library's sums, whatever mean and deviation are."""

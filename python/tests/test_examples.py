@@ -18,7 +18,8 @@ def run(*words, folder):
 
 def test_tutorial(tmp_path, monkeypatch):
     """The page's lines as they stand, on the demo's photograph."""
-    fetched = subprocess.run([root / "examples/coins/get_picture", tmp_path / "coins.png"], capture_output=True, text=True)
+    command = [root / "examples/coins/get_picture", tmp_path / "coins.png"]
+    fetched = subprocess.run(command, capture_output=True, text=True)
     if fetched.returncode != 0:
         pytest.skip("the photograph cannot be had: " + fetched.stderr.strip().splitlines()[-1])
     (lines,) = re.findall(r"```python\n(.*?)```", (root / "docs/python.md").read_text(), re.DOTALL)

@@ -5,114 +5,114 @@ from numpy.typing import DTypeLike, NDArray
 
 from ._types import ConnectionInfo, MeanStdDev, MinMaxIndex
 
-Array = NDArray[Any]
-Mask = Union[NDArray[numpy.uint8], NDArray[numpy.bool_]]
-Number = Union[int, float]
-Place = Tuple[int, int]
-Region = Tuple[int, int, int, int]
-Size = Tuple[int, int]
+_Array = NDArray[Any]
+_Mask = Union[NDArray[numpy.uint8], NDArray[numpy.bool_]]
+_Number = Union[int, float]
+_Place = Tuple[int, int]
+_Region = Tuple[int, int, int, int]
+_Size = Tuple[int, int]
 
-def empty(shape: Size, dtype: Optional[DTypeLike] = None) -> Array: ...
+def empty(shape: _Size, dtype: Optional[DTypeLike] = None) -> _Array: ...
 def copy(
-    src: Array,
-    out: Optional[Array] = None,
-    region: Optional[Region] = None,
-    mask: Optional[Mask] = None,
+    src: _Array,
+    out: Optional[_Array] = None,
+    region: Optional[_Region] = None,
+    mask: Optional[_Mask] = None,
     copy: bool = False,
-) -> Array: ...
+) -> _Array: ...
 def fill(
-    image: Array, value: Number, region: Optional[Region] = None, mask: Optional[Mask] = None, copy: bool = False
-) -> Array: ...
+    image: _Array, value: _Number, region: Optional[_Region] = None, mask: Optional[_Mask] = None, copy: bool = False
+) -> _Array: ...
 def convert(
-    src: Array, dtype: DTypeLike, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    src: _Array, dtype: DTypeLike, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def add(
-    a: Array, b: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    a: _Array, b: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def subtract(
-    a: Array, b: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    a: _Array, b: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def multiply(
-    a: Array, b: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    a: _Array, b: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def divide(
-    a: Array, b: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    a: _Array, b: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def add_constant(
-    image: Array, value: Number, region: Optional[Region] = None, mask: Optional[Mask] = None, copy: bool = False
-) -> Array: ...
+    image: _Array, value: _Number, region: Optional[_Region] = None, mask: Optional[_Mask] = None, copy: bool = False
+) -> _Array: ...
 def accumulate(
-    src: Array, accumulator: Array, mask: Mask, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    src: _Array, accumulator: _Array, mask: _Mask, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def absolute(
-    src: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
-def square(src: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False) -> Array: ...
+    src: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
+def square(src: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False) -> _Array: ...
 def square_root(
-    src: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    src: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def bitwise_and(
-    a: Array, b: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    a: _Array, b: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def bitwise_or(
-    a: Array, b: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
+    a: _Array, b: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
 def bitwise_xor(
-    a: Array, b: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False
-) -> Array: ...
-def invert(src: Array, out: Optional[Array] = None, region: Optional[Region] = None, copy: bool = False) -> Array: ...
+    a: _Array, b: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False
+) -> _Array: ...
+def invert(src: _Array, out: Optional[_Array] = None, region: Optional[_Region] = None, copy: bool = False) -> _Array: ...
 def compare(
-    src: Array,
+    src: _Array,
     comparison: Literal["<", "<=", "==", ">=", ">"],
-    value: Number,
-    out: Optional[Array] = None,
-    region: Optional[Region] = None,
+    value: _Number,
+    out: Optional[_Array] = None,
+    region: Optional[_Region] = None,
     copy: bool = False,
-) -> Array: ...
-def minimum(src: Array, region: Optional[Region] = None, copy: bool = False) -> Number: ...
-def maximum(src: Array, region: Optional[Region] = None, copy: bool = False) -> Number: ...
+) -> _Array: ...
+def minimum(src: _Array, region: Optional[_Region] = None, copy: bool = False) -> _Number: ...
+def maximum(src: _Array, region: Optional[_Region] = None, copy: bool = False) -> _Number: ...
 def mean(
-    src: Array, region: Optional[Region] = None, mask: Optional[Mask] = None, copy: bool = False
-) -> Number: ...
-def mean_std_dev(src: Array, mask: Mask, region: Optional[Region] = None, copy: bool = False) -> MeanStdDev: ...
-def min_max_index(src: Array, mask: Mask, region: Optional[Region] = None, copy: bool = False) -> MinMaxIndex: ...
+    src: _Array, region: Optional[_Region] = None, mask: Optional[_Mask] = None, copy: bool = False
+) -> _Number: ...
+def mean_std_dev(src: _Array, mask: _Mask, region: Optional[_Region] = None, copy: bool = False) -> MeanStdDev: ...
+def min_max_index(src: _Array, mask: _Mask, region: Optional[_Region] = None, copy: bool = False) -> MinMaxIndex: ...
 def erode(
-    src: Array,
-    size: Size = (3, 3),
-    out: Optional[Array] = None,
-    region: Optional[Region] = None,
+    src: _Array,
+    size: _Size = (3, 3),
+    out: Optional[_Array] = None,
+    region: Optional[_Region] = None,
     copy: bool = False,
-) -> Array: ...
+) -> _Array: ...
 def dilate(
-    src: Array,
-    size: Size = (3, 3),
-    out: Optional[Array] = None,
-    region: Optional[Region] = None,
+    src: _Array,
+    size: _Size = (3, 3),
+    out: Optional[_Array] = None,
+    region: Optional[_Region] = None,
     copy: bool = False,
-) -> Array: ...
+) -> _Array: ...
 def open(
-    src: Array,
-    size: Size = (3, 3),
-    out: Optional[Array] = None,
-    region: Optional[Region] = None,
+    src: _Array,
+    size: _Size = (3, 3),
+    out: Optional[_Array] = None,
+    region: Optional[_Region] = None,
     copy: bool = False,
-) -> Array: ...
+) -> _Array: ...
 def close(
-    src: Array,
-    size: Size = (3, 3),
-    out: Optional[Array] = None,
-    region: Optional[Region] = None,
+    src: _Array,
+    size: _Size = (3, 3),
+    out: Optional[_Array] = None,
+    region: Optional[_Region] = None,
     copy: bool = False,
-) -> Array: ...
+) -> _Array: ...
 def laplace(
-    src: Array,
+    src: _Array,
     size: Literal[3, 5] = 3,
     border: Literal["replicate", "constant"] = "replicate",
-    value: Number = 0,
-    out: Optional[Array] = None,
-    region: Optional[Region] = None,
+    value: _Number = 0,
+    out: Optional[_Array] = None,
+    region: Optional[_Region] = None,
     copy: bool = False,
-) -> Array: ...
+) -> _Array: ...
 def flood_fill(
-    image: Array, seed: Place, value: Number, region: Optional[Region] = None, copy: bool = False
+    image: _Array, seed: _Place, value: _Number, region: Optional[_Region] = None, copy: bool = False
 ) -> ConnectionInfo: ...

@@ -41,7 +41,7 @@ hands_on() {
   grep -qxF -- "$call" "$calls" || fail "$*: does not call: $call"
 }
 
-for command in demo test bench check fuzz docs format; do
+for command in demo test bench check fuzz python docs format; do
   explains "$command" --help
   explains "$command" -h
   refuses "$command" nonsense
