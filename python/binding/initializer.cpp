@@ -38,7 +38,8 @@ py::object arrayOfNewImage(Py_ssize_t rows, Py_ssize_t columns) {
 }
 
 PyObject* empty(Value shape, Value dtype) {
-  const auto [rows, columns] = readPair(shape, "shape", "(rows, columns)");
+  const Pair extent = readPair(shape, "shape", "(rows, columns)");
+  const Py_ssize_t rows = extent.first, columns = extent.second;
   constexpr Py_ssize_t most = std::numeric_limits<int>::max();
   if (rows < 1 || columns < 1 || rows > most || columns > most) {
     throw py::value_error("shape must be (rows, columns) of 1 and more");
