@@ -6,7 +6,7 @@ fresh_clone() {
   local source=$1 scratch=$2 tool
   calls=$scratch/calls
   rm -rf "$scratch"
-  mkdir -p "$scratch"/{tools,clone/{examples,bench,zorvan/primitives/frame}}
+  mkdir -p "$scratch"/{tools,clone/{examples,bench,python,zorvan/primitives/frame}}
   cp "$source/run" "$source/README.md" "$scratch/clone"
   cp "$source/zorvan/primitives/frame/Variants.def" "$scratch/clone/zorvan/primitives/frame"
   : >"$calls"
@@ -17,6 +17,8 @@ fresh_clone() {
   done
   fake "$scratch/clone/examples/run_demo" run_demo
   fake "$scratch/clone/bench/run_bench" run_bench
+  fake "$scratch/clone/python/run_tests" run_tests
+  fake "$scratch/clone/python/run_wheel" run_wheel
   # Every package is there.
   printf '#!/bin/sh\necho installed\n' >"$scratch/tools/dpkg-query"
   # There are tests where the folder was configured with them.
