@@ -141,9 +141,10 @@ bool agreeOn(const LaplaceEntry<T>& entry, int variant, const LaplaceCase& c, T 
   return false;
 }
 
-/// The words that are taken: both kinds with every set of sides in memory, and all sides with no kind.
+/// The words that are taken: both kinds with every set of sides in memory, all sides with no kind, and words
+/// below zero of either kind, with all sides in memory, some and none.
 std::vector<int> borderWords() {
-  std::vector<int> words = {240};
+  std::vector<int> words = {240, -15, -10, 0x56 - 0x100, 0x01 - 0x1000};
   for (int sides = 0; sides < 16; ++sides) {
     for (const int kind : {1, 6}) words.push_back(sides << 4 | kind);
   }

@@ -86,7 +86,7 @@ int filterLaplace(const T* src, int srcStep, T* dst, int dstStep, Size roi, int 
   if (src == nullptr || dst == nullptr || buffer == nullptr) return -8;
   if (roi.width < 1 || roi.height < 1) return -6;
   if (mask != 33 && mask != 55) return -33;
-  if (border < 0 || border > 255) return -225;
+  if (border > 255) return -225;
   if (border != 240 && (border & 15) != 1 && (border & 15) != 6) return -225;
   if (mask == 33) {
     filter<3>(src, srcStep, dst, dstStep, roi, border, value);

@@ -36,9 +36,10 @@ struct LaplacePolicy<V, float> {
   using NarrowRows = FloatRows<Vector16>;
 };
 
-/// Words up to 255: all sides in memory and no kind, or the nearest pixel or a constant where a side is not.
+/// Words up to 255, negative ones too: all sides in memory and no kind, or the nearest pixel or a constant
+/// where a side is not.
 inline bool isLaplaceBorder(int word) {
-  if (word < 0 || word > 255) return false;
+  if (word > 255) return false;
   const BorderKind kind = BorderWord{word}.kind();
   return word == BorderWord::allInMemory || kind == BorderKind::replicate || kind == BorderKind::constant;
 }
