@@ -1,6 +1,8 @@
 #include "Page.h"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 
 #include "Code.h"
 #include "CoinTable.h"
@@ -12,6 +14,9 @@ extern const char* const pageStyle;
 namespace {
 
 using Examples::Report;
+
+/// How the title of every page ends.
+constexpr const char* kTitleEnd = " – Zorvan.Ipp</title>";
 
 std::string escaped(const std::string& text) {
   std::string html;
@@ -36,9 +41,10 @@ std::string sizeAttributes(Zorvan::Size size) {
   return " width=\"" + n(size.width) + "\" height=\"" + n(size.height) + "\"";
 }
 
-/// Lets the style sheet bound the height of a picture by bounding its width.
-std::string ratio(Zorvan::Size size) {
-  return " style=\"--ratio:" + figureText(static_cast<double>(size.width) / size.height, 6) + "\"";
+/// Lets the style sheet bound the height and the enlargement of a picture by bounding its width.
+std::string proportions(Zorvan::Size size) {
+  return " style=\"--ratio:" + figureText(static_cast<double>(size.width) / size.height, 6) +
+         ";--width:" + n(size.width) + "\"";
 }
 
 std::string viewBox(Area area) {
@@ -54,7 +60,7 @@ std::string imageTag(const Report::Figure& figure) {
 std::string map(const Report& report, const std::vector<Coin>& coins) {
   const Report::Figure& figure = report.figure("picture");
   std::string html = "<svg class=map" + viewBox({0, 0, figure.picture.width(), figure.picture.height()}) +
-                     ratio(figure.picture.size()) + ">" + imageTag(figure);
+                     proportions(figure.picture.size()) + ">" + imageTag(figure);
   for (const Coin& coin : coins) {
     const std::string number = n(coin.number);
     html += "<a href=\"#row-" + number + "\" id=\"box-" + number + "\"><rect x=\"" + n(coin.box.column) +
@@ -112,7 +118,7 @@ std::string stepArticle(const Report::Step& step, int number) {
                      "<div class=figures>";
   for (const Report::Figure& figure : step.figures) {
     html += "<figure><img src=\"" + figure.file + "\" alt=\"" + escaped(step.heading) + "\"" +
-            sizeAttributes(figure.picture.size()) + ratio(figure.picture.size()) + "><figcaption>" +
+            sizeAttributes(figure.picture.size()) + proportions(figure.picture.size()) + "><figcaption>" +
             figure.file + "</figcaption></figure>";
   }
   html += "</div><pre><code>";
@@ -133,7 +139,7 @@ void writePage(const Report& report, const std::vector<Coin>& coins, const std::
       "<!doctype html>\n<html lang=en><head><meta charset=utf-8>"
       "<meta name=viewport content=\"width=device-width, initial-scale=1\">"
       "<title>" +
-      title + " – Zorvan.Ipp</title>\n<style>" + pageStyle + "</style></head><body><main>\n";
+      title + kTitleEnd + "\n<style>" + pageStyle + "</style></head><body><main>\n";
   html += "<header class=top><p class=name>Zorvan.Ipp</p><h1>" + title + "</h1><p>" + escaped(source) + ", " +
           n(size.width) + " by " + n(size.height) +
           " pixels, taken apart with the library's operations alone.</p></header>\n";
@@ -159,6 +165,12 @@ void writePage(const Report& report, const std::vector<Coin>& coins, const std::
       "memory."
       "</footer></main></body></html>\n";
   writeText(report.folder() + "/index.html", html);
+}
+
+bool isPage(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string html{std::istreambuf_iterator<char>(file), {}};
+  return html.find(kTitleEnd) != std::string::npos;
 }
 
 }  // namespace Coins

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,5 +13,8 @@ namespace Coins {
 /// code. It needs nothing but the pictures beside it.
 void writePage(const Examples::Report& report, const std::vector<Coin>& coins, const std::string& source,
                const Settings& settings);
+
+/// Whether a file is a page that writePage() has written.
+bool isPage(const std::filesystem::path& path);
 
 }  // namespace Coins

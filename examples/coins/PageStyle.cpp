@@ -28,7 +28,7 @@ h1 { font-size: clamp(2.4rem, 6vw, 4rem); line-height: 1.05; margin: .2rem 0 .8r
 h2 { font-size: 1.6rem; margin: 3.5rem 0 .6rem; letter-spacing: -.015em; }
 h3 { font-size: 1.1rem; margin: 0; }
 .hero { display: grid; grid-template-columns: minmax(0, 1fr) 14rem; gap: 2rem; align-items: center; }
-.map { width: min(100%, calc(44rem * var(--ratio))); height: auto; display: block; margin: 0 auto; border-radius: 10px; }
+.map { width: min(100%, calc(44rem * var(--ratio)), calc(4px * var(--width))); height: auto; display: block; margin: 0 auto; border-radius: 10px; }
 .map rect { fill: transparent; stroke: #ffb545; stroke-width: 1.2; }
 .map text { font: 600 9px system-ui, sans-serif; fill: #fff; stroke: #000; stroke-width: 2.4px; paint-order: stroke; }
 .map a:hover rect, .map a:target rect { fill: rgb(255 181 69 / .35); stroke-width: 2; }
@@ -55,7 +55,7 @@ article p { margin: .3rem 0 1rem; color: var(--soft); }
 .many .figures { grid-template-columns: repeat(auto-fit, minmax(15rem, 1fr)); margin-bottom: 1rem; }
 .many figure { max-width: 30rem; }
 figure { margin: 0; }
-figure img { width: min(100%, calc(36rem * var(--ratio))); height: auto; display: block; border-radius: 6px; box-shadow: 0 0 0 1px var(--line); }
+figure img { width: min(100%, calc(36rem * var(--ratio)), calc(4px * var(--width))); height: auto; display: block; border-radius: 6px; box-shadow: 0 0 0 1px var(--line); }
 figcaption { font-size: .78rem; color: var(--soft); margin-top: .25rem; }
 pre { margin: 0; padding: .9rem 1rem; overflow-x: auto; border-radius: 6px; background: var(--paper); border: 1px solid var(--line);
   font: 12.5px/1.55 ui-monospace, "SF Mono", "Cascadia Mono", "DejaVu Sans Mono", monospace; }

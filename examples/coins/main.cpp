@@ -113,12 +113,14 @@ void requireOutput() {
   if (!std::cout) throw std::runtime_error("the standard output cannot be written");
 }
 
-/// Names of files that a run leaves.
-bool isResult(const std::string& file) {
+/// Whether a file is what an earlier run has left. Names alone do not show it, as cameras number their
+/// pictures too: the page of a run stands beside its files.
+bool isResult(const std::filesystem::path& path) {
+  if (!Coins::isPage(path.parent_path() / "index.html")) return false;
+  const std::string file = path.filename().string();
   if (file == "index.html" || file == "coins.csv" || file == "montage.png") return true;
   const std::size_t digits = file.find_first_not_of("0123456789");
-  return digits != std::string::npos && digits >= 2 && file[digits] == '-' &&
-         std::filesystem::path(file).extension() == ".png";
+  return digits != std::string::npos && digits >= 2 && file[digits] == '-' && path.extension() == ".png";
 }
 
 void run(const Order& order) {

@@ -32,9 +32,9 @@ void requireReplaceable(const fs::path& target, const FreshFolder::Accepts& isRe
   if (!fs::exists(target)) return;
   if (!fs::is_directory(target)) throw std::runtime_error(target.string() + ": is not a folder");
   for (const fs::directory_entry& entry : fs::directory_iterator(target)) {
-    const std::string name = entry.path().filename().string();
-    if (entry.is_regular_file() && isResult(name)) continue;
-    throw std::runtime_error(target.string() + ": would be replaced, and holds " + name +
+    if (entry.is_regular_file() && isResult(entry.path())) continue;
+    throw std::runtime_error(target.string() + ": would be replaced, and holds " +
+                             entry.path().filename().string() +
                              ", which is not from an earlier run; move that away or name another folder");
   }
 }

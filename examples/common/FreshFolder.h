@@ -11,10 +11,10 @@ namespace Examples {
 /// stays as it was until then.
 class FreshFolder {
  public:
-  using Accepts = std::function<bool(const std::string& file)>;
+  using Accepts = std::function<bool(const std::filesystem::path& file)>;
 
   /// Throws std::runtime_error if no folder can be made there, or if there is something at the target that an
-  /// earlier run has not left: `isResult` says which names of files it leaves.
+  /// earlier run has not left: `isResult` says which files are of one.
   FreshFolder(const std::string& target, const Accepts& isResult);
   FreshFolder(const FreshFolder&) = delete;
   FreshFolder& operator=(const FreshFolder&) = delete;
