@@ -2,7 +2,7 @@
 
 #include <climits>
 
-#include "zorvan/primitives/kernels/arithmetic/AccumulatePlan.h"
+#include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -11,12 +11,12 @@ using Fours = AccumulateLimits<16, 32>;
 using Masked = AccumulateLimits<180, 64>;
 
 TEST(AccumulateRow, SelectingRowsReachTheBoundaryOrHaveNoHead) {
-  EXPECT_EQ(planSelectingRow(0x1000, 20).head, 0);
-  EXPECT_EQ(planSelectingRow(0x1004, 20).head, 3);
-  EXPECT_EQ(planSelectingRow(0x100C, 20).head, 1);
-  EXPECT_EQ(planSelectingRow(0x1004, 3).head, 3);
-  EXPECT_EQ(planSelectingRow(0x1004, 2).head, 2);
-  for (const std::uintptr_t off : {1, 2, 3, 6}) EXPECT_EQ(planSelectingRow(0x1000 + off, 20).head, 0);
+  EXPECT_EQ(planSelectingRow(0x1000, 20).peel, 0);
+  EXPECT_EQ(planSelectingRow(0x1004, 20).peel, 3);
+  EXPECT_EQ(planSelectingRow(0x100C, 20).peel, 1);
+  EXPECT_EQ(planSelectingRow(0x1004, 3).peel, 3);
+  EXPECT_EQ(planSelectingRow(0x1004, 2).peel, 2);
+  for (const std::uintptr_t off : {1, 2, 3, 6}) EXPECT_EQ(planSelectingRow(0x1000 + off, 20).peel, 0);
 }
 
 TEST(AccumulateRow, WeightingRowsNeedALengthAndAnAddress) {
@@ -26,8 +26,8 @@ TEST(AccumulateRow, WeightingRowsNeedALengthAndAnAddress) {
   for (const std::uintptr_t off : {1, 2, 3, 4, 5}) {
     EXPECT_EQ(planWeightingRow<Fours>(0x1000 + off, 100).byPixels, off != 4) << off;
   }
-  EXPECT_EQ(planWeightingRow<Fours>(0x1004, 100).head, 7);
-  EXPECT_EQ(planWeightingRow<Fours>(0x101C, 100).head, 1);
+  EXPECT_EQ(planWeightingRow<Fours>(0x1004, 100).peel, 7);
+  EXPECT_EQ(planWeightingRow<Fours>(0x101C, 100).peel, 1);
 }
 
 TEST(AccumulateRow, MaskedStepsReachACacheLineInLongRows) {

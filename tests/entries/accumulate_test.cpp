@@ -55,12 +55,12 @@ void unselectedPixels(int variant) {
         ASSERT_EQ(floatsOf(variant)(source.data(), 4 * width, mask.data(), width, accumulator + shift,
                                     4 * width, {width, 1}),
                   0);
-        const int head = (16 - shift) % 4;
-        const int grouped = width > head ? (width - head) / 4 * 4 : 0;
+        const int peel = (16 - shift) % 4;
+        const int grouped = width > peel ? (width - peel) / 4 * 4 : 0;
         for (int i = 0; i < 86; ++i) {
           const int x = i - shift;
           const bool inside = x >= 0 && x < width;
-          const bool added = inside && (weighting || (x >= head && x < head + grouped));
+          const bool added = inside && (weighting || (x >= peel && x < peel + grouped));
           float expected = before;
           if (added) expected = before + (weighting ? src * 0.0F : 0.0F);
           if (std::isnan(expected)) {

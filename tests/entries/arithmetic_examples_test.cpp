@@ -123,9 +123,9 @@ TEST(ArithmeticExamples, FloatsOverZero) {
   const auto nothing = of(row, 0.0F, 0.0F);
   EXPECT_TRUE(std::isnan(nothing.pixel));
   EXPECT_EQ(nothing.status, 2);
-  const auto noNumber = of(row, std::numeric_limits<float>::quiet_NaN(), 1.0F);
-  EXPECT_TRUE(std::isnan(noNumber.pixel));
-  EXPECT_EQ(noNumber.status, 0);
+  const auto quietNaN = of(row, std::numeric_limits<float>::quiet_NaN(), 1.0F);
+  EXPECT_TRUE(std::isnan(quietNaN.pixel));
+  EXPECT_EQ(quietNaN.status, 0);
   const auto sum = of(table.ippiAdd_32f_C1R, infinity, -infinity);
   EXPECT_TRUE(std::isnan(sum.pixel));
   EXPECT_EQ(sum.status, 0);

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "zorvan/primitives/kernels/arithmetic/DividePlan.h"
-#include "zorvan/primitives/kernels/arithmetic/FloatRowPlan.h"
-#include "zorvan/primitives/kernels/arithmetic/ScalingPlan.h"
-#include "zorvan/primitives/kernels/common/UpdatePlan.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/float_row_plan.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/scaling_plan.h"
+#include "zorvan/primitives/kernels/arithmetic/divide/divide_plan.h"
+#include "zorvan/primitives/kernels/common/prefetch_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -219,11 +219,11 @@ TEST(DividePlan, FloatRowsThatAreWholeTurnsBeginOnCacheLinesAll) {
 }
 
 TEST(UpdatePlan, AsksAheadForImagesInPlaceThatTheLastCacheHolds) {
-  EXPECT_FALSE(updatesAhead(true, (1 << 20) - 1));
-  EXPECT_TRUE(updatesAhead(true, 1 << 20));
-  EXPECT_TRUE(updatesAhead(true, 4 << 20));
-  EXPECT_FALSE(updatesAhead(true, (4 << 20) + 1));
-  EXPECT_FALSE(updatesAhead(false, 1 << 20));
+  EXPECT_FALSE(prefetchesInPlace(true, (1 << 20) - 1));
+  EXPECT_TRUE(prefetchesInPlace(true, 1 << 20));
+  EXPECT_TRUE(prefetchesInPlace(true, 4 << 20));
+  EXPECT_FALSE(prefetchesInPlace(true, (4 << 20) + 1));
+  EXPECT_FALSE(prefetchesInPlace(false, 1 << 20));
 }
 
 }  // namespace

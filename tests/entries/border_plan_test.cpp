@@ -18,9 +18,9 @@ using Test::Random;
 constexpr int kKinds[] = {1, 3, 6};
 
 /// Place `i` of `n` by the kind's own words; -1 for the constant.
-int placeOf(int i, int n, int kind) {
-  if (kind == 1) return std::clamp(i, 0, n - 1);
-  if (kind == 6) return i >= 0 && i < n ? i : -1;
+int placeOf(int i, int n, int type) {
+  if (type == 1) return std::clamp(i, 0, n - 1);
+  if (type == 6) return i >= 0 && i < n ? i : -1;
   if (n == 1) return 0;
   int step = i < 0 ? -1 : 1, at = 0;  // walk from place 0, turning at the ends
   for (int k = 0; k < std::abs(i); ++k) {
@@ -32,7 +32,7 @@ int placeOf(int i, int n, int kind) {
 
 TEST(BorderCopy, ExtendsByTheKindsOwnWords) {
   Random random(1);
-  for (const int kind : kKinds) {
+  for (const int type : kKinds) {
     for (const Size size : {Size{1, 1}, Size{2, 1}, Size{1, 2}, Size{3, 2}, Size{5, 7}, Size{40, 3}}) {
       for (const int above : {0, 1, 9}) {
         for (const int left : {0, 2, 11, 35}) {
@@ -44,17 +44,17 @@ TEST(BorderCopy, ExtendsByTheKindsOwnWords) {
           std::vector<float> dst(dstStep * static_cast<std::size_t>(built.height) + 1, -1.0f);
           copyWithBorder(Plane<const float>{src.data(), static_cast<std::int64_t>(4 * srcStep)}, size,
                          Plane<float>{dst.data(), static_cast<std::int64_t>(4 * dstStep)}, built, above, left,
-                         static_cast<BorderKind>(kind), 77.0f);
+                         static_cast<BorderType>(type), 77.0f);
           for (int r = 0; r < built.height; ++r) {
             for (int c = 0; c < built.width; ++c) {
-              const int row = placeOf(r - above, size.height, kind);
-              const int column = placeOf(c - left, size.width, kind);
+              const int row = placeOf(r - above, size.height, type);
+              const int column = placeOf(c - left, size.width, type);
               const float expected =
                   row < 0 || column < 0
                       ? 77.0f
                       : src[static_cast<std::size_t>(row) * srcStep + static_cast<std::size_t>(column)];
               ASSERT_EQ(dst[static_cast<std::size_t>(r) * dstStep + static_cast<std::size_t>(c)], expected)
-                  << "kind " << kind << ", row " << r << ", column " << c << " of " << built.width << " by "
+                  << "type " << type << ", row " << r << ", column " << c << " of " << built.width << " by "
                   << built.height;
             }
           }
@@ -132,25 +132,25 @@ TEST(BorderStripes, GiveWhatAnExtendedImageGives) {
   for (const Size mask : {Size{3, 3}, Size{5, 5}, Size{5, 3}, Size{1, 5}, Size{7, 1}}) {
     const Reach reach = Reach::ofMask(mask);
     for (const Size roi : {Size{8, 8}, Size{16, 9}, Size{9, 16}, Size{6, 7}, Size{3, 9}, Size{1, 1}}) {
-      for (const int kind : kKinds) {
+      for (const int type : kKinds) {
         for (int sides = 0; sides <= 0xF0; sides += 0x10) {
           const bool whole = mask.width >= roi.width || mask.height >= roi.height;
           const int unread = (reach.left == 0 ? 0xC0 : 0) | (reach.above == 0 ? 0x30 : 0);
           const int counted = (sides | unread) == 0xF0 ? 0xF0 : whole ? 0 : sides | unread;
           const auto extended = [&](int row, int column) -> int {
             const auto clip = [&](int i, int n, bool before, bool behind) {
-              return (i < 0 && before) || (i >= n && behind) ? i : placeOf(i, n, kind);
+              return (i < 0 && before) || (i >= n && behind) ? i : placeOf(i, n, type);
             };
             const int r = clip(row, roi.height, (counted & 0x10) != 0, (counted & 0x20) != 0);
             const int c = clip(column, roi.width, (counted & 0x40) != 0, (counted & 0x80) != 0);
             const bool outside =
-                kind == 6 &&
+                type == 6 &&
                 ((row < 0 && !(counted & 0x10)) || (row >= roi.height && !(counted & 0x20)) ||
                  (column < 0 && !(counted & 0x40)) || (column >= roi.width && !(counted & 0x80)));
             return outside ? 55 : pixelAt(r, c);
           };
           std::vector<s16> result(static_cast<std::size_t>(roi.width * roi.height), -1), area(2000);
-          runWithBorder<s16>(src, {result.data(), 2 * roi.width}, roi, reach, {kind | sides}, 55, area.data(),
+          runWithBorder<s16>(src, {result.data(), 2 * roi.width}, roi, reach, {type | sides}, 55, area.data(),
                              [&](Plane<const s16> from, Plane<s16> to, Size size) {
                                for (int r = 0; r < size.height; ++r) {
                                  for (int c = 0; c < size.width; ++c) {
@@ -171,7 +171,7 @@ TEST(BorderStripes, GiveWhatAnExtendedImageGives) {
               }
               ASSERT_EQ(result[static_cast<std::size_t>(r * roi.width + c)], sum)
                   << "row " << r << ", column " << c << " of " << roi.width << " by " << roi.height
-                  << ", mask " << mask.width << " by " << mask.height << ", word " << (kind | sides);
+                  << ", mask " << mask.width << " by " << mask.height << ", word " << (type | sides);
             }
           }
         }

@@ -2,7 +2,7 @@
 
 #include <climits>
 
-#include "zorvan/primitives/kernels/logical/ComparePlan.h"
+#include "zorvan/primitives/kernels/logical/compare/compare_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {

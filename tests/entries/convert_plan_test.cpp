@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "zorvan/primitives/kernels/initializer/ConvertPlan.h"
+#include "zorvan/primitives/kernels/initializer/convert/convert_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {

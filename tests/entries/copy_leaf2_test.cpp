@@ -3,22 +3,22 @@
 #include <cstring>
 #include <vector>
 
-#include "tests/support/PlayedProcessor.h"
+#include "tests/support/FakeProcessor.h"
 #include "zorvan/primitives/frame/Table.h"
-#include "zorvan/primitives/kernels/initializer/copy_leaf2.h"
+#include "zorvan/primitives/kernels/initializer/copy/copy_leaf2.h"
 
 // The copies that read the caches from leaf 2, on processors that the test makes up.
 
 namespace Zorvan::Primitives {
 namespace {
 
-using Test::PlayedProcessor;
+using Test::FakeProcessor;
 using Test::Registers;
 
 constexpr std::uint32_t kOneRound = 1;
 
 /// A processor whose leaf 2 holds one descriptor.
-struct ProcessorWith : PlayedProcessor {
+struct ProcessorWith : FakeProcessor {
   explicit ProcessorWith(std::uint32_t descriptor, const char* vendor = "GenuineIntel") {
     setHighestLeaf(2);
     setVendor(vendor);
@@ -29,18 +29,18 @@ struct ProcessorWith : PlayedProcessor {
 
 TEST(Leaf2Copy, EveryDescriptorFrom512KibibytesOnStandsForItsSize) {
   int known = 0;
-#define LEAF2_CACHE(descriptor, size)               \
-  {                                                 \
-    ProcessorWith processor(descriptor);            \
-    const CacheAnswer answer = askLeaf2CacheSize(); \
-    EXPECT_TRUE(answer.known) << #descriptor;       \
-    EXPECT_EQ(answer.bytes, size) << #descriptor;   \
-    ++known;                                        \
+#define LEAF2_CACHE(descriptor, size)                 \
+  {                                                   \
+    ProcessorWith processor(descriptor);              \
+    const CacheAnswer answer = queryLeaf2CacheSize(); \
+    EXPECT_TRUE(answer.known) << #descriptor;         \
+    EXPECT_EQ(answer.bytes, size) << #descriptor;     \
+    ++known;                                          \
   }
-#define LEAF2_SMALL_CACHE(descriptor, size)                 \
-  {                                                         \
-    ProcessorWith processor(descriptor);                    \
-    EXPECT_FALSE(askLeaf2CacheSize().known) << #descriptor; \
+#define LEAF2_SMALL_CACHE(descriptor, size)                   \
+  {                                                           \
+    ProcessorWith processor(descriptor);                      \
+    EXPECT_FALSE(queryLeaf2CacheSize().known) << #descriptor; \
   }
 #include "zorvan/primitives/frame/Leaf2Caches.def"
   EXPECT_EQ(known, 43);
@@ -49,13 +49,13 @@ TEST(Leaf2Copy, EveryDescriptorFrom512KibibytesOnStandsForItsSize) {
 TEST(Leaf2Copy, OtherVendorsAndMoreRoundsAreUnknown) {
   {
     ProcessorWith processor(0xEC, "AuthenticAMD");
-    EXPECT_FALSE(askLeaf2CacheSize().known);
+    EXPECT_FALSE(queryLeaf2CacheSize().known);
     EXPECT_EQ(processor.cpuidCalls(), 1);
   }
   {
     ProcessorWith processor(0xEC);
     processor.setLeaf(2, {2 | 0xEC00, 0, 0, 0});
-    EXPECT_FALSE(askLeaf2CacheSize().known);
+    EXPECT_FALSE(queryLeaf2CacheSize().known);
     EXPECT_EQ(processor.cpuidCalls(), 2);
   }
 }
@@ -63,7 +63,7 @@ TEST(Leaf2Copy, OtherVendorsAndMoreRoundsAreUnknown) {
 TEST(Leaf2Copy, TheLargestCacheOfAllRegistersCounts) {
   ProcessorWith processor(0x43);
   processor.setLeaf(2, {kOneRound | 0x43 << 8, 0x00440000, 0x80EC0000, 0x45});
-  EXPECT_EQ(askLeaf2CacheSize().bytes, 2 << 20);
+  EXPECT_EQ(queryLeaf2CacheSize().bytes, 2 << 20);
 }
 
 /// Copies rows of 8-bit pixels in a variant that reads leaf 2, and compares.

@@ -28,15 +28,15 @@ InVectors vectorsOfRow(int variant, const T* divisors, const T* numerators, cons
   const bool isFloat = std::is_same_v<T, float>;
   if (variant == kNewestVariant) return isFloat ? InVectors{0, 0} : InVectors{0, n};  // it divides floats
   const auto address = [](const T* p) { return reinterpret_cast<std::uintptr_t>(p); };
-  int head = 0;
+  int peel = 0;
   if (isFloat) {
     const bool wholePixels =
         address(divisors) % 4 == 0 && address(numerators) % 4 == 0 && address(dst) % 4 == 0;
-    while (wholePixels && address(dst + head) % 16 != 0) ++head;
+    while (wholePixels && address(dst + peel) % 16 != 0) ++peel;
   } else if (address(dst) % sizeof(T) == 0) {
-    while (address(dst + head) % 8 != 0) ++head;
+    while (address(dst + peel) % 8 != 0) ++peel;
   }
-  return head > n ? InVectors{0, 0} : InVectors{head, head + (n - head) / 8 * 8};
+  return peel > n ? InVectors{0, 0} : InVectors{peel, peel + (n - peel) / 8 * 8};
 }
 
 /// Where the pixels of the n-th image of a call lie.
@@ -73,12 +73,12 @@ class DivisionCheck<T, int(const T*, More...)> {
 
   /// Null pointers before sizes before steps, and nothing written.
   void refusals() {
-    for (const StepKind kind : {StepKind::onePixelMore, StepKind::zero, StepKind::negative}) {
+    for (const StepKind type : {StepKind::onePixelMore, StepKind::zero, StepKind::negative}) {
       for (int odd = 0; odd < Call::imageCount(); ++odd) {
         Case c{{5, 2}, {}, options().seed};
         c.images.assign(static_cast<std::size_t>(Call::imageCount()),
                         {StepKind::onePixelMore, {Placement::Edge::inside, 0}, Content::random});
-        c.images[static_cast<std::size_t>(odd)].stepKind = kind;
+        c.images[static_cast<std::size_t>(odd)].stepKind = type;
         for (int null = -1; null < Call::pointerCount(); ++null) {
           for (const Size roi : {Size{5, 2}, Size{0, 2}, Size{5, 0}, Size{-1, 2}, Size{5, -1}, Size{0, 0}}) {
             if (null < 0 && roi.width > 0 && roi.height > 0) continue;

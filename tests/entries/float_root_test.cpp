@@ -82,10 +82,10 @@ void trueRootsWhereDue(int variant) {
   for (int i = 0; i < most + 16; ++i) src[i] = 1.0F + static_cast<float>(i) * 0.37F;
   for (int shift = 0; shift < 8; ++shift) {
     for (int n = 1; n <= most; ++n) {
-      const int head = std::min(n, (16 - shift) % 4), passes = (n - head) / 16 * 16;
+      const int peel = std::min(n, (16 - shift) % 4), passes = (n - peel) / 16 * 16;
       ASSERT_EQ(rootOf(variant)(src + 3, 4 * n, dst + shift, 4 * n, {n, 1}), 0);
       for (int i = 0; i < n; ++i) {
-        if (i >= head && i < head + passes) continue;
+        if (i >= peel && i < peel + passes) continue;
         ASSERT_EQ(dst[shift + i], std::sqrt(src[3 + i])) << i << " of " << n << ", shift " << shift;
       }
     }

@@ -1,4 +1,4 @@
-#include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
+#include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 
 #include <gtest/gtest.h>
 
@@ -8,16 +8,16 @@ namespace Zorvan::Primitives {
 namespace {
 
 TEST(FloodFillPlan, TellsARecordForFourPixelsAndWraps) {
-  EXPECT_EQ(toldFillBufferBytes({1, 1}), 38);
-  EXPECT_EQ(toldFillBufferBytes({640, 480}), 6 * 640 * 480 + 32);
-  EXPECT_EQ(toldFillBufferBytes({0x7FFFFFFF, 1}), 26);
-  EXPECT_EQ(toldFillBufferBytes({65536, 65536}), 32);
+  EXPECT_EQ(reportedFillBufferBytes({1, 1}), 38);
+  EXPECT_EQ(reportedFillBufferBytes({640, 480}), 6 * 640 * 480 + 32);
+  EXPECT_EQ(reportedFillBufferBytes({0x7FFFFFFF, 1}), 26);
+  EXPECT_EQ(reportedFillBufferBytes({65536, 65536}), 32);
 }
 
 TEST(FloodFillPlan, KnowsWhichLengthsFit) {
   for (const Size roi : {Size{1, 1}, Size{357913935, 1}, Size{1, 357913935}, Size{18918, 18918}}) {
     EXPECT_TRUE(fillBufferBytesFit(roi)) << roi.width << " x " << roi.height;
-    EXPECT_EQ(toldFillBufferBytes(roi), 6LL * roi.width * roi.height + 32);
+    EXPECT_EQ(reportedFillBufferBytes(roi), 6LL * roi.width * roi.height + 32);
   }
   for (const Size roi : {Size{357913936, 1}, Size{1, 357913936}, Size{18919, 18919}, Size{26755, 26755},
                          Size{715827883, 1}, Size{65536, 65536}, Size{0x7FFFFFFF, 0x7FFFFFFF}}) {
@@ -28,7 +28,7 @@ TEST(FloodFillPlan, KnowsWhichLengthsFit) {
 TEST(FloodFillPlan, TeethOnBothSidesNeedMoreThanTold) {
   EXPECT_EQ(mostFillRecords({1001, 3}), 1002);
   EXPECT_EQ(fillBufferBytes(1002), 24 * 1002 + 7);
-  EXPECT_LT(toldFillBufferBytes({1001, 3}), fillBufferBytes(1002));
+  EXPECT_LT(reportedFillBufferBytes({1001, 3}), fillBufferBytes(1002));
 }
 
 TEST(FloodFillPlan, TheBoundIsFormedOn64Bits) {
@@ -40,7 +40,7 @@ TEST(FloodFillPlan, TheFacadesWorkMemoryHoldsTheBoundInEveryRegionThatItTakes) {
   for (const Size roi : {Size{1, 1}, Size{1001, 3}, Size{640, 480}, Size{99999999, 3}, Size{18918, 18918},
                          Size{357913935, 1}, Size{1, 357913935}}) {
     EXPECT_GE(workBytes(roi), fillBufferBytes(mostFillRecords(roi))) << roi.width << " x " << roi.height;
-    EXPECT_GE(workBytes(roi), toldFillBufferBytes(roi)) << roi.width << " x " << roi.height;
+    EXPECT_GE(workBytes(roi), reportedFillBufferBytes(roi)) << roi.width << " x " << roi.height;
   }
   EXPECT_EQ(workBytes({18919, 18919}), -1);
   EXPECT_EQ(workBytes({0, 1}), -1);

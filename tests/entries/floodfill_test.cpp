@@ -11,7 +11,7 @@
 #include "tests/entries/FillShapes.h"
 #include "tests/support/EntryTests.h"
 #include "tests/support/Limits.h"
-#include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
+#include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 
 namespace Zorvan::Test {
 namespace {
@@ -282,8 +282,8 @@ void untouchedMemory(const FillEntry<T>& entry, int variant) {
 template <class T>
 void registerFill(const char* name, FillRoutine<T>* reference, const Primitives::Row<FillRoutine<T>>& row) {
   const FillEntry<T> entry{name, reference, &row};
-  const auto add = [&](const char* kind, void (*body)(const FillEntry<T>&, int)) {
-    registerForEachVariant("FloodFill", std::string(name) + "/" + kind,
+  const auto add = [&](const char* type, void (*body)(const FillEntry<T>&, int)) {
+    registerForEachVariant("FloodFill", std::string(name) + "/" + type,
                            [entry, body](int variant) { body(entry, variant); });
   };
   add("Shapes", shapes);

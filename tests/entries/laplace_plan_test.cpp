@@ -1,4 +1,4 @@
-#include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
+#include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 
 #include <gtest/gtest.h>
 
@@ -79,10 +79,10 @@ TEST(LaplacePlan, VectorsInsideARowHaveTheirNeighboursInItAndLeaveNothingOut) {
       for (const int reachPixels : {1, 2}) {
         const int reach = reachPixels * pixel;
         for (int row = vector + reach; row <= 4 * vector; row += pixel) {
-          for (int head = 0; head < vector; head += head == 0 ? reach : pixel) {
-            SCOPED_TRACE(testing::Message() << "row of " << row << " bytes, reach " << reach << ", " << head
+          for (int peel = 0; peel < vector; peel += peel == 0 ? reach : pixel) {
+            SCOPED_TRACE(testing::Message() << "row of " << row << " bytes, reach " << reach << ", " << peel
                                             << " in front of the first vector of " << vector);
-            const LaplaceInside inside = planLaplaceInside(row, reach, head, vector);
+            const LaplaceInside inside = planLaplaceInside(row, reach, peel, vector);
             std::vector<bool> made(static_cast<std::size_t>(row));
             std::fill_n(made.begin(), vector, true);
             std::fill_n(made.end() - vector, vector, true);

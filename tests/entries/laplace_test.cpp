@@ -10,7 +10,7 @@
 
 #include "tests/support/EntryTests.h"
 #include "tests/support/Limits.h"
-#include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
+#include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 
 namespace Zorvan::Test {
 namespace {
@@ -146,7 +146,7 @@ bool agreeOn(const LaplaceEntry<T>& entry, int variant, const LaplaceCase& c, T 
 std::vector<int> borderWords() {
   std::vector<int> words = {240, -15, -10, 0x56 - 0x100, 0x01 - 0x1000};
   for (int sides = 0; sides < 16; ++sides) {
-    for (const int kind : {1, 6}) words.push_back(sides << 4 | kind);
+    for (const int type : {1, 6}) words.push_back(sides << 4 | type);
   }
   return words;
 }
@@ -389,8 +389,8 @@ template <class T>
 void registerLaplace(const char* name, LaplaceRoutine<T>* reference,
                      const Primitives::Row<LaplaceRoutine<T>>& row) {
   const LaplaceEntry<T> entry{reference, &row};
-  const auto add = [&](const char* kind, void (*body)(const LaplaceEntry<T>&, int)) {
-    registerForEachVariant("Laplace", std::string(name) + "/" + kind,
+  const auto add = [&](const char* type, void (*body)(const LaplaceEntry<T>&, int)) {
+    registerForEachVariant("Laplace", std::string(name) + "/" + type,
                            [entry, body](int variant) { body(entry, variant); });
   };
   add("SmallRegions", smallRegions);

@@ -2,39 +2,39 @@
 
 #include <climits>
 
-#include "tests/support/AskedCache.h"
-#include "zorvan/primitives/kernels/logical/LogicalPlan.h"
+#include "tests/support/CacheQueries.h"
+#include "zorvan/primitives/kernels/logical/bitwise/logical_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
 using Answer = Test::CacheAnswer;
-using Cache = Test::AskedCache;
+using Cache = Test::CacheQueries;
 
 constexpr int kMiB = 1 << 20;
 
 TEST(XorConstantPlan, RowsBelow256BytesAreTakenWhereTheyLieAndNobodyIsAsked) {
   for (const int width : {1, 255}) {
     Cache cache{{true, 0}};
-    EXPECT_EQ(planXorConstant(false, {width, 1 << 20}, cache.ask()), LogicalStores::anywhere);
-    EXPECT_EQ(planXorConstant(true, {width, 1 << 20}, cache.ask()), LogicalStores::anywhere);
-    EXPECT_EQ(cache.asked, 0);
+    EXPECT_EQ(planXorConstant(false, {width, 1 << 20}, cache.query()), LogicalStores::anywhere);
+    EXPECT_EQ(planXorConstant(true, {width, 1 << 20}, cache.query()), LogicalStores::anywhere);
+    EXPECT_EQ(cache.queries, 0);
   }
 }
 
 TEST(XorConstantPlan, InPlaceNeverStreamsAndNeverAsks) {
   Cache cache{{true, 0}};
-  EXPECT_EQ(planXorConstant(true, {256, 1 << 20}, cache.ask()), LogicalStores::aligned);
-  EXPECT_EQ(cache.asked, 0);
+  EXPECT_EQ(planXorConstant(true, {256, 1 << 20}, cache.query()), LogicalStores::aligned);
+  EXPECT_EQ(cache.queries, 0);
 }
 
 TEST(XorConstantPlan, StreamsFromHalfTheCacheOn) {
   for (const int width : {511, 512, 513}) {
     Cache cache{{true, kMiB}};
-    EXPECT_EQ(planXorConstant(false, {width, 1024}, cache.ask()),
+    EXPECT_EQ(planXorConstant(false, {width, 1024}, cache.query()),
               width >= 512 ? LogicalStores::streaming : LogicalStores::aligned)
         << width;
-    EXPECT_EQ(cache.asked, 1);
+    EXPECT_EQ(cache.queries, 1);
   }
 }
 
@@ -42,7 +42,7 @@ TEST(XorConstantPlan, AnAnswerOfZeroOrMinusOneAlwaysStreams) {
   for (const bool known : {true, false}) {
     for (const int bytes : {0, -1}) {
       Cache cache{{known, bytes}};
-      EXPECT_EQ(planXorConstant(false, {256, 1}, cache.ask()), LogicalStores::streaming);
+      EXPECT_EQ(planXorConstant(false, {256, 1}, cache.query()), LogicalStores::streaming);
     }
   }
 }
@@ -61,11 +61,12 @@ TEST(XorConstantPlan, AProductThatWrapsIsReadAsSigned) {
   };
   for (const auto& c : cases) {
     Cache cache{{true, kMiB}};
-    EXPECT_EQ(planXorConstant(false, c.roi, cache.ask()), c.stores) << c.roi.width << " by " << c.roi.height;
+    EXPECT_EQ(planXorConstant(false, c.roi, cache.query()), c.stores)
+        << c.roi.width << " by " << c.roi.height;
   }
   Cache unknown{{false, -1}};
-  EXPECT_EQ(planXorConstant(false, {INT_MAX, 1}, unknown.ask()), LogicalStores::aligned);
-  EXPECT_EQ(planXorConstant(false, {65536, 32768}, unknown.ask()), LogicalStores::streaming);
+  EXPECT_EQ(planXorConstant(false, {INT_MAX, 1}, unknown.query()), LogicalStores::aligned);
+  EXPECT_EQ(planXorConstant(false, {65536, 32768}, unknown.query()), LogicalStores::streaming);
 }
 
 void expectRows(CombineRows plan, std::int64_t rows, std::int64_t rowBytes) {

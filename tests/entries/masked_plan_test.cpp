@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "zorvan/primitives/kernels/initializer/MaskedPlan.h"
+#include "zorvan/primitives/kernels/initializer/masked/masked_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -63,7 +63,7 @@ TEST(MaskedRowPlan, TheHeadEndsOnTheBoundary) {
   for (const int bytes : {0, 4, 28}) {
     const MaskedRowPlan plan = planMaskedRow<4, 7>(100, bytes);
     EXPECT_TRUE(plan.onBoundary);
-    EXPECT_EQ(plan.head, bytes / 4);
+    EXPECT_EQ(plan.peel, bytes / 4);
   }
 }
 
@@ -71,7 +71,7 @@ TEST(MaskedRowPlan, PixelsAcrossTheBoundaryNeverReachIt) {
   for (const int bytes : {1, 2, 3, 5, 15}) {
     const MaskedRowPlan plan = planMaskedRow<4, 7>(100, bytes);
     EXPECT_FALSE(plan.onBoundary);
-    EXPECT_EQ(plan.head, 0);
+    EXPECT_EQ(plan.peel, 0);
   }
   EXPECT_FALSE((planMaskedRow<2, 15>(100, 7).onBoundary));
   EXPECT_TRUE((planMaskedRow<1, 15>(100, 7).onBoundary));
@@ -79,7 +79,7 @@ TEST(MaskedRowPlan, PixelsAcrossTheBoundaryNeverReachIt) {
 
 TEST(MaskedRowPlan, TheHeadStaysInTheRow) {
   for (const int pixels : {30, 31, 32}) {
-    EXPECT_EQ((planMaskedRow<1, 15>(pixels, 31).head), pixels < 31 ? pixels : 31) << pixels;
+    EXPECT_EQ((planMaskedRow<1, 15>(pixels, 31).peel), pixels < 31 ? pixels : 31) << pixels;
   }
 }
 

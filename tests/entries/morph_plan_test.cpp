@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "zorvan/primitives/frame/MorphSizes.h"
-#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -65,26 +65,26 @@ TEST(MorphRing, IsCutIntoBandsAboveItsShareOfTheCache) {
 
 TEST(MorphBordered, TakesTheUsualSquares) {
   for (const int side : {3, 5, 7, 9})
-    EXPECT_TRUE(planBordered({side, side}, BorderKind::replicate, false, 3));
+    EXPECT_TRUE(planBordered({side, side}, BorderType::replicate, false, 3));
   for (const Size other : {Size{1, 1}, Size{3, 5}, Size{9, 7}, Size{11, 11}, Size{1, 3}, Size{3, 1}}) {
-    EXPECT_FALSE(planBordered(other, BorderKind::replicate, false, 3));
-    EXPECT_FALSE(planBordered(other, BorderKind::none, true, 3));
+    EXPECT_FALSE(planBordered(other, BorderType::replicate, false, 3));
+    EXPECT_FALSE(planBordered(other, BorderType::none, true, 3));
   }
 }
 
 TEST(MorphBordered, BeginsAtTheLeast) {
-  EXPECT_FALSE(planBordered({3, 3}, BorderKind::replicate, false, 5));
-  EXPECT_TRUE(planBordered({5, 5}, BorderKind::replicate, false, 5));
-  EXPECT_TRUE(planBordered({9, 9}, BorderKind::none, true, kLargestBordered));
-  EXPECT_FALSE(planBordered({9, 9}, BorderKind::none, true, kNoneBordered));
+  EXPECT_FALSE(planBordered({3, 3}, BorderType::replicate, false, 5));
+  EXPECT_TRUE(planBordered({5, 5}, BorderType::replicate, false, 5));
+  EXPECT_TRUE(planBordered({9, 9}, BorderType::none, true, kLargestBordered));
+  EXPECT_FALSE(planBordered({9, 9}, BorderType::none, true, kNoneBordered));
 }
 
 TEST(MorphBordered, TakesBordersThatFollowFromTheEdge) {
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::replicate, false, 3));
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::constant, false, 3));
-  EXPECT_FALSE(planBordered({3, 3}, BorderKind::mirror, false, 3));
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::mirror, true, 3));
-  EXPECT_TRUE(planBordered({3, 3}, BorderKind::none, true, 3));
+  EXPECT_TRUE(planBordered({3, 3}, BorderType::replicate, false, 3));
+  EXPECT_TRUE(planBordered({3, 3}, BorderType::constant, false, 3));
+  EXPECT_FALSE(planBordered({3, 3}, BorderType::mirror, false, 3));
+  EXPECT_TRUE(planBordered({3, 3}, BorderType::mirror, true, 3));
+  EXPECT_TRUE(planBordered({3, 3}, BorderType::none, true, 3));
 }
 
 TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
@@ -98,18 +98,18 @@ TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
 }
 
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
-  EXPECT_EQ(resultBytes({1024, 1024}, 4), kStreamFromBytes);
-  EXPECT_FALSE(planStreaming(kStreamFromBytes - 1, 1024, 1024));
-  EXPECT_TRUE(planStreaming(kStreamFromBytes, 1024, 1024));
-  EXPECT_TRUE(planStreaming(kStreamFromBytes + 1, 1024, 4096));
-  EXPECT_FALSE(planStreaming(kStreamFromBytes, 1024, 1025));
-  EXPECT_FALSE(planStreaming(kStreamFromBytes, 127, 128));
-  EXPECT_TRUE(planStreaming(kStreamFromBytes, 128, 128));
+  EXPECT_EQ(resultBytes({1024, 1024}, 4), morphStreamFromBytes);
+  EXPECT_FALSE(planStreaming(morphStreamFromBytes - 1, 1024, 1024));
+  EXPECT_TRUE(planStreaming(morphStreamFromBytes, 1024, 1024));
+  EXPECT_TRUE(planStreaming(morphStreamFromBytes + 1, 1024, 4096));
+  EXPECT_FALSE(planStreaming(morphStreamFromBytes, 1024, 1025));
+  EXPECT_FALSE(planStreaming(morphStreamFromBytes, 127, 128));
+  EXPECT_TRUE(planStreaming(morphStreamFromBytes, 128, 128));
   EXPECT_FALSE(planStreaming(0, 1024, 1024));
 }
 
 TEST(MorphBands, MindWhatAnyWordWithSidesInMemoryReads) {
-  for (const int kind : {1, 3, 5, 6}) EXPECT_FALSE(planReadsBeside(kind));
+  for (const int type : {1, 3, 5, 6}) EXPECT_FALSE(planReadsBeside(type));
   for (const int word : {0x11, 0x81, 240, 241, 0x101, 0x801, -15, -1, 1 - 0x200}) {
     EXPECT_TRUE(planReadsBeside(word)) << word;
   }

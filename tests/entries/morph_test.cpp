@@ -12,7 +12,7 @@
 #include "tests/support/MorphCall.h"
 #include "tests/support/Options.h"
 #include "tests/support/Random.h"
-#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
 
 namespace Zorvan::Test {
 namespace {
@@ -153,10 +153,10 @@ void everyWord(const Pair<T, Spec>& pair) {
        {solidMask({3, 3}), solidMask({5, 5}), solidMask({1, 4}), drawn({3, 3}, "##..#...#")}) {
     for (int width = 1; width <= mask.size.width + 5; width += 1 + random.below(step)) {
       for (int height = 1; height <= mask.size.height + 5; height += 1 + random.below(step)) {
-        for (const int kind : kKinds) {
+        for (const int type : kKinds) {
           for (int sides = 0; sides <= 0xF0; sides += 0x10) {
             const Placement::Edge edge = sides & 0x10 ? Placement::Edge::back : Placement::Edge::front;
-            if (!pair.agreesOn({mask, {width, height}, kind | sides, 0, Content::random, {edge, 0}, 9}))
+            if (!pair.agreesOn({mask, {width, height}, type | sides, 0, Content::random, {edge, 0}, 9}))
               return;
           }
         }

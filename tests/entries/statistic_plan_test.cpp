@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "zorvan/primitives/kernels/statistic/MaskedExtremePlan.h"
-#include "zorvan/primitives/kernels/statistic/MaskedSumPlan.h"
-#include "zorvan/primitives/kernels/statistic/ReadAheadPlan.h"
-#include "zorvan/primitives/kernels/statistic/SumPlan.h"
+#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_plan.h"
+#include "zorvan/primitives/kernels/statistic/masked_mean/masked_sum_plan.h"
+#include "zorvan/primitives/kernels/statistic/mean/sum_plan.h"
+#include "zorvan/primitives/kernels/statistic/prefetch_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <climits>
 
-#include "tests/support/AskedCache.h"
-#include "zorvan/primitives/kernels/arithmetic/UnaryPlan.h"
+#include "tests/support/CacheQueries.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -11,10 +11,10 @@ namespace {
 constexpr bool inPlace = true;
 
 using Answer = Test::CacheAnswer;
-using Cache = Test::AskedCache;
+using Cache = Test::CacheQueries;
 
-Answer toldCache() { return {true, 1 << 20}; }
-Answer untoldCache() { return {false, -1}; }
+Answer knownCache() { return {true, 1 << 20}; }
+Answer unknownCache() { return {false, -1}; }
 
 SquarePlan planOf(Size roi, int gap, bool place) {
   return planSquareFrame(roi, 4 * roi.width + gap, 4 * roi.width + gap, place);
@@ -81,27 +81,27 @@ TEST(SquareFrame, TheTotalWraps) {
 }
 
 TEST(Streaming, BeginsAboveTheLimitOfThePixels) {
-  EXPECT_FALSE(planStreaming<4>(0x600000 / 8, toldCache));
-  EXPECT_TRUE(planStreaming<4>(0x600000 / 8 + 1, toldCache));
-  EXPECT_FALSE(planStreaming<1>(0x300000 / 2, toldCache));
-  EXPECT_TRUE(planStreaming<1>(0x300000 / 2 + 1, toldCache));
-  EXPECT_TRUE(planStreaming<4>(std::int64_t{INT_MAX} * INT_MAX, toldCache));
+  EXPECT_FALSE(planStreaming<4>(0x600000 / 8, knownCache));
+  EXPECT_TRUE(planStreaming<4>(0x600000 / 8 + 1, knownCache));
+  EXPECT_FALSE(planStreaming<1>(0x300000 / 2, knownCache));
+  EXPECT_TRUE(planStreaming<1>(0x300000 / 2 + 1, knownCache));
+  EXPECT_TRUE(planStreaming<4>(std::int64_t{INT_MAX} * INT_MAX, knownCache));
 }
 
 TEST(Streaming, BeginsLaterWhereTheCacheIsNotTold) {
-  EXPECT_FALSE(planStreaming<4>(0x1800000 / 8, untoldCache));
-  EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, untoldCache));
-  EXPECT_FALSE(planStreaming<1>(0x1800000 / 2, untoldCache));
-  EXPECT_TRUE(planStreaming<1>(0x1800000 / 2 + 1, untoldCache));
+  EXPECT_FALSE(planStreaming<4>(0x1800000 / 8, unknownCache));
+  EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, unknownCache));
+  EXPECT_FALSE(planStreaming<1>(0x1800000 / 2, unknownCache));
+  EXPECT_TRUE(planStreaming<1>(0x1800000 / 2 + 1, unknownCache));
 }
 
 TEST(Streaming, AsksForTheCacheBetweenTheLimitsAlone) {
   Cache cache{{true, 1}};
-  EXPECT_FALSE(planStreaming<4>(0x600000 / 8, cache.ask()));
-  EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, cache.ask()));
-  EXPECT_EQ(cache.asked, 0);
-  EXPECT_TRUE(planStreaming<4>(0x600000 / 8 + 1, cache.ask()));
-  EXPECT_EQ(cache.asked, 1);
+  EXPECT_FALSE(planStreaming<4>(0x600000 / 8, cache.query()));
+  EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, cache.query()));
+  EXPECT_EQ(cache.queries, 0);
+  EXPECT_TRUE(planStreaming<4>(0x600000 / 8 + 1, cache.query()));
+  EXPECT_EQ(cache.queries, 1);
 }
 
 TEST(FloatRows, FuseWithoutAGapInWholePixels) {
@@ -120,12 +120,12 @@ TEST(FloatRows, FuseWithoutAGapInWholePixels) {
 TEST(FloatHead, EndsAtTheBoundaryOrWithTheRow) {
   for (const int boundary : {16, 32, 64}) {
     const auto b = static_cast<std::uintptr_t>(boundary);
-    EXPECT_EQ(planHead(0x1000, 100, boundary), 0);
-    EXPECT_EQ(planHead(0x1000 + b - 4, 100, boundary), 1);
-    EXPECT_EQ(planHead(0x1004, 100, boundary), boundary / 4 - 1);
-    EXPECT_EQ(planHead(0x1004, boundary / 4 - 1, boundary), boundary / 4 - 1);
-    EXPECT_EQ(planHead(0x1004, boundary / 4 - 2, boundary), boundary / 4 - 2);
-    for (const std::uintptr_t off : {1, 2, 3, 5, 15}) EXPECT_EQ(planHead(0x1000 + off, 100, boundary), 0);
+    EXPECT_EQ(planPeel(0x1000, 100, boundary), 0);
+    EXPECT_EQ(planPeel(0x1000 + b - 4, 100, boundary), 1);
+    EXPECT_EQ(planPeel(0x1004, 100, boundary), boundary / 4 - 1);
+    EXPECT_EQ(planPeel(0x1004, boundary / 4 - 1, boundary), boundary / 4 - 1);
+    EXPECT_EQ(planPeel(0x1004, boundary / 4 - 2, boundary), boundary / 4 - 2);
+    for (const std::uintptr_t off : {1, 2, 3, 5, 15}) EXPECT_EQ(planPeel(0x1000 + off, 100, boundary), 0);
   }
 }
 
@@ -138,24 +138,24 @@ TEST(WholePixels, DropTheBytesLeft) {
 TEST(ByteRows, FuseOnlyWithoutAGapOnBothSides) {
   for (const int src : {9, 10, 11}) {
     for (const int dst : {9, 10, 11}) {
-      const ByteRowsPlan plan = planByteRows({10, 3}, src, dst, !inPlace, toldCache);
+      const ByteRowsPlan plan = planByteRows({10, 3}, src, dst, !inPlace, knownCache);
       const bool fused = src == 10 && dst == 10;
       EXPECT_EQ(plan.rows, fused ? 1 : 3) << src << " " << dst;
       EXPECT_EQ(plan.rowPixels, fused ? 30 : 10) << src << " " << dst;
     }
   }
-  EXPECT_EQ(planByteRows({1 << 20, 1 << 13}, 1 << 20, 1 << 20, inPlace, toldCache).rowPixels,
+  EXPECT_EQ(planByteRows({1 << 20, 1 << 13}, 1 << 20, 1 << 20, inPlace, knownCache).rowPixels,
             std::int64_t{1} << 33);
 }
 
 TEST(ByteRows, StreamFromOneLargeImageToAnother) {
-  EXPECT_FALSE(planByteRows({1024, 1536}, 1024, 1024, !inPlace, toldCache).streaming);
-  EXPECT_TRUE(planByteRows({1024, 1537}, 1024, 1024, !inPlace, toldCache).streaming);
-  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, !inPlace, untoldCache).streaming);
-  EXPECT_FALSE(planByteRows({0x180000, 1}, 0x400000, 0x400000, !inPlace, toldCache).streaming);
-  EXPECT_TRUE(planByteRows({0x180001, 1}, 0x400000, 0x400000, !inPlace, toldCache).streaming);
-  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, inPlace, toldCache).streaming);
-  EXPECT_TRUE(planByteRows({INT_MAX, INT_MAX}, INT_MAX, INT_MAX, !inPlace, untoldCache).streaming);
+  EXPECT_FALSE(planByteRows({1024, 1536}, 1024, 1024, !inPlace, knownCache).streaming);
+  EXPECT_TRUE(planByteRows({1024, 1537}, 1024, 1024, !inPlace, knownCache).streaming);
+  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, !inPlace, unknownCache).streaming);
+  EXPECT_FALSE(planByteRows({0x180000, 1}, 0x400000, 0x400000, !inPlace, knownCache).streaming);
+  EXPECT_TRUE(planByteRows({0x180001, 1}, 0x400000, 0x400000, !inPlace, knownCache).streaming);
+  EXPECT_FALSE(planByteRows({1024, 1537}, 1024, 1024, inPlace, knownCache).streaming);
+  EXPECT_TRUE(planByteRows({INT_MAX, INT_MAX}, INT_MAX, INT_MAX, !inPlace, unknownCache).streaming);
 }
 
 }  // namespace

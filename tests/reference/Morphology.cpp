@@ -129,8 +129,8 @@ int morphTwice(bool dilateFirst, const T* src, int srcStep, T* dst, int dstStep,
   if (status != 0) return status;
   if (word > 4095) return -225;
   const int kind = word & 15;
-  const bool hasKind = kind == kReplicate || kind == kMirror || kind == kDefault || kind == kConstant;
-  if (!hasKind && (word & kAll) != kAll) return -225;
+  const bool hasType = kind == kReplicate || kind == kMirror || kind == kDefault || kind == kConstant;
+  if (!hasType && (word & kAll) != kAll) return -225;
 
   const MorphAdvSpec both = recordAt(spec);
   const auto pixels = static_cast<std::size_t>(roi.width) * static_cast<std::size_t>(roi.height);
@@ -139,7 +139,7 @@ int morphTwice(bool dilateFirst, const T* src, int srcStep, T* dst, int dstStep,
   const int first =
       morph(dilateFirst, src, srcStep, between.data(), step, roi, word, value, both.first, buffer);
   if (first != 0) return first;
-  return morph<T>(!dilateFirst, between.data(), step, dst, dstStep, roi, hasKind ? kind : kDefault, value,
+  return morph<T>(!dilateFirst, between.data(), step, dst, dstStep, roi, hasType ? kind : kDefault, value,
                   both.second, buffer);
 }
 

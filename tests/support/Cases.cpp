@@ -35,10 +35,10 @@ int layoutsPerSize(Level level) {
   }
 }
 
-const char* nameOf(StepKind kind) {
+const char* nameOf(StepKind type) {
   constexpr const char* names[] = {"tight", "one pixel more", "odd bytes more", "whole lines more",
                                    "zero",  "negative"};
-  return names[static_cast<int>(kind)];
+  return names[static_cast<int>(type)];
 }
 
 const char* nameOf(Content content) {

@@ -53,17 +53,17 @@ class EntryCall<Result(Parameters...)> {
 
   static constexpr int imageCount() {
     int count = 0;
-    for (const Kind kind : kinds()) count += kind == Kind::image;
+    for (const Kind type : kinds()) count += type == Kind::image;
     return count;
   }
   static constexpr int pointerCount() {
     int count = 0;
-    for (const Kind kind : kinds()) count += kind == Kind::image || kind == Kind::result;
+    for (const Kind type : kinds()) count += type == Kind::image || type == Kind::result;
     return count;
   }
   static constexpr int parameterCount() {
     int count = 0;
-    for (const Kind kind : kinds()) count += kind == Kind::parameter;
+    for (const Kind type : kinds()) count += type == Kind::parameter;
     return count;
   }
 
@@ -125,11 +125,11 @@ class EntryCall<Result(Parameters...)> {
   template <std::size_t i>
   void buildArgument(const Case& c, int parameter, int side, int& image) {
     using P = std::tuple_element_t<i, Arguments>;
-    constexpr Kind kind = kinds()[i];
+    constexpr Kind type = kinds()[i];
     auto& argument = std::get<i>(arguments_);
     const std::uint64_t seed = c.seed + i;
     const int slot = static_cast<int>(2 * i) + side;
-    if constexpr (kind == Kind::image) {
+    if constexpr (type == Kind::image) {
       using Pixel = std::remove_const_t<std::remove_pointer_t<P>>;
       constexpr int pixelBytes = sizeof(Pixel);
       const Layout& layout = c.images[static_cast<std::size_t>(image++)];
@@ -146,16 +146,16 @@ class EntryCall<Result(Parameters...)> {
       }
       argument = reinterpret_cast<Pixel*>(first);
       std::get<i + 1>(arguments_) = step;
-    } else if constexpr (kind == Kind::result) {
+    } else if constexpr (type == Kind::result) {
       using Target = std::remove_const_t<std::remove_pointer_t<P>>;
       const Block& block =
           blocks_.emplace_back(slot, sizeof(Target), Placement{Placement::Edge::inside, 0}, seed);
       argument = reinterpret_cast<Target*>(block.data());
-    } else if constexpr (kind == Kind::roi) {
+    } else if constexpr (type == Kind::roi) {
       argument = c.roi;
-    } else if constexpr (kind == Kind::parameter) {
+    } else if constexpr (type == Kind::parameter) {
       argument = parameter;
-    } else if constexpr (kind == Kind::value) {
+    } else if constexpr (type == Kind::value) {
       Random random(seed);
       argument = random.below(2) != 0 ? random.oneOf(specialValues<P>()) : randomValue<P>(random);
     }
@@ -238,12 +238,12 @@ class EntryCheck {
     std::uint64_t seed = options().seed;
     for (const Size roi : rules_.largeRegions) {
       for (const int bytes : rules_.forcedCacheBytes) {
-        for (const StepKind kind : {StepKind::tight, StepKind::oddBytesMore, StepKind::wholeLinesMore}) {
+        for (const StepKind type : {StepKind::tight, StepKind::oddBytesMore, StepKind::wholeLinesMore}) {
           const ForcedCache cache(bytes);
           Case c{roi, {}, ++seed};
           for (int image = 0; image < Call::imageCount(); ++image) {
             const int shift = (image + static_cast<int>(seed)) % 3;
-            c.images.push_back({kind,
+            c.images.push_back({type,
                                 {Placement::Edge::inside, shift == 0 ? 0 : shift * 13},
                                 image % 2 == 0 ? Content::random : Content::blocks});
           }

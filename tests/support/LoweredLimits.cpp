@@ -10,7 +10,7 @@
 #include "tests/support/Options.h"
 #include "tests/support/VariantTests.h"
 #include "zorvan/primitives/frame/Variants.h"
-#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
 namespace Zorvan::Primitives {
 

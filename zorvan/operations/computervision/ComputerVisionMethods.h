@@ -11,7 +11,7 @@
 #include "zorvan/methods/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
-#include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
+#include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 
 namespace Zorvan::Ipp::Image::ComputerVisions {
 

@@ -10,7 +10,7 @@
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 #include "zorvan/primitives/frame/FilterCodes.h"
-#include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
+#include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 
 namespace Zorvan::Ipp::Image::FilteringFunctions {
 

@@ -8,11 +8,11 @@
 // taken to be large enough.
 
 #include "zorvan/primitives/frame/ConnectedComp.h"
-#include "zorvan/primitives/kernels/common/Arguments.h"
-#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
-#include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -117,12 +117,12 @@ class FloodFill {
     const std::int64_t toRight = run.left < row_.last ? pixelBytes : -pixelBytes;
     const auto isOld = [this](unsigned char* p) { return row_.isOld(p, 0); };
 
-    const std::int64_t toAhead = -std::int64_t{run.direction} * step_;
+    const std::int64_t toPrefetch = -std::int64_t{run.direction} * step_;
     const std::int32_t rowsAhead = run.direction < 0 ? roi_.height - 1 - run.y : run.y;
     unsigned char* p = Row::at(rowAt(image_, step_, run.y), run.left);
     std::int32_t rows = 0;
     for (; rows < rowsAhead; ++rows) {
-      p += toAhead;
+      p += toPrefetch;
       if (!isOld(p) || isOld(p + toLeft) || isOld(p + toRight)) break;
       row_.fill(p, 0);
     }

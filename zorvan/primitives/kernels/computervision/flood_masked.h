@@ -10,9 +10,9 @@
 // A run that begins where it is looked for, or ends with the region, is told by a branch of its own: a column
 // counted out of a comparison would hold up the next row, which is looked through from there.
 
-#include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/computervision/FloodFillPlan.h"
+#include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
 
 #ifdef __AVX512BW__
 namespace Zorvan::Primitives {

@@ -6,7 +6,7 @@
 // run around a found one. Columns count from the start of the row. Reads and writes nothing outside the
 // region's columns 0 to `last`.
 
-#include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {

@@ -2,7 +2,7 @@
 
 // Vectors of float pixels in every width that the variant being built has.
 
-#include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {

@@ -9,11 +9,11 @@
 // Rows above and below the region that are not in memory are the nearest row, or one of the constant in the
 // work memory. Reads and writes nothing else, to the byte.
 
-#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/common/short_rows.h"
-#include "zorvan/primitives/kernels/filtering/LaplacePlan.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
+#include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
+#include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -77,10 +77,10 @@ struct LaplaceSweep {
 
   static void run(const LaplaceRegion<T>& region) {
     if constexpr (V::size == streamedVectorBytes) {
-      const std::int64_t head = bytesToBoundary(region.dst.pixels, V::size);
+      const std::int64_t peel = bytesToBoundary(region.dst.pixels, V::size);
       if (ZORVAN_PLANNED("planLaplaceStreaming", planLaplaceStreaming(region.size, sizeof(T), region.dst.step,
-                                                                      head, Filter::reach))) {
-        sweep(region, head, StreamingStores<V>{});
+                                                                      peel, Filter::reach))) {
+        sweep(region, peel, StreamingStores<V>{});
         return fenceStores();
       }
     }
@@ -111,22 +111,22 @@ struct LaplaceSweep {
       for (int i = 0; i < around; ++i) filter.take(loads, rows[i] + at);
       const unsigned char* const* row = rows + around;
       const unsigned char* const* const end = row + count;
-      const std::int64_t toNext = step, toAhead = ahead(at);
+      const std::int64_t toNext = step, toPrefetch = ahead(at);
       unsigned char* to = dst + at;
       for (; row != end; ++row, to += toNext) {
         const unsigned char* const p = *row + at;
         stores.store(filter.take(loads, p), to);
-        if (toAhead != 0) __builtin_prefetch(p + toAhead);
+        if (toPrefetch != 0) __builtin_prefetch(p + toPrefetch);
       }
     }
   };
 
-  /// `head` bytes lie in front of the first vector of `stores`, if not 0.
+  /// `peel` bytes lie in front of the first vector of `stores`, if not 0.
   template <class Stores>
-  static void sweep(const LaplaceRegion<T>& region, std::int64_t head, Stores stores) {
+  static void sweep(const LaplaceRegion<T>& region, std::int64_t peel, Stores stores) {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
     const std::int64_t last = bytes - V::size;
-    const LaplaceInside inside = planLaplaceInside(bytes, reachBytes, head, V::size);
+    const LaplaceInside inside = planLaplaceInside(bytes, reachBytes, peel, V::size);
     const std::int64_t bandRows = laplaceBandRows(bytes, Filter::reach, Stores::streams);
     Band band;
     band.step = region.dst.step;

@@ -4,7 +4,7 @@
 // lanes of twice the width, and no pixel changes its lane on the way. Sums of neighbouring pixels fall out of
 // the processor's multiplications of pairs, which widen and weigh two pixels in one step.
 
-#include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {

@@ -3,9 +3,9 @@
 // Loads of vectors around a pixel whose neighbours a row may not have: pixels beyond an end of the row are
 // the nearest one, a constant, or real memory.
 
-#include "zorvan/primitives/kernels/common/BorderWord.h"
-#include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/common/short_rows.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_word.h"
+#include "zorvan/primitives/kernels/simd/short_runs.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {

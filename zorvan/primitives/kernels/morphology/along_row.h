@@ -5,10 +5,10 @@
 
 #include <cstdint>
 
-#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
-#include "zorvan/primitives/kernels/morphology/PixelLanes.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
+#include "zorvan/primitives/kernels/morphology/pixel_lanes.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -36,7 +36,7 @@ struct MorphWork {
 template <class Lanes, bool areLines = Lanes::areLines>
 struct ResultStores {
   using Pixel = typename Lanes::Pixel;
-  static constexpr std::int64_t head = 0;
+  static constexpr std::int64_t peel = 0;
 
   ResultStores() = default;
   ResultStores(Plane<Pixel>, Size, MorphWork) {}
@@ -49,20 +49,20 @@ struct ResultStores {
 };
 
 /// In blocks that are whole lines also past the caches, where the plan says so. Those take blocks on their
-/// own boundaries; a row begins with the `head` pixels in front of the first.
+/// own boundaries; a row begins with the `peel` pixels in front of the first.
 template <class Lanes>
 struct ResultStores<Lanes, true> {
   using Pixel = typename Lanes::Pixel;
-  static_assert(Lanes::count * sizeof(Pixel) == kStreamedBlockBytes);
+  static_assert(Lanes::count * sizeof(Pixel) == morphStreamedBlockBytes);
   bool streaming = false;
-  std::int64_t head = 0;
+  std::int64_t peel = 0;
 
   ResultStores() = default;
   ResultStores(Plane<Pixel> dst, Size roi, MorphWork work) {
-    const std::int64_t headBytes = bytesToBoundary(dst.pixels, kStreamedBlockBytes);
-    streaming = headBytes % std::int64_t{sizeof(Pixel)} == 0 &&
+    const std::int64_t peelBytes = bytesToBoundary(dst.pixels, morphStreamedBlockBytes);
+    streaming = peelBytes % std::int64_t{sizeof(Pixel)} == 0 &&
                 planStreaming(work.resultBytes, roi.width * std::int64_t{sizeof(Pixel)}, dst.step);
-    if (streaming) head = headBytes / std::int64_t{sizeof(Pixel)};
+    if (streaming) peel = peelBytes / std::int64_t{sizeof(Pixel)};
     ZORVAN_NOTE_PLAN("planStreaming", streaming);
   }
 
@@ -79,11 +79,11 @@ struct ResultStores<Lanes, true> {
   }
 };
 
-/// The same where no pixel may be computed twice, with a block of `head` pixels in front of the whole ones.
+/// The same where no pixel may be computed twice, with a block of `peel` pixels in front of the whole ones.
 template <class Lanes, class Block>
-inline void alongRowOnce(std::int64_t width, std::int64_t head, Block block) {
-  std::int64_t column = head;
-  if (head != 0) block(std::int64_t{0}, Lanes::some(head));
+inline void alongRowOnce(std::int64_t width, std::int64_t peel, Block block) {
+  std::int64_t column = peel;
+  if (peel != 0) block(std::int64_t{0}, Lanes::some(peel));
   for (; column + Lanes::count <= width; column += Lanes::count) block(column, All{});
   if (column != width) block(column, Lanes::some(width - column));
 }

@@ -7,9 +7,9 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
-#include "zorvan/primitives/kernels/common/BorderWord.h"
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/common/short_rows.h"
+#include "zorvan/primitives/kernels/common/plane.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_word.h"
+#include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -93,12 +93,12 @@ inline void copyInto(Plane<const T> src, Size srcSize, Plane<T> dst, Size dstSiz
 /// `value` is that of a constant border.
 template <class T>
 inline void copyWithBorder(Plane<const T> src, Size srcSize, Plane<T> dst, Size dstSize, int above, int left,
-                           BorderKind kind, T value) {
+                           BorderType type, T value) {
   using Bits = typename PixelBits<sizeof(T)>::type;
-  switch (kind) {
-    case BorderKind::replicate:
+  switch (type) {
+    case BorderType::replicate:
       return copyInto(src, srcSize, dst, dstSize, above, left, ReplicatedBorder{});
-    case BorderKind::mirror:
+    case BorderType::mirror:
       return copyInto(src, srcSize, dst, dstSize, above, left, MirroredBorder{});
     default:
       return copyInto(src, srcSize, dst, dstSize, above, left,

@@ -6,9 +6,9 @@
 // The area is packed: a row is as many bytes as its pixels, so the largest piece of the plan fills it to the
 // last byte. Pieces are run in the plan's order, each before the next is built.
 
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/morphology/BorderPlan.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/border_copy.h"
+#include "zorvan/primitives/kernels/morphology/border_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -23,7 +23,7 @@ inline void runWithBorder(Plane<const T> src, Plane<T> dst, Size roi, Reach reac
     const BorderPiece& piece = plan.pieces[i];
     const Plane<T> built{area, piece.built.width * std::int64_t{sizeof(T)}};
     copyWithBorder(src.from(piece.from.row, piece.from.column), piece.from.size, built, piece.built,
-                   piece.above, piece.left, word.kind(), value);
+                   piece.above, piece.left, word.type(), value);
     operation(Plane<const T>(built.from(reach.above, reach.left)), dst.from(piece.to.row, piece.to.column),
               piece.to.size);
   }

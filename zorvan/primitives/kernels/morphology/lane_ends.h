@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "zorvan/primitives/kernels/morphology/PixelLanes.h"
+#include "zorvan/primitives/kernels/morphology/pixel_lanes.h"
 
 namespace Zorvan::Primitives {
 namespace {

@@ -5,10 +5,10 @@
 // without a gap, the neighbourhood of every pixel in between lies inside the image too; such pixels are
 // computed along with the others and dropped.
 
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/common/short_rows.h"
-#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
+#include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -17,9 +17,9 @@ namespace {
 /// region's first neighbourhood.
 template <class Pixel, class ComputeRow>
 inline void computePacked(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, ComputeRow computeRow) {
-  alignas(64) Pixel results[kPackedBytes / sizeof(Pixel)];
+  alignas(64) Pixel results[morphPackedBytes / sizeof(Pixel)];
   const std::int64_t pitch = src.step / std::int64_t{sizeof(Pixel)};
-  const std::int64_t rowsAtOnce = kPackedBytes / src.step;
+  const std::int64_t rowsAtOnce = morphPackedBytes / src.step;
   for (std::int64_t r = 0; r < roi.height; r += rowsAtOnce) {
     const std::int64_t left = roi.height - r, rows = left < rowsAtOnce ? left : rowsAtOnce;
     computeRow(src.from(r, 0), results, (rows - 1) * pitch + roi.width);
@@ -34,7 +34,7 @@ template <class Operation, class Lanes>
 inline void computePackedSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
                                Size roi, Size mask) {
   using Pixel = typename Lanes::Pixel;
-  alignas(64) Pixel columns[(kPackedBytes + kPackedRowBytes) / sizeof(Pixel)];
+  alignas(64) Pixel columns[(morphPackedBytes + kPackedRowBytes) / sizeof(Pixel)];
   computePacked(src, dst, roi, [&](Plane<const Pixel> from, Pixel* results, std::int64_t length) {
     alongRow<Lanes>(length + mask.width - 1, [&](std::int64_t column, auto lanes) {
       Lanes extreme = neutralLanes<Operation, Lanes>();

@@ -3,7 +3,7 @@
 // The walk over the blocks of a result for masks that are not solid: bands of four rows, then the last rows
 // one at a time. What a block of one column of vectors holds is a matter of the mask's form.
 
-#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
 
 namespace Zorvan::Primitives {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "zorvan/primitives/frame/MorphSpec.h"
-#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/morphology/shaped_blocks.h"
 
 namespace Zorvan::Primitives {

@@ -3,8 +3,8 @@
 // Any mask that is not solid, pixel by pixel: the walk of the two oldest variants. Each row of the mask is
 // laid over the image; 8-bit rows go 16 cells at a time where they are long enough, with cells as bit masks.
 
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/morphology/PixelLanes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
+#include "zorvan/primitives/kernels/morphology/pixel_lanes.h"
 
 namespace Zorvan::Primitives {
 namespace {

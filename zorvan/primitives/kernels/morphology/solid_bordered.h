@@ -15,13 +15,13 @@
 
 #include <utility>
 
-#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/common/short_rows.h"
-#include "zorvan/primitives/kernels/morphology/BorderPlan.h"
-#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
+#include "zorvan/primitives/kernels/morphology/border_plan.h"
 #include "zorvan/primitives/kernels/morphology/lane_ends.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
+#include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -43,7 +43,7 @@ struct BorderedRegion {
     // Of a region no larger than the mask, single sides in memory do not count.
     const Size mask = reach.mask();
     const bool whole = mask.width >= roi.width || mask.height >= roi.height;
-    if (whole && !word.has(BorderWord::allInMemory)) word.bits &= BorderWord::kindBits;
+    if (whole && !word.has(BorderWord::allInMemory)) word.bits &= BorderWord::typeBits;
     left = word.has(BorderWord::leftInMemory) ? reach.left : 0;
     right = word.has(BorderWord::rightInMemory) ? reach.right : 0;
     if (!replicates() && !word.has(BorderWord::aboveInMemory | BorderWord::belowInMemory)) {
@@ -52,7 +52,7 @@ struct BorderedRegion {
     }
   }
 
-  bool replicates() const { return word.kind() == BorderKind::replicate; }
+  bool replicates() const { return word.type() == BorderType::replicate; }
   std::int64_t end() const { return roi.width + right; }
   const Pixel* row(std::int64_t r) const {
     if (r < 0 && !word.has(BorderWord::aboveInMemory)) return replicates() ? src.at(0, 0) : constants;
@@ -247,7 +247,7 @@ inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
   constexpr int readRows = height - 1 + rowsAtOnce<Lanes, height>;
   const std::int64_t strip = planStripColumns(region.roi.width, readRows, sizeof(typename Lanes::Pixel));
   ZORVAN_NOTE_PLAN("planStripColumns several strips", strip < columns);
-  std::int64_t begin = 0, stop = stores.head != 0 ? stores.head : strip;
+  std::int64_t begin = 0, stop = stores.peel != 0 ? stores.peel : strip;
   for (; begin < columns; begin = stop, stop += strip) {
     if (stop > columns) stop = columns;
     borderedStrip<Operation, Lanes, width, height>(region, dst, begin, stop, stores);

@@ -7,7 +7,7 @@
 // row has a loop of its own. Each block needs the first two columns of the next one, so the body ends where
 // these are no longer inside; the head up to an aligned address and the tail load each column where it is.
 
-#include "zorvan/primitives/kernels/common/Plane.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
 
 namespace Zorvan::Primitives {
@@ -59,10 +59,10 @@ inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lan
 
   std::int64_t column = 0;
   if (width >= 3 * Lanes::count) {
-    const std::int64_t head = bytesToBoundary(dst.pixels, Lanes::count * sizeof(Pixel));
-    if (head % std::int64_t{sizeof(Pixel)} == 0 && head != 0) {
+    const std::int64_t peel = bytesToBoundary(dst.pixels, Lanes::count * sizeof(Pixel));
+    if (peel % std::int64_t{sizeof(Pixel)} == 0 && peel != 0) {
       direct(0, All{});
-      column = head / std::int64_t{sizeof(Pixel)};
+      column = peel / std::int64_t{sizeof(Pixel)};
     }
     auto current = columnExtremes<Operation, Lanes, rows>(src.at(0, column), src.step, All{});
     for (; column + 2 * Lanes::count <= width + 2; column += Lanes::count) {

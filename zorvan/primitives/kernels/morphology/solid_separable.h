@@ -19,10 +19,10 @@
 
 #include <utility>
 
-#include "zorvan/primitives/kernels/common/PlanOutcomes.h"
-#include "zorvan/primitives/kernels/common/Plane.h"
-#include "zorvan/primitives/kernels/morphology/MorphPlan.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -108,14 +108,14 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
   using Pixel = typename Lanes::Pixel;
   const std::int64_t places = mask.height - 1;
   const std::int64_t wholeColumns = ring.step / std::int64_t{sizeof(Pixel)} - Lanes::count;
-  const std::int64_t head = stores.head;
+  const std::int64_t peel = stores.peel;
   ColumnPass<Operation, Lanes, height> columns{ring, places};
 
   /// `block(column, lanes, ringLanes)`
   const auto alongRing = [&](auto block) {
-    alongRowOnce<Lanes>(roi.width, head, [&](std::int64_t column, auto lanes) {
+    alongRowOnce<Lanes>(roi.width, peel, [&](std::int64_t column, auto lanes) {
       // A head may not be whole: the block behind it has columns in its lanes that were stored before.
-      if (areAll(lanes) || (column >= head && column <= wholeColumns)) {
+      if (areAll(lanes) || (column >= peel && column <= wholeColumns)) {
         block(column, lanes, All{});
       } else {
         block(column, lanes, lanes);

@@ -2,7 +2,7 @@
 
 // Totals in lanes of doubles: what lanes of integers and floats are emptied into.
 
-#include "zorvan/primitives/kernels/common/Vectors.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {

@@ -4,8 +4,8 @@
 //
 // Nothing branches on the mask: statistics of scattered masks take as long as those of solid ones.
 
-#include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/statistic/read_ahead.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
+#include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
 namespace Zorvan::Primitives {
 namespace {

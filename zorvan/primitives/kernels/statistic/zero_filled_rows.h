@@ -8,8 +8,8 @@
 
 #include <type_traits>
 
-#include "zorvan/primitives/kernels/common/Vectors.h"
-#include "zorvan/primitives/kernels/statistic/read_ahead.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
+#include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -45,11 +45,11 @@ struct ZeroFilled32 {
   template <int pixelBytes, class Body, class End>
   static void walk(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
     if (bytes < 32) return end(loadShort(p, bytes));
-    const std::int64_t head = bytesToBoundary(p, 32);
-    if (head != 0 && head % pixelBytes == 0) {
-      end(_mm256_and_si256(Vector32::load(p).bits, lowBytes(head)));
-      p += head;
-      bytes -= head;
+    const std::int64_t peel = bytesToBoundary(p, 32);
+    if (peel != 0 && peel % pixelBytes == 0) {
+      end(_mm256_and_si256(Vector32::load(p).bits, lowBytes(peel)));
+      p += peel;
+      bytes -= peel;
     }
     for (; bytes >= 128; p += 128, bytes -= 128) {
       readAhead(p, 128);
@@ -76,10 +76,10 @@ struct ZeroFilled64 {
     };
     const std::int64_t toBoundary = bytesToBoundary(p, 32);
     if (toBoundary != 0 && toBoundary % pixelBytes == 0) {
-      const std::int64_t head = toBoundary < bytes ? toBoundary : bytes;
-      end(part(p, head));
-      p += head;
-      bytes -= head;
+      const std::int64_t peel = toBoundary < bytes ? toBoundary : bytes;
+      end(part(p, peel));
+      p += peel;
+      bytes -= peel;
     }
     if (bytes >= 96 && bytesToBoundary(p, 64) == 32) {
       body(part(p, 32));

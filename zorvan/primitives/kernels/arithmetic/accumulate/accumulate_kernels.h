@@ -1,0 +1,96 @@
+#pragma once
+
+// Accumulation under a mask: the entries, and which variant adds a row how. Rows never run together.
+
+#include <cstdint>
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
+#include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_selected.h"
+#include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_weighted.h"
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/by_variant.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// The images of an accumulation as bytes: pixels may start at any address.
+struct AccumulateImages {
+  const unsigned char* src;
+  int srcStep;
+  const unsigned char* mask;
+  int maskStep;
+  unsigned char* srcDst;
+  int srcDstStep;
+
+  template <class Row>
+  void eachRow(Size roi, Row add) const {
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      add(rowAt(src, srcStep, r), rowAt(mask, maskStep, r), rowAt(srcDst, srcDstStep, r), roi.width);
+    }
+  }
+};
+
+template <class Row>
+struct AccumulateByRow {
+  template <class Source>
+  static void run(const AccumulateImages& images, Size roi) {
+    images.eachRow(roi, Row::template add<Source>);
+  }
+};
+
+/// Rows of whole passes have no head and no tail to look for: in narrow images a row is a pass or two.
+struct AccumulateMasked {
+#ifdef __AVX512F__
+  template <class Source>
+  static void run(const AccumulateImages& images, Size roi) {
+    using Row = WeightedMaskedRow;
+    const auto first = reinterpret_cast<std::uintptr_t>(images.srcDst);
+    if (ZORVAN_PLANNED("areWholePasses", areWholePasses<Row::Limits>(first, images.srcDstStep, roi.width))) {
+      images.eachRow(roi, Row::addWhole<Source>);
+    } else {
+      images.eachRow(roi, Row::add<Source>);
+    }
+  }
+#endif
+};
+
+template <class V>
+using AccumulatePolicy =
+    ByVariant<V, AccumulateByRow<SelectedRow>, AccumulateByRow<SelectedRow>, AccumulateByRow<SelectedRow>,
+              AccumulateByRow<WeightedRow<16, 4>>, AccumulateByRow<WeightedRow<32, 8>>, AccumulateMasked>;
+
+template <class V, class T>
+int accumulate(const T* src, int srcStep, const u8* mask, int maskStep, float* srcDst, int srcDstStep,
+               Size roi) {
+  if (src == nullptr || mask == nullptr || srcDst == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  const int status = testAccumulateSteps<sizeof(T)>({srcStep, maskStep, srcDstStep}, roi.width);
+  if (status != ippStsNoErr) return status;
+  AccumulatePolicy<V>::template run<FloatSource<T>>(
+      {reinterpret_cast<const unsigned char*>(src), srcStep, mask, maskStep,
+       reinterpret_cast<unsigned char*>(srcDst), srcDstStep},
+      roi);
+  return ippStsNoErr;
+}
+
+}  // namespace
+
+template <class V>
+int Routines<V>::ippiAdd_8u32f_C1IMR(const u8* src, int srcStep, const u8* mask, int maskStep, float* srcDst,
+                                     int srcDstStep, Size roi) {
+  return accumulate<V>(src, srcStep, mask, maskStep, srcDst, srcDstStep, roi);
+}
+template <class V>
+int Routines<V>::ippiAdd_16u32f_C1IMR(const u16* src, int srcStep, const u8* mask, int maskStep,
+                                      float* srcDst, int srcDstStep, Size roi) {
+  return accumulate<V>(src, srcStep, mask, maskStep, srcDst, srcDstStep, roi);
+}
+template <class V>
+int Routines<V>::ippiAdd_32f_C1IMR(const float* src, int srcStep, const u8* mask, int maskStep, float* srcDst,
+                                   int srcDstStep, Size roi) {
+  return accumulate<V>(src, srcStep, mask, maskStep, srcDst, srcDstStep, roi);
+}
+
+}  // namespace Zorvan::Primitives

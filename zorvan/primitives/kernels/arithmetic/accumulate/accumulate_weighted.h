@@ -1,0 +1,153 @@
+#pragma once
+
+// Adds the pixels of a row to a float accumulator with a weight: 1.0 where the mask selects a pixel and 0.0
+// where it does not. The newest three variants.
+//
+// No pixel is left out, so that a zero mask still adds 0.0 with the source's sign, and NaN for a source that
+// is infinite or NaN. Reads and writes the row only, at any address.
+
+#include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
+#include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_source.h"
+#include "zorvan/primitives/kernels/common/image_limits.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+#if defined(__AVX__) && !defined(__AVX512F__)
+template <class Source>
+inline void addWeightedScalar(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                              std::int64_t pixels) {
+  for (; pixels > 0; src += Source::pixelBytes, ++mask, srcDst += 4, --pixels) {
+    const float weight = static_cast<float>(*mask != 0);
+    storeAs(srcDst, loadAs<float>(srcDst) + Source::one(src) * weight);
+  }
+}
+
+template <class Source>
+inline void addWeightedFour(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst) {
+  const __m128i unselected =
+      _mm_cvtepi8_epi32(_mm_cmpeq_epi8(_mm_cvtsi32_si128(loadAs<int>(mask)), _mm_setzero_si128()));
+  const __m128 weight = _mm_andnot_ps(_mm_castsi128_ps(unselected), _mm_set1_ps(1.0F));
+  const __m128 before = _mm_castsi128_ps(Vector16::load(srcDst).bits);
+  const __m128 sum = _mm_add_ps(before, _mm_mul_ps(Source::four(src), weight));
+  Vector16{_mm_castps_si128(sum)}.store(srcDst);
+}
+
+inline __m256 weightEight(const unsigned char* mask) {
+  const __m128i unselected = _mm_cmpeq_epi8(_mm_loadu_si64(mask), _mm_setzero_si128());
+#ifdef __AVX2__
+  const __m256i lanes = _mm256_cvtepi8_epi32(unselected);
+#else
+  const __m256i lanes = _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_cvtepi8_epi32(unselected)),
+                                                _mm_cvtepi8_epi32(_mm_srli_si128(unselected, 4)), 1);
+#endif
+  return _mm256_andnot_ps(_mm256_castsi256_ps(lanes), _mm256_set1_ps(1.0F));
+}
+
+template <class Source>
+inline void addWeightedEight(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst) {
+  const __m256 before = _mm256_castsi256_ps(Vector32::load(srcDst).bits);
+  const __m256 sum = _mm256_add_ps(before, _mm256_mul_ps(Source::eight(src), weightEight(mask)));
+  Vector32{_mm256_castps_si256(sum)}.store(srcDst);
+}
+
+/// Passes of `passPixels` from a 32-byte boundary on, then groups of `restPixels`, 4 or 8, then singly.
+template <int passPixels, int restPixels>
+struct WeightedRow {
+  template <class Source>
+  static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                  std::int64_t pixels) {
+    using Limits = AccumulateLimits<passPixels, Vector32::size>;
+    const auto plan = planWeightingRow<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
+    if (ZORVAN_PLANNED("planWeightingRow by pixels", plan.byPixels))
+      return addWeightedScalar<Source>(src, mask, srcDst, pixels);
+
+    addWeightedScalar<Source>(src, mask, srcDst, plan.peel);
+    std::int64_t i = plan.peel;
+    for (; i + passPixels <= pixels; i += passPixels) {
+      for (int at = 0; at < passPixels; at += 8) {
+        addWeightedEight<Source>(src + (i + at) * Source::pixelBytes, mask + i + at, srcDst + 4 * (i + at));
+      }
+    }
+    for (; i + restPixels <= pixels; i += restPixels) {
+      if constexpr (restPixels == 8) {
+        addWeightedEight<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i);
+      } else {
+        addWeightedFour<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i);
+      }
+    }
+    addWeightedScalar<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i, pixels - i);
+  }
+};
+#else
+template <int passPixels, int restPixels>
+struct WeightedRow;
+#endif
+
+#ifdef __AVX512F__
+inline __m512 weightSixteen(__mmask16 selected) {
+  return _mm512_maskz_mov_ps(selected, _mm512_set1_ps(1.0F));
+}
+
+/// The first `pixels`, 16 at most, of what lies ahead.
+template <class Source>
+inline void addWeightedUpTo16(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                              std::int64_t pixels) {
+  const auto lanes = static_cast<__mmask16>(_bzhi_u32(0xFFFF, static_cast<unsigned>(pixels)));
+  const __m128i maskBytes = _mm_maskz_loadu_epi8(lanes, mask);
+  const __m512 weight = weightSixteen(_mm_test_epi8_mask(maskBytes, maskBytes));
+  const __m512 before = _mm512_maskz_loadu_ps(lanes, srcDst);
+  _mm512_mask_storeu_ps(srcDst, lanes, _mm512_fmadd_ps(Source::sixteen(src, lanes), weight, before));
+}
+
+/// Two vectors a pass. Long rows, from 16 pixels on, start on a line. Masked steps come first: what lies
+/// beside bytes that one of them has just written is slow to read, and the next row may begin there.
+struct WeightedMaskedRow {
+  using Limits = AccumulateLimits<accumulateAlignFromPixels, Vector64::size>;
+
+  template <class Source>
+  static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                  std::int64_t pixels) {
+    const std::int64_t peel = planMaskedSteps<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
+    const std::int64_t end = peel + ((pixels - peel) & ~31);
+    if (ZORVAN_PLANNED("planMaskedSteps with a peel", peel != 0))
+      addWeightedUpTo16<Source>(src, mask, srcDst, peel);
+    for (std::int64_t i = end; i < pixels; i += 16) {
+      addWeightedUpTo16<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i,
+                                pixels - i < 16 ? pixels - i : 16);
+    }
+    addPasses<Source>(src, mask, srcDst, peel, end);
+  }
+  /// A row of passes and nothing else.
+  template <class Source>
+  static void addWhole(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                       std::int64_t pixels) {
+    addPasses<Source>(src, mask, srcDst, 0, pixels);
+  }
+
+ private:
+  template <class Source>
+  static void addPasses(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                        std::int64_t i, std::int64_t end) {
+    for (; i != end; i += 32) {
+      const __m256i maskBytes = Vector32::load(mask + i).bits;
+      const __mmask32 selected = _mm256_test_epi8_mask(maskBytes, maskBytes);
+      addWeighted16<Source>(src + i * Source::pixelBytes, static_cast<__mmask16>(selected), srcDst + 4 * i);
+      addWeighted16<Source>(src + (i + 16) * Source::pixelBytes, static_cast<__mmask16>(selected >> 16),
+                            srcDst + 4 * (i + 16));
+    }
+  }
+  template <class Source>
+  static void addWeighted16(const unsigned char* src, __mmask16 selected, unsigned char* srcDst) {
+    const __m512 before = _mm512_castsi512_ps(Vector64::load(srcDst).bits);
+    const __m512 sum = _mm512_fmadd_ps(Source::sixteen(src), weightSixteen(selected), before);
+    Vector64{_mm512_castps_si512(sum)}.store(srcDst);
+  }
+};
+#else
+struct WeightedMaskedRow;
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,153 @@
+#pragma once
+
+// What a row reads: an image's row, or one value that stands for all of its pixels; and the walk over rows
+// with two sources. Offsets are in bytes, and rows may start at any address.
+
+#include <cstdint>
+
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// 1, 2, 4, 8 or 16 bytes in the low part of a vector.
+template <int bytes>
+inline __m128i loadFew(const void* p) {
+  if constexpr (bytes == 16) return _mm_loadu_si128(static_cast<const __m128i*>(p));
+  if constexpr (bytes == 8) return _mm_cvtsi64_si128(loadAs<std::int64_t>(p));
+  if constexpr (bytes == 4) return _mm_cvtsi32_si128(loadAs<std::int32_t>(p));
+  if constexpr (bytes == 2) return _mm_cvtsi32_si128(loadAs<std::uint16_t>(p));
+  if constexpr (bytes == 1) return _mm_cvtsi32_si128(*static_cast<const unsigned char*>(p));
+}
+template <int bytes>
+inline void storeFew(void* p, __m128i x) {
+  if constexpr (bytes == 16) _mm_storeu_si128(static_cast<__m128i*>(p), x);
+  if constexpr (bytes == 8) storeAs(p, _mm_cvtsi128_si64(x));
+  if constexpr (bytes == 4) storeAs(p, _mm_cvtsi128_si32(x));
+  if constexpr (bytes == 2) storeAs(p, static_cast<std::uint16_t>(_mm_cvtsi128_si32(x)));
+  if constexpr (bytes == 1) storeAs(p, static_cast<std::uint8_t>(_mm_cvtsi128_si32(x)));
+}
+
+/// A whole vector of integers or floats; `aligned` promises that the address is a multiple of its size.
+template <class Lanes, bool aligned>
+inline Lanes loadLanes(const void* p) {
+  if constexpr (!aligned) return loadAs<Lanes>(p);
+  return *static_cast<const Lanes*>(p);
+}
+template <bool aligned, class Lanes>
+inline void storeLanes(void* p, Lanes x) {
+  if constexpr (aligned) {
+    *static_cast<Lanes*>(p) = x;
+  } else {
+    storeAs(p, x);
+  }
+}
+
+template <class F>
+inline F broadcastFloats(float value) {
+  if constexpr (sizeof(F) == 16) return _mm_set1_ps(value);
+#ifdef __AVX__
+  if constexpr (sizeof(F) == 32) return _mm256_set1_ps(value);
+#endif
+}
+
+template <class T>
+struct RowSource {
+  const unsigned char* bytes;
+
+  T pixel(std::int64_t offset) const { return loadAs<T>(bytes + offset); }
+  template <class Lanes, bool aligned>
+  Lanes lanes(std::int64_t offset) const {
+    return loadLanes<Lanes, aligned>(bytes + offset);
+  }
+  template <int count>
+  __m128i few(std::int64_t offset) const {
+    return loadFew<count>(bytes + offset);
+  }
+  void prefetch(std::int64_t offset) const { Primitives::prefetch(bytes + offset); }
+  bool isAlignedAt(std::int64_t offset) const { return isAligned(bytes + offset, 16); }
+  bool overlaps(const unsigned char* row, std::int64_t length) const {
+    return bytes < row + length && row < bytes + length;
+  }
+};
+
+template <class T>
+struct ConstantRow {
+  T value;
+
+  T pixel(std::int64_t) const { return value; }
+  template <class Lanes, bool>
+  Lanes lanes(std::int64_t) const {
+    if constexpr (sizeof(T) == 1) {
+      return broadcastWords<Lanes>(value * 257);
+    } else if constexpr (sizeof(T) == 2) {
+      return broadcastWords<Lanes>(value);
+    } else {
+      return broadcastFloats<Lanes>(value);
+    }
+  }
+  template <int>
+  __m128i few(std::int64_t) const {
+    return lanes<__m128i, true>(0);
+  }
+  static void prefetch(std::int64_t) {}
+  static bool isAlignedAt(std::int64_t) { return true; }
+  static bool overlaps(const unsigned char*, std::int64_t) { return false; }
+};
+
+/// The same, as images that give their rows.
+template <class T>
+struct ImageSource {
+  static constexpr bool isConstant = false;
+  const T* pixels;
+  int step;
+
+  bool isNull() const { return pixels == nullptr; }
+  RowSource<T> row(std::int64_t r) const {
+    return {rowAt(reinterpret_cast<const unsigned char*>(pixels), step, r)};
+  }
+};
+template <class T>
+struct ConstantSource {
+  static constexpr bool isConstant = true;
+  T value;
+
+  static bool isNull() { return false; }
+  ConstantRow<T> row(std::int64_t) const { return {value}; }
+};
+
+/// Where the rows of an operation are read and written. Rows are never joined.
+template <class A, class B>
+struct RowImages {
+  A a;
+  B b;
+  unsigned char* dst;
+  int dstStep;
+  std::int64_t rows, rowBytes;
+
+  bool inPlace() const { return b.row(0).bytes == dst; }
+
+  /// `use(a, b, dst)` for row `r`.
+  template <class Use>
+  void onRow(std::int64_t r, Use use) const {
+    use(a.row(r), b.row(r), rowAt(dst, dstStep, r));
+  }
+  template <class Use>
+  void eachRow(Use use) const {
+    for (std::int64_t r = 0; r < rows; ++r) onRow(r, use);
+  }
+  /// Some rows a turn: a turn of its own for each takes longer than a row of a few vectors.
+  template <int rowsPerTurn, class Use>
+  void eachShortRow(Use use) const {
+    std::int64_t r = 0;
+    for (; r + rowsPerTurn <= rows; r += rowsPerTurn) {
+      for (int i = 0; i < rowsPerTurn; ++i) onRow(r + i, use);
+    }
+    for (; r < rows; ++r) onRow(r, use);
+  }
+};
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,122 @@
+#pragma once
+
+// The common body of the integer entries for sums, differences and products: the tests, the way of scaling,
+// the walk over the rows. Rows are never joined.
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/narrow_row.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/wide_row.h"
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/by_variant.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/prefetch_plan.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// 16-byte stores, after a head of single pixels.
+struct NarrowRows {
+  template <class Pixels, class A, class B>
+  static void run(const Pixels& pixels, RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow([=](auto a, auto b, unsigned char* dst) { narrowRow(pixels, a, b, dst, length); });
+  }
+};
+
+/// 32-byte stores at any address. Rows of passes alone have a loop without the way to the tail, and rows of
+/// one pass alone no loop: in narrow images a row is a pass or two.
+struct WideRows {
+#ifdef __AVX2__
+  template <class Pixels, class A, class B>
+  [[gnu::always_inline]] static void run(const Pixels& pixels, RowImages<A, B> images) {
+    constexpr int passBytes = planWidePass(sizeof(typename Pixels::Pixel), Pixels::scaling);
+    if constexpr (Pixels::scaling == Scaling::saturated) {
+      if (images.rowBytes == passBytes) {
+        return images.template eachShortRow<2>(
+            [=](auto a, auto b, unsigned char* dst) { widePass(pixels, a, b, dst, 0); });
+      }
+      if (ZORVAN_PLANNED("prefetchesInPlace",
+                         prefetchesInPlace(images.inPlace(), images.rows * images.rowBytes)))
+        return rowsAhead(pixels, images);
+    }
+    if (images.rowBytes % passBytes == 0) return rows<true, false>(pixels, images);
+    rows<false, false>(pixels, images);
+  }
+
+ private:
+  template <bool whole, bool ahead, class Pixels, class A, class B>
+  static void rows(const Pixels& pixels, RowImages<A, B> images) {
+    const std::int64_t length = images.rowBytes;
+    images.eachRow(
+        [=](auto a, auto b, unsigned char* dst) { wideRow<whole, ahead>(pixels, a, b, dst, length); });
+  }
+  /// Out of line, where it takes no registers from the walks over small images. Scaled operations compute
+  /// longer than they load.
+  template <class Pixels, class A, class B>
+  [[gnu::noinline]] static void rowsAhead(Pixels pixels, RowImages<A, B> images) {
+    rows<false, true>(pixels, images);
+  }
+#endif
+};
+
+template <class V>
+using ScaledPolicy = ByVariant<V, NarrowRows, NarrowRows, NarrowRows, NarrowRows, WideRows, WideRows>;
+
+/// What scales to one value alone is a plain fill.
+template <class V>
+int fillWith(u8 value, u8* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiSet_8u_C1R(value, dst, dstStep, roi);
+}
+template <class V>
+int fillWith(u16 value, u16* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiSet_16u_C1R(value, dst, dstStep, roi);
+}
+template <class V>
+int fillWith(s16 value, s16* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiSet_16s_C1R(value, dst, dstStep, roi);
+}
+
+template <class Op>
+constexpr ScalingLimits scalingLimitsOf() {
+  using T = typename Op::Pixel;
+  return scalingLimits(Op::operation, sizeof(T), std::is_signed_v<T>);
+}
+
+template <class V, class Op, class A, class B>
+void scaledRows(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f) {
+  using T = typename Op::Pixel;
+  const auto run = [&](auto scale) {
+    const ScaledOperation<Op, decltype(scale)> pixels{scale};
+    const RowImages<A, B> images{a,       b,          reinterpret_cast<unsigned char*>(dst),
+                                 dstStep, roi.height, std::int64_t{roi.width} * std::int64_t{sizeof(T)}};
+    ScaledPolicy<V>::run(pixels, images);
+  };
+  switch (ZORVAN_PLANNED("planScaling", planScaling(scalingLimitsOf<Op>(), f))) {
+    case Scaling::saturated:
+      return run(Saturated<T>{});
+    case Scaling::halved:
+      return run(Halved<T>{});
+    case Scaling::rounded:
+      return run(Rounded<T>(f));
+    case Scaling::longRounded:
+      if constexpr (scalingLimitsOf<Op>().longRoundedAbove < 64) return run(LongRounded(f));
+      return;
+    case Scaling::enlarged:
+      return run(Enlarged<T>(f));
+    case Scaling::signOnly:
+      return run(SignOnly<T>{});
+    case Scaling::zero:
+      fillWith<V>(T{0}, dst, dstStep, roi);
+  }
+}
+
+template <class V, class Op, class A, class B>
+int scaledImage(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f) {
+  if (a.isNull() || b.isNull() || dst == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  scaledRows<V, Op>(a, b, dst, dstStep, roi, f);
+  return ippStsNoErr;
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,123 @@
+#pragma once
+
+// Quotients of integer pixels, 8 in a pass, by the processor's estimate of the reciprocal: all variants but
+// the newest.
+//
+// Pixels up to an 8-byte boundary and those that the passes leave are divided one by one. In a pass, two
+// Newton steps are folded into the product of numerator and estimate; ties may round to the other side than
+// a division would round them.
+
+#include "zorvan/primitives/kernels/arithmetic/binary/row_sources.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/scaling.h"
+#include "zorvan/primitives/kernels/arithmetic/divide/divide_pixels.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+inline __m128 reciprocalEstimate(__m128 x) { return _mm_rcp_ps(x); }
+inline __m128 clamped(__m128 x, float lowest, float highest) {
+  return _mm_min_ps(_mm_max_ps(x, _mm_set1_ps(lowest)), _mm_set1_ps(highest));
+}
+inline __m128 where0(__m128 x, __m128 value) { return _mm_and_ps(_mm_cmpeq_ps(x, _mm_setzero_ps()), value); }
+#ifdef __AVX2__
+inline __m256 reciprocalEstimate(__m256 x) { return _mm256_rcp_ps(x); }
+inline __m256 clamped(__m256 x, float lowest, float highest) {
+  return _mm256_min_ps(_mm256_max_ps(x, _mm256_set1_ps(lowest)), _mm256_set1_ps(highest));
+}
+inline __m256 where0(__m256 x, __m256 value) {
+  return _mm256_and_ps(_mm256_cmp_ps(x, _mm256_setzero_ps(), _CMP_EQ_OQ), value);
+}
+#endif
+
+template <class F>
+inline F estimatedQuotient(F numerator, F divisor) {
+  const F r = reciprocalEstimate(divisor);
+  const F e = broadcastFloats<F>(1) - divisor * r;
+  const F q0 = numerator * r;
+  const F q1 = q0 + e * q0;
+  return q1 + (e * e) * q1;
+}
+
+/// Eight pixels as words.
+template <class T>
+inline __m128i loadEight(const unsigned char* p) {
+  if constexpr (sizeof(T) == 1) {
+    return unpacklo_epi8(loadFew<8>(p), _mm_setzero_si128());
+  } else {
+    return loadFew<16>(p);
+  }
+}
+/// The same as two vectors of 32-bit lanes.
+struct EightDwords {
+  __m128i low, high;
+};
+/// The lanes lie within the limits of the type, or saturate: bytes.
+template <class T>
+inline void storeEight(unsigned char* p, EightDwords lanes) {
+  if constexpr (sizeof(T) == 1) {
+    const __m128i words = packs_epi32(lanes.low, lanes.high);
+    storeFew<8>(p, packus_epi16(words, words));
+  } else if constexpr (std::is_signed_v<T>) {
+    storeFew<16>(p, packs_epi32(lanes.low, lanes.high));
+  } else {
+    storeFew<16>(p, packUnsigned_epi32(lanes.low, lanes.high));
+  }
+}
+
+template <class T, class F>
+inline F quotients(F numerator, F divisor, const QuotientFactors& factors, bool zeroes) {
+  divisor = divisor * broadcastFloats<F>(factors.divisor);
+  if (zeroes) divisor = divisor + where0(divisor, broadcastFloats<F>(factors.forZero));
+  const F q = estimatedQuotient(numerator * broadcastFloats<F>(factors.numerator), divisor);
+  // Figures of bytes stay below 2^31, at most 2^15 times a numerator, and saturate when they are packed.
+  if constexpr (sizeof(T) == 1) return q;
+  return clamped(q, lowest<T>, highest<T>);
+}
+
+template <class T>
+inline EightDwords divideEight(__m128i divisors, __m128i numerators, const QuotientFactors& factors,
+                               bool zeroes) {
+  using Words = std::conditional_t<std::is_signed_v<T>, s16, u16>;
+#ifdef __AVX2__
+  const auto floats = [](__m128i words) {
+    if constexpr (std::is_signed_v<Words>) return _mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(words));
+    return _mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(words));
+  };
+  const __m256i q = _mm256_cvtps_epi32(quotients<T>(floats(numerators), floats(divisors), factors, zeroes));
+  return {_mm256_castsi256_si128(q), _mm256_extracti128_si256(q, 1)};
+#else
+  const auto d = widened<Words>(divisors), n = widened<Words>(numerators);
+  const auto divide = [&](__m128i divisor, __m128i numerator) {
+    return _mm_cvtps_epi32(
+        quotients<T>(_mm_cvtepi32_ps(numerator), _mm_cvtepi32_ps(divisor), factors, zeroes));
+  };
+  return {divide(d.low, n.low), divide(d.high, n.high)};
+#endif
+}
+
+/// Gives back whether any divisor of the row was 0.
+template <class T>
+inline bool divideRow(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
+                      std::int64_t n, const QuotientFactors& factors) {
+  constexpr std::int64_t size = sizeof(T);
+  bool anyZero = false;
+  std::int64_t i = 0;
+  const auto pixelsUpTo = [&](std::int64_t end) {
+    for (; i < end; ++i) {
+      const T d = loadAs<T>(divisors + i * size), x = loadAs<T>(numerators + i * size);
+      storeAs(dst + i * size, dividePixel(d, x, factors, anyZero));
+    }
+  };
+  pixelsUpTo(pixelsBeforeQuotients(reinterpret_cast<std::uintptr_t>(dst), n, size));
+  for (; i + 8 <= n; i += 8) {
+    const __m128i d = loadEight<T>(divisors + i * size), x = loadEight<T>(numerators + i * size);
+    const bool zeroes = _mm_movemask_epi8(cmpeq_epi16(d, _mm_setzero_si128())) != 0;
+    anyZero |= zeroes;
+    storeEight<T>(dst + i * size, divideEight<T>(d, x, factors, zeroes));
+  }
+  pixelsUpTo(n);
+  return anyZero;
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

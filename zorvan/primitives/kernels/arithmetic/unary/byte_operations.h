@@ -1,0 +1,133 @@
+#pragma once
+
+// Squares of bytes, and the roots of bytes that a few compares decide: what becomes of one pixel and of a
+// vector of them. No operation leaves 16 bits.
+
+#include "zorvan/primitives/kernels/arithmetic/unary/byte_lanes.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// Scaled up so far that all but 0 saturates: the same for a square and for a root.
+struct BytesOtherThanZero {
+  u8 pixel(u8 x) const { return x != 0 ? 255 : 0; }
+  template <class I>
+  I lanes(I x) const {
+    return sub_epi8(everyByte<I>(0), min_epu8(x, everyByte<I>(1)));
+  }
+};
+
+/// Scaled down so far that nothing is left.
+struct BytesOfZero {
+  u8 pixel(u8) const { return 0; }
+  template <class I>
+  I lanes(I) const {
+    return everyByte<I>(0);
+  }
+};
+
+/// A square of bytes in words, scaled by `Scaling`: `pixel(s)` of a square and `lanes(s)` of vectors of them
+/// give what saturates to the result. Bytes above `limit`, whose results saturate all, count as `limit`.
+template <class Scaling>
+struct SquareOfBytes {
+  Scaling scaling;
+  int limit = 255;
+
+  u8 pixel(u8 x) const {
+    const int least = x < limit ? x : limit;
+    const int s = scaling.pixel(least * least);
+    return static_cast<u8>(s < 255 ? s : 255);
+  }
+  template <class I>
+  I lanes(I x) const {
+    const I least = min_epu8(x, everyByte<I>(limit));
+    return packus_epi16(square(unpacklo_epi8(least, everyByte<I>(0))),
+                        square(unpackhi_epi8(least, everyByte<I>(0))));
+  }
+
+ private:
+  template <class I>
+  I square(I words) const {
+    return scaling.lanes(mullo_epi16(words, words));
+  }
+};
+
+/// f = 0.
+struct SquareKept {
+  int pixel(int s) const { return s; }
+  template <class I>
+  I lanes(I s) const {
+    return s;
+  }
+};
+
+/// f from -1 to -7.
+struct SquareRaised {
+  int by;
+  int pixel(int s) const { return s << by; }
+  template <class I>
+  I lanes(I s) const {
+    return sll_epi16(s, _mm_cvtsi32_si128(by));
+  }
+};
+
+/// f from 1 to 3. Odd squares are 1 modulo 8: what is shifted out is below half, or half behind an even
+/// figure.
+struct SquareTruncated {
+  int f;
+  int pixel(int s) const { return s >> f; }
+  template <class I>
+  I lanes(I s) const {
+    return srl_epi16(s, _mm_cvtsi32_si128(f));
+  }
+};
+
+/// f from 4 to 9: half is added, or one less for odd f, where alone there are ties; they are behind even
+/// figures and go down.
+struct SquareRounded {
+  int f;
+  int term() const { return (1 << (f - 1)) - (f & 1); }
+  int pixel(int s) const { return (s + term()) >> f; }
+  template <class I>
+  I lanes(I s) const {
+    return srl_epi16(adds_epu16(s, everyWord<I>(term())), _mm_cvtsi32_si128(f));
+  }
+};
+
+/// f from 10 on, where the sum with half would saturate: the one is subtracted, and half is the carry of an
+/// average with 0.
+struct SquareAveraged {
+  int f;
+  int pixel(int s) const {
+    const int below = f <= 17 ? (s - (s > 0 ? f & 1 : 0)) >> (f - 1) : 0;
+    return (below + 1) >> 1;
+  }
+  template <class I>
+  I lanes(I s) const {
+    const I below = srl_epi16(subs_epu16(s, everyWord<I>(f & 1)), _mm_cvtsi32_si128(f - 1));
+    return avg_epu16(below, everyWord<I>(0));
+  }
+};
+
+/// The number of `limits` that a byte is above.
+template <int count>
+struct BytesAbove {
+  u8 limits[count];
+
+  u8 pixel(u8 x) const {
+    int above = 0;
+    for (const u8 limit : limits) above += x > limit;
+    return static_cast<u8>(above);
+  }
+  template <class I>
+  I lanes(I x) const {
+    I above = everyByte<I>(0);
+    for (const u8 limit : limits) {
+      above = add_epi8(above, min_epu8(subs_epu8(x, everyByte<I>(limit)), everyByte<I>(1)));
+    }
+    return above;
+  }
+};
+
+}  // namespace
+}  // namespace Zorvan::Primitives

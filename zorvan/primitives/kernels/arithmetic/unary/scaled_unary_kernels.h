@@ -1,0 +1,186 @@
+#pragma once
+
+// Scaled squares and square roots of integer pixels: the entries, and which scale factor takes which way. The
+// variants differ in the width of their registers alone.
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/byte_look_up.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/byte_rows.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/root_tables.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/unary_images.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/word_roots.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/word_squares.h"
+#include "zorvan/primitives/kernels/common/by_variant.h"
+#include "zorvan/primitives/kernels/common/cache_query.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+using Ipp::ippStsSqrtNegArg;
+
+struct Vector32;
+struct Vector64;
+
+/// 16-bit pixels go through 32-bit lanes: wider registers than these gain nothing on them.
+template <class V>
+using WordVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32, Vector32>;
+template <class V>
+using ByteVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32, Vector64>;
+
+template <class Vector, class Operation>
+void eachByteRow(const Operation& operation, const UnaryImages& images, Size roi) {
+  const ByteRowsPlan plan = planByteRows(roi, images.srcStep, images.dstStep, images.inPlace, queryCacheSize);
+  ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
+  if (ZORVAN_PLANNED("planByteRows streaming", plan.streaming)) {
+    images.eachRow(plan.rows, [&](auto* src, auto* dst) {
+      bytesRow<Vector, true>(operation, src, dst, plan.rowPixels);
+    });
+    return fenceStores();
+  }
+  images.eachRow(plan.rows,
+                 [&](auto* src, auto* dst) { bytesRow<Vector, false>(operation, src, dst, plan.rowPixels); });
+}
+
+template <class Vector>
+void squareBytes(const UnaryImages& images, Size roi, int f) {
+  const auto by = [&](const auto& operation) { eachByteRow<Vector>(operation, images, roi); };
+  if (f < -7) return by(BytesOtherThanZero{});
+  if (f == -7) return by(SquareOfBytes<SquareRaised>{{7}, 8});
+  if (f < 0) return by(SquareOfBytes<SquareRaised>{{-f}, 16});
+  if (f == 0) return by(SquareOfBytes<SquareKept>{{}, 16});
+  if (f <= 3) return by(SquareOfBytes<SquareTruncated>{{f}});
+  if (f <= 9) return by(SquareOfBytes<SquareRounded>{{f}});
+  by(SquareOfBytes<SquareAveraged>{{f}});
+}
+
+template <class Vector>
+void rootsOfBytes(const UnaryImages& images, Size roi, int f) {
+  const auto by = [&](const auto& operation) { eachByteRow<Vector>(operation, images, roi); };
+  if (f < -7) return by(BytesOtherThanZero{});
+  if (f <= 0) {
+    const int k = -f;
+    const u8* const table = rootTables()[k];
+#ifdef __AVX2__
+    if (k < 5) return by(LookUpOfBytes{table});
+#endif
+    return images.eachRow(roi.height, [&](const unsigned char* src, unsigned char* dst) {
+      if (k < 5) return lookUpRow(table, src, dst, roi.width);
+      lookUpRowUpTo(table, lastOfRootTable(k), src, dst, roi.width);
+    });
+  }
+  // The bytes above which the root is nearer to the next figure; a tie is so where that is even.
+  if (f == 1) return by(BytesAbove<8>{{1, 8, 25, 48, 81, 120, 169, 224}});
+  if (f == 2) return by(BytesAbove<4>{{4, 35, 100, 195}});
+  if (f == 3) return by(BytesAbove<2>{{16, 143}});
+  if (f == 4) return by(BytesAbove<1>{{64}});
+  by(BytesOfZero{});
+}
+
+template <class V>
+int squareOf(const UnaryImages& images, Size roi, int f, u8) {
+  squareBytes<ByteVector<V>>(images, roi, f);
+  return ippStsNoErr;
+}
+template <class V, class T>
+int squareOf(const UnaryImages& images, Size roi, int f, T) {
+  withSquareScaling<T>(f, [&](const auto& scaling) {
+    images.eachRow(roi.height, [&](auto* src, auto* dst) {
+      squareWordsRow<WordVector<V>, T>(scaling, src, dst, roi.width);
+    });
+  });
+  return ippStsNoErr;
+}
+
+template <class V>
+int rootOf(const UnaryImages& images, Size roi, int f, u8) {
+  rootsOfBytes<ByteVector<V>>(images, roi, f);
+  return ippStsNoErr;
+}
+template <class V, class T>
+int rootOf(const UnaryImages& images, Size roi, int f, T) {
+  const bool negative = withRootScaling<T>(f, [&](const auto& root) {
+    bool anyNegative = false;
+    images.eachRow(roi.height, [&](auto* src, auto* dst) {
+      anyNegative |= rootWordsRow<WordVector<V>, T>(root, src, dst, roi.width);
+    });
+    return anyNegative;
+  });
+  return negative ? ippStsSqrtNegArg : ippStsNoErr;
+}
+
+template <class V, class T>
+int squarePixels(const UnaryImages& images, Size roi, int f) {
+  const int status = testUnary(images, roi);
+  return status != ippStsNoErr ? status : squareOf<V>(images, roi, f, T{});
+}
+template <class V, class T>
+int rootPixels(const UnaryImages& images, Size roi, int f) {
+  const int status = testUnary(images, roi);
+  return status != ippStsNoErr ? status : rootOf<V>(images, roi, f, T{});
+}
+
+}  // namespace
+
+template <class V>
+int Routines<V>::ippiSqr_8u_C1IRSfs(u8* srcDst, int srcDstStep, Size roi, int scaleFactor) {
+  return squarePixels<V, u8>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
+}
+template <class V>
+int Routines<V>::ippiSqr_8u_C1RSfs(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
+                                   int scaleFactor) {
+  return squarePixels<V, u8>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
+}
+
+template <class V>
+int Routines<V>::ippiSqr_16u_C1IRSfs(u16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
+  return squarePixels<V, u16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
+}
+template <class V>
+int Routines<V>::ippiSqr_16u_C1RSfs(const u16* src, int srcStep, u16* dst, int dstStep, Size roi,
+                                    int scaleFactor) {
+  return squarePixels<V, u16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
+}
+
+template <class V>
+int Routines<V>::ippiSqr_16s_C1IRSfs(s16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
+  return squarePixels<V, s16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
+}
+template <class V>
+int Routines<V>::ippiSqr_16s_C1RSfs(const s16* src, int srcStep, s16* dst, int dstStep, Size roi,
+                                    int scaleFactor) {
+  return squarePixels<V, s16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
+}
+
+template <class V>
+int Routines<V>::ippiSqrt_8u_C1IRSfs(u8* srcDst, int srcDstStep, Size roi, int scaleFactor) {
+  return rootPixels<V, u8>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
+}
+template <class V>
+int Routines<V>::ippiSqrt_8u_C1RSfs(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
+                                    int scaleFactor) {
+  return rootPixels<V, u8>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
+}
+
+template <class V>
+int Routines<V>::ippiSqrt_16u_C1IRSfs(u16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
+  return rootPixels<V, u16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
+}
+template <class V>
+int Routines<V>::ippiSqrt_16u_C1RSfs(const u16* src, int srcStep, u16* dst, int dstStep, Size roi,
+                                     int scaleFactor) {
+  return rootPixels<V, u16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
+}
+
+template <class V>
+int Routines<V>::ippiSqrt_16s_C1IRSfs(s16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
+  return rootPixels<V, s16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
+}
+template <class V>
+int Routines<V>::ippiSqrt_16s_C1RSfs(const s16* src, int srcStep, s16* dst, int dstStep, Size roi,
+                                     int scaleFactor) {
+  return rootPixels<V, s16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
+}
+
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,151 @@
+#pragma once
+
+// A row of floats from one image to another or in place, pixel by pixel through an operation: what to do with
+// the bits of a pixel and with vectors of every width that the variant being built has.
+//
+// Reads and writes the row only, at any address.
+
+#include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
+#include "zorvan/primitives/kernels/simd/vectors.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+struct SquareFloats {
+  static std::uint32_t of(std::uint32_t bits) {
+    const float x = __builtin_bit_cast(float, bits);
+    return __builtin_bit_cast(std::uint32_t, x * x);
+  }
+  static Vector16 of(Vector16 v) {
+    const __m128 x = _mm_castsi128_ps(v.bits);
+    return {_mm_castps_si128(_mm_mul_ps(x, x))};
+  }
+#ifdef __AVX__
+  static Vector32 of(Vector32 v) {
+    const __m256 x = _mm256_castsi256_ps(v.bits);
+    return {_mm256_castps_si256(_mm256_mul_ps(x, x))};
+  }
+#endif
+#ifdef __AVX512F__
+  static Vector64 of(Vector64 v) {
+    const __m512 x = _mm512_castsi512_ps(v.bits);
+    return {_mm512_castps_si512(_mm512_mul_ps(x, x))};
+  }
+#endif
+};
+
+/// Clears the sign bit, also that of a NaN.
+struct AbsoluteFloats {
+  static std::uint32_t of(std::uint32_t bits) { return bits & 0x7FFFFFFF; }
+  static Vector16 of(Vector16 v) { return {_mm_and_si128(v.bits, _mm_set1_epi32(0x7FFFFFFF))}; }
+#ifdef __AVX__
+  static Vector32 of(Vector32 v) {
+    const __m256 withoutSign = _mm256_castsi256_ps(_mm256_set1_epi32(0x7FFFFFFF));
+    return {_mm256_castps_si256(_mm256_and_ps(_mm256_castsi256_ps(v.bits), withoutSign))};
+  }
+#endif
+};
+
+template <class Operation>
+inline void floatsScalar(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n > 0; src += 4, dst += 4, --n) storeAs(dst, Operation::of(loadAs<std::uint32_t>(src)));
+}
+
+template <class Operation, class Vector>
+inline void floatsVector(const unsigned char* src, unsigned char* dst) {
+  Operation::of(Vector::load(src)).store(dst);
+}
+
+/// Passes of so many pixels with loads and stores of 16 bytes, then singly.
+template <class Operation, int passPixels, bool alignedSrc, bool alignedDst>
+inline void floatsBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  for (; n >= passPixels; src += 4 * passPixels, dst += 4 * passPixels, n -= passPixels) {
+    for (int at = 0; at < 4 * passPixels; at += Vector16::size) {
+      const Vector16 pixels = alignedSrc ? Vector16::loadAligned(src + at) : Vector16::load(src + at);
+      if constexpr (alignedDst) {
+        Operation::of(pixels).storeAligned(dst + at);
+      } else {
+        Operation::of(pixels).store(dst + at);
+      }
+    }
+  }
+  floatsScalar<Operation>(src, dst, n);
+}
+
+/// Singly up to a 16-byte boundary, then in passes, by how the two pointers lie.
+template <class Operation, int passPixels>
+inline void floatsRow16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
+  floatsScalar<Operation>(src, dst, peel);
+  src += 4 * peel;
+  dst += 4 * peel;
+  n -= peel;
+  const bool srcIsAligned = isAligned(src, Vector16::size);
+  if (isAligned(dst, Vector16::size)) {
+    if (srcIsAligned) return floatsBody16<Operation, passPixels, true, true>(src, dst, n);
+    return floatsBody16<Operation, passPixels, false, true>(src, dst, n);
+  }
+  if (srcIsAligned) return floatsBody16<Operation, passPixels, true, false>(src, dst, n);
+  floatsBody16<Operation, passPixels, false, false>(src, dst, n);
+}
+
+#ifdef __AVX__
+/// Fewer than 16 pixels: 8, then 4, then singly.
+template <class Operation>
+inline void floatsFewer(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+  if (n & 8) {
+    floatsVector<Operation, Vector32>(src, dst);
+    src += 32;
+    dst += 32;
+  }
+  if (n & 4) {
+    floatsVector<Operation, Vector16>(src, dst);
+    src += 16;
+    dst += 16;
+  }
+  floatsScalar<Operation>(src, dst, n & 3);
+}
+
+template <class Operation, class Vector, bool streaming>
+inline void floatsPass16(const unsigned char* src, unsigned char* dst) {
+  for (int at = 0; at < 64; at += Vector::size) {
+    const Vector pixels = Operation::of(Vector::load(src + at));
+    if constexpr (streaming) {
+      pixels.stream(dst + at);
+    } else {
+      pixels.store(dst + at);
+    }
+  }
+}
+
+/// Fetches what lies so many bytes ahead of `src`, which may be outside the image.
+inline void prefetchAhead(const unsigned char* src, std::int64_t bytes) {
+  const auto ahead = reinterpret_cast<std::uintptr_t>(src) + static_cast<std::uintptr_t>(bytes);
+  _mm_prefetch(reinterpret_cast<const char*>(ahead), _MM_HINT_T0);
+}
+
+/// Rows of at least 16 pixels go in 32-byte vectors from a 32-byte boundary on, two cache lines a turn;
+/// shorter ones, and those whose pixels lie across the boundary, go singly.
+template <class Operation, bool streaming>
+inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64_t n,
+                        std::int64_t prefetchBytes) {
+  if (n < 16 || !isAligned(dst, 4)) return floatsScalar<Operation>(src, dst, n);
+  const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector32::size);
+  floatsScalar<Operation>(src, dst, peel);
+  src += 4 * peel;
+  dst += 4 * peel;
+  n -= peel;
+  const std::int64_t bytes = 4 * n;
+  std::int64_t i = 0;
+  const auto pass = [&](std::int64_t at) {
+    if constexpr (streaming) prefetchAhead(src + at, prefetchBytes);
+    floatsPass16<Operation, Vector32, streaming>(src + at, dst + at);
+  };
+  for (; i + 128 <= bytes; i += 128) pass(i), pass(i + 64);
+  if (i + 64 <= bytes) pass(i), i += 64;
+  floatsFewer<Operation>(src + i, dst + i, (bytes - i) / 4);
+}
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,15 @@
+// Square, square root and absolute value for one variant. Built once per variant, with its instruction set
+// and no more.
+
+#include "zorvan/primitives/kernels/arithmetic/unary/float_unary_kernels.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/scaled_unary_kernels.h"
+
+namespace Zorvan::Primitives {
+
+#define INSTANTIATE(name, Result, Parameters, Arguments) \
+  template Result Routines<ZORVAN_VARIANT>::name Parameters;
+#define ENTRY(...) INSTANTIATE(__VA_ARGS__)
+#include "zorvan/primitives/frame/entries/Unary.def"
+#undef ENTRY
+
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,217 @@
+#pragma once
+
+// The one home of all limits that depend on how large an image is: from how many bytes, pixels or rows on it
+// is streamed, prefetched, cut into bands, blocks and tiles, or kept from running as one row. None of them
+// shows in a result: a path on either side of a limit computes the same pixels.
+//
+// A path that only large images reach is a path that hardly any test reaches. Therefore each limit has two
+// values: the one of the library, and a low one with which the kernels are compiled once more, as a library
+// that tests alone link. There images of a few bytes take every path, at every address and width.
+//
+// A low value is as low as the path behind it allows. A path that needs rows of some length, since its first
+// vectors overlap or its peel lies within the row, states that length where it is; a low value below it would
+// make the path leave its rows, which is no fault of the library.
+//
+// Not here: lengths of rows that follow from the width of a vector, and what a result depends on (the float
+// additions between two roundings, `floatAdditions`, and the sides of a row's sums that wrap).
+
+#include <cstdint>
+
+namespace Zorvan::Primitives {
+namespace {
+
+#ifdef ZORVAN_LOWERED_LIMITS
+template <class T>
+consteval T imageLimit(T, T low) {
+  return low;
+}
+#else
+template <class T>
+consteval T imageLimit(T value, T) {
+  return value;
+}
+#endif
+
+// ---- copies ----
+
+/// 16-byte stores.
+struct RowCopyLimits {
+  static constexpr auto streamAboveBytes = imageLimit<std::int64_t>(0x100000, 96);
+  static constexpr int fuseBelowPixels = imageLimit(32768, 48);  // of 8-bit images, in each direction
+};
+
+struct Leaf2CopyLimits {
+  static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x20000, 64);
+  static constexpr std::int64_t leastRowBytes = 64;  // of `copyPastCache`
+};
+
+struct LargeCopyLimits {
+  static constexpr auto leastRowBytes = imageLimit<std::int64_t>(1024, 128);        // shorter rows never ask
+  static constexpr auto queryAboveTwice = imageLimit<std::int64_t>(0x400000, 512);  // source and destination
+};
+
+struct RunCopyLimits {
+  static constexpr auto forwardBelowBytes = imageLimit<std::int64_t>(32768, 64);
+  static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x400000, 128);
+};
+
+struct WideCopyLimits {
+  static constexpr auto streamAlwaysAboveBytes = imageLimit<std::int64_t>(0x7FFFFFFF, 8192);
+  static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x300000, 256);
+  static constexpr auto narrowBelowBytes = imageLimit<std::int64_t>(512, 96);
+};
+
+// ---- fills ----
+
+/// The older variants: a limit in bytes.
+struct RowFillLimits {
+  static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x80000, 96);
+};
+
+/// The newest two variants: limits in pixels that all stand for 6 MiB, the cache compared in pixels. Lines
+/// are prefetched for writing where a cache has room for all: it delays those that come from memory.
+template <int pixelBytes>
+struct WideFillLimits {
+  static constexpr std::int64_t queryAbovePixels = imageLimit(0x600000, 256) / pixelBytes;
+  static constexpr auto prefetchAboveBytes = imageLimit<std::int64_t>(0x100000, 96);  // fits nearer caches
+  static constexpr int cacheShift = pixelBytes / 2;          // 1, 2, 4 bytes: 0, 1, 2
+  static constexpr int streamFromBits = imageLimit(32, 13);  // of width and height, one after the other
+};
+
+// ---- masked fills and copies ----
+
+/// Rows run as one below it, in each direction.
+constexpr int joinMaskedBelow = imageLimit(32768, 48);
+
+struct EmptyStoreLimits {
+  static constexpr auto skipAboveBytes =
+      imageLimit<std::int64_t>(0x8000, 256);  // the nearest cache has room for it
+};
+
+// ---- conversions ----
+
+/// Rows of floats from this length on start their stores on a boundary, which lies within 16 pixels.
+constexpr auto toFloatAlignFromPixels = imageLimit<std::int64_t>(256, 16);
+
+// ---- comparisons and logical operations ----
+
+struct RowCompareLimits {
+  static constexpr auto streamAboveBytes = imageLimit<std::int32_t>(0x100000, 128);  // both steps, all rows
+};
+
+struct WideCompareLimits {
+  static constexpr int fuseUpToBits =
+      imageLimit(32768, 63);  // of the width and the height laid over each other
+};
+
+struct CombineLimits {
+  static constexpr int fuseUpToBits =
+      imageLimit(32768, 63);  // of the width and the height laid over each other
+};
+
+// ---- arithmetic ----
+
+/// The nearer caches hold smaller images, and their prefetchers are fast enough for them. Larger ones come
+/// from memory, of which the processor has enough loads in flight on its own.
+constexpr auto prefetchInPlaceFromBytes = imageLimit<std::int64_t>(0x100000, 64);
+constexpr auto prefetchInPlaceUpToBytes = imageLimit<std::int64_t>(0x400000, 1024);
+
+/// Blocks of 8 pixels: about 1 MiB over three images.
+constexpr auto floatRowStreamAboveBlocks = imageLimit<std::int64_t>(0x2AAA, 3);
+
+/// While images of so many pixels stay near the processor, loads and stores are what the time goes into.
+constexpr auto widestFloatsUpToPixels = imageLimit<std::int64_t>(0x10000, 512);
+
+/// Below the first number of bytes in all images nothing is prefetched; above the second a destination of its
+/// own is written past the cache.
+constexpr auto prefetchFromBytes = imageLimit<std::int32_t>(32769, 128);
+constexpr auto streamAboveBytes = imageLimit<std::int32_t>(0x600000, 512);
+constexpr auto streamByteImagesAbove =
+    imageLimit<std::int32_t>(0x300000, 128);  // the same for images of bytes
+
+/// The same where the processor does not report its largest cache. Those that do write past the cache at
+/// no cost as soon as the second level is full; the others lose by it what still fits into the last one.
+constexpr auto streamUnknownCacheAboveBytes = imageLimit<std::int32_t>(0x1800000, 2048);
+
+/// Long rows of masked accumulations start on a cache line, which lies within 16 pixels.
+constexpr int accumulateAlignFromPixels = imageLimit(180, 16);
+
+// ---- statistics ----
+
+/// Smaller regions lie in the first or second cache, from where loads come in time; asking would only take
+/// their places.
+constexpr auto nearBytes = imageLimit<std::int64_t>(std::int64_t{3} << 19, 256);
+
+/// Smaller regions lie in the third cache, which answers sooner than the memory behind it.
+constexpr auto farBytes = imageLimit<std::int64_t>(std::int64_t{8} << 20, 2048);
+
+/// A block of unsigned words: 32768 times 65535 stays below 2^31. Signed words take the same blocks.
+constexpr int sumBlockPixels = imageLimit(32768, 40);
+
+/// Pixels below which the sum of signed words of a whole region fits one set of 32-bit lanes.
+constexpr auto regionInLanesBelow = imageLimit<std::int64_t>(65536, 200);
+
+/// Limits of tiles. A pair of signed words shares a lane of its own, so their limit is the larger one.
+constexpr int unsignedTilePixels = imageLimit(32768, 90);
+constexpr int signedTilePixels = imageLimit(0x10002, 101);
+
+/// Rows of a tile that may go into the same lanes: a lane gets at most a pair of signed words from each of
+/// them where tiles are narrower than a vector. Only tiles one or two pixels wide have more.
+constexpr int stripRows = imageLimit(32767, 5);
+
+/// Regions with fewer pixels than this take the narrow path of byte means: 32 bits are enough. The count
+/// wraps on 32 bits, so an enormous region may come out as a small one.
+constexpr auto narrowSumBelow = imageLimit<std::int32_t>(0x800000, 200);
+
+/// Iterations over 64 words that fit lanes of 32 bits with a sign: each adds two words to a lane.
+constexpr int wordStepsInLanes = imageLimit(16384, 3);
+
+/// Selected pixels of a row whose squares of bytes fit a lane of 32 bits, whatever the vector's width: a lane
+/// takes four squares of each 16 pixels at most. A multiple of the widest vector.
+constexpr auto squaresInLanes = imageLimit<std::int64_t>(std::int64_t{1} << 17, 128);
+
+/// Pixels of a block: some hundred iterations between two reductions of the lanes, and few enough to be
+/// searched again for a position at hardly any cost.
+constexpr int extremeBlockPixels = imageLimit(8192, 100);
+
+// ---- morphology ----
+
+/// The ring of a separable pass may take this much, so that the rows that are read stay beside it in a
+/// nearest cache of 32 KiB; but a band is not made narrower than that is worth. Bands are whole lines.
+constexpr auto morphRingBytes = imageLimit<std::int64_t>(16 << 10, 320);
+constexpr auto morphLeastBandBytes = imageLimit<std::int64_t>(512, 64);
+
+/// What the rows may take of a second cache that several rows of a result are made from at a time: from there
+/// they come as fast as they are combined.
+constexpr auto morphStripBytes = imageLimit<std::int64_t>(256 << 10, 512);
+
+/// Results from this size on would only push out of the caches what they are made from.
+constexpr auto morphStreamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
+
+/// The rows between two passes may take this much, so that they stay in a second cache beside the rows that
+/// are read and written.
+constexpr auto morphBetweenBytes = imageLimit<std::int64_t>(256 << 10, 512);
+
+/// So much of short rows is computed as one long row at a time; one row at least, of 64 bytes at most.
+constexpr auto morphPackedBytes = imageLimit<std::int64_t>(2048, 192);
+
+// ---- the Laplace filter ----
+
+/// Rows of a band, and the bytes of their lines that stay in a near cache. Large results of the 3 by 3 kernel
+/// may go in lower bands than others.
+constexpr int mostBandRows = imageLimit(64, 7), bandBytes = imageLimit(32768, 256);
+constexpr int leastBandRows = imageLimit(16, 3), leastStreamedBandRows = imageLimit(8, 2);
+
+/// Rows of narrow regions that are built at a time.
+constexpr auto narrowBandRows = imageLimit<std::int64_t>(16, 3);
+
+/// Results from this size on would only push out of the caches what they are made from.
+constexpr auto streamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
+
+// ---- flood fill ----
+
+/// Rows this far apart share the low bits of their addresses, which the processor compares first.
+constexpr int aliasedStepBytes = imageLimit(4096, 64);
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,103 @@
+#pragma once
+
+// Flood fill: the entries, and which variant walks the rows of which pixels how.
+
+#include <type_traits>
+
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/by_variant.h"
+#include "zorvan/primitives/kernels/computervision/flood_blocks.h"
+#include "zorvan/primitives/kernels/computervision/flood_fill.h"
+#include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
+#include "zorvan/primitives/kernels/computervision/flood_masked.h"
+#include "zorvan/primitives/kernels/computervision/flood_pixels.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+#ifndef __AVX512BW__
+template <class T>
+struct MaskedRow;
+struct WideFilledFloatBlock;
+#endif
+
+using ByteRow = BlockRow<ByteBlock>;
+using IntRow = BlockRow<IntBlock>;
+using FloatRow = BlockRow<FloatBlock>;
+using WideFilledFloatRow = BlockRow<WideFilledFloatBlock>;
+
+template <class V, class T>
+struct FloodFillPolicy;
+template <class V>
+struct FloodFillPolicy<V, u8> {
+  using Row = ByVariant<V, ByteRow, ByteRow, ByteRow, ByteRow, ByteRow, MaskedRow<u8>>;
+};
+template <class V>
+struct FloodFillPolicy<V, u16> {
+  using Row = PlainRow<u16>;
+};
+template <class V>
+struct FloodFillPolicy<V, int> {
+  using Row = ByVariant<V, PlainRow<int>, PlainRow<int>, PlainRow<int>, IntRow, IntRow, MaskedRow<int>>;
+};
+template <class V>
+struct FloodFillPolicy<V, float> {
+  using Row = ByVariant<V, FloatRow, FloatRow, FloatRow, FloatRow, FloatRow, WideFilledFloatRow>;
+};
+
+template <class V, class T>
+int floodFill(T* image, int step, Size roi, Point seed, T newValue, _IppiConnectedComp* region, u8* buffer) {
+  if (image == nullptr || region == nullptr || buffer == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  if (step < std::int64_t{roi.width} * std::int64_t{sizeof(T)}) return ippStsStepErr;
+  if (step % static_cast<int>(sizeof(T)) != 0) return Ipp::ippStsNotEvenStepErr;
+  if (seed.x < 0 || seed.x >= roi.width || seed.y < 0 || seed.y >= roi.height)
+    return Ipp::ippStsOutOfRangeErr;
+
+  using Row = typename FloodFillPolicy<V, T>::Row;
+  const T old = loadAs<T>(Row::at(rowAt(reinterpret_cast<unsigned char*>(image), step, seed.y), seed.x));
+  if (old == newValue) return ippStsNoErr;
+
+  const Row row(old, newValue, roi.width - 1);
+  const FilledArea area = FloodFill<Row>(row, image, step, roi, buffer).run(seed);
+  region->area = static_cast<std::int32_t>(area.count);
+  region->value[0] = newValue;
+  region->value[1] = 0;
+  region->value[2] = 0;
+  region->rect = {area.minX, area.minY, area.maxX - area.minX + 1, area.maxY - area.minY + 1};
+  return ippStsNoErr;
+}
+
+}  // namespace
+
+template <class V>
+int Routines<V>::ippiFloodFillGetSize(Size roi, int* bufferSize) {
+  if (bufferSize == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  *bufferSize = reportedFillBufferBytes(roi);
+  return ippStsNoErr;
+}
+
+template <class V>
+int Routines<V>::ippiFloodFill_4Con_8u_C1IR(u8* image, int step, Size roi, Point seed, u8 newValue,
+                                            _IppiConnectedComp* region, u8* buffer) {
+  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
+}
+template <class V>
+int Routines<V>::ippiFloodFill_4Con_16u_C1IR(u16* image, int step, Size roi, Point seed, u16 newValue,
+                                             _IppiConnectedComp* region, u8* buffer) {
+  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
+}
+template <class V>
+int Routines<V>::ippiFloodFill_4Con_32s_C1IR(int* image, int step, Size roi, Point seed, int newValue,
+                                             _IppiConnectedComp* region, u8* buffer) {
+  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
+}
+template <class V>
+int Routines<V>::ippiFloodFill_4Con_32f_C1IR(float* image, int step, Size roi, Point seed, float newValue,
+                                             _IppiConnectedComp* region, u8* buffer) {
+  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
+}
+
+}  // namespace Zorvan::Primitives

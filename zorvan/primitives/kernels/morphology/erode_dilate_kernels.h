@@ -1,0 +1,258 @@
+#pragma once
+
+// Erosion and dilation: the entries, the driver, and which variant walks a mask how.
+
+#include "zorvan/primitives/frame/MorphSizes.h"
+#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/by_variant.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/morphology/border_stripes.h"
+#include "zorvan/primitives/kernels/morphology/morph_plan.h"
+#include "zorvan/primitives/kernels/morphology/packed_rows.h"
+#include "zorvan/primitives/kernels/morphology/shaped_cells.h"
+#include "zorvan/primitives/kernels/morphology/shaped_scan.h"
+#include "zorvan/primitives/kernels/morphology/solid_bordered.h"
+#include "zorvan/primitives/kernels/morphology/solid_fused.h"
+#include "zorvan/primitives/kernels/morphology/solid_separable.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+using Ipp::ippStsBorderErr;
+using Ipp::ippStsNotEvenStepErr;
+
+/// The record of a mask as the kernels use it, wherever the caller keeps it.
+struct MorphMask {
+  MorphSpec spec;
+
+  explicit MorphMask(const MorphSpec* at) : spec(loadAs<MorphSpec>(at)) {}
+  Size size() const { return {spec.maskWidth, spec.maskHeight}; }
+  bool has(std::uint32_t flag) const { return (spec.flags & flag) != 0; }
+};
+
+struct ByteLanes16;
+struct ByteLanes32;
+struct ByteLanes64;
+struct FloatLanes32;
+struct FloatLanes64;
+
+template <class Operation, class Lanes>
+inline void computeSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
+                         Size mask, MorphWork work) {
+  if (planPackedRows(src.step, roi.width, mask.width, sizeof(typename Lanes::Pixel))) {
+    computePackedSolid<Operation, Lanes>(src, dst, roi, mask);
+  } else {
+    separateImage<Operation, Lanes>(src, dst, roi, mask, work);
+  }
+}
+
+/// Solid masks for which `planBordered` holds.
+template <class Operation, class Lanes, int least>
+inline void computeBordered(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
+                            Size roi, Size mask, BorderWord word, typename Lanes::Pixel value,
+                            MorphWork work) {
+  using Pixel = typename Lanes::Pixel;
+  const BorderedRegion<Pixel> region(src, roi, Reach::ofMask(mask), word, value,
+                                     reinterpret_cast<Pixel*>(work.ring));
+  switch (mask.width) {
+    case 3:
+      if constexpr (least <= 3) return borderedImage<Operation, Lanes, 3, 3>(region, dst, work);
+      return;
+    case 5:
+      return borderedImage<Operation, Lanes, 5, 5>(region, dst, work);
+    case 7:
+      return borderedImage<Operation, Lanes, 7, 7>(region, dst, work);
+    default:
+      return borderedImage<Operation, Lanes, 9, 9>(region, dst, work);
+  }
+}
+
+/// The two oldest variants: solid masks by rows and columns, others pixel by pixel. From the least mask on, a
+/// solid one's border is made in registers: 3 by 3 masks have no form of their own here, and the oldest
+/// instruction set takes three instructions for the neighbours of bytes.
+template <class ForBytes, class ForFloats, int leastOfBytes>
+struct ScanningKernels {
+  template <class Pixel>
+  using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+  template <class Pixel>
+  static constexpr int leastBordered = sizeof(Pixel) == 1 ? leastOfBytes : 5;
+
+  template <class Operation, class Pixel>
+  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
+                      MorphWork work) {
+    const Reach reach = Reach::ofMask(mask.size());
+    const auto first = src.from(-reach.above, -reach.left);
+    if (ZORVAN_PLANNED("planOldMorphForm solid", planOldMorphForm(mask.spec.flags) == MorphForm::separable)) {
+      computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
+    } else {
+      scanImage<Operation>(first, dst, roi, mask.size(), mask.spec.cells);
+    }
+  }
+};
+
+/// The newer variants: a kernel for each form of mask.
+template <class ForBytes, class ForFloats>
+struct FormKernels {
+  template <class Pixel>
+  using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+  template <class Pixel>
+  static constexpr int leastBordered = 3;
+
+  template <class Operation, class Pixel>
+  static void compute(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, const MorphMask& mask,
+                      MorphWork work) {
+    const Reach reach = Reach::ofMask(mask.size());
+    const auto first = src.from(-reach.above, -reach.left);
+    const bool packed = planPackedRows(src.step, roi.width, reach.mask().width, sizeof(Pixel));
+    const TabledCells table(mask.spec);
+    switch (ZORVAN_PLANNED("planMorphForm",
+                           planMorphForm(mask.size(), mask.spec.flags, [&] { return table.count(); }))) {
+      case MorphForm::fused:
+        if (!packed) return fusedImage<Operation, Lanes<Pixel>>(src, dst, roi, work);
+        [[fallthrough]];
+      case MorphForm::separable:
+        return computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
+      case MorphForm::known3:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, KnownCells<KnownShape3>());
+      case MorphForm::known5:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, KnownCells<KnownShape5>());
+      case MorphForm::known7:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, KnownCells<KnownShape7>());
+      case MorphForm::cross:
+        return computeShaped<Operation, 1, 2>(first, dst, roi, packed, Cross(mask.spec));
+      case MorphForm::cellList:
+        return computeShaped<Operation, 1, 1>(first, dst, roi, packed,
+                                              ListedCells(table, src.step, sizeof(Pixel)));
+      case MorphForm::cellTable:
+        return computeShaped<Operation, 1, 1>(first, dst, roi, packed, table);
+      case MorphForm::runs:
+        return computeShaped<Operation, 2, 2>(first, dst, roi, packed, Runs(mask.spec));
+      case MorphForm::scan:
+        return;
+    }
+  }
+
+ private:
+  template <class Operation, int bandColumns, int rowColumns, class Pixel, class Cells>
+  static void computeShaped(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, bool packed,
+                            const Cells& cells) {
+    using L = Lanes<Pixel>;
+    if (!packed) return computeImage<Operation, L, bandColumns, rowColumns>(src, dst, roi, cells);
+    computePacked(src, dst, roi, [&](Plane<const Pixel> from, Pixel* results, std::int64_t length) {
+      computeBand<Operation, L, 1, rowColumns>(from, {results, 0}, length, cells);
+    });
+  }
+};
+
+template <class V>
+using MorphPolicy = ByVariant<V, ScanningKernels<ByteLanes16, FloatLanes16, kNoneBordered>,
+                              ScanningKernels<ByteLanes16, FloatLanes16, 5>,
+                              FormKernels<ByteLanes16, FloatLanes16>, FormKernels<ByteLanes16, FloatLanes32>,
+                              FormKernels<ByteLanes32, FloatLanes32>, FormKernels<ByteLanes64, FloatLanes64>>;
+
+template <class V>
+inline int copyRegion(const u8* src, int srcStep, u8* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiCopy_8u_C1R(src, srcStep, dst, dstStep, roi);
+}
+template <class V>
+inline int copyRegion(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
+  return Routines<V>::ippiCopy_32f_C1R(src, srcStep, dst, dstStep, roi);
+}
+
+inline unsigned char* alignWork(u8* buffer) { return buffer + bytesToBoundary(buffer, 32); }
+
+/// What all four operations on an image test first, in this order.
+template <class T>
+inline int testMorphImages(const T* src, int srcStep, const T* dst, int dstStep, Size roi, const void* spec,
+                           const u8* buffer) {
+  if (src == nullptr || dst == nullptr || spec == nullptr || buffer == nullptr) return ippStsNullPtrErr;
+  if (isEmpty(roi)) return ippStsSizeErr;
+  const std::int64_t rowBytes = std::int64_t{roi.width} * std::int64_t{sizeof(T)};
+  if (srcStep < rowBytes || dstStep < rowBytes) return ippStsStepErr;
+  if (sizeof(T) == 4 && (srcStep % 4 != 0 || dstStep % 4 != 0)) return ippStsNotEvenStepErr;
+  return ippStsNoErr;
+}
+
+/// Higher bits than these mean nothing, but words above are refused.
+constexpr int kLargestBorderWord = 4095;
+
+constexpr bool isMorphBorderType(BorderType type) {
+  return type == BorderType::replicate || type == BorderType::mirror || type == BorderType::defaultValue ||
+         type == BorderType::constant;
+}
+
+constexpr bool isMorphBorder(int word) {
+  return word <= kLargestBorderWord &&
+         (word == BorderWord::allInMemory || isMorphBorderType(BorderWord{word}.type()));
+}
+
+/// The driver: the border by stripes in the work memory, behind the ring; the rest where it lies.
+template <class V, class Operation, class T>
+inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size roi, BorderWord word, T value,
+                         const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {
+  if (word.type() == BorderType::defaultValue) {
+    word.bits = (word.bits & ~BorderWord::typeBits) | static_cast<int>(BorderType::constant);
+    value = Operation::neutral(T{});
+  }
+  const MorphMask mask(spec);
+  const Size maskSize = mask.size();
+  if ((maskSize.width == 1 && maskSize.height == 1) || mask.has(MorphSpec::noneSet)) {
+    return copyRegion<V>(src, srcStep, dst, dstStep, roi);
+  }
+  const MorphWork work{alignWork(buffer), streamedBytes};
+  constexpr int least = MorphPolicy<V>::template leastBordered<T>;
+  if constexpr (least <= kLargestBordered) {
+    using Lanes = typename MorphPolicy<V>::template Lanes<T>;
+    if (mask.has(MorphSpec::allSet) &&
+        planBordered(maskSize, word.type(), word.has(BorderWord::allInMemory), least)) {
+      computeBordered<Operation, Lanes, least>({src, srcStep}, {dst, dstStep}, roi, maskSize, word, value,
+                                               work);
+      return ippStsNoErr;
+    }
+  }
+  const MorphMeasures<WrappingFigure> measures(roi, maskSize, sizeof(T));
+  T* const area = reinterpret_cast<T*>(work.ring + measures.ringSize().value());
+  runWithBorder<T>({src, srcStep}, {dst, dstStep}, roi, Reach::ofMask(maskSize), word, value, area,
+                   [&](Plane<const T> from, Plane<T> to, Size size) {
+                     MorphPolicy<V>::template compute<Operation>(from, to, size, mask, work);
+                   });
+  return ippStsNoErr;
+}
+
+/// The sides in memory that bits 8 to 11 of the word tell too: the 8-bit dilation alone takes them.
+constexpr int sidesInHigherBits(Dilation, u8, int word) { return (word >> 4) & BorderWord::allInMemory; }
+template <class Operation, class T>
+constexpr int sidesInHigherBits(Operation, T, int) {
+  return 0;
+}
+
+/// An erosion or dilation with all tests of its arguments: an entry, or one pass of a compound operation.
+template <class V, class Operation, class T>
+inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
+                 const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {
+  const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
+  if (status != ippStsNoErr) return status;
+  if (!isMorphBorder(borderType)) return ippStsBorderErr;
+  const BorderWord word{borderType | sidesInHigherBits(Operation(), T(), borderType)};
+  return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, word, borderValue, spec, buffer,
+                                     streamedBytes);
+}
+
+}  // namespace
+
+#define DEFINE(Name, Operation, pixels, T)                                                                \
+  template <class V>                                                                                      \
+  int Routines<V>::ippiMorph##Name##Border_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, \
+                                                          Size roi, int borderType, T borderValue,        \
+                                                          const MorphSpec* spec, u8* buffer) {            \
+    return morph<V, Operation>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer,    \
+                               resultBytes(roi, sizeof(T)));                                              \
+  }
+DEFINE(Dilate, Dilation, 8u, u8)
+DEFINE(Dilate, Dilation, 32f, float)
+DEFINE(Erode, Erosion, 8u, u8)
+DEFINE(Erode, Erosion, 32f, float)
+#undef DEFINE
+
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,152 @@
+#pragma once
+
+// Operations on vectors of integers under one name for every width that the variant being built has, so that
+// an algorithm is written once. They are called by what the instructions are called: the operation and the
+// lanes it works on. Bitwise operations are the language's own operators on the vectors.
+//
+// Interleaving and packing work within 16 bytes each; packing puts back in order what interleaving with
+// `unpacklo` and `unpackhi` took apart, at every width.
+
+#include "zorvan/primitives/kernels/simd/vectors.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+#define ZORVAN_LANES_PAIR(name) ZORVAN_LANES_PAIR_UP_TO_32(name) ZORVAN_LANES_PAIR_OF_64(name)
+#ifdef __AVX2__
+#define ZORVAN_LANES_PAIR_UP_TO_32(name)                                 \
+  inline __m128i name(__m128i a, __m128i b) { return _mm_##name(a, b); } \
+  inline __m256i name(__m256i a, __m256i b) { return _mm256_##name(a, b); }
+#define ZORVAN_LANES_SHIFT(name)                                                 \
+  inline __m128i name(__m128i a, __m128i count) { return _mm_##name(a, count); } \
+  inline __m256i name(__m256i a, __m128i count) { return _mm256_##name(a, count); }
+#else
+#define ZORVAN_LANES_PAIR_UP_TO_32(name) \
+  inline __m128i name(__m128i a, __m128i b) { return _mm_##name(a, b); }
+#define ZORVAN_LANES_SHIFT(name) \
+  inline __m128i name(__m128i a, __m128i count) { return _mm_##name(a, count); }
+#endif
+#ifdef __AVX512BW__
+#define ZORVAN_LANES_PAIR_OF_64(name) \
+  inline __m512i name(__m512i a, __m512i b) { return _mm512_##name(a, b); }
+#else
+#define ZORVAN_LANES_PAIR_OF_64(name)
+#endif
+
+ZORVAN_LANES_PAIR(adds_epu8)
+ZORVAN_LANES_PAIR(adds_epu16)
+ZORVAN_LANES_PAIR(adds_epi16)
+ZORVAN_LANES_PAIR(subs_epu8)
+ZORVAN_LANES_PAIR(subs_epu16)
+ZORVAN_LANES_PAIR(subs_epi16)
+ZORVAN_LANES_PAIR(add_epi16)
+ZORVAN_LANES_PAIR(add_epi32)
+ZORVAN_LANES_PAIR(add_epi64)
+ZORVAN_LANES_PAIR(sub_epi32)
+ZORVAN_LANES_PAIR(avg_epu16)
+ZORVAN_LANES_PAIR(mullo_epi16)
+ZORVAN_LANES_PAIR(mulhi_epi16)
+ZORVAN_LANES_PAIR(mulhi_epu16)
+ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi8)
+ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi16)
+ZORVAN_LANES_PAIR(unpacklo_epi8)
+ZORVAN_LANES_PAIR(unpackhi_epi8)
+ZORVAN_LANES_PAIR(unpacklo_epi16)
+ZORVAN_LANES_PAIR(unpackhi_epi16)
+ZORVAN_LANES_PAIR(unpacklo_epi32)
+ZORVAN_LANES_PAIR(unpackhi_epi32)
+ZORVAN_LANES_PAIR(packus_epi16)
+ZORVAN_LANES_PAIR(packs_epi32)
+ZORVAN_LANES_SHIFT(sll_epi16)
+ZORVAN_LANES_SHIFT(sll_epi32)
+ZORVAN_LANES_SHIFT(srl_epi16)
+ZORVAN_LANES_SHIFT(srl_epi32)
+ZORVAN_LANES_SHIFT(srl_epi64)
+ZORVAN_LANES_SHIFT(sra_epi32)
+#undef ZORVAN_LANES_PAIR
+#undef ZORVAN_LANES_PAIR_UP_TO_32
+#undef ZORVAN_LANES_PAIR_OF_64
+#undef ZORVAN_LANES_SHIFT
+
+inline __m128i signs_epi16(__m128i x) { return _mm_srai_epi16(x, 15); }
+/// The low halves of the 64-bit lanes of two vectors, in the order that `unpacklo_epi32` and
+/// `unpackhi_epi32` took them apart.
+inline __m128i packLow_epi64(__m128i a, __m128i b) {
+  return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _MM_SHUFFLE(2, 0, 2, 0)));
+}
+#ifdef __AVX2__
+inline __m256i signs_epi16(__m256i x) { return _mm256_srai_epi16(x, 15); }
+inline __m256i packLow_epi64(__m256i a, __m256i b) {
+  return _mm256_castps_si256(
+      _mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), _MM_SHUFFLE(2, 0, 2, 0)));
+}
+#endif
+
+template <class I>
+inline I broadcastWords(int value) {
+  if constexpr (sizeof(I) == 16) return _mm_set1_epi16(static_cast<short>(value));
+#ifdef __AVX2__
+  if constexpr (sizeof(I) == 32) return _mm256_set1_epi16(static_cast<short>(value));
+#endif
+#ifdef __AVX512F__
+  if constexpr (sizeof(I) == 64) return _mm512_set1_epi16(static_cast<short>(value));
+#endif
+}
+template <class I>
+inline I broadcastDwords(int value) {
+  if constexpr (sizeof(I) == 16) return _mm_set1_epi32(value);
+#ifdef __AVX2__
+  if constexpr (sizeof(I) == 32) return _mm256_set1_epi32(value);
+#endif
+#ifdef __AVX512F__
+  if constexpr (sizeof(I) == 64) return _mm512_set1_epi32(value);
+#endif
+}
+template <class I>
+inline I broadcastQwords(std::int64_t value) {
+  if constexpr (sizeof(I) == 16) return _mm_set1_epi64x(value);
+#ifdef __AVX2__
+  if constexpr (sizeof(I) == 32) return _mm256_set1_epi64x(value);
+#endif
+}
+template <class I>
+inline I allOnes() {
+  return broadcastDwords<I>(-1);
+}
+template <class I>
+inline I zeroes() {
+  return broadcastDwords<I>(0);
+}
+
+/// The lower of unsigned words; the instruction for it came after SSE2.
+template <class I>
+inline I lower_epu16(I a, I b) {
+#ifdef __SSE4_1__
+  if constexpr (sizeof(I) == 16) return _mm_min_epu16(a, b);
+#endif
+#ifdef __AVX2__
+  if constexpr (sizeof(I) == 32) return _mm256_min_epu16(a, b);
+#endif
+#ifndef __SSE4_1__
+  return _mm_sub_epi16(a, _mm_subs_epu16(a, b));
+#endif
+}
+
+/// Packs signed 32-bit lanes to unsigned words with saturation; the instruction for it came after SSE2. Lanes
+/// lie 32768 at least above the lowest figure.
+template <class I>
+inline I packUnsigned_epi32(I a, I b) {
+#ifdef __SSE4_1__
+  if constexpr (sizeof(I) == 16) return _mm_packus_epi32(a, b);
+#endif
+#ifdef __AVX2__
+  if constexpr (sizeof(I) == 32) return _mm256_packus_epi32(a, b);
+#endif
+#ifndef __SSE4_1__
+  const __m128i middle = _mm_set1_epi32(32768);
+  return _mm_packs_epi32(_mm_sub_epi32(a, middle), _mm_sub_epi32(b, middle)) ^ _mm_set1_epi16(-32768);
+#endif
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

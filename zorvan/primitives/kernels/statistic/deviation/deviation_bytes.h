@@ -1,0 +1,174 @@
+#pragma once
+
+// Count, sum and sum of squares of the selected bytes of a region, in one pass. A row's squares are added in
+// lanes of 32 bits, which are emptied before they are full and at the row's end; the totals are exact.
+
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/statistic/deviation/deviation.h"
+#include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
+#include "zorvan/primitives/kernels/statistic/masked_mean/masked_sum_plan.h"
+#include "zorvan/primitives/kernels/statistic/mean/sum_bytes.h"
+#include "zorvan/primitives/kernels/statistic/selection.h"
+#include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// Walks all rows in pieces whose squares fit the lanes.
+template <class Piece>
+inline void forEachPiece(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                         Size roi, Piece piece) {
+  for (std::int64_t r = 0; r < roi.height; ++r) {
+    const std::uint8_t* const p = rowAt(src, srcStep, r);
+    const std::uint8_t* const m = rowAt(mask, maskStep, r);
+    ZORVAN_NOTE_PLAN("squares of a row in the lanes", roi.width <= squaresInLanes);
+    for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
+      piece(p + c, m + c, roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes);
+    }
+  }
+}
+
+/// 16 pixels a step, then 8, then singly.
+class NarrowByteMoments {
+ public:
+  static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+    NarrowByteMoments held;
+    forEachPiece(src, srcStep, mask, maskStep, roi,
+                 [&](auto* p, auto* m, std::int64_t pixels) { held.piece(p, m, pixels); });
+    return {static_cast<std::uint32_t>(sumOfLanes64(held.counts_) + held.singleCount_),
+            static_cast<double>(sumOfLanes64(held.sums_) + held.singleSum_), held.squares_};
+  }
+
+ private:
+  void add(__m128i pixels, __m128i mask, __m128i& squares) {
+    const __m128i zero = _mm_setzero_si128(), none = unselected(mask);
+    pixels = _mm_andnot_si128(none, pixels);
+    sums_ = _mm_add_epi64(sums_, _mm_sad_epu8(pixels, zero));
+    counts_ = _mm_add_epi64(counts_, _mm_sad_epu8(_mm_andnot_si128(none, _mm_set1_epi8(1)), zero));
+    const __m128i low = _mm_unpacklo_epi8(pixels, zero), high = _mm_unpackhi_epi8(pixels, zero);
+    squares = _mm_add_epi32(squares, _mm_madd_epi16(low, low));
+    squares = _mm_add_epi32(squares, _mm_madd_epi16(high, high));
+  }
+
+  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left) {
+    const __m128i zero = _mm_setzero_si128();
+    __m128i squares = zero;
+    for (; left >= 16; p += 16, m += 16, left -= 16) {
+      add(Vector16::load(p).bits, Vector16::load(m).bits, squares);
+    }
+    if (left >= 8) {
+      add(loadLow8(p), loadLow8(m), squares);
+      p += 8, m += 8, left -= 8;
+    }
+    std::int64_t singles = 0;
+    for (; left != 0; ++p, ++m, --left) {
+      const std::int32_t pixel = *p & selectedBits(*m);
+      singleSum_ += pixel;
+      singleCount_ += *m != 0;
+      singles += pixel * pixel;
+    }
+    squares = _mm_add_epi64(_mm_unpacklo_epi32(squares, zero), _mm_unpackhi_epi32(squares, zero));
+    squares_ += static_cast<double>(sumOfLanes64(squares) + singles);
+  }
+
+  __m128i sums_ = _mm_setzero_si128(), counts_ = sums_;
+  std::int64_t singleSum_ = 0, singleCount_ = 0;
+  double squares_ = 0;
+};
+
+#ifdef __AVX2__
+/// 32 pixels a step, the end of a row filled up with zeros.
+class WideByteMoments {
+ public:
+  static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+    WideByteMoments held;
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      forEachPiece(src, srcStep, mask, maskStep, roi,
+                   [&](auto* p, auto* m, std::int64_t pixels) { held.piece(p, m, pixels, readAhead); });
+      return Moments{held.count_, static_cast<double>(sumOfLanes64(held.sums_)), sumOf(held.squares_)};
+    });
+  }
+
+ private:
+  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto readAhead) {
+    __m256i even = _mm256_setzero_si256(), odd = even;
+    const auto add = [&](__m256i pixels, __m256i mask) {
+      const __m256i none = unselected(mask);
+      pixels = _mm256_andnot_si256(none, pixels);
+      count_ += static_cast<std::uint32_t>(countClear(none));
+      sums_ = _mm256_add_epi64(sums_, _mm256_sad_epu8(pixels, _mm256_setzero_si256()));
+      const __m256i low = _mm256_and_si256(pixels, _mm256_set1_epi16(0xFF));
+      const __m256i high = _mm256_srli_epi16(pixels, 8);
+      even = _mm256_add_epi32(even, _mm256_madd_epi16(low, low));
+      odd = _mm256_add_epi32(odd, _mm256_madd_epi16(high, high));
+    };
+    for (; left >= 32; p += 32, m += 32, left -= 32) {
+      readAhead(p);
+      readAhead(m);
+      add(Vector32::load(p).bits, Vector32::load(m).bits);
+    }
+    if (left != 0) add(loadShort(p, left), loadShort(m, left));
+    squares_ = plus(plus(squares_, even), odd);
+  }
+
+  __m256i sums_ = _mm256_setzero_si256();
+  __m256d squares_ = _mm256_setzero_pd();
+  std::uint32_t count_ = 0;
+};
+#endif
+
+#ifdef __AVX512BW__
+/// 64 pixels a step, the end of a row masked. Rows go into the same lanes of squares as long as these hold
+/// them: in short rows emptying the lanes would take longer than the sums. Longer rows are cut into strips.
+class RegisterByteMoments {
+ public:
+  static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+    RegisterByteMoments held;
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
+        const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
+        const std::int64_t together = squaresInLanes / ((pixels + 63) / 64 * 64);
+        ZORVAN_NOTE_PLAN("squares of all rows in the lanes", together >= roi.height);
+        for (std::int64_t r = 0; r < roi.height; r += together) {
+          const std::int64_t rows = roi.height - r < together ? roi.height - r : together;
+          held.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows, pixels,
+                   readAhead);
+        }
+      }
+      return Moments{held.count_, static_cast<double>(_mm512_reduce_add_epi64(held.sums_)),
+                     sumOf(held.squares_)};
+    });
+  }
+
+ private:
+  void add(const std::uint8_t* p, std::int64_t srcStep, const std::uint8_t* m, std::int64_t maskStep,
+           std::int64_t rows, std::int64_t pixels, auto readAhead) {
+    __m512i even = _mm512_setzero_si512(), odd = even, sums = sums_;
+    std::uint32_t count = count_;
+    for (; rows != 0; p += srcStep, m += maskStep, --rows) {
+      forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
+        readAhead(p + c);
+        readAhead(m + c);
+        const __m512i bytes = _mm512_maskz_loadu_epi8(selected, p + c);
+        count += static_cast<std::uint32_t>(countOf(selected));
+        sums = _mm512_add_epi64(sums, _mm512_sad_epu8(bytes, _mm512_setzero_si512()));
+        const __m512i low = _mm512_and_si512(bytes, _mm512_set1_epi16(0xFF));
+        const __m512i high = _mm512_srli_epi16(bytes, 8);
+        even = _mm512_add_epi32(even, _mm512_madd_epi16(low, low));
+        odd = _mm512_add_epi32(odd, _mm512_madd_epi16(high, high));
+      });
+    }
+    squares_ = plus(squares_, _mm512_add_epi32(even, odd));
+    sums_ = sums;
+    count_ = count;
+  }
+
+  __m512i sums_ = _mm512_setzero_si512();
+  __m512d squares_ = _mm512_setzero_pd();
+  std::uint32_t count_ = 0;
+};
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives

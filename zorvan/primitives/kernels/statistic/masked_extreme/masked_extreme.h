@@ -1,0 +1,70 @@
+#pragma once
+
+// What searches for masked extremes share: the result, where a row or a region has its first selected pixel,
+// and the status.
+
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/simd/bits.h"
+#include "zorvan/primitives/kernels/statistic/selection.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+using Ipp::ippStsNoOperation;
+
+struct MaskedExtremes {
+  float minValue = 0, maxValue = 0;
+  Point minIndex = {0, 0}, maxIndex = {0, 0};
+};
+
+/// The first column of a row that is met: `bitsFrom` tells 16 columns as bits, `is` a single one of the rest.
+/// -1 if there is none.
+template <class BitsFrom, class Is>
+inline int firstColumn(int width, BitsFrom bitsFrom, Is is) {
+  int c = 0;
+  for (; width - c >= 16; c += 16) {
+    if (const unsigned bits = bitsFrom(c); bits != 0) return c + lowestSetBit(bits);
+  }
+  for (; c < width; ++c) {
+    if (is(c)) return c;
+  }
+  return -1;
+}
+
+inline int firstSelected(const std::uint8_t* mask, int width) {
+  return firstColumn(
+      width, [=](int c) { return bitsOf(unselected(Vector16::load(mask + c).bits)) ^ 0xFFFFu; },
+      [=](int c) { return mask[c] != 0; });
+}
+
+struct FirstSelected {
+  int row;  ///< the region's height if no pixel is selected
+  int column;
+};
+
+inline FirstSelected firstSelected(const std::uint8_t* mask, int maskStep, Size roi) {
+  for (int r = 0; r < roi.height; ++r) {
+    const int column = firstSelected(rowAt(mask, maskStep, r), roi.width);
+    if (column >= 0) return {r, column};
+  }
+  return {roi.height, 0};
+}
+
+/// Whether nothing was selected, told from the outputs that were asked for: a position away from the region's
+/// first pixel or a value other than zero settles it without the mask.
+inline int statusOfExtremes(const MaskedExtremes& found, const float* minValue, const float* maxValue,
+                            const Point* minIndex, const Point* maxIndex, const std::uint8_t* mask,
+                            int maskStep, Size roi) {
+  const auto statusOfPosition = [mask](Point at) -> int {
+    return at.x == 0 && at.y == 0 && mask[0] == 0 ? ippStsNoOperation : Ipp::ippStsNoErr;
+  };
+  if (minIndex != nullptr) return statusOfPosition(found.minIndex);
+  if (maxIndex != nullptr) return statusOfPosition(found.maxIndex);
+  if (minValue == nullptr && maxValue == nullptr) return ippStsNoOperation;
+  if (minValue != nullptr && !(found.minValue == 0.0f)) return ippStsNoErr;
+  if (maxValue != nullptr && !(found.maxValue == 0.0f)) return ippStsNoErr;
+  return firstSelected(mask, maskStep, roi).row < roi.height ? Ipp::ippStsNoErr : ippStsNoOperation;
+}
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,163 @@
+#pragma once
+
+// Count and exact sum of the selected bytes of a region. Bytes are added by sums of absolute differences
+// against zero, which leave each sum in a lane of 64 bits of its own: nothing can overflow, however large the
+// region or its rows.
+
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
+#include "zorvan/primitives/kernels/statistic/masked_mean/masked_sum_plan.h"
+#include "zorvan/primitives/kernels/statistic/selection.h"
+#include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// The count is a 32-bit figure and wraps.
+struct MaskedSum {
+  std::uint32_t count;
+  double sum;
+
+  double mean() const {
+    return count == 0 ? 0.0 : sum / static_cast<double>(static_cast<std::int32_t>(count));
+  }
+};
+
+/// Sum and count in lanes of 64 bits.
+struct NarrowByteSums {
+  __m128i sum = _mm_setzero_si128(), count = sum;
+
+  void add(__m128i pixels, __m128i mask) {
+    const __m128i none = unselected(mask);
+    const __m128i zero = _mm_setzero_si128();
+    sum = _mm_add_epi64(sum, _mm_sad_epu8(_mm_andnot_si128(none, pixels), zero));
+    count = _mm_add_epi64(count, _mm_sad_epu8(_mm_andnot_si128(none, _mm_set1_epi8(1)), zero));
+  }
+  void addOne(std::uint8_t pixel, std::uint8_t mask) {
+    const std::int32_t bits = selectedBits(mask);
+    sum = _mm_add_epi64(sum, _mm_cvtsi32_si128(pixel & bits));
+    count = _mm_add_epi64(count, _mm_cvtsi32_si128(1 & bits));
+  }
+  static std::int64_t total(__m128i lanes) {
+    return _mm_cvtsi128_si64(_mm_add_epi64(lanes, _mm_srli_si128(lanes, 8)));
+  }
+  MaskedSum result() const {
+    return {static_cast<std::uint32_t>(total(count)), static_cast<double>(total(sum))};
+  }
+};
+
+/// The older variants: 32 pixels a step, then 8, then singly. Larger regions go 4 pixels a step.
+class NarrowMaskedBytes {
+ public:
+  static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                      Size roi) {
+    if (!ZORVAN_PLANNED("takesNarrowSum", takesNarrowSum(roi)))
+      return wide(src, srcStep, mask, maskStep, roi);
+    const bool aligned = isAligned(src, 16) && isAligned(mask, 16) && srcStep % 16 == 0 && maskStep % 16 == 0;
+    return aligned ? narrow<&Vector16::loadAligned>(src, srcStep, mask, maskStep, roi)
+                   : narrow<&Vector16::load>(src, srcStep, mask, maskStep, roi);
+  }
+
+ private:
+  template <Vector16 (*load)(const void*)>
+  static MaskedSum narrow(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                          Size roi) {
+    NarrowByteSums sums;
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      const std::uint8_t* p = rowAt(src, srcStep, r);
+      const std::uint8_t* m = rowAt(mask, maskStep, r);
+      int c = 0;
+      for (; roi.width - c >= 32; c += 32) {
+        sums.add(load(p + c).bits, load(m + c).bits);
+        sums.add(load(p + c + 16).bits, load(m + c + 16).bits);
+      }
+      for (; roi.width - c >= 8; c += 8) sums.add(loadLow8(p + c), loadLow8(m + c));
+      for (; c < roi.width; ++c) sums.addOne(p[c], m[c]);
+    }
+    return sums.result();
+  }
+
+  static MaskedSum wide(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                        Size roi) {
+    NarrowByteSums sums;
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      const std::uint8_t* p = rowAt(src, srcStep, r);
+      const std::uint8_t* m = rowAt(mask, maskStep, r);
+      int c = 0;
+      for (; roi.width - c >= 4; c += 4) sums.add(loadLow4(p + c), loadLow4(m + c));
+      for (; c < roi.width; ++c) sums.addOne(p[c], m[c]);
+    }
+    return sums.result();
+  }
+};
+
+#ifdef __AVX2__
+/// 32 pixels a step; each row's lanes are added into lanes of doubles.
+struct WideMaskedBytes {
+  static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                      Size roi) {
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      const __m256i zero = _mm256_setzero_si256();
+      __m256d total = _mm256_setzero_pd();
+      std::uint32_t count = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const std::uint8_t* p = rowAt(src, srcStep, r);
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        __m256i lanes = zero;
+        const auto add = [&](__m256i pixels, __m256i selection) {
+          const __m256i none = unselected(selection);
+          lanes = _mm256_add_epi64(lanes, _mm256_sad_epu8(_mm256_andnot_si256(none, pixels), zero));
+          count += static_cast<std::uint32_t>(countClear(none));
+        };
+        int c = 0;
+        for (; roi.width - c >= 32; c += 32) {
+          readAhead(p + c);
+          readAhead(m + c);
+          add(Vector32::load(p + c).bits, Vector32::load(m + c).bits);
+        }
+        if (c != roi.width) add(loadShort(p + c, roi.width - c), loadShort(m + c, roi.width - c));
+        total = _mm256_add_pd(total, asDoubles(lanes));
+      }
+      return MaskedSum{count, sumOf(total)};
+    });
+  }
+
+ private:
+  /// Exact below 2^52: the number stands in the fraction of a double of 2^52, which is then taken off.
+  static __m256d asDoubles(__m256i lanes) {
+    const __m256d offset = _mm256_set1_pd(0x1p52);
+    return _mm256_sub_pd(_mm256_or_pd(_mm256_castsi256_pd(lanes), offset), offset);
+  }
+};
+#endif
+
+#ifdef __AVX512BW__
+/// 64 pixels a step, otherwise the same.
+struct RegisterMaskedBytes {
+  static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                      Size roi) {
+    return readingAhead(roi, 2, [&](auto readAhead) {
+      __m512d total = _mm512_setzero_pd();
+      std::uint32_t count = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const std::uint8_t* p = rowAt(src, srcStep, r);
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        __m512i lanes = _mm512_setzero_si512();
+        forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
+          readAhead(p + c);
+          readAhead(m + c);
+          const __m512i pixels = _mm512_maskz_loadu_epi8(selected, p + c);
+          lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, _mm512_setzero_si512()));
+          count += static_cast<std::uint32_t>(countOf(selected));
+        });
+        total = _mm512_add_pd(total, _mm512_cvtepi64_pd(lanes));
+      }
+      return MaskedSum{count, sumOf(total)};
+    });
+  }
+};
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives

@@ -1,0 +1,212 @@
+#pragma once
+
+// Count and sum of the selected floats of a region: added in lanes of floats, which are emptied into doubles
+// after some hundred additions, counted across the ends of rows. So single precision loses little, at the
+// speed of its lanes. An unselected pixel adds zero, whatever it holds.
+
+#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/statistic/masked_mean/masked_mean_bytes.h"
+#include "zorvan/primitives/kernels/statistic/selection.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// The value, or zero bits for an unselected pixel.
+inline float selectedOrZero(const char* p, std::uint8_t mask) {
+  return __builtin_bit_cast(float, loadAs<std::int32_t>(p) & selectedBits(mask));
+}
+
+/// The pixels of a row that no vector takes, added singly in single precision.
+inline double sumScalar(const char* p, const std::uint8_t* m, std::int64_t left, std::uint32_t& count) {
+  float sum = 0;
+  for (; left != 0; p += 4, ++m, --left) {
+    sum += selectedOrZero(p, *m);
+    count += static_cast<std::uint32_t>(*m != 0);
+  }
+  return sum;
+}
+
+/// Of the additions that a lane may take until it is emptied, the share of one row at a time.
+class AdditionBudget {
+ public:
+  explicit AdditionBudget(int perStep) : steps_(floatAdditions / perStep) {}
+
+  /// Steps that may be taken now, of `wanted`.
+  std::int64_t grant(std::int64_t wanted) const {
+    const std::int64_t left = steps_ - used_;
+    return wanted < left ? wanted : left;
+  }
+  /// True when the lanes must be emptied.
+  bool spend(std::int64_t steps) {
+    used_ += steps;
+    if (used_ < steps_) return false;
+    used_ = 0;
+    return true;
+  }
+
+ private:
+  std::int64_t steps_;
+  std::int64_t used_ = 0;
+};
+
+/// 8 pixels a step into one accumulator of four lanes, the rest of a row singly.
+class NarrowMaskedFloats {
+ public:
+  static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+    const bool aligned = isAligned(src, 16) && srcStep % 16 == 0;
+    return aligned ? sum<&Vector16::loadAligned>(src, srcStep, mask, maskStep, roi)
+                   : sum<&Vector16::load>(src, srcStep, mask, maskStep, roi);
+  }
+
+ private:
+  template <Vector16 (*load)(const void*)>
+  static MaskedSum sum(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+    __m128d total = _mm_setzero_pd();
+    __m128 lanes = _mm_setzero_ps();
+    __m128i counts = _mm_setzero_si128();
+    std::uint32_t count = 0;
+    const auto empty = [&] {
+      total = _mm_add_pd(total, _mm_cvtps_pd(lanes));
+      total = _mm_add_pd(total, _mm_cvtps_pd(_mm_movehl_ps(lanes, lanes)));
+      lanes = _mm_setzero_ps();
+    };
+    AdditionBudget budget(2);
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
+      const std::uint8_t* m = rowAt(mask, maskStep, r);
+      for (std::int64_t steps = roi.width / 8; steps != 0;) {
+        const std::int64_t granted = budget.grant(steps);
+        for (std::int64_t i = 0; i < granted; ++i, p += 32, m += 8) {
+          const __m128i none = unselected(loadLow8(m));
+          const __m128i words = _mm_unpacklo_epi8(none, none);
+          const __m128i low = _mm_andnot_si128(_mm_unpacklo_epi16(words, words), load(p).bits);
+          const __m128i high = _mm_andnot_si128(_mm_unpackhi_epi16(words, words), load(p + 16).bits);
+          lanes = _mm_add_ps(lanes, _mm_castsi128_ps(low));
+          lanes = _mm_add_ps(lanes, _mm_castsi128_ps(high));
+          const __m128i ones = _mm_andnot_si128(none, _mm_set_epi64x(0, 0x0101010101010101));
+          counts = _mm_add_epi64(counts, _mm_sad_epu8(ones, _mm_setzero_si128()));
+        }
+        if (budget.spend(granted)) empty();
+        steps -= granted;
+      }
+      total = _mm_add_sd(total, _mm_set_sd(sumScalar(p, m, roi.width % 8, count)));
+    }
+    empty();
+    return {count + static_cast<std::uint32_t>(NarrowByteSums::total(counts)), sumOf(total)};
+  }
+};
+
+#ifdef __AVX2__
+/// 16 pixels a step into two accumulators of eight lanes, then 8, then singly.
+struct WideMaskedFloats {
+  static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+    return readingAhead(roi, 5, [&](auto readAhead) {
+      __m256d total = _mm256_setzero_pd();
+      __m256 a = _mm256_setzero_ps(), b = a;
+      double singles = 0;
+      std::uint32_t count = 0;
+      const auto empty = [&] {
+        total = plus(plus(total, a), b);
+        a = b = _mm256_setzero_ps();
+      };
+      const auto add = [](__m256& lanes, const char* p, __m128i selection) {
+        const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
+        lanes = _mm256_add_ps(lanes, _mm256_andnot_ps(none, _mm256_castsi256_ps(Vector32::load(p).bits)));
+      };
+      const auto counted = [](__m128i selection, int of) {
+        const int none = _mm_movemask_epi8(unselected(selection));
+        return static_cast<std::uint32_t>(of - _mm_popcnt_u32(static_cast<unsigned>(none)));
+      };
+      AdditionBudget budget(1);
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
+        const std::uint8_t* m = rowAt(mask, maskStep, r);
+        for (std::int64_t steps = roi.width / 16; steps != 0;) {
+          const std::int64_t granted = budget.grant(steps);
+          for (std::int64_t i = 0; i < granted; ++i, p += 64, m += 16) {
+            const __m128i selection = Vector16::load(m).bits;
+            readAhead(p);
+            add(a, p, selection);
+            add(b, p + 32, _mm_srli_si128(selection, 8));
+            count += counted(selection, 16);
+          }
+          if (budget.spend(granted)) empty();
+          steps -= granted;
+        }
+        if ((roi.width & 8) != 0) {
+          const __m128i selection = loadLow8(m);
+          add(a, p, selection);
+          count += counted(selection, 16);
+          p += 32;
+          m += 8;
+          if (budget.spend(1)) empty();
+        }
+        singles += sumScalar(p, m, roi.width % 8, count);
+      }
+      empty();
+      return MaskedSum{count, sumOf(total) + singles};
+    });
+  }
+};
+#endif
+
+#ifdef __AVX512BW__
+/// Four accumulators, 64 pixels a turn, the rest of a row in a masked turn. Rows below 8 pixels go singly.
+class RegisterMaskedFloats {
+ public:
+  static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+    RegisterMaskedFloats sum;
+    return readingAhead(roi, 5, [&](auto readAhead) {
+      double singles = 0;
+      for (std::int64_t r = 0; r < roi.height; ++r) {
+        const char* const p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
+        const std::uint8_t* const m = rowAt(mask, maskStep, r);
+        if (roi.width < 8) {
+          singles += sumScalar(p, m, roi.width, sum.count_);
+        } else {
+          sum.row(p, m, roi.width, readAhead);
+        }
+      }
+      sum.empty();
+      return MaskedSum{sum.count_, sumOf(sum.total_) + singles};
+    });
+  }
+
+ private:
+  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto readAhead) {
+    for (std::int64_t c = 0; c < pixels;) {
+      const std::int64_t turns = budget_.grant((pixels - c + 63) / 64);
+      const std::int64_t some = turns * 64 < pixels - c ? turns * 64 : pixels - c;
+      forEachSelection(m + c, some, [&, from = p + 4 * c](std::int64_t at, __mmask64 selected) {
+        const char* const q = from + 4 * at;
+        readAhead(q, 256);
+        readAhead(m + c + at);
+        add(a_, sixteenOf<0>(selected), q);
+        add(b_, sixteenOf<1>(selected), q + 64);
+        add(c_, sixteenOf<2>(selected), q + 128);
+        add(d_, sixteenOf<3>(selected), q + 192);
+        count_ += static_cast<std::uint32_t>(countOf(selected));
+      });
+      if (budget_.spend(turns)) empty();
+      c += some;
+    }
+  }
+
+  static void add(__m512& lanes, __mmask16 selected, const char* p) {
+    lanes = _mm512_add_ps(lanes, _mm512_maskz_loadu_ps(selected, p));
+  }
+
+  void empty() {
+    total_ = plus(plus(plus(plus(total_, a_), b_), c_), d_);
+    a_ = b_ = c_ = d_ = _mm512_setzero_ps();
+  }
+
+  __m512 a_ = _mm512_setzero_ps(), b_ = a_, c_ = a_, d_ = a_;
+  __m512d total_ = _mm512_setzero_pd();
+  std::uint32_t count_ = 0;
+  AdditionBudget budget_{1};
+};
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives
