@@ -4,7 +4,7 @@
 
 #include "zorvan/primitives/kernels/logical/compare/compare_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Compare {
 namespace {
 
 TEST(RowComparePlan, OneFigureOffTheBoundaryIsEnough) {
@@ -66,4 +66,4 @@ TEST(WideComparePlan, AWidthWhoseBytesDoNotFit32BitsIsNoGaplessOne) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Compare

@@ -5,7 +5,7 @@
 #include "tests/support/CacheQueries.h"
 #include "zorvan/primitives/kernels/logical/bitwise/logical_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Bitwise {
 namespace {
 
 using Answer = Test::CacheAnswer;
@@ -94,4 +94,4 @@ TEST(CombinePlan, WidthAndHeightAreLaidOverEachOtherForTheLimit) {
 TEST(CombinePlan, OneRowIsOneRow) { expectRows(planCombine({INT_MAX, 1}, 5, 6, 7), 1, INT_MAX); }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Bitwise

@@ -40,7 +40,7 @@ def functions(path):
         if found := FUNCTION.fullmatch(line):
             name = found[1]
             code[name] = []
-        elif name and line.strip():
+        elif name and line.strip() and not line.startswith("Disassembly"):
             relocation = RELOCATION.match(line)
             code[name].append(relocation[1] if relocation else NAME.sub(r"\1", line).split("#")[0].strip())
     return {name: "\n".join(lines) for name, lines in code.items()}

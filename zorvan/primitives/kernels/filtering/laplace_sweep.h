@@ -13,6 +13,7 @@
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives {
@@ -177,7 +178,7 @@ struct LaplaceNarrow {
           const V result = filter.take(InsideRow<T, V>{}, row);
           unsigned char* const to = bytesAt(region.dst, y + i, 0) + at;
           if (part < V::size) {
-            storeLowBytes(result, to, part);
+            storeFirst(to, result, part);
           } else {
             result.store(to);
           }

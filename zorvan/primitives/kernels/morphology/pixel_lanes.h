@@ -13,6 +13,7 @@
 
 #include <cstdint>
 
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
@@ -24,25 +25,6 @@ constexpr bool areAll(All) { return true; }
 template <class Some>
 constexpr bool areAll(const Some&) {
   return false;
-}
-
-/// The first `bytes` bytes, below 16, of a vector; the rest is zero.
-inline __m128i loadLowBytes(const void* address, std::int64_t bytes) {
-  const auto* p = static_cast<const unsigned char*>(address);
-  if (bytes >= 8) {
-    const std::uint64_t low = loadAs<std::uint64_t>(p);
-    const std::uint64_t last = loadAs<std::uint64_t>(p + bytes - 8);
-    const std::uint64_t high = bytes == 8 ? 0 : last >> (8 * (16 - bytes));
-    return _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
-  }
-  std::uint64_t low = 0;
-  if (bytes >= 4) {
-    low = loadAs<std::uint32_t>(p) | std::uint64_t{loadAs<std::uint32_t>(p + bytes - 4)} << (8 * (bytes - 4));
-  } else if (bytes > 0) {
-    const std::int64_t middle = bytes >> 1, end = bytes - 1;
-    low = p[0] | std::uint64_t{p[middle]} << (8 * middle) | std::uint64_t{p[end]} << (8 * end);
-  }
-  return _mm_set_epi64x(0, static_cast<long long>(low));
 }
 
 /// Some lanes of a vector without mask registers, by their number of bytes.
@@ -61,9 +43,9 @@ struct ByteLanes16 {
 
   static Some some(std::int64_t n) { return {n}; }
   static ByteLanes16 load(const Pixel* p, All = {}) { return {Vector16::load(p).bits}; }
-  static ByteLanes16 load(const Pixel* p, Some lanes) { return {loadLowBytes(p, lanes.bytes)}; }
+  static ByteLanes16 load(const Pixel* p, Some lanes) { return {loadFirst16(p, lanes.bytes)}; }
   void store(Pixel* p, All = {}) const { Vector16{bits}.store(p); }
-  void store(Pixel* p, Some lanes) const { storeLowBytes(Vector16{bits}, p, lanes.bytes); }
+  void store(Pixel* p, Some lanes) const { storeFirst(p, Vector16{bits}, lanes.bytes); }
 
   static ByteLanes16 broadcast(Pixel value) { return {Vector16::broadcast(value).bits}; }
   static ByteLanes16 largest(ByteLanes16 a, ByteLanes16 b) { return {_mm_max_epu8(a.bits, b.bits)}; }
@@ -114,10 +96,10 @@ struct FloatLanes16 {
   static Some some(std::int64_t n) { return {4 * n}; }
   static FloatLanes16 load(const Pixel* p, All = {}) { return {_mm_loadu_ps(p)}; }
   static FloatLanes16 load(const Pixel* p, Some lanes) {
-    return {_mm_castsi128_ps(loadLowBytes(p, lanes.bytes))};
+    return {_mm_castsi128_ps(loadFirst16(p, lanes.bytes))};
   }
   void store(Pixel* p, All = {}) const { _mm_storeu_ps(p, bits); }
-  void store(Pixel* p, Some lanes) const { storeLowBytes(Vector16{_mm_castps_si128(bits)}, p, lanes.bytes); }
+  void store(Pixel* p, Some lanes) const { storeFirst(p, Vector16{_mm_castps_si128(bits)}, lanes.bytes); }
 
   static FloatLanes16 broadcast(Pixel value) { return {_mm_set1_ps(value)}; }
   static FloatLanes16 largest(FloatLanes16 a, FloatLanes16 b) { return {_mm_max_ps(a.bits, b.bits)}; }
@@ -164,9 +146,9 @@ struct FloatLanes32 {
   static FloatLanes32 load(const Pixel* p, All = {}) { return {_mm256_loadu_ps(p)}; }
   static FloatLanes32 load(const Pixel* p, Some lanes) {
     if (lanes.bytes < 16) {
-      return {_mm256_zextps128_ps256(_mm_castsi128_ps(loadLowBytes(p, lanes.bytes)))};
+      return {_mm256_zextps128_ps256(_mm_castsi128_ps(loadFirst16(p, lanes.bytes)))};
     }
-    const __m128 high = _mm_castsi128_ps(loadLowBytes(p + 4, lanes.bytes - 16));
+    const __m128 high = _mm_castsi128_ps(loadFirst16(p + 4, lanes.bytes - 16));
     return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(p)), high, 1)};
   }
   void store(Pixel* p, All = {}) const { _mm256_storeu_ps(p, bits); }
@@ -211,18 +193,9 @@ struct ByteLanes32 {
 
   static Some some(std::int64_t n) { return {n}; }
   static ByteLanes32 load(const Pixel* p, All = {}) { return {Vector32::load(p).bits}; }
-  static ByteLanes32 load(const Pixel* p, Some lanes) {
-    if (lanes.bytes < 16) return {_mm256_zextsi128_si256(loadLowBytes(p, lanes.bytes))};
-    const __m128i high = loadLowBytes(p + 16, lanes.bytes - 16);
-    return {_mm256_inserti128_si256(_mm256_castsi128_si256(Vector16::load(p).bits), high, 1)};
-  }
+  static ByteLanes32 load(const Pixel* p, Some lanes) { return {loadFirst32(p, lanes.bytes)}; }
   void store(Pixel* p, All = {}) const { Vector32{bits}.store(p); }
-  void store(Pixel* p, Some lanes) const {
-    const Vector16 low{_mm256_castsi256_si128(bits)};
-    if (lanes.bytes < 16) return storeLowBytes(low, p, lanes.bytes);
-    low.store(p);
-    storeLowBytes(Vector16{_mm256_extracti128_si256(bits, 1)}, p + 16, lanes.bytes - 16);
-  }
+  void store(Pixel* p, Some lanes) const { storeFirst(p, Vector32{bits}, lanes.bytes); }
 
   static ByteLanes32 broadcast(Pixel value) { return {Vector32::broadcast(value).bits}; }
   static ByteLanes32 largest(ByteLanes32 a, ByteLanes32 b) { return {_mm256_max_epu8(a.bits, b.bits)}; }

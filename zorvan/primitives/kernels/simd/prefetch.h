@@ -1,17 +1,26 @@
 #pragma once
 
+// Prefetches. Hints only: they cannot fault, touch no memory as far as the program can tell, also beyond an
+// image, and processors that do not know one skip it. Spelled out, since a compiler sees no effect in a
+// function that does nothing else, and removes calls of it.
+
+#include <cstdint>
+
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// Asks for the line so many bytes behind `p`, which a loop comes to some steps later. The processor's own
-/// prefetcher stops at page borders, and loops that do little work per byte cannot hide its restart. A hint
-/// only: it touches no memory as far as the program can tell, also beyond the image. Spelled out: a compiler
-/// sees no effect in a function of prefetches alone, and leaves calls of it out.
+/// The line `distance` bytes after `p`, for reading. The hardware's prefetcher stops at page boundaries, and
+/// loops that do little work per byte cannot hide its restart.
 inline void prefetch(const void* p, std::int64_t distance = 2048) {
   const std::uintptr_t line = reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(distance);
   asm volatile("prefetcht0 %0" : : "m"(*reinterpret_cast<const char*>(line)));
+}
+
+/// The line at `p`, in a state in which it can be written.
+inline void prefetchForWrite(const void* p) {
+  asm volatile("prefetchw %0" : : "m"(*static_cast<const char*>(p)));
 }
 
 }  // namespace

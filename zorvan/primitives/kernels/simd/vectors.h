@@ -47,12 +47,6 @@ inline bool isAligned(const void* address, std::int64_t boundary) {
 /// Makes streaming stores visible in order. Ends every path that used them.
 inline void fenceStores() { _mm_sfence(); }
 
-/// Asks for the line at `address` in a state in which it can be written. A hint: it cannot fault, and
-/// processors that do not know it skip it.
-inline void prefetchForWrite(const void* address) {
-  asm volatile("prefetchw %0" : : "m"(*static_cast<const char*>(address)));
-}
-
 struct Vector16 {
   static constexpr int size = 16;
   __m128i bits;
@@ -67,28 +61,6 @@ struct Vector16 {
   static Vector16 broadcast(std::uint16_t value) { return {_mm_set1_epi16(static_cast<short>(value))}; }
   static Vector16 broadcast(std::uint32_t value) { return {_mm_set1_epi32(static_cast<int>(value))}; }
 };
-
-/// Stores the first `count` bytes, below 16, of a vector in pieces of 8, 4, 2 and 1.
-inline void storeLowBytes(Vector16 vector, void* address, std::int64_t count) {
-  auto* dst = static_cast<unsigned char*>(address);
-  __m128i rest = vector.bits;
-  if (count & 8) {
-    _mm_storeu_si64(dst, rest);
-    dst += 8;
-    rest = _mm_srli_si128(rest, 8);
-  }
-  if (count & 4) {
-    storeAs(dst, _mm_cvtsi128_si32(rest));
-    dst += 4;
-    rest = _mm_srli_si128(rest, 4);
-  }
-  const int last = _mm_cvtsi128_si32(rest);
-  if (count & 2) {
-    storeAs(dst, static_cast<std::uint16_t>(last));
-    dst += 2;
-  }
-  if (count & 1) *dst = static_cast<unsigned char>(last >> (8 * (count & 2)));
-}
 
 #ifdef __AVX__
 struct Vector32 {

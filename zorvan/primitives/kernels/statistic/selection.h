@@ -4,6 +4,7 @@
 //
 // Nothing branches on the mask: statistics of scattered masks take as long as those of solid ones.
 
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
@@ -18,9 +19,6 @@ inline unsigned bitsOf(__m128i bytes) { return static_cast<unsigned>(_mm_movemas
 
 /// All bits set for a selected pixel, none for another.
 inline std::int32_t selectedBits(std::uint8_t mask) { return -static_cast<std::int32_t>(mask != 0); }
-
-inline __m128i loadLow8(const void* p) { return _mm_cvtsi64_si128(loadAs<std::int64_t>(p)); }
-inline __m128i loadLow4(const void* p) { return _mm_cvtsi32_si128(loadAs<std::int32_t>(p)); }
 
 /// The first four bytes, each 0 or 255, as lanes of 32 bits.
 inline __m128i bytesToDwords(__m128i bytes) {

@@ -58,7 +58,7 @@ inline void narrowRow(const Pixels& pixels, A a, B b, unsigned char* dst, std::i
       if (!a.overlaps(dst, length) && !b.overlaps(dst, length)) {
         const auto step = [&]<int bytes>() {
           if (i + bytes > length) return;
-          storeFew<bytes>(dst + i, pixels.lanes(a.template few<bytes>(i), b.template few<bytes>(i)));
+          storeLow<bytes>(dst + i, pixels.lanes(a.template few<bytes>(i), b.template few<bytes>(i)));
           i += bytes;
         };
         step.template operator()<16>();

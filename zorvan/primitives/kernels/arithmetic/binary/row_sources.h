@@ -7,28 +7,11 @@
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/prefetch.h"
 
 namespace Zorvan::Primitives {
 namespace {
-
-/// 1, 2, 4, 8 or 16 bytes in the low part of a vector.
-template <int bytes>
-inline __m128i loadFew(const void* p) {
-  if constexpr (bytes == 16) return _mm_loadu_si128(static_cast<const __m128i*>(p));
-  if constexpr (bytes == 8) return _mm_cvtsi64_si128(loadAs<std::int64_t>(p));
-  if constexpr (bytes == 4) return _mm_cvtsi32_si128(loadAs<std::int32_t>(p));
-  if constexpr (bytes == 2) return _mm_cvtsi32_si128(loadAs<std::uint16_t>(p));
-  if constexpr (bytes == 1) return _mm_cvtsi32_si128(*static_cast<const unsigned char*>(p));
-}
-template <int bytes>
-inline void storeFew(void* p, __m128i x) {
-  if constexpr (bytes == 16) _mm_storeu_si128(static_cast<__m128i*>(p), x);
-  if constexpr (bytes == 8) storeAs(p, _mm_cvtsi128_si64(x));
-  if constexpr (bytes == 4) storeAs(p, _mm_cvtsi128_si32(x));
-  if constexpr (bytes == 2) storeAs(p, static_cast<std::uint16_t>(_mm_cvtsi128_si32(x)));
-  if constexpr (bytes == 1) storeAs(p, static_cast<std::uint8_t>(_mm_cvtsi128_si32(x)));
-}
 
 /// A whole vector of integers or floats; `aligned` promises that the address is a multiple of its size.
 template <class Lanes, bool aligned>
@@ -64,7 +47,7 @@ struct RowSource {
   }
   template <int count>
   __m128i few(std::int64_t offset) const {
-    return loadFew<count>(bytes + offset);
+    return loadLow<count>(bytes + offset);
   }
   void prefetch(std::int64_t offset) const { Primitives::prefetch(bytes + offset); }
   bool isAlignedAt(std::int64_t offset) const { return isAligned(bytes + offset, 16); }

@@ -19,7 +19,7 @@ inline void remainderInSteps(std::integer_sequence<int, steps...>, const Pixels&
                              unsigned char* dst, std::int64_t i, std::int64_t length) {
   const auto run = [&]<int bytes>() {
     for (; i + bytes <= length; i += bytes) {
-      storeFew<bytes>(dst + i, pixels.lanes(a.template few<bytes>(i), b.template few<bytes>(i)));
+      storeLow<bytes>(dst + i, pixels.lanes(a.template few<bytes>(i), b.template few<bytes>(i)));
     }
   };
   (run.template operator()<steps>(), ...);

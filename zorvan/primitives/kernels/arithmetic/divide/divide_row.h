@@ -42,9 +42,9 @@ inline F estimatedQuotient(F numerator, F divisor) {
 template <class T>
 inline __m128i loadEight(const unsigned char* p) {
   if constexpr (sizeof(T) == 1) {
-    return unpacklo_epi8(loadFew<8>(p), _mm_setzero_si128());
+    return unpacklo_epi8(loadLow<8>(p), _mm_setzero_si128());
   } else {
-    return loadFew<16>(p);
+    return loadLow<16>(p);
   }
 }
 /// The same as two vectors of 32-bit lanes.
@@ -56,11 +56,11 @@ template <class T>
 inline void storeEight(unsigned char* p, EightDwords lanes) {
   if constexpr (sizeof(T) == 1) {
     const __m128i words = packs_epi32(lanes.low, lanes.high);
-    storeFew<8>(p, packus_epi16(words, words));
+    storeLow<8>(p, packus_epi16(words, words));
   } else if constexpr (std::is_signed_v<T>) {
-    storeFew<16>(p, packs_epi32(lanes.low, lanes.high));
+    storeLow<16>(p, packs_epi32(lanes.low, lanes.high));
   } else {
-    storeFew<16>(p, packUnsigned_epi32(lanes.low, lanes.high));
+    storeLow<16>(p, packUnsigned_epi32(lanes.low, lanes.high));
   }
 }
 

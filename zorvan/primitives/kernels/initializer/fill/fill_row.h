@@ -6,6 +6,7 @@
 // plan says so, then unaligned stores of 16, then the last bytes in pieces. Only the bytes of the row are
 // written.
 
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
@@ -54,7 +55,7 @@ inline void fillRow(const PhasedPattern<T>& pattern, unsigned char* dst, std::in
   }
   for (; length >= 16; dst += 16, length -= 16) lanes.store(dst);
 
-  storeLowBytes(lanes, dst, length);
+  storeFirst(dst, lanes, length);
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 // instead, so that the body's stores stay aligned. The caller fences after the last row.
 
 #include "zorvan/primitives/kernels/initializer/fill/fill_plan.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 #ifdef __AVX2__
@@ -66,7 +68,7 @@ inline void fillInPhase(Vector32 lanes, unsigned char* dst, std::int64_t length)
   dst += length & ~std::int64_t{63};
   if (length & 32) lanes.store(dst), dst += 32;
   if (length & 16) half.store(dst), dst += 16;
-  storeLowBytes(half, dst, length & 15);
+  storeFirst(dst, half, length & 15);
 }
 
 template <FillStores stores, class T>
@@ -86,7 +88,7 @@ inline void fillUnphased(std::uint16_t value, unsigned char* dst, std::int64_t l
   for (; length >= 32; dst += 32, length -= 32) lanes.store(dst);
   const Vector16 half{_mm256_castsi256_si128(lanes.bits)};
   if (length & 16) half.store(dst), dst += 16;
-  storeLowBytes(half, dst, length & 15);
+  storeFirst(dst, half, length & 15);
 }
 
 }  // namespace

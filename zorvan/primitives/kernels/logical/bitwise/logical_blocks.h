@@ -9,7 +9,7 @@
 #include "zorvan/primitives/kernels/logical/bitwise/logical_plan.h"
 #include "zorvan/primitives/kernels/logical/bitwise/logical_rows.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Bitwise {
 namespace {
 
 struct Pieces32;
@@ -178,4 +178,4 @@ inline void combineBlocks(const u8* src1, const u8* src2, u8* dst, std::int64_t 
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Bitwise

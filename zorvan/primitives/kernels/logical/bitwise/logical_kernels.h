@@ -7,7 +7,6 @@
 
 #include <cstdint>
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/cache_query.h"
@@ -17,7 +16,7 @@
 #include "zorvan/primitives/kernels/logical/bitwise/logical_plan.h"
 #include "zorvan/primitives/kernels/logical/bitwise/logical_row.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Bitwise {
 namespace {
 
 struct ComplementImages {
@@ -162,6 +161,10 @@ template <class V>
   XorConstantPolicy<V>::run(255, {src, srcStep, dst, dstStep}, roi);
   return ippStsNoErr;
 }
+template <class V>
+int complementInPlace(u8* srcDst, int srcDstStep, Size roi) {
+  return complement<V>(srcDst, srcDstStep, srcDst, srcDstStep, roi);
+}
 
 template <class V, class Op>
 [[gnu::noinline]] int combine(const u8* src1, int src1Step, const u8* src2, int src2Step, u8* dst,
@@ -172,43 +175,22 @@ template <class V, class Op>
   CombinePolicy<V>::template run<Op>({src1, src1Step, src2, src2Step, dst, dstStep}, roi);
   return ippStsNoErr;
 }
+template <class V, class Op>
+int combineInPlace(const u8* src, int srcStep, u8* srcDst, int srcDstStep, Size roi) {
+  return combine<V, Op>(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi);
+}
+
+template <class V>
+struct Bodies {
+  static constexpr auto ippiNot_8u_C1IR = complementInPlace<V>;
+  static constexpr auto ippiNot_8u_C1R = complement<V>;
+  static constexpr auto ippiXor_8u_C1IR = combineInPlace<V, Xor>;
+  static constexpr auto ippiXor_8u_C1R = combine<V, Xor>;
+  static constexpr auto ippiOr_8u_C1IR = combineInPlace<V, Or>;
+  static constexpr auto ippiOr_8u_C1R = combine<V, Or>;
+  static constexpr auto ippiAnd_8u_C1IR = combineInPlace<V, And>;
+  static constexpr auto ippiAnd_8u_C1R = combine<V, And>;
+};
 
 }  // namespace
-
-template <class V>
-int Routines<V>::ippiNot_8u_C1IR(u8* srcDst, int srcDstStep, Size roi) {
-  return complement<V>(srcDst, srcDstStep, srcDst, srcDstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiNot_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi) {
-  return complement<V>(src, srcStep, dst, dstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiXor_8u_C1IR(const u8* src, int srcStep, u8* srcDst, int srcDstStep, Size roi) {
-  return combine<V, Xor>(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiXor_8u_C1R(const u8* src1, int src1Step, const u8* src2, int src2Step, u8* dst,
-                                int dstStep, Size roi) {
-  return combine<V, Xor>(src1, src1Step, src2, src2Step, dst, dstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiOr_8u_C1IR(const u8* src, int srcStep, u8* srcDst, int srcDstStep, Size roi) {
-  return combine<V, Or>(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiOr_8u_C1R(const u8* src1, int src1Step, const u8* src2, int src2Step, u8* dst,
-                               int dstStep, Size roi) {
-  return combine<V, Or>(src1, src1Step, src2, src2Step, dst, dstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiAnd_8u_C1IR(const u8* src, int srcStep, u8* srcDst, int srcDstStep, Size roi) {
-  return combine<V, And>(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiAnd_8u_C1R(const u8* src1, int src1Step, const u8* src2, int src2Step, u8* dst,
-                                int dstStep, Size roi) {
-  return combine<V, And>(src1, src1Step, src2, src2Step, dst, dstStep, roi);
-}
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Bitwise

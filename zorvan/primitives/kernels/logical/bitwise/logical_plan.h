@@ -9,7 +9,7 @@
 #include "zorvan/foundation/Wrapping.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Bitwise {
 namespace {
 
 enum class LogicalStores {
@@ -47,4 +47,4 @@ constexpr CombineRows planCombine(Size roi, int src1Step, int src2Step, int dstS
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Bitwise

@@ -9,7 +9,7 @@
 
 #include "zorvan/primitives/kernels/logical/bitwise/logical_rows.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Bitwise {
 namespace {
 
 template <int bytes, class Rows>
@@ -79,4 +79,4 @@ inline void combineRow(const u8* src1, const u8* src2, u8* dst, std::int64_t len
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Bitwise

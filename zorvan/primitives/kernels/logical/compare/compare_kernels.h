@@ -13,7 +13,7 @@
 #include "zorvan/primitives/kernels/logical/compare/compare_row.h"
 #include "zorvan/primitives/kernels/logical/compare/compare_wide.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Compare {
 namespace {
 
 /// Rows of pixels, and the bytes that tell how they compare.
@@ -177,27 +177,13 @@ int compareWithConstant(const T* src, int srcStep, T value, u8* dst, int dstStep
   return ippStsNoErr;
 }
 
+template <class V>
+struct Bodies {
+  static constexpr auto ippiCompareC_8u_C1R = compareWithConstant<V, u8>;
+  static constexpr auto ippiCompareC_16s_C1R = compareWithConstant<V, s16>;
+  static constexpr auto ippiCompareC_16u_C1R = compareWithConstant<V, u16>;
+  static constexpr auto ippiCompareC_32f_C1R = compareWithConstant<V, float>;
+};
+
 }  // namespace
-
-template <class V>
-int Routines<V>::ippiCompareC_8u_C1R(const u8* src, int srcStep, u8 value, u8* dst, int dstStep, Size roi,
-                                     int comparison) {
-  return compareWithConstant<V>(src, srcStep, value, dst, dstStep, roi, comparison);
-}
-template <class V>
-int Routines<V>::ippiCompareC_16s_C1R(const s16* src, int srcStep, s16 value, u8* dst, int dstStep, Size roi,
-                                      int comparison) {
-  return compareWithConstant<V>(src, srcStep, value, dst, dstStep, roi, comparison);
-}
-template <class V>
-int Routines<V>::ippiCompareC_16u_C1R(const u16* src, int srcStep, u16 value, u8* dst, int dstStep, Size roi,
-                                      int comparison) {
-  return compareWithConstant<V>(src, srcStep, value, dst, dstStep, roi, comparison);
-}
-template <class V>
-int Routines<V>::ippiCompareC_32f_C1R(const float* src, int srcStep, float value, u8* dst, int dstStep,
-                                      Size roi, int comparison) {
-  return compareWithConstant<V>(src, srcStep, value, dst, dstStep, roi, comparison);
-}
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Compare

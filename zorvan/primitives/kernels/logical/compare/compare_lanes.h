@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/logical/compare/compare_plan.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Compare {
 namespace {
 
 template <Operator op, class T>
@@ -153,4 +153,4 @@ struct WideWords : Words<op> {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Compare

@@ -9,7 +9,7 @@
 #include "zorvan/foundation/Wrapping.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Compare {
 namespace {
 
 /// The five operators, by the codes that callers give.
@@ -51,4 +51,4 @@ constexpr CompareRows planWideCompare(Size roi, int srcStep, int dstStep) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Compare

@@ -8,7 +8,7 @@
 
 #include "zorvan/primitives/kernels/logical/compare/compare_lanes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Compare {
 namespace {
 
 /// The outcome for pixels side by side, as bytes in the low end of a vector.
@@ -108,4 +108,4 @@ inline void compareRow(Lanes compare, const u8* src, u8* dst, std::int64_t pixel
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Compare

@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/logical/compare/compare_row.h"
 
 #ifdef __AVX2__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Compare {
 namespace {
 
 /// 32 pixels through vectors of lanes; fewer in groups of 16, 8, 4, 2 and 1.
@@ -94,5 +94,5 @@ inline void compareWide(const Compare& compare, const u8* src, u8* dst, std::int
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Compare
 #endif

@@ -58,7 +58,7 @@ class NarrowByteMoments {
       add(Vector16::load(p).bits, Vector16::load(m).bits, squares);
     }
     if (left >= 8) {
-      add(loadLow8(p), loadLow8(m), squares);
+      add(loadLow<8>(p), loadLow<8>(m), squares);
       p += 8, m += 8, left -= 8;
     }
     std::int64_t singles = 0;

@@ -42,7 +42,7 @@ class NarrowFloatMoments {
       __m128i counts = _mm_setzero_si128();
       std::int64_t left = image.roi.width;
       for (; left >= 8; p += 32, m += 8, left -= 8) {
-        const __m128i none = unselected(loadLow8(m));
+        const __m128i none = unselected(loadLow<8>(m));
         const Eight values = load(p, none);
         sum = _mm_add_ps(_mm_add_ps(sum, values.low), values.high);
         squares = _mm_add_ps(squares, _mm_mul_ps(values.low, values.low));
@@ -71,7 +71,7 @@ class NarrowFloatMoments {
     image.forEachRow([&](const char* p, const std::uint8_t* m) {
       std::int64_t left = image.roi.width;
       for (; left >= 8; p += 32, m += 8, left -= 8) {
-        const __m128i none = unselected(loadLow8(m));
+        const __m128i none = unselected(loadLow<8>(m));
         const __m128i words = _mm_unpacklo_epi8(none, none);
         const Eight values = load(p, none);
         const auto away = [&](__m128 value, __m128i unchosen) {

@@ -46,7 +46,7 @@ class ByteBlock {
     }
     for (; left >= 16; p += 16, m += 16, left -= 16) rest_.add(Vector16::load(p), Vector16::load(m));
     if (left >= 8) {
-      rest_.add({loadLow8(p)}, {loadLow8(m)});
+      rest_.add({loadLow<8>(p)}, {loadLow<8>(m)});
       p += 8, m += 8, left -= 8;
     }
     for (; left != 0; ++p, ++m, --left) addOne(*p, *m);

@@ -41,7 +41,7 @@ struct FloatRows {
     const char* p = reinterpret_cast<const char*>(src);
     __m128 lows = _mm_set1_ps(low), highs = _mm_set1_ps(high);
     for (; left >= 4; p += 16, m += 4, left -= 4) {
-      const __m128 none = _mm_castsi128_ps(bytesToDwords(unselected(loadLow4(m))));
+      const __m128 none = _mm_castsi128_ps(bytesToDwords(unselected(loadLow<4>(m))));
       const __m128 values = _mm_andnot_ps(none, _mm_castsi128_ps(Vector16::load(p).bits));
       lows = _mm_min_ps(lows, _mm_or_ps(values, _mm_and_ps(none, _mm_set1_ps(infinity))));
       highs = _mm_max_ps(highs, _mm_or_ps(values, _mm_and_ps(none, _mm_set1_ps(-infinity))));

@@ -128,12 +128,12 @@ class WideMaskedExtremes {
     for (; left >= 64; p += 256, m += 64, left -= 64) {
       for (int i = 0; i < 8; ++i) {
         if (i % 2 == 0) readAhead(p + 32 * i);
-        add(i % 4, p + 32 * i, loadLow8(m + 8 * i));
+        add(i % 4, p + 32 * i, loadLow<8>(m + 8 * i));
       }
     }
     for (; left >= 16; p += 64, m += 16, left -= 16) {
-      add(0, p, loadLow8(m));
-      add(1, p + 32, loadLow8(m + 8));
+      add(0, p, loadLow<8>(m));
+      add(1, p + 32, loadLow<8>(m + 8));
     }
     for (; left > 0; p += 32, m += 8, left -= 8) {
       const __m256 none = _mm256_castsi256_ps(unselectedDwords(selectionOf(m, left)));
@@ -187,7 +187,7 @@ class WideMaskedExtremes {
   }
 
   static __m128i selectionOf(const std::uint8_t* m, std::int64_t left) {
-    if (left >= 8) return loadLow8(m);
+    if (left >= 8) return loadLow<8>(m);
     std::uint64_t bytes = 0;
     for (std::int64_t i = 0; i < left; ++i) bytes |= std::uint64_t{m[i]} << (8 * i);
     return _mm_cvtsi64_si128(static_cast<std::int64_t>(bytes));

@@ -72,7 +72,7 @@ class NarrowMaskedBytes {
         sums.add(load(p + c).bits, load(m + c).bits);
         sums.add(load(p + c + 16).bits, load(m + c + 16).bits);
       }
-      for (; roi.width - c >= 8; c += 8) sums.add(loadLow8(p + c), loadLow8(m + c));
+      for (; roi.width - c >= 8; c += 8) sums.add(loadLow<8>(p + c), loadLow<8>(m + c));
       for (; c < roi.width; ++c) sums.addOne(p[c], m[c]);
     }
     return sums.result();
@@ -85,7 +85,7 @@ class NarrowMaskedBytes {
       const std::uint8_t* p = rowAt(src, srcStep, r);
       const std::uint8_t* m = rowAt(mask, maskStep, r);
       int c = 0;
-      for (; roi.width - c >= 4; c += 4) sums.add(loadLow4(p + c), loadLow4(m + c));
+      for (; roi.width - c >= 4; c += 4) sums.add(loadLow<4>(p + c), loadLow<4>(m + c));
       for (; c < roi.width; ++c) sums.addOne(p[c], m[c]);
     }
     return sums.result();

@@ -77,7 +77,7 @@ class NarrowMaskedFloats {
       for (std::int64_t steps = roi.width / 8; steps != 0;) {
         const std::int64_t granted = budget.grant(steps);
         for (std::int64_t i = 0; i < granted; ++i, p += 32, m += 8) {
-          const __m128i none = unselected(loadLow8(m));
+          const __m128i none = unselected(loadLow<8>(m));
           const __m128i words = _mm_unpacklo_epi8(none, none);
           const __m128i low = _mm_andnot_si128(_mm_unpacklo_epi16(words, words), load(p).bits);
           const __m128i high = _mm_andnot_si128(_mm_unpackhi_epi16(words, words), load(p + 16).bits);
@@ -134,7 +134,7 @@ struct WideMaskedFloats {
           steps -= granted;
         }
         if ((roi.width & 8) != 0) {
-          const __m128i selection = loadLow8(m);
+          const __m128i selection = loadLow<8>(m);
           add(a, p, selection);
           count += counted(selection, 16);
           p += 32;

@@ -49,8 +49,8 @@ class NarrowMaskedWords {
       addCount(none);
     }
     void add4(const unsigned char* p, const std::uint8_t* m) {
-      const __m128i none = unselected(loadLow4(m));
-      addWords(loadLow8(p), _mm_unpacklo_epi8(none, none));
+      const __m128i none = unselected(loadLow<4>(m));
+      addWords(loadLow<8>(p), _mm_unpacklo_epi8(none, none));
       addCount(none);
     }
   };
@@ -104,7 +104,7 @@ struct WideMaskedWords {
           add(Vector32::load(p).bits, Vector16::load(m).bits);
         }
         if (left >= 8) {
-          add(_mm256_zextsi128_si256(Vector16::load(p).bits), loadLow8(m));
+          add(_mm256_zextsi128_si256(Vector16::load(p).bits), loadLow<8>(m));
           p += 16, m += 8, left -= 8;
         }
         std::uint32_t sum = 0;

@@ -1,0 +1,110 @@
+#pragma once
+
+// Loads and stores of the first bytes of a vector: a number that is known when the code is compiled, a number
+// below the vector's width, or the lanes of a mask register. No other byte of memory is touched.
+
+#include <cstdint>
+
+#include "zorvan/primitives/kernels/simd/vectors.h"
+
+namespace Zorvan::Primitives {
+namespace {
+
+/// 1, 2, 4, 8 or 16 bytes; the rest of the vector is zero.
+template <int bytes>
+inline __m128i loadLow(const void* p) {
+  if constexpr (bytes == 16) return _mm_loadu_si128(static_cast<const __m128i*>(p));
+  if constexpr (bytes == 8) return _mm_cvtsi64_si128(loadAs<std::int64_t>(p));
+  if constexpr (bytes == 4) return _mm_cvtsi32_si128(loadAs<std::int32_t>(p));
+  if constexpr (bytes == 2) return _mm_cvtsi32_si128(loadAs<std::uint16_t>(p));
+  if constexpr (bytes == 1) return _mm_cvtsi32_si128(*static_cast<const unsigned char*>(p));
+}
+template <int bytes>
+inline void storeLow(void* p, __m128i x) {
+  if constexpr (bytes == 16) _mm_storeu_si128(static_cast<__m128i*>(p), x);
+  if constexpr (bytes == 8) storeAs(p, _mm_cvtsi128_si64(x));
+  if constexpr (bytes == 4) storeAs(p, _mm_cvtsi128_si32(x));
+  if constexpr (bytes == 2) storeAs(p, static_cast<std::uint16_t>(_mm_cvtsi128_si32(x)));
+  if constexpr (bytes == 1) storeAs(p, static_cast<std::uint8_t>(_mm_cvtsi128_si32(x)));
+}
+
+/// The first `bytes` bytes, below 16; the rest of the vector is zero.
+inline __m128i loadFirst16(const void* address, std::int64_t bytes) {
+  const auto* p = static_cast<const unsigned char*>(address);
+  if (bytes >= 8) {
+    const std::uint64_t low = loadAs<std::uint64_t>(p);
+    const std::uint64_t last = loadAs<std::uint64_t>(p + bytes - 8);
+    const std::uint64_t high = bytes == 8 ? 0 : last >> (8 * (16 - bytes));
+    return _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
+  }
+  std::uint64_t low = 0;
+  if (bytes >= 4) {
+    low = loadAs<std::uint32_t>(p) | std::uint64_t{loadAs<std::uint32_t>(p + bytes - 4)} << (8 * (bytes - 4));
+  } else if (bytes > 0) {
+    const std::int64_t middle = bytes >> 1, end = bytes - 1;
+    low = p[0] | std::uint64_t{p[middle]} << (8 * middle) | std::uint64_t{p[end]} << (8 * end);
+  }
+  return _mm_set_epi64x(0, static_cast<long long>(low));
+}
+
+/// Stores the first `bytes` bytes, below 16.
+inline void storeFirst(void* address, Vector16 vector, std::int64_t bytes) {
+  auto* dst = static_cast<unsigned char*>(address);
+  __m128i rest = vector.bits;
+  if (bytes & 8) {
+    _mm_storeu_si64(dst, rest);
+    dst += 8;
+    rest = _mm_srli_si128(rest, 8);
+  }
+  if (bytes & 4) {
+    storeAs(dst, _mm_cvtsi128_si32(rest));
+    dst += 4;
+    rest = _mm_srli_si128(rest, 4);
+  }
+  const int last = _mm_cvtsi128_si32(rest);
+  if (bytes & 2) {
+    storeAs(dst, static_cast<std::uint16_t>(last));
+    dst += 2;
+  }
+  if (bytes & 1) *dst = static_cast<unsigned char>(last >> (8 * (bytes & 2)));
+}
+
+#ifdef __AVX2__
+/// The first `bytes` bytes, below 32; the rest of the vector is zero.
+inline __m256i loadFirst32(const void* address, std::int64_t bytes) {
+  if (bytes < 16) return _mm256_zextsi128_si256(loadFirst16(address, bytes));
+  const auto* p = static_cast<const unsigned char*>(address);
+  const __m128i high = loadFirst16(p + 16, bytes - 16);
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(Vector16::load(p).bits), high, 1);
+}
+inline void storeFirst(void* address, Vector32 vector, std::int64_t bytes) {
+  auto* p = static_cast<unsigned char*>(address);
+  const Vector16 low{_mm256_castsi256_si128(vector.bits)};
+  if (bytes < 16) return storeFirst(p, low, bytes);
+  low.store(p);
+  storeFirst(p + 16, Vector16{_mm256_extracti128_si256(vector.bits, 1)}, bytes - 16);
+}
+#endif
+
+#ifdef __AVX512BW__
+/// The first `count` lanes of a mask register of type `Mask`, from none to all.
+template <class Mask>
+inline Mask firstLanes(std::int64_t count) {
+  const auto n = static_cast<unsigned>(count);
+  if constexpr (sizeof(Mask) == 8) return _bzhi_u64(~std::uint64_t{0}, n);
+  return static_cast<Mask>(_bzhi_u32((std::uint64_t{1} << (8 * sizeof(Mask))) - 1, n));
+}
+
+/// The chosen lanes of bytes, words or dwords, by the width of the mask register; the others are zero.
+inline __m512i loadMasked(__mmask64 lanes, const void* p) { return _mm512_maskz_loadu_epi8(lanes, p); }
+inline __m512i loadMasked(__mmask32 lanes, const void* p) { return _mm512_maskz_loadu_epi16(lanes, p); }
+inline __m512i loadMasked(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_epi32(lanes, p); }
+inline void storeMasked(__mmask64 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi8(p, lanes, x); }
+inline void storeMasked(__mmask32 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi16(p, lanes, x); }
+inline void storeMasked(__mmask16 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi32(p, lanes, x); }
+inline __m512 loadMaskedFloats(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_ps(lanes, p); }
+inline void storeMasked(__mmask16 lanes, void* p, __m512 x) { _mm512_mask_storeu_ps(p, lanes, x); }
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives
