@@ -1,10 +1,11 @@
 #include "zorvan/foundation/IppIMemory.h"
 
 #include <cstdint>
-#include <type_traits>
+#include <string>
 #include <typeinfo>
 #include <utility>
 
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/foundation/SharedBlock.h"
 #include "zorvan/foundation/TextException.h"
 #include "zorvan/foundation/Wrapping.h"
@@ -21,36 +22,26 @@ int rowBytes(int width) {
 
 template <class T>
 T* allocatePixels(Size size, int& step) {
+  using namespace Primitives;
   if (size.width < 1 || size.height < 1) throw TextException("invalid image size");
-  if constexpr (std::is_same_v<T, u8>) {
-    return Primitives::ippiMalloc_8u_C1(size.width, size.height, &step);
-  } else if constexpr (std::is_same_v<T, u16>) {
-    return Primitives::ippiMalloc_16u_C1(size.width, size.height, &step);
-  } else if constexpr (std::is_same_v<T, s16>) {
-    return Primitives::ippiMalloc_16s_C1(size.width, size.height, &step);
-  } else if constexpr (std::is_same_v<T, int>) {
-    return Primitives::ippiMalloc_32s_C1(size.width, size.height, &step);
-  } else if constexpr (std::is_same_v<T, float>) {
-    return Primitives::ippiMalloc_32f_C1(size.width, size.height, &step);
-  } else {
+  T* pixels = nullptr;
+  const ByPixelType allocate{storing(ippiMalloc_8u_C1), storing(ippiMalloc_16u_C1),
+                             storing(ippiMalloc_16s_C1), storing(ippiMalloc_32s_C1),
+                             storing(ippiMalloc_32f_C1)};
+  if (allocate(&pixels, size.width, size.height, &step) != ippStsNoErr) {
     throw TextException(std::string("Cannot allocate memory.\nNot supported type.\ntype is ") +
                         typeid(T).name());
   }
+  return pixels;
 }
 
-// Whether the pixels have been copied. The list of types is shorter than that of the Copy entries: 16-bit
-// images are not copied.
+// Returns whether the pixels have been copied. 16-bit images cannot be copied, although they have Copy
+// entries.
 template <class T>
 bool copyPixels(const T* src, T* dst, int step, Size size) {
-  if constexpr (std::is_same_v<T, u8>) {
-    return Primitives::ippiCopy_8u_C1R(src, step, dst, step, size) == 0;
-  } else if constexpr (std::is_same_v<T, float>) {
-    return Primitives::ippiCopy_32f_C1R(src, step, dst, step, size) == 0;
-  } else if constexpr (std::is_same_v<T, int>) {
-    return Primitives::ippiCopy_32s_C1R(src, step, dst, step, size) == 0;
-  } else {
-    return false;
-  }
+  using namespace Primitives;
+  return ByPixelType{ippiCopy_8u_C1R, ippiCopy_32s_C1R, ippiCopy_32f_C1R}(src, step, dst, step, size) ==
+         ippStsNoErr;
 }
 
 template <class T>

@@ -1,7 +1,6 @@
 #include "zorvan/foundation/IppSMemory.h"
 
-#include <type_traits>
-
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/foundation/SharedBlock.h"
 #include "zorvan/foundation/TextException.h"
 #include "zorvan/primitives/frame/Entries.h"
@@ -13,13 +12,11 @@ namespace {
 template <class T>
 T* allocateElements(int length) {
   if (length < 1) throw Ipp::TextException("invalid length");
-  if constexpr (std::is_same_v<T, float>) {
-    return Primitives::ippsMalloc_32f(length);
-  } else if constexpr (std::is_same_v<T, u8>) {
-    return Primitives::ippsMalloc_8u(length);
-  } else {
-    throw Ipp::TextException("not supported type");
-  }
+  T* elements = nullptr;
+  const Ipp::ByPixelType allocate{Ipp::storing(Primitives::ippsMalloc_32f),
+                                  Ipp::storing(Primitives::ippsMalloc_8u)};
+  if (allocate(&elements, length) != Ipp::ippStsNoErr) throw Ipp::TextException("not supported type");
+  return elements;
 }
 
 template <class T>

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "zorvan/methods/ByPixelType.h"
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 
 namespace Zorvan::Ipp::Image::Arithmetics {
 
 using namespace Primitives;
-using Methods::ByPixelType;
 
 /// What every Method class passes to the entries of integers: results are not scaled.
 inline constexpr int scaleFactor = 0;

@@ -6,9 +6,9 @@
 #include <memory>
 #include <new>
 
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/foundation/IppSMemory.h"
 #include "zorvan/foundation/SharedBlock.h"
-#include "zorvan/methods/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 #include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
@@ -40,9 +40,9 @@ class FloodFill4Neighbor : public Methods::Method_1M_R<T, Primitives::_IppiConne
 
   int Execute(T* image, int step, Size roi) override {
     using namespace Primitives;
-    return Methods::ByPixelType{ippiFloodFill_4Con_8u_C1IR, ippiFloodFill_4Con_16u_C1IR,
-                                ippiFloodFill_4Con_32s_C1IR, ippiFloodFill_4Con_32f_C1IR}(
-        image, step, roi, seed, value, &this->result, buffer.get());
+    return ByPixelType{ippiFloodFill_4Con_8u_C1IR, ippiFloodFill_4Con_16u_C1IR, ippiFloodFill_4Con_32s_C1IR,
+                       ippiFloodFill_4Con_32f_C1IR}(image, step, roi, seed, value, &this->result,
+                                                    buffer.get());
   }
 
  private:

@@ -5,8 +5,8 @@
 #include <limits>
 #include <type_traits>
 
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/foundation/IppSMemory.h"
-#include "zorvan/methods/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 #include "zorvan/primitives/frame/FilterCodes.h"
@@ -45,9 +45,9 @@ class IppIFilterLaplaceBorder : public Methods::Method_2M<T, T> {
   int Execute(T* src, int srcStep, T* dst, int dstStep, Size roi) override {
     using namespace Primitives;
     const auto memory = buffer.buffer();
-    return Methods::ByPixelType{ippiFilterLaplaceBorder_8u_C1R, ippiFilterLaplaceBorder_16s_C1R,
-                                ippiFilterLaplaceBorder_32f_C1R}(src, srcStep, dst, dstStep, roi, maskCode,
-                                                                 borderKind, borderValue, memory.get());
+    return ByPixelType{ippiFilterLaplaceBorder_8u_C1R, ippiFilterLaplaceBorder_16s_C1R,
+                       ippiFilterLaplaceBorder_32f_C1R}(src, srcStep, dst, dstStep, roi, maskCode, borderKind,
+                                                        borderValue, memory.get());
   }
 
  private:

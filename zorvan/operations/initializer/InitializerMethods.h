@@ -1,13 +1,12 @@
 #pragma once
 
-#include "zorvan/methods/ByPixelType.h"
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 
 namespace Zorvan::Ipp::Image::Initializers {
 
 using namespace Primitives;
-using Methods::ByPixelType;
 
 template <class T>
 class IppISetMethod_SrcDst : public Methods::Method_1M<T> {
@@ -64,8 +63,7 @@ class Convert : public Methods::Method_2M<T1, T2> {
  public:
   int Execute(T1* src, int srcStep, T2* dst, int dstStep, Size roi) override {
     using namespace Primitives;
-    return Methods::ByPixelType{ippiConvert_32s32f_C1R, ippiConvert_32s8u_C1R}(src, srcStep, dst, dstStep,
-                                                                               roi);
+    return ByPixelType{ippiConvert_32s32f_C1R, ippiConvert_32s8u_C1R}(src, srcStep, dst, dstStep, roi);
   }
 };
 

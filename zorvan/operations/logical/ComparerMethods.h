@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "zorvan/methods/ByPixelType.h"
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/operations/logical/Comparer.h"
 #include "zorvan/primitives/frame/Entries.h"
@@ -25,9 +25,9 @@ class CompareC_Src : public Methods::Method_2M<T, u8> {
 
   int Execute(T* src, int srcStep, u8* dst, int dstStep, Size roi) override {
     using namespace Primitives;
-    return Methods::ByPixelType{ippiCompareC_8u_C1R, ippiCompareC_16s_C1R, ippiCompareC_16u_C1R,
-                                ippiCompareC_32f_C1R}(src, srcStep, static_cast<T>(narrowedConstant(value)),
-                                                      dst, dstStep, roi, static_cast<int>(comparison));
+    return ByPixelType{ippiCompareC_8u_C1R, ippiCompareC_16s_C1R, ippiCompareC_16u_C1R, ippiCompareC_32f_C1R}(
+        src, srcStep, static_cast<T>(narrowedConstant(value)), dst, dstStep, roi,
+        static_cast<int>(comparison));
   }
 
  private:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zorvan/methods/ByPixelType.h"
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 
@@ -9,7 +9,6 @@
 namespace Zorvan::Ipp::Image::Logicals {
 
 using namespace Primitives;
-using Methods::ByPixelType;
 
 template <class T>
 class IppILogicalNot_SrcDst : public Methods::Method_1M<T> {

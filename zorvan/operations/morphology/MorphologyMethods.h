@@ -8,9 +8,9 @@
 #include <memory>
 #include <utility>
 
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/foundation/IppSMemory.h"
 #include "zorvan/foundation/TextException.h"
-#include "zorvan/methods/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 #include "zorvan/primitives/frame/MorphSizes.h"
@@ -18,7 +18,6 @@
 namespace Zorvan::Ipp::Image::Morphologies {
 
 using namespace Primitives;
-using Methods::ByPixelType;
 
 /// A block of ones for `maskSize`, at least as many as the mask padded to odd figures has: the turned mask of
 /// the compound operations is read from all of these. Of four widths the block is constant unless a tall mask

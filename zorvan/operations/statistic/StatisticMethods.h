@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zorvan/methods/ByPixelType.h"
+#include "zorvan/foundation/ByPixelType.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/operations/statistic/Statistic.h"
 #include "zorvan/primitives/frame/Entries.h"
@@ -8,7 +8,6 @@
 namespace Zorvan::Ipp::Image::Statistics {
 
 using namespace Primitives;
-using Methods::ByPixelType;
 
 template <class T>
 class IppIStatisticsMin_Src : public Methods::Method_1M_R<T, T> {

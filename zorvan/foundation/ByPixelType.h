@@ -1,15 +1,16 @@
 #pragma once
 
+#include <cstddef>
 #include <tuple>
 #include <type_traits>
 
 #include "zorvan/foundation/Status.h"
 
-namespace Zorvan::Ipp::Image::Methods {
+namespace Zorvan::Ipp {
 
-/// The entries of one operation, one for each pixel type that has one, in the order in which the types are
-/// tested. Calling it calls the first entry that takes the operands' pixel pointers; a type without an entry
-/// yields -59. Pointers to different pixel types do not convert, so no other entry can match.
+/// The entries of one operation, one for each pixel type that has one. A call goes to the first entry that
+/// takes the operands' pixel pointers, which is the only one: pointers to different pixel types do not
+/// convert. A type without an entry yields -59.
 template <class... Entries>
 class ByPixelType {
  public:
@@ -36,4 +37,14 @@ class ByPixelType {
   std::tuple<Entries...> entries_;
 };
 
-}  // namespace Zorvan::Ipp::Image::Methods
+/// An allocator of pixels as a function of the form that ByPixelType selects: its first operand, which
+/// receives the pixels, states their type.
+template <class T, class... Parameters>
+constexpr auto storing(T* (*allocate)(Parameters...)) {
+  return [allocate](T** pixels, Parameters... parameters) {
+    *pixels = allocate(parameters...);
+    return int{ippStsNoErr};
+  };
+}
+
+}  // namespace Zorvan::Ipp
