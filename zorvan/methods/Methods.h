@@ -82,16 +82,19 @@ inline void raiseUnlessZero(int status) {
   if (status != 0) raise(status);
 }
 
-/// Executes `method` on the region of each image, each with its own width and step, and raises every status
-/// but zero. Tests no rectangle.
-template <class Method, class... T>
-void execute(Method& method, std::tuple<IppIMemory<T>&...> images, Rect rect) {
-  const auto operands = std::apply(
+/// The operands of the region `rect` in each image: the address of its first pixel and the image's row step.
+template <class... T>
+auto operandsOf(std::tuple<IppIMemory<T>&...> images, Rect rect) {
+  return std::apply(
       [rect](auto&... image) {
         return std::tuple_cat(std::make_tuple(image.ToIppStream(rect), image.imageStep())...);
       },
       images);
-  const Size roi{rect.width, rect.height};
+}
+
+/// Executes `method` on the operands and raises every status but zero. Tests no rectangle.
+template <class Method, class Operands>
+void execute(Method& method, const Operands& operands, Size roi) {
   raiseUnlessZero(std::apply([&](auto... operand) { return method.Execute(operand..., roi); }, operands));
 }
 
@@ -101,7 +104,7 @@ template <class Method, class... T, class... Fixed>
 auto Run(std::tuple<IppIMemory<T>&...> images, Rect rect, Fixed... fixed) {
   std::apply([rect](auto&... image) { (requireFit(rect, image), ...); }, images);
   Method method(fixed...);
-  execute(method, images, rect);
+  execute(method, operandsOf(images, rect), {rect.width, rect.height});
   if constexpr (requires { method.result; }) return method.result;
 }
 

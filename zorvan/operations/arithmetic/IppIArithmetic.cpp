@@ -1,6 +1,6 @@
 #include "zorvan/operations/arithmetic/IppIArithmetic.h"
 
-#include "zorvan/operations/LocalImage.h"
+#include "zorvan/operations/NewImage.h"
 #include "zorvan/operations/arithmetic/ArithmeticMethods.h"
 #include "zorvan/operations/initializer/Initializer.h"
 
@@ -31,11 +31,11 @@ void IppIArithmetic<T>::AddWithMask(IppIMemory<T>& src, IppIMemory<float>& srcDs
   Run<IppIArithmeticAdd_Src_Mask_SrcDst<T>>(over(src, mask, srcDst), rect);
 }
 
-/// The temporary's pixels are not set, and all of the region is added: callers pay for three passes and no
-/// more. It has room for a region that begins or ends outside it, as one that fits the image may.
+/// All of the region is added, also the pixels of the new image that are not set. A region that fits `image`
+/// may still begin or end outside its pixels, and so outside those of the new image.
 template <class T>
 void IppIArithmetic<T>::AddCWithMask(IppIMemory<T>& image, IppIMemory<u8>& mask, T value, Rect rect) {
-  auto addend = makeLocalImage<T>(image.size(), rect);
+  auto addend = makeSurroundedImage<T>(image.size(), rect);
   Initializer::FillWithMask<T>(addend, mask, value, rect);
   Add(addend, image, rect);
 }
@@ -109,7 +109,7 @@ IppIArithmetic<T>& IppIArithmetic<T>::operator=(IppIArithmetic&&) {
   return *this;
 }
 
-template class IppIArithmetic<u8>;
-template class IppIArithmetic<float>;
+template class ZORVAN_IPP_API IppIArithmetic<u8>;
+template class ZORVAN_IPP_API IppIArithmetic<float>;
 
 }  // namespace Zorvan::Ipp::Image

@@ -111,7 +111,4 @@ class ZORVAN_IPP_API IppIArithmetic {
   IppIArithmetic& operator=(IppIArithmetic&& other);
 };
 
-extern template class IppIArithmetic<u8>;
-extern template class IppIArithmetic<float>;
-
 }  // namespace Zorvan::Ipp::Image

@@ -1,6 +1,6 @@
 #include "zorvan/operations/initializer/Initializer.h"
 
-#include "zorvan/operations/LocalImage.h"
+#include "zorvan/operations/NewImage.h"
 #include "zorvan/operations/initializer/InitializerMethods.h"
 
 namespace Zorvan::Ipp::Image {
@@ -26,11 +26,7 @@ void Initializer::Copy(IppIMemory<T>& src, IppIMemory<T>& dst) {
 
 template <class T>
 IppIMemory<T> Initializer::Copy(IppIMemory<T>& src, Rect rect, bool sizeFromRect) {
-  auto local = makeLocalImage<T>(sizeFromRect ? Size{rect.width, rect.height} : src.size(), rect);
-  IppICopyMethod_Src_Dst<T> method;
-  Methods::execute(method, over(src, local), rect);
-  const auto& result = local;
-  return IppIMemory<T>(result);  // a deep copy, which 16-bit images refuse; eliding it would let them pass
+  return runIntoNew<IppICopyMethod_Src_Dst<T>>(over(src), rect, rect, sizeFromRect);
 }
 
 template <class T>

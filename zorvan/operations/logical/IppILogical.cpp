@@ -1,6 +1,6 @@
 #include "zorvan/operations/logical/IppILogical.h"
 
-#include "zorvan/operations/LocalImage.h"
+#include "zorvan/operations/NewImage.h"
 #include "zorvan/operations/logical/LogicalMethods.h"
 
 namespace Zorvan::Ipp::Image {
@@ -11,17 +11,10 @@ using Methods::Run;
 
 namespace {
 
-/// Two sources combined into a new image, from its first pixel on, wherever the region lies in the sources.
+/// Combines two sources into the top left corner of a new image.
 template <class Method, class T>
 IppIMemory<T> combined(IppIMemory<T>& src1, IppIMemory<T>& src2, Rect rect, bool sizeFromRect) {
-  const Rect atOrigin{0, 0, rect.width, rect.height};
-  auto local = makeLocalImage<T>(sizeFromRect ? Size{rect.width, rect.height} : src1.size(), atOrigin);
-  Method method;
-  Methods::raiseUnlessZero(method.Execute(src1.ToIppStream(rect), src1.imageStep(), src2.ToIppStream(rect),
-                                          src2.imageStep(), local.ToIppStream(atOrigin), local.imageStep(),
-                                          {rect.width, rect.height}));
-  const auto& result = local;
-  return IppIMemory<T>(result);  // a deep copy: the room behind the pixels stays here
+  return runIntoNew<Method>(over(src1, src2), rect, Rect{0, 0, rect.width, rect.height}, sizeFromRect);
 }
 
 }  // namespace
@@ -83,11 +76,7 @@ void IppILogical<T>::Not(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect) {
 
 template <class T>
 IppIMemory<T> IppILogical<T>::Not(IppIMemory<T>& src, Rect rect, bool sizeFromRect) {
-  auto local = makeLocalImage<T>(sizeFromRect ? Size{rect.width, rect.height} : src.size(), rect);
-  IppILogicalNot_Src_Dst<T> method;
-  Methods::execute(method, over(src, local), rect);
-  const auto& result = local;
-  return IppIMemory<T>(result);  // a deep copy: the room around the pixels stays here
+  return runIntoNew<IppILogicalNot_Src_Dst<T>>(over(src), rect, rect, sizeFromRect);
 }
 
 template <class T>

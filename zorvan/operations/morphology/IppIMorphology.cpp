@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "zorvan/foundation/SharedBlock.h"
-#include "zorvan/operations/LocalImage.h"
+#include "zorvan/operations/NewImage.h"
 #include "zorvan/operations/morphology/MorphologyMethods.h"
 
 namespace Zorvan::Ipp::Image {
@@ -43,32 +43,18 @@ std::shared_ptr<u8[]> makeStructuringMask(Size maskSize) {
 
 }  // namespace Morphologies
 
-namespace {
-
 using Methods::over;
 using Methods::Run;
 
-/// Executes `Method` into a new image, with room around it for the region of its own origin. Returns a copy
-/// of the pixels that the image has.
-template <class Method, class T>
-IppIMemory<T> runIntoNew(IppIMemory<T>& src, Rect rect, bool useRectSize, Size maskSize) {
-  Method method(maskSize, rect);
-  auto local = makeLocalImage<T>(useRectSize ? Size{rect.width, rect.height} : src.size(), rect);
-  Methods::execute(method, over(src, local), rect);
-  const auto& result = local;
-  return IppIMemory<T>(result);
-}
-
-}  // namespace
-
-#define OPERATION(Name)                                                                                   \
-  template <class T>                                                                                      \
-  IppIMemory<T> IppIMorphology<T>::Name(IppIMemory<T>& src, Rect rect, bool useRectSize, Size maskSize) { \
-    return runIntoNew<Morphologies::IppIMorphology##Name##_Src_Dst<T>>(src, rect, useRectSize, maskSize); \
-  }                                                                                                       \
-  template <class T>                                                                                      \
-  void IppIMorphology<T>::Name(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect, Size maskSize) {        \
-    Run<Morphologies::IppIMorphology##Name##_Src_Dst<T>>(over(src, dst), rect, maskSize, rect);           \
+#define OPERATION(Name)                                                                                    \
+  template <class T>                                                                                       \
+  IppIMemory<T> IppIMorphology<T>::Name(IppIMemory<T>& src, Rect rect, bool useRectSize, Size maskSize) {  \
+    return runIntoNew<Morphologies::IppIMorphology##Name##_Src_Dst<T>>(over(src), rect, rect, useRectSize, \
+                                                                       maskSize, rect);                    \
+  }                                                                                                        \
+  template <class T>                                                                                       \
+  void IppIMorphology<T>::Name(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect, Size maskSize) {         \
+    Run<Morphologies::IppIMorphology##Name##_Src_Dst<T>>(over(src, dst), rect, maskSize, rect);            \
   }
 OPERATION(Erode)
 OPERATION(Dilate)
