@@ -37,21 +37,22 @@ void coreFirstCall() { static_cast<void>(coreSelectVariant()); }
 #include "zorvan/primitives/frame/Entries.def"
 #undef FIRST_CALL
 
+/// `routineOf(tag)` returns the routine of the variant of which `tag` is a pointer.
+template <class Routine, class RoutineOf, class... V>
+constexpr Row<Routine> rowOf(Routine* firstCall, RoutineOf routineOf, TypeList<void, V...>*) {
+  return {{firstCall, routineOf(static_cast<V*>(nullptr))..., nullptr}};
+}
+
 }  // namespace
 
 constinit const Table table = {
-#define ROW(name, Result, Parameters, Arguments)                                              \
-  {{&name##_firstCall, &Routines<VariantSse2>::name, &Routines<VariantSsse3>::name,           \
-    &Routines<VariantSse42>::name, &Routines<VariantAvx>::name, &Routines<VariantAvx2>::name, \
-    &Routines<VariantAvx512>::name, nullptr}},
-#define COMMON_ROW(name, Result, Parameters, Arguments)                                     \
-  {{&name##_firstCall, &CommonRoutines::name, &CommonRoutines::name, &CommonRoutines::name, \
-    &CommonRoutines::name, &CommonRoutines::name, &CommonRoutines::name, nullptr}},
-#define ENTRY(...) ROW(__VA_ARGS__)
-#define COMMON_ENTRY(...) COMMON_ROW(__VA_ARGS__)
+#define ROW(OfVariant, name, ...) \
+  rowOf(                          \
+      &name##_firstCall, []<class V>(V*) { return &OfVariant::name; }, static_cast<Variants*>(nullptr)),
+#define ENTRY(...) ROW(Routines<V>, __VA_ARGS__)
+#define COMMON_ENTRY(...) ROW(CommonRoutines, __VA_ARGS__)
 #include "zorvan/primitives/frame/Entries.def"
 #undef ROW
-#undef COMMON_ROW
 };
 
 }  // namespace Zorvan::Primitives

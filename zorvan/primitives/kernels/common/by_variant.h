@@ -5,25 +5,22 @@
 namespace Zorvan::Primitives {
 namespace {
 
-template <class V, class Sse2, class Ssse3, class Sse42, class Avx, class Avx2, class Avx512>
-struct ByVariantOf;
-#define CHOOSE(tag, choice)                                                            \
-  template <class Sse2, class Ssse3, class Sse42, class Avx, class Avx2, class Avx512> \
-  struct ByVariantOf<tag, Sse2, Ssse3, Sse42, Avx, Avx2, Avx512> {                     \
-    using type = choice;                                                               \
-  };
-CHOOSE(VariantSse2, Sse2)
-CHOOSE(VariantSsse3, Ssse3)
-CHOOSE(VariantSse42, Sse42)
-CHOOSE(VariantAvx, Avx)
-CHOOSE(VariantAvx2, Avx2)
-CHOOSE(VariantAvx512, Avx512)
-#undef CHOOSE
+/// The choice whose place among the choices is that of V among the variants.
+template <class V, class Listed, class... Choices>
+struct ChoiceOf;
+template <class V, class... Later, class Choice, class... Others>
+struct ChoiceOf<V, TypeList<void, V, Later...>, Choice, Others...> {
+  static_assert(sizeof...(Later) == sizeof...(Others));
+  using type = Choice;
+};
+template <class V, class Earlier, class... Later, class Choice, class... Others>
+struct ChoiceOf<V, TypeList<void, Earlier, Later...>, Choice, Others...>
+    : ChoiceOf<V, TypeList<void, Later...>, Others...> {};
 
-/// A row of a policy table: of six types, one for each variant in the order of its index, the one for V.
-/// Types that the current build has no instructions for may be declared only.
-template <class V, class... Six>
-using ByVariant = typename ByVariantOf<V, Six...>::type;
+/// A row of a policy table: of the six choices, one for each variant in the order of its index, the one for
+/// V. Choices for whose instructions the current build is not compiled may be declared only.
+template <class V, class... Choices>
+using ByVariant = typename ChoiceOf<V, Variants, Choices...>::type;
 
 }  // namespace
 }  // namespace Zorvan::Primitives
