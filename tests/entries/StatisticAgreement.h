@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <tuple>
 
 #include "tests/reference/Statistic.h"
 #include "tests/support/EntryCheck.h"
@@ -44,13 +45,16 @@ struct SameValue {
   }
 };
 
-/// A double within the slack that the reference has left.
+/// A double within the tolerance that follows from the pixels.
 struct NearMean {
-  static bool agree(const Block& expected, const Block& actual) {
+  template <class Arguments>
+  static bool agree(const Block& expected, const Block& actual, const Arguments& arguments) {
     if (!isResult<double>(expected) || expected.sameBytes(actual)) return expected.sameBytes(actual);
     const auto want = valueOf<double>(expected), got = valueOf<double>(actual);
     if (std::isnan(want)) return std::isnan(got);
-    return std::isinf(Reference::slack) || want == got || std::fabs(want - got) <= Reference::slack;
+    const double tolerance =
+        std::apply([](auto... argument) { return Reference::toleranceOf(argument...); }, arguments);
+    return std::isinf(tolerance) || want == got || std::fabs(want - got) <= tolerance;
   }
 };
 

@@ -87,24 +87,48 @@ int ippiMean_16s_C1R(const s16* src, int srcStep, Size roi, double* result) {
   return mean(src, srcStep, roi, result);
 }
 
-/// In extended precision. n additions round n times, each by half a unit of the sum of magnitudes at most.
-int ippiMean_32f_C1R(const float* src, int srcStep, Size roi, double* result, int hint) {
-  if (src == nullptr || result == nullptr) return -8;
-  if (roi.width < 1 || roi.height < 1) return -6;
-  long double sum = 0, magnitudes = 0;
+namespace {
+
+struct Sums {
+  double count = 0;
+  long double sum = 0, squares = 0, magnitudes = 0;
+
+  double mean() const { return count == 0 ? 0 : static_cast<double>(sum) / count; }
+  double meanMagnitude() const { return count == 0 ? 0 : static_cast<double>(magnitudes) / count; }
+  bool overflowFloats() const { return magnitudes > std::numeric_limits<float>::max(); }
+};
+
+/// In extended precision. Without a mask all pixels count.
+template <class T>
+Sums sumsOf(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, long double center = 0) {
+  Sums sums;
   for (int r = 0; r < roi.height; ++r) {
     for (int c = 0; c < roi.width; ++c) {
-      const float value = get(src, srcStep, r, c);
-      sum += value;
-      if (std::isfinite(value)) magnitudes += std::fabs(value);
+      if (mask != nullptr && get(mask, maskStep, r, c) == 0) continue;
+      const long double value = get(src, srcStep, r, c) - center;
+      sums.count += 1;
+      sums.sum += value;
+      sums.squares += value * value;
+      if (std::isfinite(value)) sums.magnitudes += std::fabs(value);
     }
   }
-  const double count = static_cast<double>(std::int64_t{roi.width} * roi.height);
-  const double roundings = static_cast<double>(magnitudes) * (count + 2) / count;
-  slack = roundings * (hint == 2 ? 0x1p-53 : 0x1p-24);
-  if (hint != 2 && magnitudes > std::numeric_limits<float>::max()) slack = HUGE_VAL;
-  put(result, 0, 0, 0, static_cast<double>(sum) / count);
+  return sums;
+}
+
+}  // namespace
+
+int ippiMean_32f_C1R(const float* src, int srcStep, Size roi, double* result, int) {
+  if (src == nullptr || result == nullptr) return -8;
+  if (roi.width < 1 || roi.height < 1) return -6;
+  put(result, 0, 0, 0, sumsOf(src, srcStep, nullptr, 0, roi).mean());
   return 0;
+}
+
+/// n additions round n times, each by half a unit of the sum of magnitudes at most.
+double toleranceOf(const float* src, int srcStep, Size roi, const double*, int hint) {
+  const Sums sums = sumsOf(src, srcStep, nullptr, 0, roi);
+  if (hint != 2 && sums.overflowFloats()) return HUGE_VAL;
+  return sums.meanMagnitude() * (sums.count + 2) * (hint == 2 ? 0x1p-53 : 0x1p-24);
 }
 
 namespace {
@@ -126,43 +150,15 @@ int testMasked(const T* src, int srcStep, const u8* mask, int maskStep, Size roi
   return 0;
 }
 
-struct Sums {
-  double count = 0;
-  long double sum = 0, squares = 0, magnitudes = 0;
-
-  double mean() const { return count == 0 ? 0 : static_cast<double>(sum) / count; }
-};
-
-template <class T>
-Sums sumsOf(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, long double center = 0) {
-  Sums sums;
-  for (int r = 0; r < roi.height; ++r) {
-    for (int c = 0; c < roi.width; ++c) {
-      if (get(mask, maskStep, r, c) == 0) continue;
-      const long double value = get(src, srcStep, r, c) - center;
-      sums.count += 1;
-      sums.sum += value;
-      sums.squares += value * value;
-      if (std::isfinite(value)) sums.magnitudes += std::fabs(value);
-    }
-  }
-  return sums;
-}
-
 template <class T>
 int maskedMean(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean) {
   if (mean == nullptr) return -8;
   if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != 0) return status;
   const Sums sums = sumsOf(src, srcStep, mask, maskStep, roi);
   put(mean, 0, 0, 0, sums.mean());
-  // Lanes of floats take 480 additions, or a row of less than eight pixels.
-  slack = sums.count == 0 ? 0 : static_cast<double>(sums.magnitudes) / sums.count * 484 * 0x1p-24;
-  if (sums.magnitudes > std::numeric_limits<float>::max()) slack = HUGE_VAL;
   return 0;
 }
 
-/// The deviation around the mean. What a variant may be off follows from how it goes about it: integers lose
-/// digits in one difference of doubles, floats add squares in single precision.
 template <class T>
 int meanDeviation(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean,
                   double* stdDev) {
@@ -172,14 +168,6 @@ int meanDeviation(const T* src, int srcStep, const u8* mask, int maskStep, Size 
   const double variance = sums.count == 0 ? 0 : static_cast<double>(around.squares) / sums.count;
   if (mean != nullptr) put(mean, 0, 0, 0, sums.mean());
   if (stdDev != nullptr) put(stdDev, 0, 0, 0, std::sqrt(variance));
-  if constexpr (sizeof(T) == 4) {
-    const double roundings = (roi.width + 20) * 0x1p-24;
-    const double square = sums.count == 0 ? 0 : static_cast<double>(sums.squares) / sums.count;
-    slack = std::sqrt(square) * std::sqrt(3 * roundings) + 1e-22;
-    if (!(sums.squares < 1e37L)) slack = HUGE_VAL;
-  } else {
-    slack = 1e-5;
-  }
   return 0;
 }
 
@@ -210,6 +198,22 @@ int extremesWithPlaces(const T* src, int srcStep, const u8* mask, int maskStep, 
 }
 
 }  // namespace
+
+/// Lanes of floats take 480 additions, or a row of less than eight pixels.
+double toleranceOf(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, const double*) {
+  const Sums sums = sumsOf(src, srcStep, mask, maskStep, roi);
+  return sums.overflowFloats() ? HUGE_VAL : sums.meanMagnitude() * 484 * 0x1p-24;
+}
+
+double toleranceOf(const u8*, int, const u8*, int, Size, const double*, const double*) { return 1e-5; }
+
+double toleranceOf(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, const double*,
+                   const double*) {
+  const Sums sums = sumsOf(src, srcStep, mask, maskStep, roi);
+  if (!(sums.squares < 1e37L)) return HUGE_VAL;
+  const double square = sums.count == 0 ? 0 : static_cast<double>(sums.squares) / sums.count;
+  return std::sqrt(square) * std::sqrt(3 * (roi.width + 20) * 0x1p-24) + 1e-22;
+}
 
 int ippiMean_8u_C1MR(const u8* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean) {
   return maskedMean(src, srcStep, mask, maskStep, roi, mean);

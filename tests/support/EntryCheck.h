@@ -9,16 +9,17 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
-#include <cstring>
+#include <array>
+#include <cstdint>
 #include <string>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "tests/support/Cache.h"
 #include "tests/support/Cases.h"
-#include "tests/support/Faults.h"
+#include "tests/support/Comparison.h"
 #include "tests/support/Guarded.h"
 #include "tests/support/Pixels.h"
 
@@ -36,7 +37,8 @@ struct CheckRules {
   bool (*isOpen)(const Case&) = [](const Case&) { return false; };
 };
 
-/// True where both results stand for the same: bytes, unless a family says otherwise.
+/// The agreement of blocks unless a family has another: their bytes are the same. An agreement whose
+/// tolerance follows from the pixels takes the arguments of the call too.
 struct SameBytes {
   static bool agree(const Block& expected, const Block& actual) { return expected.sameBytes(actual); }
 };
@@ -78,7 +80,9 @@ class EntryCall<Result(Parameters...)> {
   /// Makes the n-th pointer null, counted over images and results.
   void setNull(int n) { setNull(n, std::index_sequence_for<Parameters...>{}); }
 
+  const Arguments& arguments() const { return arguments_; }
   const std::vector<Block>& blocks() const { return blocks_; }
+  std::vector<Block>& blocks() { return blocks_; }
 
  private:
   enum class Kind { image, step, roi, result, parameter, value };
@@ -266,29 +270,22 @@ class EntryCheck {
     Call expected(c, parameter, 0), actual(c, parameter, 1);
     change(expected);
     change(actual);
-    Result expectedResult{}, actualResult{};
-    expectedResult = expected.run(reference_);
-    const std::string fault = faultOf([&] { actualResult = actual.run(actual_); });
-    const std::string where = c.text() + "\n  parameter " + std::to_string(parameter) + " " + note;
-    if (!fault.empty()) return fail(fault + "\n" + where);
-    if (expectedResult != actualResult) {
-      return fail("status " + std::to_string(actualResult) + " instead of " + std::to_string(expectedResult) +
-                  "\n" + where);
-    }
-    for (std::size_t b = 0; b < expected.blocks().size(); ++b) {
-      if (!Agreement::agree(expected.blocks()[b], actual.blocks()[b])) {
-        return fail("block " + std::to_string(b) + ": " +
-                    expected.blocks()[b].difference(actual.blocks()[b]) + "\n" + where);
+    const auto agree = [&](const Block& expectedBlock, Block& actualBlock) {
+      if constexpr (requires { Agreement::agree(expectedBlock, actualBlock, expected.arguments()); }) {
+        return Agreement::agree(expectedBlock, actualBlock, expected.arguments());
+      } else {
+        return Agreement::agree(expectedBlock, actualBlock);
       }
-    }
+    };
+    const std::string difference = differenceOf(
+        expected.run(reference_), [&] { return actual.run(actual_); }, std::as_const(expected).blocks(),
+        actual.blocks(), agree);
+    if (difference.empty()) return;
+    ++differences_;
+    ADD_FAILURE() << difference << "\n" << c.text() << "\n  parameter " << parameter << " " << note;
   }
   void compare(const Case& c, int parameter, const std::string& note) {
     compare(c, parameter, note, [](Call&) {});
-  }
-
-  void fail(const std::string& text) {
-    ++differences_;
-    ADD_FAILURE() << text;
   }
 
   Routine* reference_;

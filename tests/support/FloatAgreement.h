@@ -7,11 +7,11 @@
 
 namespace Zorvan::Test {
 
-/// The same bytes, but for pixels that `Pixels::agree(expected, actual)` lets pass. For images of floats
-/// whose rows lie whole pixels apart, and images of which every byte is to be the same.
+/// Bytes are the same but for pixels of which `Pixels::agree(expected, actual)` is true; these are changed in
+/// `actual`. For images of floats whose rows lie whole pixels apart, and for images without such pixels.
 template <class Pixels>
 struct FloatsAgree {
-  static bool agree(const Block& expected, const Block& actual) {
+  static bool agree(const Block& expected, Block& actual) {
     for (std::size_t at = 0; at + 4 <= expected.size(); at += 4) {
       float want, got;
       std::memcpy(&want, expected.data() + at, 4);
@@ -22,7 +22,7 @@ struct FloatsAgree {
   }
 };
 
-/// Which of two NaN goes through an operation, and with which sign, is open.
+/// Where two operands are NaN, the result may be either of them, with either sign.
 struct AnyNan {
   static bool agree(float expected, float actual) { return std::isnan(expected) && std::isnan(actual); }
 };

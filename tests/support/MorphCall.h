@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "tests/reference/Images.h"
-#include "tests/support/Faults.h"
+#include "tests/support/Comparison.h"
 #include "tests/support/Guarded.h"
 #include "tests/support/Pixels.h"
 #include "zorvan/primitives/frame/Entries.h"
@@ -100,18 +100,15 @@ class MorphCall {
     const auto bytes =
         static_cast<std::size_t>((case_.roi.height - 1) * dstStep + case_.roi.width * pixelBytes);
     const Block expected(3, bytes, case_.placement, case_.seed + 4);
-    const Block got(4, bytes, case_.placement, case_.seed + 4);
-    const int wanted = run(reference, expected, dstStep);
-    int status = 0;
-    const std::string fault = faultOf([&] { status = run(actual, got, dstStep); });
-    if (!fault.empty()) return fault + "\n" + case_.text();
-    if (status != wanted) {
-      return "status " + std::to_string(status) + " instead of " + std::to_string(wanted) + "\n" +
-             case_.text();
-    }
-    agreeOnZeros(expected, got, dstStep);
-    if (expected.sameBytes(got)) return "";
-    return expected.difference(got) + "\n" + case_.text();
+    Block result(4, bytes, case_.placement, case_.seed + 4);
+    const std::string difference = differenceOf(
+        run(reference, expected, dstStep), [&] { return run(actual, result, dstStep); }, {&expected, 1},
+        {&result, 1},
+        [&](const Block& want, Block& got) {
+          agreeOnZeros(want, got, dstStep);
+          return want.sameBytes(got);
+        });
+    return difference.empty() ? "" : difference + "\n" + case_.text();
   }
 
  private:
@@ -149,7 +146,7 @@ class MorphCall {
   }
 
   /// Of two zeros of different sign either is an extreme.
-  void agreeOnZeros(const Block& expected, const Block& got, int dstStep) const {
+  void agreeOnZeros(const Block& expected, Block& got, int dstStep) const {
     for (int r = 0; r < case_.roi.height; ++r) {
       for (int c = 0; c < case_.roi.width; ++c) {
         auto* const there = reinterpret_cast<T*>(got.data());

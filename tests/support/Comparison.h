@@ -1,0 +1,33 @@
+#pragma once
+
+// The comparison of one call with its reference, for every test that has both.
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "tests/support/Faults.h"
+#include "tests/support/Guarded.h"
+
+namespace Zorvan::Test {
+
+/// Runs the call under test and returns what differs from the reference, or an empty text: a fault, another
+/// status, or another block. `agree(expected, actual)` decides about blocks; it may change what it accepts in
+/// `actual` to what is expected, so that the text shows the byte that it does not accept.
+template <class Status, class Run, class Agree>
+std::string differenceOf(Status expectedStatus, Run run, std::span<const Block> expected,
+                         std::span<Block> actual, Agree agree) {
+  Status status{};
+  if (const std::string fault = faultOf([&] { status = run(); }); !fault.empty()) return fault;
+  if (status != expectedStatus) {
+    return "status " + std::to_string(status) + " instead of " + std::to_string(expectedStatus);
+  }
+  for (std::size_t b = 0; b < expected.size(); ++b) {
+    if (!agree(expected[b], actual[b])) {
+      return "block " + std::to_string(b) + ": " + expected[b].difference(actual[b]);
+    }
+  }
+  return "";
+}
+
+}  // namespace Zorvan::Test
