@@ -1,6 +1,6 @@
 #pragma once
 
-/// The whole exported surface of the library.
+/// The whole public interface of the library.
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/IppException.h"

@@ -1,9 +1,9 @@
-// The library's only road to the heap. An aligned block is one heap block with the aligned address inside
-// it; the word below the aligned address keeps what the heap returned:
+// The only source that uses the heap directly. An aligned block is one heap block with the aligned address
+// inside it; the word below the aligned address holds the address that the heap returned:
 //
 //     base                     aligned, a multiple of 64
 //      |<----- 8 to 71 bytes ---->|
-//      |          slack    | base | length bytes ... |
+//      |        padding    | base | length bytes ... |
 
 #include "zorvan/foundation/Allocation.h"
 
@@ -20,14 +20,13 @@ namespace {
 
 constexpr int alignmentBytes = 64;
 
-// The slack of the alignment, the stored word, and one.
+// The padding of the alignment, the stored word, and one.
 constexpr int overheadBytes = (alignmentBytes - 1) + 8 + 1;
 
 constexpr std::uint64_t largestBytes = 0x7FFFFFFF;
 
-// Images of all pixel types differ in the size of their elements alone. Every failure is a null result; it
-// writes a step of 0, except where the block as a whole is too large or the heap is exhausted: there the
-// step has been found, and stays. Callers look at the pointer, not at the step.
+// Pixel types differ in the size of their elements only. Every failure returns null, with a step of 0 unless
+// the whole block is too large or the heap is exhausted. Callers test the pointer, not the step.
 template <int elementBytes>
 void* imageMalloc(int widthPixels, int heightPixels, int* pStepBytes) {
   if (pStepBytes == nullptr) return nullptr;

@@ -2,12 +2,11 @@
 
 namespace Zorvan::Primitives {
 
-/// Allocates `length` bytes that begin at a multiple of 64, or gives null if `length` is not positive, is too
-/// large, or the heap is exhausted. The bytes hold what the heap left there. Only coreFree takes them back:
-/// the block is not the heap's own.
+/// Allocates `length` bytes aligned to 64 bytes. Returns null if `length` is not positive or too large, or if
+/// the heap is exhausted. The bytes are not initialised. Only coreFree can free them.
 void* coreMalloc(int length);
 
-/// Gives back a block of coreMalloc. Null does nothing.
+/// Frees a block of coreMalloc. Null does nothing.
 void coreFree(void* ptr);
 
 }  // namespace Zorvan::Primitives

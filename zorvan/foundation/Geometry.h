@@ -12,7 +12,7 @@ struct ZORVAN_IPP_API Size {
   std::int32_t height;
 };
 
-/// A place in a region: `x` is the column, `y` the row, both counted from 0.
+/// A position in a region: `x` is the column, `y` the row, both counted from 0.
 struct ZORVAN_IPP_API Point {
   std::int32_t x;
   std::int32_t y;
@@ -20,9 +20,9 @@ struct ZORVAN_IPP_API Point {
 
 /// A region of interest. `width` and `height` are its extent in pixels.
 ///
-/// Mind the origin: every operation bounds `x` by the image's width and `y` by its height, but the region
-/// starts at element `x * image width + y` of the pixel block. `x` therefore counts rows down, and `y`
-/// counts pixels along the row:
+/// The origin has a special meaning. Every operation tests `x` against the image's width and `y` against its
+/// height, but the region starts at element `x * image width + y` of the pixel block. `x` therefore counts
+/// rows from the top, and `y` counts pixels from the left:
 ///
 ///                       y
 ///                  |-------->
@@ -35,9 +35,9 @@ struct ZORVAN_IPP_API Point {
 ///            |          width          |
 ///            +-------------------------+
 ///
-/// A region can pass the test and still leave the block: `x + height` may exceed the image's height, and
-/// `y + width` its width, without a failure being reported. Keeping `x + height` within the height and
-/// `y + width` within the width is up to the caller.
+/// A region that passes the test can still lie partly outside the pixel block: `x + height` may exceed the
+/// image's height, and `y + width` its width, and no failure is reported. The caller must keep `x + height`
+/// within the height and `y + width` within the width.
 struct ZORVAN_IPP_API Rect {
   std::int32_t x;
   std::int32_t y;

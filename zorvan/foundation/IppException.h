@@ -8,25 +8,24 @@
 
 namespace Zorvan::Ipp {
 
-/// Raised by every operation whose status is not zero; positive codes raise like negative ones. After the
-/// warnings 2 (ippStsDivByZero) and 3 (ippStsSqrtNegArg) all pixels have been written. Any other code, also
-/// 1 (ippStsNoOperation) and 29 (ippStsWrongIntersectROI), means that none has. The code is visible in the
-/// text alone:
+/// Thrown by every operation whose status is not zero, whether positive or negative. After the warnings 2
+/// (ippStsDivByZero) and 3 (ippStsSqrtNegArg) all pixels have been written. After every other code, including
+/// 1 (ippStsNoOperation) and 29 (ippStsWrongIntersectROI), none has. The code is part of the text only:
 ///
 ///     ippStsSizeErr: Incorrect value for data size( error Code : -6 )
 ///
-/// The containers do not raise it: their failures are plain std::exception objects.
+/// The containers do not throw it: their failures are objects of a class derived from std::exception.
 class ZORVAN_IPP_API IppException : public std::exception {
  public:
   /// Composes the text once, from the message of `status` and the code itself. A code that has no message
-  /// reads as ippStsUnknownStatusCodeErr, followed by the code that was given. Where there is no memory for
-  /// the text std::bad_alloc is raised instead.
+  /// gets that of ippStsUnknownStatusCodeErr, followed by the code. Throws std::bad_alloc if there is no
+  /// memory for the text.
   IppException(eIppResultStatus status);
 
-  /// Takes over code and text.
+  /// Copies code and text.
   IppException(const IppException& source);
 
-  /// Takes over code and text. Assigning an object to itself leaves it intact.
+  /// Copies code and text. Assigning an object to itself leaves it intact.
   IppException& operator=(const IppException& source);
 
   ~IppException() override;

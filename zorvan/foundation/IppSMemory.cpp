@@ -32,7 +32,7 @@ IppSMemory<T>::IppSMemory() : length_(0) {}
 template <class T>
 IppSMemory<T>::IppSMemory(int length) : length_(length), buffer_(Ipp::shareBlock(Allocate(length))) {}
 
-// The length stays unwritten on purpose: a copy is an empty place to assign to, and promises nothing.
+// Interface contract: a copy takes nothing over. Its length is not set until it is assigned to.
 template <class T>
 IppSMemory<T>::IppSMemory(const IppSMemory&) {}
 

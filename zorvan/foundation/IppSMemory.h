@@ -7,43 +7,43 @@
 
 namespace Zorvan::IppS {
 
-/// A one-dimensional buffer: its length, and a share in the block that holds its elements.
+/// A one-dimensional buffer: its length, and shared ownership of the block that holds its elements.
 ///
-/// Assignment shares the block; copy construction takes nothing over. The block goes when the last buffer
-/// that shares it goes. Nothing protects the elements from threads that use them at once.
+/// Assignment shares the block. Copy construction copies nothing. The block is freed with the last buffer
+/// that shares it. The elements are not protected against simultaneous use by several threads.
 ///
-/// Failures are objects of a class derived from std::exception, not IppException, with the texts given at
-/// the members. Exhausted memory is no failure here: it leaves the length set and the block empty. Only where
-/// there is no memory for the text of a failure std::bad_alloc takes its place.
+/// Failures are objects of a class derived from std::exception, not IppException, with the texts stated at
+/// the members. Exhausted memory does not count as a failure: the length is then set, and there is no block.
+/// If there is no memory for the text of a failure, std::bad_alloc is thrown instead.
 template <class T>
 class ZORVAN_IPP_API IppSMemory {
  public:
-  /// A buffer of length 0 without a block; it can be assigned to.
+  /// A buffer of length 0 without a block. It can be assigned to.
   IppSMemory();
 
-  /// Allocates `length` elements, whose values are not set. Raises as Allocate() does.
+  /// Allocates `length` elements, whose values are not set. Throws as Allocate() does.
   IppSMemory(int length);
 
-  /// Takes nothing from the source: the new object has no block, and its length() means nothing until the
-  /// object has been assigned to. Pass buffers on by assignment.
+  /// Copies nothing from the source: the new object has no block, and its length() is not set until the
+  /// object has been assigned to. Use assignment to share a buffer.
   IppSMemory(const IppSMemory& source);
 
-  /// Gives up the own block and shares the source's. No element is copied.
+  /// Releases the own block and shares the source's. No element is copied.
   IppSMemory& operator=(const IppSMemory& source);
 
-  /// Gives up the share in the block.
+  /// Releases the block.
   ~IppSMemory();
 
   /// Number of elements.
   int length() const;
 
-  /// A further share in the block; empty if there is none.
+  /// A pointer that shares ownership of the block; null if there is none.
   std::shared_ptr<T[]> buffer() const;
 
-  /// Allocates a block for `length` elements, aligned to 64 bytes. Values are not set. Null if the block
-  /// would be too large or memory is exhausted.
+  /// Allocates a block for `length` elements, aligned to 64 bytes. Values are not set. Returns null if the
+  /// block would be too large or memory is exhausted.
   ///
-  /// Raises "invalid length" if `length` is below 1, then "not supported type" unless elements are 32-bit
+  /// Throws "invalid length" if `length` is below 1, then "not supported type" unless elements are 32-bit
   /// float or 8-bit unsigned.
   static std::unique_ptr<T[], void (*)(T*)> Allocate(int length);
 

@@ -4,13 +4,15 @@
 
 namespace Zorvan {
 
+/// The pixel types that have no name of their own in C++. Pixels and mask bytes are `u8`, `u16` and `s16` in
+/// the whole library; `std::uint8_t` and the others stand for integers of that width that are no pixels.
 using u8 = std::uint8_t;
 using u16 = std::uint16_t;
 using s16 = std::int16_t;
 
 }  // namespace Zorvan
 
-/// Applies X to every pixel type that images can be made, filled and copied with.
+/// Applies X to every pixel type that images can be allocated, filled and copied with.
 #define ZORVAN_IPP_PIXEL_TYPES(X) \
   X(::Zorvan::u8)                 \
   X(::Zorvan::u16)                \

@@ -6,8 +6,8 @@
 
 namespace Zorvan::Ipp {
 
-/// The block, from now on counted. When there is no memory for the count the block goes and the result is
-/// empty, as when there was none for the block.
+/// Shares ownership of the block. If there is no memory for the reference count, the block is freed and the
+/// result is null.
 template <class T, class Deleter>
 std::shared_ptr<T[]> shareBlock(std::unique_ptr<T[], Deleter> block) {
   try {

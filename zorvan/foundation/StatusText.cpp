@@ -35,8 +35,8 @@ constexpr bool hasRow(std::int32_t code) {
 }
 
 static_assert(std::size(statusRows) == 139);
-static_assert(isAscending(), "each code stands once, in its place");
-static_assert(hasRow(ippStsUnknownStatusCodeErr), "without this row the look-up would not end");
+static_assert(isAscending(), "ascending order, no code twice");
+static_assert(hasRow(ippStsUnknownStatusCodeErr), "the look-up ends with this row");
 
 }  // namespace
 

@@ -4,8 +4,8 @@
 
 namespace Zorvan::Ipp {
 
-/// The message of a status code, a constant of the library. Codes without a message of their own share the
-/// one of ippStsUnknownStatusCodeErr.
+/// The message of a status code, as a static string. A code without a message has that of
+/// ippStsUnknownStatusCodeErr.
 const char* ippStatusText(std::int32_t code);
 
 }  // namespace Zorvan::Ipp

@@ -6,7 +6,8 @@
 
 namespace Zorvan::Ipp {
 
-/// What the containers raise. Users catch std::exception and read the text; the class is not theirs to name.
+/// What the containers throw. Users catch std::exception and read the text; the class is not part of the
+/// interface.
 class TextException : public std::exception {
  public:
   explicit TextException(std::string text) : text_(std::move(text)) {}

@@ -1,10 +1,10 @@
 #pragma once
 
-// The operation objects behind the facades, and the one run that all facades share.
+// The base classes of the operation objects, and the function by which all facades run them.
 //
-// A concrete Method class knows one operation shape: it derives from the base that counts its images, holds
-// the operation's fixed arguments and implements Execute, which picks the entry for the pixel type. Objects
-// live on the stack of one facade call.
+// A Method class stands for one operation: it derives from the base for its number of images, holds the
+// arguments of the operation that are not images, and implements Execute, which selects the entry for the
+// pixel type. An object lives on the stack of one facade call.
 
 #include <cstdint>
 #include <tuple>
@@ -45,7 +45,7 @@ class Method_3M {
   ~Method_3M() = default;
 };
 
-/// Holds the result of an operation that gives a figure: all zero until Execute has run.
+/// Holds the result of an operation that returns a value: all zero until Execute has run.
 template <class R>
 class MethodBase_R {
  public:
@@ -64,12 +64,12 @@ std::tuple<IppIMemory<T>&...> over(IppIMemory<T>&... images) {
   return {images...};
 }
 
-/// Out of the way of the calls that succeed, which then keep no register for it.
+/// Cold and not inlined, so that calls that succeed spend no register on it.
 [[noreturn, gnu::cold, gnu::noinline]] inline void raise(int status) {
   throw IppException(static_cast<eIppResultStatus>(status));
 }
 
-/// Raises 29 unless `rect` fits `image`. The sums wrap on 32 bits; nothing else of the rectangle is tested.
+/// Throws 29 unless `rect` fits `image`. The sums wrap on 32 bits. Nothing else of the rectangle is tested.
 template <class T>
 void requireFit(Rect rect, const IppIMemory<T>& image) {
   if (Primitives::wrappedSum(rect.x, rect.width) > image.width() ||
@@ -92,14 +92,14 @@ auto operandsOf(std::tuple<IppIMemory<T>&...> images, Rect rect) {
       images);
 }
 
-/// Executes `method` on the operands and raises every status but zero. Tests no rectangle.
+/// Executes `method` on the operands and throws every status but zero. Tests no rectangle.
 template <class Method, class Operands>
 void execute(Method& method, const Operands& operands, Size roi) {
   raiseUnlessZero(std::apply([&](auto... operand) { return method.Execute(operand..., roi); }, operands));
 }
 
-/// The run of every facade call: tests `rect` against each image in order, builds the Method object from its
-/// fixed arguments, executes it, and returns its result where it has one.
+/// Every facade call: tests `rect` against each image in order, constructs the Method object from its fixed
+/// arguments, executes it, and returns its result if it has one.
 template <class Method, class... T, class... Fixed>
 auto Run(std::tuple<IppIMemory<T>&...> images, Rect rect, Fixed... fixed) {
   std::apply([rect](auto&... image) { (requireFit(rect, image), ...); }, images);
