@@ -8,10 +8,10 @@ namespace Zorvan::Ipp::Image::Arithmetics {
 
 using namespace Primitives;
 
-/// What every Method class passes to the entries of integers: results are not scaled.
+/// All Method classes pass this to the entries of integers: results are not scaled.
 inline constexpr int scaleFactor = 0;
 
-/// An entry of floats, called with a scale factor as those of integers are.
+/// Calls an entry of floats, which has no scale factor, with the arguments of an entry of integers.
 template <class... Parameters>
 class Unscaled {
  public:
@@ -54,7 +54,7 @@ class IppIAddC : public Methods::Method_1M<T> {
   T value;
 };
 
-// The first source of a difference, or a quotient, is what is taken away, or divided by.
+// The first source is the subtrahend of a difference and the divisor of a quotient.
 
 template <class T>
 class IppISubtract_Src1_Src2_Dst : public Methods::Method_3M<T, T, T> {
@@ -165,7 +165,7 @@ class IppIArithmeticAbsolute_SrcDst : public Methods::Method_1M<T> {
   }
 };
 
-/// The accumulator is of floats for every source.
+/// The accumulator is a float image for every source.
 template <class T>
 class IppIArithmeticAdd_Src_Mask_SrcDst : public Methods::Method_3M<T, u8, float> {
  public:

@@ -15,9 +15,8 @@
 
 namespace Zorvan::Ipp::Image::ComputerVisions {
 
-/// Bytes of work memory that are enough for a flood fill of `roi` whatever the image holds, which is more
-/// than the size entry reports. -1 where that refuses the region, or cannot report its length: it has 32
-/// bits.
+/// Bytes of work memory that are enough for a flood fill of `roi` with any pixels, which is more than the
+/// size entry reports. -1 if that entry refuses the region, or if the size exceeds its 32 bits.
 inline std::int64_t workBytes(Size roi) {
   int reported = -1;
   Primitives::ippiFloodFillGetSize(roi, &reported);
@@ -25,7 +24,7 @@ inline std::int64_t workBytes(Size roi) {
   return std::max<std::int64_t>(reported, Primitives::fillBufferBytes(Primitives::mostFillRecords(roi)));
 }
 
-/// Empty when memory runs out. Throws std::exception, "invalid length", if `bytes` is below 1.
+/// Returns null when memory runs out. Throws std::exception, "invalid length", if `bytes` is below 1.
 inline std::shared_ptr<u8[]> allocateWorkMemory(std::int64_t bytes) {
   constexpr std::int64_t mostBytes = std::numeric_limits<int>::max() - 128;  // the allocator adds to it
   if (bytes <= mostBytes) return IppS::IppSMemory<u8>(static_cast<int>(bytes)).buffer();

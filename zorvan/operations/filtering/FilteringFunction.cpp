@@ -9,17 +9,17 @@ using Methods::Run;
 
 namespace {
 
-constexpr int replicateKind = 1;
-constexpr int constantKind = 6;
+constexpr int replicateBorder = 1;
+constexpr int constantBorder = 6;
 
 }  // namespace
 
 template <class T>
 void FilteringFunction::LaplaceBorder(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect, bool use3x3,
                                       eBorderType border, T borderValue) {
-  const int kind = border == eBorderConstant ? constantKind : replicateKind;
+  const int borderType = border == eBorderConstant ? constantBorder : replicateBorder;
   Run<FilteringFunctions::IppIFilterLaplaceBorder<T>>(
-      over(src, dst), rect, src.size(), Size{rect.width, rect.height}, use3x3, kind, borderValue);
+      over(src, dst), rect, src.size(), Size{rect.width, rect.height}, use3x3, borderType, borderValue);
 }
 
 template <class T>

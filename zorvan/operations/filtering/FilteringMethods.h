@@ -14,9 +14,9 @@
 
 namespace Zorvan::Ipp::Image::FilteringFunctions {
 
-/// Bytes of work memory for a Laplace filter: those for the whole source image, or for the region where that
-/// needs more, as one that is no larger than the kernel in some direction may. -1 where the size entry
-/// refuses the image, or cannot tell what the region needs: its figure has 32 bits.
+/// Bytes of work memory for a Laplace filter: those for the whole source image, or for the region if that
+/// needs more, as a region may that is not larger than the kernel in some direction. -1 if the size entry
+/// refuses the image, or if the size of the region exceeds the entry's 32 bits.
 inline int workBytes(Size image, Size roi, int maskCode, int dataType) {
   int forImage = -1, forRegion = -1;
   Primitives::ippiFilterLaplaceBorderGetBufferSize(image, maskCode, dataType, dataType, 1, &forImage);
@@ -33,12 +33,12 @@ inline int workBytes(Size image, Size roi, int maskCode, int dataType) {
 template <class T>
 class IppIFilterLaplaceBorder : public Methods::Method_2M<T, T> {
  public:
-  IppIFilterLaplaceBorder(Size image, Size roi, bool use3x3, int kind, T value)
+  IppIFilterLaplaceBorder(Size image, Size roi, bool use3x3, int type, T value)
       : dataType(std::is_same_v<T, u8>    ? Primitives::dataType8u
                  : std::is_same_v<T, s16> ? Primitives::dataType16s
                                           : Primitives::dataType32f),
         maskCode(use3x3 ? Primitives::mask3x3 : Primitives::mask5x5),
-        borderKind(kind),
+        borderType(type),
         borderValue(value),
         buffer(workBytes(image, roi, maskCode, dataType)) {}
 
@@ -46,14 +46,14 @@ class IppIFilterLaplaceBorder : public Methods::Method_2M<T, T> {
     using namespace Primitives;
     const auto memory = buffer.buffer();
     return ByPixelType{ippiFilterLaplaceBorder_8u_C1R, ippiFilterLaplaceBorder_16s_C1R,
-                       ippiFilterLaplaceBorder_32f_C1R}(src, srcStep, dst, dstStep, roi, maskCode, borderKind,
+                       ippiFilterLaplaceBorder_32f_C1R}(src, srcStep, dst, dstStep, roi, maskCode, borderType,
                                                         borderValue, memory.get());
   }
 
  private:
   int dataType;
   int maskCode;
-  int borderKind;
+  int borderType;
   T borderValue;
   IppS::IppSMemory<u8> buffer;
 };

@@ -11,9 +11,9 @@
 
 namespace Zorvan::Ipp::Image::Comparers {
 
-/// The constant that pixels are compared with: the low 8 bits of the whole number in front of the fraction.
-/// The processor's conversion answers for every float, with 0x80000000 for those that do not fit; the
-/// language's leaves them open.
+/// The constant that pixels are compared with: the low 8 bits of the truncated value. The processor's
+/// conversion is defined for every float, with 0x80000000 for values that do not fit; that of the language is
+/// not.
 inline u8 narrowedConstant(float value) {
   return static_cast<u8>(static_cast<std::uint32_t>(_mm_cvttss_si32(_mm_set_ss(value))));
 }

@@ -4,7 +4,7 @@
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
 
-// Bytes are the only pixels with entries: every other type yields -59.
+// Only 8-bit pixels have entries: every other type yields -59.
 
 namespace Zorvan::Ipp::Image::Logicals {
 

@@ -12,16 +12,16 @@ namespace Morphologies {
 
 namespace {
 
-constexpr int kConstantWidths[] = {3, 5, 7, 9};
+constexpr int constantWidths[] = {3, 5, 7, 9};
 
-/// Enough for the usual masks of each of these widths, some of them tall.
+/// Ones for the usual masks of each of these widths, some of them tall.
 struct Ones {
   u8 cells[256] = {};
   constexpr Ones() {
     for (u8& cell : cells) cell = 1;
   }
 };
-constexpr Ones kOnes;
+constexpr Ones ones;
 
 }  // namespace
 
@@ -29,16 +29,16 @@ std::shared_ptr<u8[]> makeStructuringMask(Size maskSize) {
   const int width = maskSize.width;
   const int height = std::max(maskSize.height, 1);
   const auto isOf = [width](int constant) { return width == constant; };
-  const bool constantWidth = std::any_of(std::begin(kConstantWidths), std::end(kConstantWidths), isOf);
-  if (constantWidth && std::int64_t{width} * (height | 1) <= std::int64_t{sizeof kOnes.cells}) {
-    return {std::shared_ptr<u8[]>(), const_cast<u8*>(kOnes.cells)};  // only read, and never given back
+  const bool constantWidth = std::any_of(std::begin(constantWidths), std::end(constantWidths), isOf);
+  if (constantWidth && std::int64_t{width} * (height | 1) <= std::int64_t{sizeof ones.cells}) {
+    return {std::shared_ptr<u8[]>(), const_cast<u8*>(ones.cells)};  // only read, and never freed
   }
   if (width < 1) throw TextException("invalid image size");
   const Size cells{width | 1, height | 1};
   int step = 0;
-  auto ones = shareBlock(IppIMemory<u8>::Allocate(cells, step));
-  if (ones) ippiSet_8u_C1R(1, ones.get(), cells.width, cells);
-  return ones;
+  auto mask = shareBlock(IppIMemory<u8>::Allocate(cells, step));
+  if (mask) ippiSet_8u_C1R(1, mask.get(), cells.width, cells);
+  return mask;
 }
 
 }  // namespace Morphologies

@@ -19,12 +19,13 @@ namespace Zorvan::Ipp::Image::Morphologies {
 
 using namespace Primitives;
 
-/// A block of ones for `maskSize`, at least as many as the mask padded to odd figures has: the turned mask of
-/// the compound operations is read from all of these. Of four widths the block is constant unless a tall mask
-/// needs more. Raises "invalid image size" for a width below 1; a height below 1 is left to the entries.
+/// A block of ones for `maskSize`, at least as many as the mask with its width and height rounded up to odd
+/// numbers: the compound operations read all of these for the rotated mask. For four widths the block is a
+/// constant unless a tall mask needs more. Throws "invalid image size" for a width below 1; the entries test
+/// the height.
 std::shared_ptr<u8[]> makeStructuringMask(Size maskSize);
 
-/// Builds the mask and holds what the entries need beside the images.
+/// Makes the mask, and holds the arguments of the entries that are not images.
 template <class T>
 class IppIMorphologyBase_Src_Dst : public Methods::Method_2M<T, T> {
  public:
@@ -40,8 +41,8 @@ class IppIMorphologyBase_Src_Dst : public Methods::Method_2M<T, T> {
  protected:
   ~IppIMorphologyBase_Src_Dst() = default;
 
-  /// Gets the sizes from the entry, allocates, and fills the state. The sizes of the entries wrap on 32 bits;
-  /// where `trueSizes` do not fit there is no length to allocate.
+  /// Queries the sizes, allocates, and initialises the state. The sizes of the entries wrap on 32 bits: if
+  /// `trueSizes` do not fit, the length 0 makes the allocation throw.
   template <class Spec, class GetSize, class Init, class TrueSizes>
   void prepare(GetSize getSize, Init init, const TrueSizes& trueSizes) {
     int specSize = 0, bufferSize = 0;

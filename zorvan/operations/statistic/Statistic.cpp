@@ -14,9 +14,9 @@ using Methods::Run;
 
 namespace {
 
-/// A mean as a pixel: rounded to a float; for integers the low bits of the whole number in front of the
-/// fraction. The processor's conversion answers for every double, with 0x80000000 for those that do not fit;
-/// the language's leaves them open.
+/// A mean as a pixel: rounded to a float; for integers truncated, of which the low bits are kept. The
+/// processor's conversion is defined for every double, with 0x80000000 for values that do not fit; that of
+/// the language is not.
 template <class T>
 T pixelOf(double mean) {
   if constexpr (std::is_floating_point_v<T>) {

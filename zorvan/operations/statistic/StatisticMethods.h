@@ -52,7 +52,8 @@ template <class T>
 class IppMeanStdDev_Src_Dst_MeanStdDev : public Methods::Method_2M_R<T, u8, MeanStdDev> {
  public:
   int Execute(T* src, int srcStep, u8* mask, int maskStep, Size roi) override {
-    const auto ofBytes = [](u16* pixels, auto... rest) {  // words have no entry of their own: see Statistic
+    const auto ofBytes = [](u16* pixels,
+                            auto... rest) {  // 16-bit pixels have no entry of their own: see Statistic
       return ippiMean_StdDev_8u_C1MR(reinterpret_cast<u8*>(pixels), rest...);
     };
     return ByPixelType{ippiMean_StdDev_8u_C1MR, ofBytes, ippiMean_StdDev_32f_C1MR}(
