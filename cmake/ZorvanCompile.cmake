@@ -1,9 +1,9 @@
-# What every source of the project is compiled with.
+# The options for every source of the project.
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# Contraction stays off everywhere: a compiler that fuses multiplications and additions on its own would make
-# the variants differ in the last bit.
+# Contraction is off everywhere: a compiler that fuses multiplications and additions would make the variants
+# differ in the last bit.
 add_library(zorvan_compile INTERFACE)
 target_compile_features(zorvan_compile INTERFACE cxx_std_20)
 target_compile_options(zorvan_compile INTERFACE

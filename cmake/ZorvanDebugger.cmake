@@ -1,12 +1,11 @@
-# gdb loads <file of a library>-gdb.py by itself: from beside the file, if the folder is one that the user
-# allows, and for the libraries of the system from a folder of gdb's own, which needs no permission. It looks
-# there only if nothing lies beside the library.
+# gdb loads <library file>-gdb.py automatically: from the folder of the library, if the user allows that folder, and
+# otherwise, for libraries of the system, from a folder of gdb's own, which needs no permission.
 
 set(zorvan_gdb_script ${PROJECT_SOURCE_DIR}/zorvan/debugger/gdb.py)
 file(GENERATE OUTPUT $<TARGET_FILE:zorvan_ipp>-gdb.py INPUT ${zorvan_gdb_script})
 
 if(ZORVAN_IPP_INSTALL)
-  # The prefix is known when the library is installed, and not before.
+  # The prefix is known only when the library is installed.
   install(CODE "
     set(folder \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}\")
     if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")

@@ -1,12 +1,12 @@
-# Installs the library, its public headers and what finds them: a CMake package and a pkg-config file. All
-# paths in them are relative to the files themselves, so an installed tree may be moved.
+# Installs the library, its public headers, a CMake package and a pkg-config file. All paths in these are relative to
+# the files themselves, so an installed tree may be moved.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(zorvan_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZorvanIpp)
 
-# A CMake older than 3.23 knows no file sets and finds the headers by the include directory.
+# A CMake older than 3.23 has no file sets and finds the headers by the include directory.
 install(TARGETS zorvan_ipp EXPORT ZorvanIpp
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   FILE_SET HEADERS

@@ -1,4 +1,4 @@
-# The variants, read from the list that the sources expand too: their names and each one's instruction set.
+# The variants: their names and instruction sets, from the list that the sources expand too.
 
 set(ZORVAN_VARIANTS_LIST ${PROJECT_SOURCE_DIR}/zorvan/primitives/frame/Variants.def)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ZORVAN_VARIANTS_LIST})
@@ -12,17 +12,17 @@ foreach(line IN LISTS zorvan_variant_lines)
   separate_arguments(ZORVAN_OPTIONS_${CMAKE_MATCH_1} UNIX_COMMAND "-march=x86-64 -mtune=generic ${CMAKE_MATCH_2}")
 endforeach()
 
-# Kernels state their vectors themselves: a compiler that vectorises the short heads and tails of rows, or
-# turns them into calls, makes them slower. Nothing is thrown in a kernel, and the tables of exceptions would
-# bring a symbol that the variants share.
+# Kernels use vectors explicitly: a compiler that vectorises the short peels and tails of rows, or replaces them
+# with calls, makes them slower. Kernels throw nothing, and exception tables would add a symbol that the variants
+# share.
 set(zorvan_kernel_options
   -fno-builtin -fno-exceptions
   $<$<CXX_COMPILER_ID:GNU>:-fno-tree-vectorize -fno-tree-loop-distribute-patterns>
   $<$<CXX_COMPILER_ID:Clang>:-fno-vectorize -fno-slp-vectorize>)
 
 # zorvan_add_kernels(name source... [OPTIONS option...])
-# Builds the families' sources once for each variant, as object libraries <name>_<variant>. Inside,
-# ZORVAN_VARIANT is the tag. They are built for the sake of what takes them in.
+# Builds the families' sources once for each variant, as object libraries <name>_<variant>. In the sources
+# ZORVAN_VARIANT is the tag of the variant. They are built only for the targets that link them.
 function(zorvan_add_kernels name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "OPTIONS")
   foreach(variant IN LISTS ZORVAN_VARIANTS)

@@ -38,7 +38,7 @@ std::string enumeratorOf(const std::string& text) {
 
 /// Empty for what is no outcome.
 std::string nameOf(const PlanRecord& record, int outcome) {
-  if (record.isYesOrNo) return outcome == 0 ? "no" : outcome == 1 ? "yes" : "";
+  if (record.isBoolean) return outcome == 0 ? "no" : outcome == 1 ? "yes" : "";
   return enumeratorOf(record.outcomes[outcome]);
 }
 

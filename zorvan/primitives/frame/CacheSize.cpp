@@ -31,12 +31,12 @@ constexpr Leaf2Row leaf2Rows[] = {
     {0, 0},
 };
 
-/// 0 bytes: none found.
+/// 0 bytes: no cache found.
 struct Cache {
   std::int32_t bytes, lineBytes;
 };
 
-/// Leaf 2 does not tell the line size.
+/// Leaf 2 does not report the line size.
 Cache largestOfLeaf2() {
   std::uint32_t regs[4];
   coreCpuid(regs, 2, 0);
@@ -44,7 +44,7 @@ Cache largestOfLeaf2() {
   return {row == nullptr ? 0 : static_cast<std::int32_t>(row->bytes), 0};
 }
 
-/// Leaf 4 describes a cache in each sub-leaf. Of equal caches the first counts.
+/// Leaf 4 describes one cache in each sub-leaf. Of equal caches the first is kept.
 Cache largestOfLeaf4() {
   constexpr std::uint32_t noMoreCaches = 0, instructionCache = 2;
   std::int32_t bestBytes = 0, bestLineBytes = 0;
@@ -67,8 +67,8 @@ Cache largestOfLeaf4() {
   return {bestBytes, bestLineBytes};
 }
 
-/// The line size before the size, so that a known size has its line size.
-void keep(ProbeState state, std::int32_t bytes, std::int32_t lineBytes) {
+/// Stores the line size first, so that a thread that reads a known size finds its line size.
+void store(ProbeState state, std::int32_t bytes, std::int32_t lineBytes) {
   cacheLineBytes = lineBytes;
   cacheProbe = CacheProbe{bytes, state};
 }
@@ -77,9 +77,9 @@ void probeCaches() {
   std::uint32_t leaf0[4];
   coreCpuid(leaf0, 0, 0);
   const std::uint32_t highestLeaf = leaf0[Eax];
-  if (highestLeaf < 2 || !isGenuineIntel(leaf0)) return keep(CacheOfUnsupportedProcessor, -1, 0);
+  if (highestLeaf < 2 || !isGenuineIntel(leaf0)) return store(CacheOfUnsupportedProcessor, -1, 0);
   const Cache largest = highestLeaf < 4 ? largestOfLeaf2() : largestOfLeaf4();
-  keep(largest.bytes > 0 ? CacheKnown : CacheUnknown, largest.bytes, largest.lineBytes);
+  store(largest.bytes > 0 ? CacheKnown : CacheUnknown, largest.bytes, largest.lineBytes);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 namespace Zorvan::Primitives {
 
-/// What a flood fill reports: the number of pixels filled, the new value (in `value[0]`; the other two are
+/// The result of a flood fill: the number of pixels filled, the new value (in `value[0]`; the other two are
 /// 0), and the bounding rectangle of the filled pixels, whose `x` is a column and `y` a row of the region.
 struct _IppiConnectedComp {
   double area;

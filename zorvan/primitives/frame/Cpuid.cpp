@@ -1,5 +1,4 @@
-// Nothing else belongs into this source: a program that defines these two functions itself is linked without
-// it.
+// Only these two functions: a program that defines them itself is linked without this source.
 
 #include "zorvan/primitives/frame/Processor.h"
 

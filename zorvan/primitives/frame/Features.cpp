@@ -8,7 +8,7 @@ constinit ProcessWide<std::int32_t> featureMaskValid{0};
 
 namespace {
 
-// Every processor that runs this code has the instruction.
+// Every 64-bit processor has the instruction.
 constexpr bool processorHasCpuid = true;
 
 constexpr std::uint64_t savedXmmYmm = 0x06;     // bits 1 and 2 of control register 0
@@ -18,8 +18,8 @@ constexpr bool hasBit(std::uint32_t word, int bit) { return (word >> bit & 1) !=
 
 bool systemSaves(std::uint64_t state) { return (coreXgetbv(0) & state) == state; }
 
-/// A leaf that the processor does not have counts as zero; asked for, it would answer with another leaf's
-/// registers. Cleared word by word, since a compiler may call memset for an initialiser.
+/// Zeros for a leaf that the processor does not have: cpuid would return the registers of another leaf.
+/// Cleared word by word, since a compiler may call memset for an initialiser.
 void readLeaf(std::uint32_t* regs, std::uint32_t leaf, bool present) {
   regs[Eax] = regs[Ebx] = regs[Ecx] = regs[Edx] = 0;
   if (present) coreCpuid(regs, leaf, 0);
@@ -40,7 +40,7 @@ std::uint64_t readFeatureMask() {
 #define DERIVED_FEATURE(name, bit)
 #include "zorvan/primitives/frame/Features.def"
 
-  // Without this bit xgetbv would fault.
+  // Without this bit xgetbv faults.
   const bool hasXgetbv = hasBit(leaf1[Ecx], 27);
   if (hasXgetbv && (mask & FeatureAvx) != 0 && systemSaves(savedXmmYmm)) mask |= FeatureAvxOs;
   if (hasXgetbv && hasLeaf7 && systemSaves(savedOpmaskZmm)) mask |= FeatureAvx512Os;
@@ -60,7 +60,7 @@ std::uint64_t readFeatureMask() {
 int coreBuildFeatureMask(std::uint64_t* mask) {
   if constexpr (!processorHasCpuid) return 0;
   if (featureMaskValid == 0) {
-    // The flag last: who sees it sees the mask.
+    // The flag last: a thread that reads it as set reads the mask too.
     cachedFeatureMask = readFeatureMask();
     featureMaskValid = 1;
   }

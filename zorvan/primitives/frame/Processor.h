@@ -1,23 +1,23 @@
 #pragma once
 
-// What the library knows of the processor: its features, the variant selected for the process, its largest
-// cache. Everything is read at most once and kept, since cpuid serialises the processor.
+// The properties of the processor: its features, the variant selected for the process, its largest cache.
+// Each is read from the processor once and stored, since cpuid serialises the processor.
 //
-// There are no locks. Threads that ask first at the same time each read the processor and store equal
-// values, so the last store changes nothing. The sources behind this header use general registers only: they
-// run inside the first call of an entry, whose floating-point arguments wait in the vector registers.
+// There are no locks. Threads that query first at the same time each read the processor and store equal
+// values, so the last store changes nothing. The sources of this header use general registers only: they run
+// inside the first call of an entry, whose floating-point arguments are in the vector registers.
 
 #include <cstdint>
 
-// Nothing here leaves the library. Said in the declarations too, so that a reader of a figure loads it
-// without asking a table for its address.
+// Nothing here is exported. With hidden declarations, code reads a variable without loading its address from
+// a table first.
 #pragma GCC visibility push(hidden)
 
 namespace Zorvan::Primitives {
 
-/// A process-wide figure. A store releases what was stored before it, and a load acquires it: a thread that
-/// sees a flag also sees the figure that the flag stands for. On this processor both are plain moves. (The
-/// standard's <atomic> drags in floating-point code, which does not compile for general registers only.)
+/// A process-wide value. Stores release and loads acquire: a thread that reads a flag as set also reads the
+/// values that were stored before the flag. On this processor both are plain moves. (The standard's <atomic>
+/// includes floating-point code, which does not compile for general registers only.)
 template <class T>
 class ProcessWide {
   static_assert(__atomic_always_lock_free(sizeof(T), nullptr));
@@ -43,15 +43,16 @@ class ProcessWide {
 
 /// The selected variant, read by every stub; -1 until the first call of an entry.
 extern ProcessWide<std::int32_t> variantIndex;
-/// What the last selection settled on: the request and the whole mask of the chosen tier.
+/// The result of the last selection: the request and the whole mask of the selected tier.
 extern ProcessWide<std::uint64_t> enabledFeatures;
 /// The processor's feature mask, once featureMaskValid is 1.
 extern ProcessWide<std::uint64_t> cachedFeatureMask;
 extern ProcessWide<std::int32_t> featureMaskValid;
-/// What is known of the cache. One value, so that no thread sees the size without the state that belongs to
-/// it.
+/// The size of the cache and the state of its query. One value, so that no thread reads a size with another
+/// state.
 struct CacheProbe {
-  /// The largest data or unified cache; -1 when it was not asked for, or is not to be found out.
+  /// The size of the largest data or unified cache; -1 before the query, and if the processor does not report
+  /// it.
   std::int32_t cacheSizeBytes;
   /// 1: not probed yet; 0: size known; 36: processor not supported; 37: cache size unknown.
   std::int32_t cacheProbeState;
@@ -67,36 +68,36 @@ enum Feature : std::uint64_t {
 #include "zorvan/primitives/frame/Features.def"
 };
 
-/// In a request: take the mask as it stands, whatever the processor has.
+/// In a request: use the mask as it is, whatever features the processor has.
 inline constexpr std::uint64_t featureOverride = std::uint64_t{1} << 63;
 
-/// The order of the registers in what coreCpuid stores.
+/// The order in which coreCpuid stores the registers.
 enum Register { Eax, Ebx, Ecx, Edx };
 
-/// Stores EAX, EBX, ECX and EDX of a cpuid leaf into regs[0] to regs[3]. This and coreXgetbv are the only
-/// ways to the processor; a program that defines both itself plays any processor.
+/// Stores EAX, EBX, ECX and EDX of a cpuid leaf into regs[0] to regs[3]. Only this and coreXgetbv
+/// read the processor: a program that defines both itself can fake any processor.
 void coreCpuid(std::uint32_t* regs, std::uint32_t leaf, std::uint32_t subleaf);
-/// An extended control register. Faults where the operating system has not enabled the instruction.
+/// An extended control register. Faults if the operating system has not enabled the instruction.
 std::uint64_t coreXgetbv(std::uint32_t reg);
 
-/// Writes the processor's feature mask. Returns 1, or 0 without a write where the processor cannot be asked.
+/// Writes the processor's feature mask. Returns 1, or 0 without a write if there is no cpuid.
 int coreBuildFeatureMask(std::uint64_t* mask);
-/// As coreBuildFeatureMask, with a status: 36 where the processor cannot be asked, -8 for a null pointer.
+/// As coreBuildFeatureMask, with a status: 36 if there is no cpuid, -8 for a null pointer.
 int coreQueryFeatures(std::uint64_t* mask);
 
-/// Picks the variant for the requested features and records them in enabledFeatures. The index is valid
-/// whatever the status: 49 when the processor lacks a requested feature, 51 when the tier needs more than
-/// the request has, 36 for less than SSE2.
+/// Selects the variant for the requested features and stores them in enabledFeatures. The index is valid with
+/// every status: 49 if the processor lacks a requested feature, 51 if the tier has features that the request
+/// lacks, 36 for less than SSE2.
 int coreSelectVariantFromMask(std::uint64_t requested, std::int32_t* index);
 /// Selects the variant for this processor and stores variantIndex. The status is 20 for a processor of
-/// another vendor, which gets the same variant all the same.
+/// another vendor, for which the variant is the same.
 int coreSelectVariant();
 int coreSetEnabledFeatures(std::uint64_t mask);
 
-/// Writes the size of the largest data or unified cache. Status 36 (size -1) and 37 (size 0) say that it is
-/// not known, -8 that the pointer is null.
+/// Writes the size of the largest data or unified cache. It is unknown with status 36 (size -1) and 37 (size
+/// 0). -8 for a null pointer.
 int coreGetCacheSize(std::int32_t* size);
-/// Writes the line size of that cache, 0 where it is not known.
+/// Writes the line size of that cache, 0 if it is unknown.
 void coreGetCacheLineSize(std::int32_t* line);
 
 }  // namespace Zorvan::Primitives

@@ -5,8 +5,8 @@
 
 namespace Zorvan::Primitives {
 
-/// The routines that stand behind the entries in variant V. Kernel headers define the members, and each
-/// family's source instantiates them, built once per variant.
+/// The routines of the entries in variant V. Each family's source defines them and is compiled once per
+/// variant.
 template <class V>
 struct Routines {
 #define DECLARE(name, Result, Parameters, Arguments) static Result name Parameters;
@@ -16,7 +16,7 @@ struct Routines {
 #undef DECLARE
 };
 
-/// The routines that serve all variants alike.
+/// The routines that all variants share.
 struct CommonRoutines {
 #define DECLARE(name, Result, Parameters, Arguments) static Result name Parameters;
 #define ENTRY(...)

@@ -31,12 +31,13 @@ constexpr std::uint64_t avxTier = sse42Tier | FeatureAvx;
 constexpr std::uint64_t avx2Tier = avxTier | FeatureAvx2Group;
 
 struct Tier {
-  std::uint64_t chosenBy;  // all of these
-  std::uint64_t features;  // what the tier promises
+  std::uint64_t chosenBy;  // by all of these
+  std::uint64_t features;  // what code of the tier may use
   std::int32_t variant;
 };
 
-// The first tier that a request has all choosing features of is its tier. Nothing chooses the last one.
+// A request selects the first tier of whose `chosenBy` it has all features. Every request selects the last
+// one.
 constexpr Tier tiers[] = {
     {avx512ServerFeatures, avx2Tier | avx512ServerFeatures, IndexOfVariantAvx512},
     {avx512CoprocessorFeatures, avx2Tier | avx512CoprocessorFeatures, IndexOfVariantAvx2},
@@ -60,13 +61,13 @@ const Tier& tierOf(std::uint64_t request) {
 
 constexpr std::uint64_t unassignedFeatures = 0x7FFFFFF000000000;  // bits 36 to 62
 constexpr std::uint64_t needYmmState = FeatureAvx | FeatureAvx2Group;
-// The integer multiply-add of AVX-512 is not among them: alone it chooses nothing.
+// The integer multiply-add of AVX-512 is not among them.
 constexpr std::uint64_t needZmmState = avx512ServerFeatures | avx512CoprocessorFeatures | FeatureAvx512Vbmi |
                                        FeatureAvx5124Fmaps | FeatureAvx5124Vnniw | FeatureAvx512Vpopcntdq |
                                        FeatureAvx512Bitalg;
 
-/// Takes from the request what the operating system does not support, and returns the warning that is due.
-/// Other features that the processor lacks stay in the request: the caller's word picks the tier.
+/// Removes from the request the features that the operating system does not support, and returns a warning or
+/// 0. Other features that the processor lacks stay in the request and count for the tier.
 int checkAgainstProcessor(std::uint64_t& request) {
   std::uint64_t processor = 0;
   static_cast<void>(coreBuildFeatureMask(&processor));
@@ -80,7 +81,7 @@ int checkAgainstProcessor(std::uint64_t& request) {
     request &= ~needZmmState;
     warning = Ipp::ippStsFeatureNotSupported;
   }
-  // Unassigned features are missing too, and are reported as such in the end.
+  // Unassigned features are missing too, so this warning replaces theirs.
   if ((request & ~processor) != 0) warning = Ipp::ippStsFeatureNotSupported;
   return warning;
 }
@@ -97,7 +98,7 @@ int coreSelectVariantFromMask(std::uint64_t requested, std::int32_t* index) {
   std::uint64_t request = requested & ~featureOverride;
   int warning = Ipp::ippStsNoErr;
   if ((requested & featureOverride) != 0) {
-    // From now on the previous enabled set passes for the processor's own.
+    // Interface contract: the features enabled before count as the processor's own from now on.
     cachedFeatureMask = std::uint64_t{enabledFeatures};
     featureMaskValid = 1;
   } else {

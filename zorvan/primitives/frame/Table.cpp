@@ -5,8 +5,8 @@
 
 namespace Zorvan::Primitives {
 
-// The routine gets the call as the client made it. A compiler that is given the call in C++ may widen narrow
-// arguments or move those on the stack first, so the three instructions are spelled out; rax and r11 carry no
+// Each stub passes on the arguments exactly as the caller passed them. A compiler might extend small
+// arguments or move those on the stack first, so the stub is written in assembly; rax and r11 hold no
 // argument.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wunused-parameter"
@@ -25,7 +25,7 @@ namespace Zorvan::Primitives {
 
 namespace {
 
-// The status of the selection is of no interest to the caller of an entry: every path selects a variant.
+// The caller of an entry needs no status of the selection: a variant is selected with every status.
 void coreFirstCall() { static_cast<void>(coreSelectVariant()); }
 
 #define FIRST_CALL(name, Result, Parameters, Arguments) \
@@ -37,7 +37,7 @@ void coreFirstCall() { static_cast<void>(coreSelectVariant()); }
 #include "zorvan/primitives/frame/Entries.def"
 #undef FIRST_CALL
 
-/// `routineOf(tag)` returns the routine of the variant of which `tag` is a pointer.
+/// `routineOf(tag)` returns the routine of a variant, which the type of the pointer `tag` states.
 template <class Routine, class RoutineOf, class... V>
 constexpr Row<Routine> rowOf(Routine* firstCall, RoutineOf routineOf, TypeList<void, V...>*) {
   return {{firstCall, routineOf(static_cast<V*>(nullptr))..., nullptr}};

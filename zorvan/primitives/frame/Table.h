@@ -5,8 +5,8 @@
 
 namespace Zorvan::Primitives {
 
-/// One entry's row: word 0 is its first-call routine, words 1 to 6 are the variants' routines in the order
-/// of their index, the last word is null and never read.
+/// One entry's row: word 0 is its first-call routine, words 1 to 6 are the routines of the variants in the
+/// order of their index, the last word is null and never read.
 template <class Routine>
 struct Row {
   Routine* routine[1 + variantCount + 1];

@@ -2,11 +2,11 @@
 
 namespace Zorvan::Primitives {
 
-// A variant is a tag. The kernels' policies say what it stands for.
+// A variant is a tag: policies map it to algorithms.
 #define VARIANT(tag, options) struct tag;
 #include "zorvan/primitives/frame/Variants.def"
 
-/// A list of types; the first stands before the comma of an expansion and does not count.
+/// A list of types. The first is ignored: it precedes the comma of the first expansion.
 template <class Ignored, class... Listed>
 struct TypeList;
 

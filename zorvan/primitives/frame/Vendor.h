@@ -1,7 +1,7 @@
 #pragma once
 
-// Whose processor it is, from the registers of cpuid leaf 0. Compared as integers: a library call might
-// touch vector registers. Internal linkage, since each variant's objects may include this.
+// The vendor of the processor, from the registers of cpuid leaf 0. Compared as integers: a library call might
+// use vector registers. Internal linkage, since the objects of each variant may include this.
 
 #include <cstdint>
 
@@ -17,7 +17,7 @@ constexpr std::uint32_t vendorWord(const char (&text)[5]) {
          std::uint32_t{static_cast<unsigned char>(text[3])} << 24;
 }
 
-/// The vendor string stands in EBX, EDX, ECX, in this order.
+/// The vendor string is in EBX, EDX, ECX, in this order.
 constexpr bool isGenuineIntel(const std::uint32_t* leaf0) {
   return leaf0[Ebx] == vendorWord("Genu") && leaf0[Edx] == vendorWord("ineI") &&
          leaf0[Ecx] == vendorWord("ntel");

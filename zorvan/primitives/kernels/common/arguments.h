@@ -16,7 +16,7 @@ using Ipp::ippStsStepErr;
 
 inline bool isEmpty(Size roi) { return roi.width < 1 || roi.height < 1; }
 
-/// The row `r` of an image whose rows lie `step` bytes apart. Any step, also zero or negative.
+/// The row `r` of an image whose rows lie `step` bytes apart. The step may be zero or negative.
 template <class T>
 inline T* rowAt(T* image, int step, std::int64_t r) {
   using Byte = std::conditional_t<std::is_const_v<T>, const char, char>;

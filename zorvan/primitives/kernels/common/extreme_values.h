@@ -5,8 +5,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The limits of a type as constants: a call of a function that computes them would leave the function in
-/// every variant's object.
+/// The limits of a type as constants: calls of std::numeric_limits would leave its functions in the objects
+/// of every variant.
 template <class T>
 constexpr T lowest = std::numeric_limits<T>::lowest();
 template <class T>

@@ -1,8 +1,8 @@
 #pragma once
 
-// Which outcomes of the plans a run of the tests has reached. Kernels pass each outcome through
-// `ZORVAN_PLANNED`, which in the library is the value and nothing else. In the kernels with lowered limits it
-// also keeps a record for the tests, which then name every outcome that no case has led to.
+// Records which outcomes of the plans the tests have reached. Kernels pass each outcome through
+// `ZORVAN_PLANNED`, which in the library is only the value. In the kernels with lowered limits it also
+// records the outcome for the tests, which then report every outcome that no case has reached.
 
 #include <cstdint>
 #include <type_traits>
@@ -23,19 +23,19 @@ struct PlanName {
 
 }  // namespace
 
-/// The outcomes of one plan in one variant; in a list of all that have been asked for one.
+/// The outcomes of one plan in one variant; an element of the list of all plans that have been called.
 struct PlanRecord {
   static constexpr int most = 12;
 
   const char* variant;
   const char* plan;
-  bool isYesOrNo;
-  const char* outcomes[most];  ///< for enumerations: texts that name the outcome, or none, at their end
+  bool isBoolean;
+  const char* outcomes[most];  ///< for enumerations: texts that end in the name of the outcome, if it has one
   bool reached[most];
   bool isListed;
   PlanRecord* next;
 };
-extern PlanRecord* firstPlanRecord;  // the tests' own
+extern PlanRecord* firstPlanRecord;  // defined by the tests
 
 namespace {
 
@@ -52,7 +52,7 @@ constexpr const char* textOfOutcome() {
   return nullptr;
 }
 
-/// `outcome`, which is an enumerator or a yes or no.
+/// Records and returns `outcome`, an enumerator or a bool.
 template <PlanName plan, class Outcome>
 inline Outcome planned(Outcome outcome) {
   static_assert(std::is_enum_v<Outcome> || std::is_same_v<Outcome, bool>);
@@ -83,13 +83,13 @@ inline Outcome planned(Outcome outcome) {
 
 #endif
 
-// Macros, so that the library is compiled as if they were not there.
+// Macros, so that they leave no code in the library.
 #ifdef ZORVAN_LOWERED_LIMITS
-/// The outcome, which is kept for the tests.
+/// The outcome, which is recorded for the tests.
 #define ZORVAN_PLANNED(plan, ...) ::Zorvan::Primitives::planned<plan>(__VA_ARGS__)
-/// Keeps an outcome that the kernel acts on elsewhere.
+/// Records an outcome that the kernel uses elsewhere.
 #define ZORVAN_NOTE_PLAN(plan, ...) static_cast<void>(ZORVAN_PLANNED(plan, __VA_ARGS__))
-/// Whether the rows of an image of several are one row. No outcome of images that have only one.
+/// Records whether the rows of an image run as one row. Images of one row are not recorded.
 #define ZORVAN_NOTE_ONE_ROW(plan, rows, height)            \
   do {                                                     \
     if ((height) > 1) ZORVAN_NOTE_PLAN(plan, (rows) == 1); \
