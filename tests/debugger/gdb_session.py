@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Passes if gdb, which loads the library's script by itself, shows what it should and writes right pictures.
+"""Passes if gdb loads the library's script automatically, shows the expected texts and writes the right pictures.
 
 usage: gdb_session.py program folder-of-the-library sources output-folder
-Exit code 77, which reports the test as skipped, where there is no gdb with Python or it may not run programs.
+Exit code 77, which reports the test as skipped, if there is no gdb with Python or it may not run programs.
 """
 
 import difflib

@@ -1,4 +1,4 @@
-// A program to be looked at in a debugger: images and buffers of each kind, alive at a known line.
+// A program for a debugger: images and buffers of each type, alive at a known line.
 
 #include <cmath>
 #include <limits>

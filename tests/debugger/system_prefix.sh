@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Passes if an installation under /usr, staged in a folder, has its script for gdb where gdb looks for the
-# scripts of the system's libraries, and nowhere else.
+# Passes if an installation under /usr, staged in a folder, has its script for gdb in gdb's folder for the libraries
+# of the system, and in no other folder.
 # usage: system_prefix.sh cmake build libdir stage
 set -euo pipefail
 cmake=$1 build=$2 libdir=$3 stage=$4

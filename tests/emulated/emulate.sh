@@ -2,7 +2,7 @@
 # emulate.sh MODEL PROGRAM [ARGUMENT...]   runs a test program on an emulated processor
 # emulate.sh --first-calls MODEL PROGRAM NAMES
 #   makes the first call of a process through each entry that the program NAMES prints. A program cannot start
-#   itself anew here: the new process would run on the real processor.
+#   itself again here: the new process would run on the real processor.
 set -eu
 skip() { echo "skipped: $1"; exit 77; }
 run() { qemu-x86_64 -cpu "$model" "$@"; }
@@ -12,7 +12,7 @@ if [ "$1" = --first-calls ]; then firstCalls=yes; shift; fi
 model=$1; program=$2; shift 2
 
 command -v qemu-x86_64 >/dev/null || skip "qemu-x86_64 is not installed (package qemu-user)"
-# Sanitizers lay out the memory of a process in a way that the emulator does not provide.
+# Sanitizers need a memory layout that the emulator does not provide.
 if grep -qaE '__(asan|tsan|msan)_init' "$program"; then skip "the program is built with a sanitizer"; fi
 
 if [ $firstCalls = no ]; then

@@ -173,8 +173,8 @@ void widthsBeyondAnyStep(int variant) {
 
 void Zorvan::Test::registerEntryTests() {
   CheckRules rules;
-  using enum StepKind;
-  rules.range.stepKinds = {tight, tight, onePixelMore, onePixelMore, wholeLinesMore, oddBytesMore};
+  using enum StepType;
+  rules.range.stepTypes = {tight, tight, onePixelMore, onePixelMore, wholeLinesMore, oddBytesMore};
   rules.range.moreWidths = {180, 196};
 #define ACCUMULATION(name, ...) registerAccumulation(#name, rules, Primitives::table.name);
 #define ENTRY(...) ACCUMULATION(__VA_ARGS__)

@@ -23,7 +23,7 @@ struct ProcessorWith : FakeProcessor {
     setHighestLeaf(2);
     setVendor(vendor);
     setLeaf(2, {kOneRound | descriptor << 8, 0, 0, 0});
-    play(*this);
+    fakeWith(*this);
   }
 };
 

@@ -73,12 +73,12 @@ class DivisionCheck<T, int(const T*, More...)> {
 
   /// Null pointers before sizes before steps, and nothing written.
   void refusals() {
-    for (const StepKind type : {StepKind::onePixelMore, StepKind::zero, StepKind::negative}) {
+    for (const StepType type : {StepType::onePixelMore, StepType::zero, StepType::negative}) {
       for (int odd = 0; odd < Call::imageCount(); ++odd) {
         Case c{{5, 2}, {}, options().seed};
         c.images.assign(static_cast<std::size_t>(Call::imageCount()),
-                        {StepKind::onePixelMore, {Placement::Edge::inside, 0}, Content::random});
-        c.images[static_cast<std::size_t>(odd)].stepKind = type;
+                        {StepType::onePixelMore, {Placement::Edge::inside, 0}, Content::random});
+        c.images[static_cast<std::size_t>(odd)].stepType = type;
         for (int null = -1; null < Call::pointerCount(); ++null) {
           for (const Size roi : {Size{5, 2}, Size{0, 2}, Size{5, 0}, Size{-1, 2}, Size{5, -1}, Size{0, 0}}) {
             if (null < 0 && roi.width > 0 && roi.height > 0) continue;

@@ -259,8 +259,8 @@ void badSteps(int variant) {
 
 void Zorvan::Test::registerEntryTests() {
   CheckRules rules;
-  using enum StepKind;
-  rules.range.stepKinds = {tight, tight, onePixelMore, oddBytesMore, wholeLinesMore, zero, negative};
+  using enum StepType;
+  rules.range.stepTypes = {tight, tight, onePixelMore, oddBytesMore, wholeLinesMore, zero, negative};
   rules.largeRegions = {{1031, 509}, {1024, 777}, {1021, 1001}};
   rules.forcedCacheBytes = {1 << 20};
   registerForEachVariant("FloatRoot", "ippiSqrt_32f_C1R", [rules](int variant) {

@@ -1,5 +1,5 @@
-// Images of one call that lie on one another, through the exported classes, in every variant: each case that
-// the guide's table allows. A result in the place of a source is that of separate images.
+// Images of one call that overlap, through the exported classes, in every variant: each case that the guide's
+// table allows. The result of an operation in place is that of separate images.
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +18,7 @@ namespace {
 using namespace Ipp::Image;
 using Ipp::IppException;
 
-/// While it lives, all entries run in this variant.
+/// During its lifetime all entries run in this variant.
 class ForcedVariant {
  public:
   explicit ForcedVariant(int variant) : before_(Primitives::variantIndex) {
@@ -32,14 +32,14 @@ class ForcedVariant {
   std::int32_t before_;
 };
 
-/// Pixels that every operation takes without a warning, but for zero divisors among bytes.
+/// Pixels for which no operation has a warning, except zero divisors of bytes.
 template <class T>
 T drawPixel(Random& random) {
   if constexpr (std::is_same_v<T, u8>) return static_cast<u8>(random.below(256));
   return static_cast<T>(static_cast<float>(random.below(4000) + 1) * 0.25F);
 }
 
-/// Runs `call`. A warning means that all pixels have been written, so it is none here.
+/// Runs `call`. A warning is ignored: all pixels have been written.
 template <class Call>
 void runAll(Call call) {
   try {
@@ -49,9 +49,9 @@ void runAll(Call call) {
   }
 }
 
-/// How a region lies in its image: the bytes behind a 64-byte boundary at which it starts, and the width of
-/// the image.
-struct Lie {
+/// The position of a region: the number of bytes after a 64-byte boundary at which it starts, and the width
+/// of the image.
+struct Position {
   Size region;
   int imageWidth;
   int shift;
@@ -62,10 +62,10 @@ struct Lie {
   }
 };
 
-/// Many widths with and without a gap between the rows, from places of every alignment; then images that may
-/// go past the cache.
+/// Many widths with and without a gap between the rows, at addresses of every alignment; then images that may
+/// be written with streaming stores.
 template <class T, class Use>
-void forEachLie(Use use) {
+void forEachPosition(Use use) {
   Random random(options().seed);
   const bool full = options().level == Level::full;
   const int apart = options().level == Level::few ? 13 : 1;
@@ -73,75 +73,78 @@ void forEachLie(Use use) {
     for (const int height : {1, 2, 3, 5}) {
       for (const int gap : {0, 1 + random.below(70)}) {
         const int shift = random.below(64 / int{sizeof(T)}) * int{sizeof(T)};
-        use(Lie{{width, height}, width + gap, shift});
+        use(Position{{width, height}, width + gap, shift});
       }
     }
   }
   if (options().level == Level::few) return;
   {
     const ForcedCache cache(0);
-    use(Lie{{1031, 509}, 1031, 0});
+    use(Position{{1031, 509}, 1031, 0});
   }
   if (!full) return;
   const ForcedCache cache(1 << 20);
-  use(Lie{{1024, 509}, 1088, 4});
-  use(Lie{{1600, 1030}, 1600, 32});
+  use(Position{{1024, 509}, 1088, 4});
+  use(Position{{1600, 1030}, 1600, 32});
 }
 
-/// An image in guarded memory, twice: for the call and for the plain definition.
+/// An image in guarded memory, twice: for the call and for the definition.
 template <class T>
 class Pair {
  public:
-  Pair(int slot, const Lie& lie, std::uint64_t seed)
-      : lie_(lie), actual_(block(2 * slot, lie, seed)), expected_(block(2 * slot + 1, lie, seed)) {
+  Pair(int slot, const Position& position, std::uint64_t seed)
+      : position_(position),
+        actual_(block(2 * slot, position, seed)),
+        expected_(block(2 * slot + 1, position, seed)) {
     Random random(seed);
-    for (int row = 0; row < lie.region.height; ++row) {
-      for (int column = 0; column < lie.region.width; ++column) {
+    for (int row = 0; row < position.region.height; ++row) {
+      for (int column = 0; column < position.region.width; ++column) {
         at(actual_, row, column) = at(expected_, row, column) = drawPixel<T>(random);
       }
     }
   }
 
   IppIMemory<T> image() const {
-    return IppIMemory<T>::CreateContainer(reinterpret_cast<T*>(actual_.data()), lie_.imageWidth,
-                                          std::max(lie_.region.height, 1));
+    return IppIMemory<T>::CreateContainer(reinterpret_cast<T*>(actual_.data()), position_.imageWidth,
+                                          std::max(position_.region.height, 1));
   }
   T& expected(int row, int column) const { return at(expected_, row, column); }
   T& actual(int row, int column) const { return at(actual_, row, column); }
 
-  /// Nothing but `agree(expected, actual)` pixels in the region, and the same bytes around it.
+  /// All pixels of the region agree, and the bytes around it are the same.
   template <class Agree>
   testing::AssertionResult agrees(Agree agree) const {
-    for (int row = 0; row < lie_.region.height; ++row) {
-      for (int column = 0; column < lie_.region.width; ++column) {
+    for (int row = 0; row < position_.region.height; ++row) {
+      for (int column = 0; column < position_.region.width; ++column) {
         T &want = expected(row, column), got = actual(row, column);
         if (!agree(want, got)) {
           return testing::AssertionFailure() << "row " << row << ", column " << column << ": " << +got
-                                             << " instead of " << +want << " in " << lie_.text();
+                                             << " instead of " << +want << " in " << position_.text();
         }
         want = got;
       }
     }
     if (expected_.sameBytes(actual_)) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "around " << lie_.text() << ": " << expected_.difference(actual_);
+    return testing::AssertionFailure()
+           << "around " << position_.text() << ": " << expected_.difference(actual_);
   }
 
  private:
-  static Block block(int slot, const Lie& lie, std::uint64_t seed) {
-    const int pixels = (lie.region.height - 1) * lie.imageWidth + lie.region.width;
-    return Block(slot, static_cast<std::size_t>(pixels) * sizeof(T), {Placement::Edge::inside, lie.shift},
-                 seed);
+  static Block block(int slot, const Position& position, std::uint64_t seed) {
+    const int pixels = (position.region.height - 1) * position.imageWidth + position.region.width;
+    return Block(slot, static_cast<std::size_t>(pixels) * sizeof(T),
+                 {Placement::Edge::inside, position.shift}, seed);
   }
   T& at(const Block& block, int row, int column) const {
-    return reinterpret_cast<T*>(block.data())[row * lie_.imageWidth + column];
+    return reinterpret_cast<T*>(block.data())[row * position_.imageWidth + column];
   }
 
-  Lie lie_;
+  Position position_;
   Block actual_, expected_;
 };
 
-/// An operation on some images of one type, of which the last is written, and the pixel that it makes of the
-/// pixels of the first two.
+/// An operation on images of one type, of which the last is written, and its result for the pixels of the
+/// first two.
 template <class T>
 struct Operation {
   const char* name;
@@ -151,21 +154,21 @@ struct Operation {
   T (*pixel)(T first, T second);
 };
 
-/// Which of the images are one: the same numbers are the same image.
+/// `identity` has a number for each image: equal numbers are the same image.
 template <class T>
-void checkSame(const Operation<T>& operation, const std::vector<int>& identity, const Lie& lie) {
+void checkSame(const Operation<T>& operation, const std::vector<int>& identity, const Position& position) {
   std::vector<Pair<T>> pairs;
   pairs.reserve(3);
   for (int i = 0; i <= *std::max_element(identity.begin(), identity.end()); ++i) {
-    pairs.emplace_back(i, lie, options().seed + static_cast<std::uint64_t>(i));
+    pairs.emplace_back(i, position, options().seed + static_cast<std::uint64_t>(i));
   }
   std::vector<IppIMemory<T>> images(identity.size());
   const auto pairOf = [&](std::size_t i) -> Pair<T>& { return pairs[static_cast<std::size_t>(identity[i])]; };
   for (std::size_t i = 0; i < images.size(); ++i) images[i] = pairOf(i).image();
 
-  runAll([&] { operation.run(images, {0, 0, lie.region.width, lie.region.height}); });
-  for (int row = 0; row < lie.region.height; ++row) {
-    for (int column = 0; column < lie.region.width; ++column) {
+  runAll([&] { operation.run(images, {0, 0, position.region.width, position.region.height}); });
+  for (int row = 0; row < position.region.height; ++row) {
+    for (int column = 0; column < position.region.width; ++column) {
       const T first = pairOf(0).expected(row, column), second = pairOf(1).expected(row, column);
       pairOf(images.size() - 1).expected(row, column) = operation.pixel(first, second);
     }
@@ -181,9 +184,10 @@ template <class T>
 void checkOperation(const Operation<T>& operation) {
   const std::vector<std::vector<int>> ofThree{{0, 1, 2}, {0, 0, 1}, {0, 1, 0}, {0, 1, 1}, {0, 0, 0}};
   const std::vector<std::vector<int>> ofTwo{{0, 1}, {0, 0}};
-  forEachLie<T>([&](const Lie& lie) {
+  forEachPosition<T>([&](const Position& position) {
     if (testing::Test::HasFatalFailure()) return;
-    for (const auto& identity : operation.images == 3 ? ofThree : ofTwo) checkSame(operation, identity, lie);
+    for (const auto& identity : operation.images == 3 ? ofThree : ofTwo)
+      checkSame(operation, identity, position);
   });
 }
 
@@ -232,7 +236,7 @@ template <class T>
 void arithmetic(int variant) {
   const ForcedVariant forced(variant);
   using A = IppIArithmetic<T>;
-  const float step = 1.0F / (1 << 20);  // of estimates: some units in the last place
+  const float step = 1.0F / (1 << 20);  // results of estimates: some units in the last place
   const Operation<T> operations[] = {
       THREE(A::Add, sum, 0),
       TWO(A::Add, sum, 0),
@@ -273,29 +277,30 @@ void logic(int variant) {
   for (const auto& operation : operations) checkOperation(operation);
 }
 
-/// The float image that is added to, as its own source.
+/// A float image as its own source and accumulator.
 void addWithMask(int variant) {
   const ForcedVariant forced(variant);
-  forEachLie<float>([](const Lie& lie) {
+  forEachPosition<float>([](const Position& position) {
     if (testing::Test::HasFatalFailure()) return;
-    const Pair<float> sums(0, lie, options().seed);
-    const Pair<u8> mask(1, {lie.region, lie.imageWidth, lie.shift}, options().seed + 1);
+    const Pair<float> sums(0, position, options().seed);
+    const Pair<u8> mask(1, {position.region, position.imageWidth, position.shift}, options().seed + 1);
     auto image = sums.image();
     auto selection = mask.image();
-    for (int row = 0; row < lie.region.height; ++row) {
-      for (int column = 0; column < lie.region.width; ++column) {
+    for (int row = 0; row < position.region.height; ++row) {
+      for (int column = 0; column < position.region.width; ++column) {
         u8& selected = mask.actual(row, column);
         selected = mask.expected(row, column) = selected % 3 == 0 ? 0 : selected;
         if (selected != 0) sums.expected(row, column) *= 2;
       }
     }
-    IppIArithmetic<float>::AddWithMask(image, image, selection, {0, 0, lie.region.width, lie.region.height});
+    IppIArithmetic<float>::AddWithMask(image, image, selection,
+                                       {0, 0, position.region.width, position.region.height});
     ASSERT_TRUE(sums.agrees([](float want, float got) { return want == got; }));
     ASSERT_TRUE(mask.agrees([](u8 want, u8 got) { return want == got; }));
   });
 }
 
-/// An image of bytes as its own mask, in its place and beside it.
+/// An image of bytes as its own mask, at the same address and shifted.
 void addCWithMask(int variant) {
   const ForcedVariant forced(variant);
   for (const int shift : {0, 1, 7, 83, -1, -20, -83}) {
@@ -313,7 +318,7 @@ void addCWithMask(int variant) {
         for (int column = 0; column < width; ++column) {
           const std::size_t i = static_cast<std::size_t>(at + 83 * row + column);
           if (before[i + static_cast<std::size_t>(shift)] == 0)
-            continue;  // what is not selected is left open
+            continue;  // unselected pixels are not specified
           ASSERT_EQ(pixels[i], limited(before[i] + 100)) << "width " << width << ", shift " << shift;
         }
       }
@@ -321,7 +326,7 @@ void addCWithMask(int variant) {
   }
 }
 
-/// Images that are only read may lie on one another in any way.
+/// Images that are only read may overlap in any way.
 void imagesThatAreRead(int variant) {
   const ForcedVariant forced(variant);
   for (const int shift : {0, 1, 5, 64, 97}) {
@@ -350,7 +355,7 @@ void imagesThatAreRead(int variant) {
   }
 }
 
-/// One pass of morphology by its definition, with the region's nearest pixels beyond its edges.
+/// One erosion or dilation by its definition, with the region's nearest pixels outside its edges.
 template <class T>
 std::vector<T> extremes(const std::vector<T>& src, Size size, Size mask, bool greatest, bool turned) {
   const int w = mask.width, h = mask.height;
@@ -404,7 +409,7 @@ void checkCompound(bool opening, Size region, int width, int shift, Size mask) {
                              << ", shifted by " << shift << ", mask " << mask.width << "x" << mask.height;
 }
 
-/// The result of an opening or closing anywhere on its source.
+/// The result of an opening or closing at any position on its source.
 template <class T>
 void openAndClose(int variant) {
   const ForcedVariant forced(variant);

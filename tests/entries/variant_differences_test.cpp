@@ -1,5 +1,5 @@
-// What the exported operations answer differently by variant: a test for each row of the table in
-// docs/variants.md, under the row's name, and one that everything else is the same to the bit.
+// The differences between the variants in the results of exported operations: a test for each row of the
+// table in docs/variants.md, with the row's name, and one that everything else is the same to the bit.
 
 #include <cmath>
 #include <limits>
@@ -30,7 +30,7 @@ struct Pixels : std::vector<T> {
   }
 };
 
-/// Numbers that go up and down without a pattern, of magnitudes up to `reach`.
+/// Irregular numbers of magnitudes up to `reach`.
 Pixels<float> wave(int count, float reach) {
   Pixels<float> pixels;
   for (int i = 0; i < count; ++i) pixels.push_back(reach * std::sin(static_cast<float>(i * i % 9973)));
@@ -131,7 +131,7 @@ void infiniteExtremes(int variant) {
   EXPECT_EQ(Statistic<float>::Max(b, whole(40)), variant < avx2 ? -largest : -infinity);
 }
 
-/// A NaN is forgotten with the next pixel of its lane, and what came before it in the lane with it.
+/// The next pixel of a lane replaces a NaN, and with it the extreme of the earlier pixels of the lane.
 void nanInExtremes(int variant) {
   Pixels<float> column = {3, nan, 5};
   auto image = column.image(3);
@@ -164,7 +164,7 @@ void meansOfLongRows(int variant) {
   Pixels<u8> all(40000, 1);
   auto image = pixels.image();
   auto mask = all.image();
-  // 40000 * 65535 is read as a number of 32 bits, and its mean's low 16 bits are the result.
+  // 40000 * 65535 is interpreted as signed 32 bits, and the low 16 bits of its mean are the result.
   const double wrapped = (40000.0 * 65535 - 0x1p32) / 40000;
   EXPECT_EQ(Statistic<u16>::Mean(image, mask, whole(40000)),
             variant < avx2 ? static_cast<u16>(static_cast<int>(wrapped)) : 65535);
@@ -237,7 +237,7 @@ void floatLaplace(int) {
   }
 }
 
-/// The result near a NaN is open; further than the mask away it is not touched.
+/// The result near a NaN is not specified; pixels outside the mask around it do not depend on it.
 void nanInMorphology(int) {
   Pixels<float> pixels(400, 3), dst(400);
   pixels[210] = nan;
@@ -250,7 +250,7 @@ void nanInMorphology(int) {
   }
 }
 
-/// The results of all other operations, one after the other.
+/// Appends results of all other operations.
 template <class T>
 void appendTo(std::string& results, const Pixels<T>& pixels) {
   results.append(reinterpret_cast<const char*>(pixels.data()), pixels.size() * sizeof(T));

@@ -13,7 +13,7 @@ namespace Zorvan::Test {
 using Ipp::IppException;
 using Ipp::Image::IppIMemory;
 
-/// The text of the IppException that `call` raises; what else happened where it raises none.
+/// The text of the IppException that `call` throws, or a text that states what happened instead.
 template <class Call>
 std::string ippTextOf(Call call) {
   try {
@@ -26,7 +26,7 @@ std::string ippTextOf(Call call) {
   return "no exception";
 }
 
-/// The text of the std::exception, not an IppException, that `call` raises.
+/// The text of the std::exception, not an IppException, that `call` throws.
 template <class Call>
 std::string plainTextOf(Call call) {
   try {
@@ -39,14 +39,14 @@ std::string plainTextOf(Call call) {
   return "no exception";
 }
 
-inline constexpr const char* kRectDoesNotFit =
+inline constexpr const char* rectDoesNotFitText =
     "ippStsWrongIntersectROI: ROI has no intersection with the source or destination ROI. No operation( "
     "error "
     "Code : 29 )";
-inline constexpr const char* kBadSize = "ippStsSizeErr: Incorrect value for data size( error Code : -6 )";
-inline constexpr const char* kNoBuffer = "ippStsNullPtrErr: Null pointer error( error Code : -8 )";
+inline constexpr const char* badSizeText = "ippStsSizeErr: Incorrect value for data size( error Code : -6 )";
+inline constexpr const char* noBufferText = "ippStsNullPtrErr: Null pointer error( error Code : -8 )";
 
-/// An image around pixels that the test keeps, row by row.
+/// An image around pixels that the test owns, row by row.
 template <class T>
 IppIMemory<T> wrap(std::vector<T>& pixels, int width, int height) {
   return IppIMemory<T>::CreateContainer(pixels.data(), width, height);

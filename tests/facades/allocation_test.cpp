@@ -1,5 +1,5 @@
-// Counts what facade calls ask of the heap. The heap is watched by standing in front of the C library's
-// malloc, which sanitizers and emulating debuggers do as well: there this program is left out.
+// Counts the heap requests of facade calls, with its own definition of malloc. Sanitizers and valgrind
+// replace malloc too, so this program does not run with them.
 
 #include <cstddef>
 #include <cstdlib>
@@ -25,7 +25,7 @@ using Ipp::Image::Initializer;
 
 template <class Call>
 int allocationsOf(Call call) {
-  call();  // what is set up once per process is not of the call
+  call();  // leaves out what is initialised once per process
   const int before = allocations;
   call();
   return allocations - before;

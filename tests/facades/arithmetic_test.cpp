@@ -14,13 +14,13 @@ using Arithmetic = Ipp::Image::IppIArithmetic<T>;
 using Bytes = Arithmetic<u8>;
 using Floats = Arithmetic<float>;
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr float floatInfinity = std::numeric_limits<float>::infinity();
 
-constexpr const char* kNoType =
+constexpr const char* noTypeText =
     "ippStsDataTypeErr: Data type is incorrect or not supported( error Code : -59 )";
-constexpr const char* kZeroDivisor =
+constexpr const char* zeroDivisorText =
     "ippStsDivByZero: Zero value(s) for the divisor in the Div function( error Code : 2 )";
-constexpr const char* kNegativeRoot =
+constexpr const char* negativeRootText =
     "ippStsSqrtNegArg: Negative value(s) for the argument in the Sqrt function( error Code : 3 )";
 
 template <class T>
@@ -28,7 +28,7 @@ class EachArithmeticType : public testing::Test {};
 using ArithmeticTypes = testing::Types<u8, float>;
 TYPED_TEST_SUITE(EachArithmeticType, ArithmeticTypes);
 
-/// Images of 3 by 2 pixels, each around pixels that can be looked at.
+/// An image of 3 by 2 pixels around pixels that the test can read.
 template <class T>
 struct Picture {
   explicit Picture(std::vector<T> values) : pixels(std::move(values)), image(wrap(pixels, 3, 2)) {}
@@ -38,23 +38,23 @@ struct Picture {
   std::vector<T> pixels;
   IppIMemory<T> image;
 };
-constexpr Rect kAll{0, 0, 3, 2};
+constexpr Rect wholeRect{0, 0, 3, 2};
 
 template <class T>
 using Binary = void (*)(IppIMemory<T>&, IppIMemory<T>&, IppIMemory<T>&, Rect);
 template <class T>
 using BinaryInPlace = void (*)(IppIMemory<T>&, IppIMemory<T>&, Rect);
 
-/// A three-image form and its two-image form on the same pixels.
+/// The overloads with three and with two images on the same pixels.
 template <class T>
 void expectBoth(Binary<T> three, BinaryInPlace<T> two, const std::vector<T>& a, const std::vector<T>& b,
                 const std::vector<T>& expected) {
   Picture<T> first(a), second(b), result(std::vector<T>(6, T(9)));
-  three(first.image, second.image, result.image, kAll);
+  three(first.image, second.image, result.image, wholeRect);
   EXPECT_EQ(result.pixels, expected);
   EXPECT_EQ(first.pixels, a);
   EXPECT_EQ(second.pixels, b);
-  two(first.image, second.image, kAll);
+  two(first.image, second.image, wholeRect);
   EXPECT_EQ(second.pixels, expected);
   EXPECT_EQ(first.pixels, a);
 }
@@ -65,7 +65,7 @@ TYPED_TEST(EachArithmeticType, Add) {
                 {11, 22, 33, 44, 55, 66});
 }
 
-TYPED_TEST(EachArithmeticType, SubtractTakesTheFirstFromTheSecond) {
+TYPED_TEST(EachArithmeticType, SubtractSubtractsTheFirst) {
   using T = TypeParam;
   expectBoth<T>(&Arithmetic<T>::Subtract, &Arithmetic<T>::Subtract, {1, 2, 3, 4, 5, 60},
                 {10, 20, 30, 40, 50, 60}, {9, 18, 27, 36, 45, 0});
@@ -99,31 +99,31 @@ TYPED_TEST(EachArithmeticType, AddC) {
   Picture<T> picture({0, 1, 2, 3, 4, 5});
   Arithmetic<T>::AddC(picture.image, T(7), Rect{0, 1, 2, 1});
   EXPECT_EQ(picture.pixels, (std::vector<T>{0, 8, 9, 3, 4, 5}));
-  Arithmetic<T>::AddC(picture.image, T(0), kAll);
+  Arithmetic<T>::AddC(picture.image, T(0), wholeRect);
   EXPECT_EQ(picture.pixels, (std::vector<T>{0, 8, 9, 3, 4, 5}));
 }
 
 TEST(ByteArithmetic, AddCSaturates) {
   Picture<u8> picture({0, 1, 55, 56, 200, 255});
-  Bytes::AddC(picture.image, 200, kAll);
+  Bytes::AddC(picture.image, 200, wholeRect);
   EXPECT_EQ(picture.pixels, (std::vector<u8>{200, 201, 255, 255, 255, 255}));
 }
 
-TEST(FloatArithmetic, AddCTakesAnyFloat) {
-  Picture<float> picture({0, 1, -1, kInfinity, 0.5F, 16777216.0F});
-  Floats::AddC(picture.image, -1.5F, kAll);
-  EXPECT_EQ(picture.pixels, (std::vector<float>{-1.5F, -0.5F, -2.5F, kInfinity, -1.0F, 16777214.0F}));
+TEST(FloatArithmetic, AddCAcceptsAnyFloat) {
+  Picture<float> picture({0, 1, -1, floatInfinity, 0.5F, 16777216.0F});
+  Floats::AddC(picture.image, -1.5F, wholeRect);
+  EXPECT_EQ(picture.pixels, (std::vector<float>{-1.5F, -0.5F, -2.5F, floatInfinity, -1.0F, 16777214.0F}));
 }
 
 TYPED_TEST(EachArithmeticType, AddWithMaskAddsSelectedPixels) {
   Picture<TypeParam> src({1, 2, 3, 4, 5, 255});
   Picture<float> sum({0.5F, 0.5F, 0.5F, -100, 1e9F, 0.5F});
   Picture<u8> mask({1, 0, 128, 255, 0, 2});
-  Arithmetic<TypeParam>::AddWithMask(src.image, sum.image, mask.image, kAll);
+  Arithmetic<TypeParam>::AddWithMask(src.image, sum.image, mask.image, wholeRect);
   EXPECT_EQ(sum.pixels, (std::vector<float>{1.5F, 0.5F, 3.5F, -96, 1e9F, 255.5F}));
 }
 
-TYPED_TEST(EachArithmeticType, AddWithMaskTakesEachImagesOwnWidth) {
+TYPED_TEST(EachArithmeticType, AddWithMaskUsesEachImagesOwnWidth) {
   std::vector<TypeParam> source(20, TypeParam(3));
   std::vector<float> sums(12, 1.0F);
   std::vector<u8> bytes(49, 1);
@@ -134,7 +134,7 @@ TYPED_TEST(EachArithmeticType, AddWithMaskTakesEachImagesOwnWidth) {
   EXPECT_EQ(sums, (std::vector<float>{1, 1, 1, 1, 4, 4, 1, 4, 4, 1, 1, 1}));
 }
 
-/// The mask stands last among the parameters, and is tested before the sum.
+/// The mask is the last image of the parameters, but is tested before the sum.
 TYPED_TEST(EachArithmeticType, AddWithMaskTestsTheMaskSecond) {
   Picture<TypeParam> src({1, 2, 3, 4, 5, 6});
   std::vector<float> sums(6, 1.0F);
@@ -143,11 +143,11 @@ TYPED_TEST(EachArithmeticType, AddWithMaskTestsTheMaskSecond) {
     auto a = wrap(src.pixels, source.width, source.height);
     auto b = wrap(sums, sum.width, sum.height);
     auto c = wrap(bytes, mask.width, mask.height);
-    return ippTextOf([&] { Arithmetic<TypeParam>::AddWithMask(a, b, c, kAll); });
+    return ippTextOf([&] { Arithmetic<TypeParam>::AddWithMask(a, b, c, wholeRect); });
   };
-  EXPECT_EQ(attempt({3, 2}, {3, 2}, {3, 1}), kRectDoesNotFit);
-  EXPECT_EQ(attempt({3, 2}, {2, 2}, {3, 2}), kRectDoesNotFit);
-  EXPECT_EQ(attempt({3, 1}, {3, 2}, {3, 2}), kRectDoesNotFit);
+  EXPECT_EQ(attempt({3, 2}, {3, 2}, {3, 1}), rectDoesNotFitText);
+  EXPECT_EQ(attempt({3, 2}, {2, 2}, {3, 2}), rectDoesNotFitText);
+  EXPECT_EQ(attempt({3, 1}, {3, 2}, {3, 2}), rectDoesNotFitText);
   EXPECT_EQ(sums, std::vector<float>(6, 1.0F));
   EXPECT_EQ(attempt({3, 2}, {3, 2}, {3, 2}), "no exception");
 }
@@ -156,11 +156,11 @@ TYPED_TEST(EachArithmeticType, AddCWithMaskAddsToSelectedPixels) {
   using T = TypeParam;
   Picture<T> picture({0, 10, 20, 30, 40, 50});
   Picture<u8> mask({255, 255, 255, 255, 255, 255});
-  Arithmetic<T>::AddCWithMask(picture.image, mask.image, T(7), kAll);
+  Arithmetic<T>::AddCWithMask(picture.image, mask.image, T(7), wholeRect);
   EXPECT_EQ(picture.pixels, (std::vector<T>{7, 17, 27, 37, 47, 57}));
 
   Picture<u8> some({0, 1, 0, 0, 128, 0});
-  Arithmetic<T>::AddCWithMask(picture.image, some.image, T(2), kAll);
+  Arithmetic<T>::AddCWithMask(picture.image, some.image, T(2), wholeRect);
   EXPECT_EQ(picture.pixels[1], T(19));
   EXPECT_EQ(picture.pixels[4], T(49));
 }
@@ -168,7 +168,7 @@ TYPED_TEST(EachArithmeticType, AddCWithMaskAddsToSelectedPixels) {
 TEST(ByteArithmetic, AddCWithMaskSaturates) {
   Picture<u8> picture({0, 55, 56, 200, 255, 100});
   Picture<u8> mask({255, 255, 255, 255, 255, 255});
-  Bytes::AddCWithMask(picture.image, mask.image, 200, kAll);
+  Bytes::AddCWithMask(picture.image, mask.image, 200, wholeRect);
   EXPECT_EQ(picture.pixels, (std::vector<u8>{200, 255, 255, 255, 255, 255}));
 }
 
@@ -187,8 +187,8 @@ TYPED_TEST(EachArithmeticType, AddCWithMaskKeepsWhatIsOutsideTheRegion) {
   }
 }
 
-/// A region that passes its test may begin in front of an image or end behind it, where the caller has
-/// pixels; so must the fresh image then.
+/// A region that passes its test may begin before the first pixel of an image or end after the last, where
+/// the caller has pixels; so must the new image then.
 TYPED_TEST(EachArithmeticType, AddCWithMaskReachesPixelsAroundTheImage) {
   using T = TypeParam;
   std::vector<T> pixels(1000, T(1));
@@ -225,42 +225,42 @@ TYPED_TEST(EachArithmeticType, AddCWithMaskFailsAsItsStepsDo) {
   const auto run = [](IppIMemory<T>& image, IppIMemory<u8>& bytes, Rect rect) {
     Arithmetic<T>::AddCWithMask(image, bytes, T(1), rect);
   };
-  EXPECT_EQ(plainTextOf([&] { run(empty, mask.image, kAll); }), "invalid image size");
-  EXPECT_EQ(ippTextOf([&] { run(picture.image, mask.image, Rect{0, 0, 4, 2}); }), kRectDoesNotFit);
+  EXPECT_EQ(plainTextOf([&] { run(empty, mask.image, wholeRect); }), "invalid image size");
+  EXPECT_EQ(ippTextOf([&] { run(picture.image, mask.image, Rect{0, 0, 4, 2}); }), rectDoesNotFitText);
   EXPECT_EQ(ippTextOf([&] {
               run(picture.image, mask.image, Rect{0, 0, 1 << 30, 1 << 30});
             }),
-            kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { run(picture.image, low, kAll); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { run(picture.image, noMask, Rect{0, 0, 0, 0}); }), kNoBuffer);
-  EXPECT_EQ(ippTextOf([&] { run(picture.image, mask.image, Rect{0, 0, 0, 2}); }), kBadSize);
+            rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { run(picture.image, low, wholeRect); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { run(picture.image, noMask, Rect{0, 0, 0, 0}); }), noBufferText);
+  EXPECT_EQ(ippTextOf([&] { run(picture.image, mask.image, Rect{0, 0, 0, 2}); }), badSizeText);
   auto lost = IppIMemory<T>::CreateContainer(nullptr, 3, 2);
-  EXPECT_EQ(ippTextOf([&] { run(lost, mask.image, kAll); }), kNoBuffer);
+  EXPECT_EQ(ippTextOf([&] { run(lost, mask.image, wholeRect); }), noBufferText);
   EXPECT_EQ(picture.pixels, (std::vector<T>{0, 10, 20, 30, 40, 50}));
 }
 
 TEST(ByteArithmetic, ZeroDivisorsRaiseAfterAllPixelsHaveBeenWritten) {
   Picture<u8> a({0, 2, 0, 4, 5, 1}), b({7, 7, 0, 8, 30, 255}), c({9, 9, 9, 9, 9, 9});
   const std::vector<u8> expected = {255, 4, 0, 2, 6, 255};
-  EXPECT_EQ(ippTextOf([&] { Bytes::Divide(a.image, b.image, c.image, kAll); }), kZeroDivisor);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Divide(a.image, b.image, c.image, wholeRect); }), zeroDivisorText);
   EXPECT_EQ(c.pixels, expected);
-  EXPECT_EQ(ippTextOf([&] { Bytes::Divide(a.image, b.image, kAll); }), kZeroDivisor);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Divide(a.image, b.image, wholeRect); }), zeroDivisorText);
   EXPECT_EQ(b.pixels, expected);
 }
 
 TEST(FloatArithmetic, ZeroDivisorsRaiseAfterAllPixelsHaveBeenWritten) {
   Picture<float> a({0, 2, 0, 4, 5, -0.0F}), b({7, 7, -3, 8, 30, 1}), c({9, 9, 9, 9, 9, 9});
-  const std::vector<float> expected = {kInfinity, 3.5F, -kInfinity, 2, 6, kInfinity};
-  EXPECT_EQ(ippTextOf([&] { Floats::Divide(a.image, b.image, c.image, kAll); }), kZeroDivisor);
+  const std::vector<float> expected = {floatInfinity, 3.5F, -floatInfinity, 2, 6, floatInfinity};
+  EXPECT_EQ(ippTextOf([&] { Floats::Divide(a.image, b.image, c.image, wholeRect); }), zeroDivisorText);
   EXPECT_EQ(c.pixels, expected);
-  EXPECT_EQ(ippTextOf([&] { Floats::Divide(a.image, b.image, kAll); }), kZeroDivisor);
+  EXPECT_EQ(ippTextOf([&] { Floats::Divide(a.image, b.image, wholeRect); }), zeroDivisorText);
   EXPECT_EQ(b.pixels, expected);
 }
 
 TEST(FloatArithmetic, NegativeRootsRaiseAfterAllPixelsHaveBeenWritten) {
   Picture<float> src({4, -1, 9, 0, -0.0F, 16}), dst({7, 7, 7, 7, 7, 7});
-  EXPECT_EQ(ippTextOf([&] { Floats::SquareRoot(src.image, dst.image, kAll); }), kNegativeRoot);
-  EXPECT_EQ(ippTextOf([&] { Floats::SquareRoot(src.image, kAll); }), kNegativeRoot);
+  EXPECT_EQ(ippTextOf([&] { Floats::SquareRoot(src.image, dst.image, wholeRect); }), negativeRootText);
+  EXPECT_EQ(ippTextOf([&] { Floats::SquareRoot(src.image, wholeRect); }), negativeRootText);
   for (const auto* pixels : {&dst.pixels, &src.pixels}) {
     EXPECT_EQ((*pixels)[0], 2);
     EXPECT_TRUE(std::isnan((*pixels)[1]));
@@ -273,42 +273,42 @@ TEST(FloatArithmetic, NegativeRootsRaiseAfterAllPixelsHaveBeenWritten) {
 
 TEST(FloatArithmetic, NegativeZeroIsNoNegativeRoot) {
   Picture<float> src({-0.0F, 0, 1, 4, 9, 16}), dst({7, 7, 7, 7, 7, 7});
-  Floats::SquareRoot(src.image, dst.image, kAll);
+  Floats::SquareRoot(src.image, dst.image, wholeRect);
   EXPECT_EQ(dst.pixels, (std::vector<float>{-0.0F, 0, 1, 2, 3, 4}));
 }
 
 TEST(ByteArithmetic, SquaresAreLimitedAndRootsRounded) {
   Picture<u8> src({0, 1, 15, 16, 17, 255}), dst({9, 9, 9, 9, 9, 9});
-  Bytes::Square(src.image, dst.image, kAll);
+  Bytes::Square(src.image, dst.image, wholeRect);
   EXPECT_EQ(dst.pixels, (std::vector<u8>{0, 1, 225, 255, 255, 255}));
-  Bytes::Square(src.image, kAll);
+  Bytes::Square(src.image, wholeRect);
   EXPECT_EQ(src.pixels, dst.pixels);
 
   Picture<u8> squares({0, 2, 3, 6, 7, 255}), roots({9, 9, 9, 9, 9, 9});
-  Bytes::SquareRoot(squares.image, roots.image, kAll);
+  Bytes::SquareRoot(squares.image, roots.image, wholeRect);
   EXPECT_EQ(roots.pixels, (std::vector<u8>{0, 1, 2, 2, 3, 16}));
-  Bytes::SquareRoot(squares.image, kAll);
+  Bytes::SquareRoot(squares.image, wholeRect);
   EXPECT_EQ(squares.pixels, roots.pixels);
 }
 
 TEST(FloatArithmetic, Squares) {
-  Picture<float> src({0, -1.5F, 3, 1e30F, -kInfinity, 0.5F}), dst({9, 9, 9, 9, 9, 9});
-  Floats::Square(src.image, dst.image, kAll);
-  EXPECT_EQ(dst.pixels, (std::vector<float>{0, 2.25F, 9, kInfinity, kInfinity, 0.25F}));
-  Floats::Square(src.image, kAll);
+  Picture<float> src({0, -1.5F, 3, 1e30F, -floatInfinity, 0.5F}), dst({9, 9, 9, 9, 9, 9});
+  Floats::Square(src.image, dst.image, wholeRect);
+  EXPECT_EQ(dst.pixels, (std::vector<float>{0, 2.25F, 9, floatInfinity, floatInfinity, 0.25F}));
+  Floats::Square(src.image, wholeRect);
   EXPECT_EQ(src.pixels, dst.pixels);
 }
 
 TEST(FloatArithmetic, AbsoluteClearsTheSign) {
   Picture<float> src(
-      {-1, 1, -0.0F, -kInfinity, std::copysign(std::numeric_limits<float>::quiet_NaN(), -1.0F), -1e-40F});
+      {-1, 1, -0.0F, -floatInfinity, std::copysign(std::numeric_limits<float>::quiet_NaN(), -1.0F), -1e-40F});
   Picture<float> dst({9, 9, 9, 9, 9, 9});
-  Floats::Absolute(src.image, dst.image, kAll);
-  Floats::Absolute(src.image, kAll);
+  Floats::Absolute(src.image, dst.image, wholeRect);
+  Floats::Absolute(src.image, wholeRect);
   EXPECT_EQ(std::memcmp(src.pixels.data(), dst.pixels.data(), 24), 0);
   for (const float pixel : dst.pixels) EXPECT_FALSE(std::signbit(pixel));
   EXPECT_EQ(dst.pixels[0], 1);
-  EXPECT_EQ(dst.pixels[3], kInfinity);
+  EXPECT_EQ(dst.pixels[3], floatInfinity);
   EXPECT_TRUE(std::isnan(dst.pixels[4]));
   EXPECT_EQ(dst.pixels[5], 1e-40F);
 }
@@ -316,15 +316,16 @@ TEST(FloatArithmetic, AbsoluteClearsTheSign) {
 TEST(ByteArithmetic, HasNoAbsoluteValue) {
   Picture<u8> src({1, 2, 3, 4, 5, 6}), dst({9, 9, 9, 9, 9, 9});
   IppIMemory<u8> empty;
-  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, dst.image, kAll); }), kNoType);
-  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, kAll); }), kNoType);
-  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(empty, Rect{0, 0, 0, 0}); }), kNoType);
-  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, dst.image, Rect{0, 0, 4, 2}); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, Rect{0, 0, 3, 3}); }), kRectDoesNotFit);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, dst.image, wholeRect); }), noTypeText);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, wholeRect); }), noTypeText);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(empty, Rect{0, 0, 0, 0}); }), noTypeText);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, dst.image, Rect{0, 0, 4, 2}); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Absolute(src.image, Rect{0, 0, 3, 3}); }), rectDoesNotFitText);
   EXPECT_EQ(dst.pixels, std::vector<u8>(6, 9));
 }
 
-/// Every form, once with each of its images too small for the region, too small a region, and no pixels.
+/// Every overload: with each of its images too small for the region, with an empty region, and without
+/// pixels.
 template <class T>
 void expectFailures(const std::function<void(IppIMemory<T>&, IppIMemory<T>&, IppIMemory<T>&, Rect)>& call,
                     int images) {
@@ -334,17 +335,17 @@ void expectFailures(const std::function<void(IppIMemory<T>&, IppIMemory<T>&, Ipp
     auto low = wrap(few, 3, 1);
     IppIMemory<T>* const operands[] = {&a.image, &b.image, &c.image};
     const auto of = [&](int i) -> IppIMemory<T>& { return i == small ? low : *operands[i]; };
-    EXPECT_EQ(ippTextOf([&] { call(of(0), of(1), of(2), kAll); }), kRectDoesNotFit) << small;
+    EXPECT_EQ(ippTextOf([&] { call(of(0), of(1), of(2), wholeRect); }), rectDoesNotFitText) << small;
     IppIMemory<T> empty;
     const auto orEmpty = [&](int i) -> IppIMemory<T>& { return i == small ? empty : *operands[i]; };
     EXPECT_EQ(ippTextOf([&] {
                 call(orEmpty(0), orEmpty(1), orEmpty(2), Rect{0, 0, 0, 0});
               }),
-              kNoBuffer)
+              noBufferText)
         << small;
   }
-  EXPECT_EQ(ippTextOf([&] { call(a.image, b.image, c.image, Rect{0, 0, 0, 2}); }), kBadSize);
-  EXPECT_EQ(ippTextOf([&] { call(a.image, b.image, c.image, Rect{0, 0, 3, -1}); }), kBadSize);
+  EXPECT_EQ(ippTextOf([&] { call(a.image, b.image, c.image, Rect{0, 0, 0, 2}); }), badSizeText);
+  EXPECT_EQ(ippTextOf([&] { call(a.image, b.image, c.image, Rect{0, 0, 3, -1}); }), badSizeText);
   EXPECT_EQ(a.pixels, (std::vector<T>{1, 2, 3, 4, 5, 6}));
   EXPECT_EQ(b.pixels, a.pixels);
   EXPECT_EQ(c.pixels, std::vector<T>(6, T(9)));
@@ -389,9 +390,9 @@ TYPED_TEST(EachArithmeticType, TheRegionStartsAtTheSwappedOriginOfEachImage) {
 TYPED_TEST(EachArithmeticType, AnImageMayBeItsOwnSource) {
   using T = TypeParam;
   Picture<T> picture({1, 2, 3, 4, 5, 6});
-  Arithmetic<T>::Add(picture.image, picture.image, kAll);
+  Arithmetic<T>::Add(picture.image, picture.image, wholeRect);
   EXPECT_EQ(picture.pixels, (std::vector<T>{2, 4, 6, 8, 10, 12}));
-  Arithmetic<T>::Multiply(picture.image, picture.image, picture.image, kAll);
+  Arithmetic<T>::Multiply(picture.image, picture.image, picture.image, wholeRect);
   EXPECT_EQ(picture.pixels, (std::vector<T>{4, 16, 36, 64, 100, 144}));
 }
 

@@ -1,5 +1,5 @@
-// Facades as classes: they have no data, are made and copied as any class without constructors of its own,
-// and their assignments do nothing.
+// Facades as classes: they have no data, have the constructors of a class that declares none, and their
+// assignments have no effect.
 
 #include <type_traits>
 #include <utility>
@@ -46,7 +46,7 @@ Facade passed(Facade facade) {
   return facade;
 }
 
-// Generic, so that a facade without these constructors fails here and not in the compiler.
+// Generic, so that a facade without these constructors fails the test instead of the compilation.
 template <class Facade>
 void useAsValue() {
   if constexpr (std::is_copy_constructible_v<Facade> && std::is_move_constructible_v<Facade>) {

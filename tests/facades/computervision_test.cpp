@@ -68,9 +68,9 @@ TYPED_TEST(EachFilledType, RefusesWhatDoesNotFit) {
   std::vector<T> pixels(6, T(3));
   auto image = wrap(pixels, 3, 2);
   const auto fill = [&](Point seed, Rect rect) { ComputerVision::FloodFill<T>(image, seed, T(5), rect); };
-  EXPECT_EQ(ippTextOf([&] { fill({0, 0}, {0, 0, 4, 2}); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { fill({0, 0}, {0, 0, 3, 3}); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { fill({0, 0}, {1, 0, 3, 2}); }), kRectDoesNotFit);
+  EXPECT_EQ(ippTextOf([&] { fill({0, 0}, {0, 0, 4, 2}); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { fill({0, 0}, {0, 0, 3, 3}); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { fill({0, 0}, {1, 0, 3, 2}); }), rectDoesNotFitText);
   EXPECT_EQ(plainTextOf([&] { fill({0, 0}, {0, 0, 0, 2}); }), "invalid length");
   EXPECT_EQ(plainTextOf([&] { fill({0, 0}, {0, 0, 3, -1}); }), "invalid length");
   const std::string outside =
@@ -81,11 +81,15 @@ TYPED_TEST(EachFilledType, RefusesWhatDoesNotFit) {
   EXPECT_EQ(pixels, std::vector<T>(6, T(3)));
 
   auto empty = IppIMemory<T>::CreateContainer(nullptr, 3, 2);
-  EXPECT_EQ(ippTextOf([&] { ComputerVision::FloodFill<T>(empty, {0, 0}, T(5), {0, 0, 3, 2}); }), kNoBuffer);
+  EXPECT_EQ(ippTextOf([&] {
+              ComputerVision::FloodFill<T>(empty, {0, 0}, T(5), {0, 0, 3, 2});
+            }),
+            noBufferText);
 }
 
-/// From 2^32 / 6 pixels on a length of 32 bits wraps; of the first sizes it wraps to a small length. The
-/// images have one pixel in memory: what is refused is not looked at, and what is not would end at the seed.
+/// From 2^32 / 6 pixels on a length of 32 bits wraps, for the first of these sizes to a small one. The images
+/// have one pixel in memory: a region that is refused is not read, and a fill of one that is not would end at
+/// the seed.
 TYPED_TEST(EachFilledType, RefusesRegionsWhoseWorkMemoryHasNoLength) {
   using T = TypeParam;
   std::vector<T> pixel = {T(3)};
@@ -101,8 +105,8 @@ TYPED_TEST(EachFilledType, RefusesRegionsWhoseWorkMemoryHasNoLength) {
   }
 }
 
-/// Three rows, the middle one full, teeth at every second column above and below: more runs wait at once than
-/// a quarter of the pixels.
+/// Three rows, the middle one full, single pixels at every second column above and below: more runs are
+/// pending at the same time than a quarter of the pixels.
 TYPED_TEST(EachFilledType, FillsACombOnBothSides) {
   using T = TypeParam;
   for (const int width : {3, 5, 101, 1001, 4095}) {

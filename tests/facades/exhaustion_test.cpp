@@ -1,7 +1,7 @@
-// Every operation of every facade with each of its allocations refused in turn, and with all refused from one
-// on. It ends as if nothing had been refused, or in an exception that its documentation names, with the
-// images as they were; and nothing leaks. Where a text is to be composed without memory std::bad_alloc takes
-// its place.
+// Every operation of every facade with each of its allocations refused, one at a time, and with all refused
+// from one on. It ends as if nothing had been refused, or with an exception that its documentation names and
+// unchanged images; and nothing leaks. If there is no memory for the text of an exception, it is
+// std::bad_alloc.
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ using namespace Ipp::Image;
 constexpr Size imageSize{16, 16};
 constexpr int imagePixels = 16 * 16;
 
-/// The arguments of a call that have a choice.
+/// The arguments of a call that vary.
 struct Choice {
   Rect rect;
   bool flag;
@@ -37,13 +37,13 @@ struct Choice {
 
 constexpr Choice choices[] = {
     {{0, 0, 16, 16}, true, {3, 3}},  // the result is all of the new image
-    {{2, 3, 8, 9}, true, {4, 6}},    // the region leaves the new image
+    {{2, 3, 8, 9}, true, {4, 6}},    // the region extends beyond the new image
     {{2, 3, 8, 9}, false, {11, 3}},
 };
 
 bool isWholeImage(Rect rect) { return rect.width == imageSize.width && rect.height == imageSize.height; }
 
-/// Of an argument of the type P: what a call takes, made before the heap is watched.
+/// The argument for a parameter of type P, constructed before the heap is watched.
 template <class P>
 struct Argument {
   P value{};
@@ -74,11 +74,10 @@ struct Argument<IppIMemory<T>&> {
 
 enum Returned { nothing, figure, imageWithPixels, imageWithoutPixels };
 
-/// How a call ended. Holds no memory of the heap that is watched.
+/// How a call ended. Has no memory on the watched heap.
 struct Outcome {
   Returned returned = nothing;
-  std::array<unsigned char, imagePixels * sizeof(float)>
-      pixels{};  ///< of an image that is the result as a whole
+  std::array<unsigned char, imagePixels * sizeof(float)> pixels{};  ///< of an image that is the result
   char raised[160] = "";
   std::size_t requests = 0;
   std::size_t leaked = 0;
@@ -98,7 +97,7 @@ struct Outcome {
   }
 };
 
-/// Calls with the requests refused that `refused` says: the first one's number, and how many.
+/// Calls with some requests refused: `refused` has the number of the first and their count.
 template <class R, class... P, class Arguments>
 Outcome outcomeOf(R (*operation)(P...), Arguments& arguments, Rect rect,
                   std::pair<std::size_t, std::size_t> refused) {
@@ -119,7 +118,7 @@ Outcome outcomeOf(R (*operation)(P...), Arguments& arguments, Rect rect,
     std::strncpy(outcome.raised, failure.what(), sizeof outcome.raised - 1);
   }
   outcome.requests = heap.allRequests();
-  outcome.leaked = heap.heldBlocks();
+  outcome.leaked = heap.liveBlocks();
   return outcome;
 }
 
@@ -146,8 +145,8 @@ std::tuple<Argument<P>...> argumentsFor(const Choice& choice) {
   return std::tuple<Argument<P>...>((static_cast<void>(sizeof(Argument<P>)), choice)...);
 }
 
-/// Calls `operation` with each choice of arguments, and with each of its allocations refused. `documented` is
-/// how it may end for want of memory.
+/// Calls `operation` with each choice of arguments, and with each of its allocations refused. `documented`
+/// states how it may end without memory.
 template <class R, class... P>
 void refuseEach(const char* name, R (*operation)(P...), const Texts& documented) {
   called.insert(reinterpret_cast<void (*)()>(operation));
@@ -174,7 +173,8 @@ void refuseEach(const char* name, R (*operation)(P...), const Texts& documented)
             EXPECT_EQ(outcome.pixels, expected.pixels);
           }
         } else {
-          // A text that the call raises anyhow, or for the first refusal, is refused its memory.
+          // There is no memory for the text of an exception, which the call throws in any case or for the
+          // first refusal.
           const bool textIsRefused = raises || count != 1;
           EXPECT_TRUE(isOneOf(documented, outcome.raised) ||
                       (textIsRefused && std::strcmp(outcome.raised, noMemory) == 0))

@@ -1,4 +1,4 @@
-// The guide's tables of failures, row by row: what raises which code or text.
+// The guide's tables of failures, row by row: the code or text that each failure throws.
 
 #include <cmath>
 #include <limits>
@@ -14,9 +14,9 @@ using namespace Ipp::Image;
 using Ipp::eIppResultStatus;
 using IppS::IppSMemory;
 
-constexpr int kNothingRaised = std::numeric_limits<int>::min();
+constexpr int nothingThrown = std::numeric_limits<int>::min();
 
-/// The code of the IppException that `call` raises.
+/// The code of the IppException that `call` throws.
 template <class Call>
 int raisedCode(Call call) {
   try {
@@ -24,7 +24,7 @@ int raisedCode(Call call) {
   } catch (const IppException& exception) {
     return Examples::codeOf(exception);
   }
-  return kNothingRaised;
+  return nothingThrown;
 }
 
 /// Images of 4 by 3 pixels, all 1.
@@ -41,12 +41,12 @@ struct Images {
   Image<float> x, y;
 };
 
-/// Every operation on regions of images that the caller has, by name.
+/// Every operation on regions of existing images, by name.
 struct Call {
   const char* name;
   void (*run)(Images& i, Rect rect);
 };
-const Call kCalls[] = {
+const Call allCalls[] = {
     {"Fill", [](Images& i, Rect r) { Initializer::Fill<u8>(i.a.image, 7, r); }},
     {"FillWithMask", [](Images& i, Rect r) { Initializer::FillWithMask<u8>(i.a.image, i.mask.image, 7, r); }},
     {"Copy", [](Images& i, Rect r) { Initializer::Copy(i.a.image, i.b.image, r); }},
@@ -113,7 +113,7 @@ bool isAnyOf(const std::string& name, std::initializer_list<const char*> names) 
 }
 
 TEST(Failures, RegionsThatDoNotFitRaise29AndNothingIsWritten) {
-  for (const Call& call : kCalls) {
+  for (const Call& call : allCalls) {
     for (const Rect rect : {Rect{0, 0, 5, 3}, Rect{0, 0, 4, 4}, Rect{1, 0, 4, 1}, Rect{0, 3, 1, 1}}) {
       Images images;
       EXPECT_EQ(raisedCode([&] { call.run(images, rect); }), 29) << call.name;
@@ -124,7 +124,7 @@ TEST(Failures, RegionsThatDoNotFitRaise29AndNothingIsWritten) {
 }
 
 TEST(Failures, ImagesWithoutPixelsRaiseMinus8) {
-  for (const Call& call : kCalls) {
+  for (const Call& call : allCalls) {
     Images images;
     reshape(images, 4, 3, false);
     EXPECT_EQ(raisedCode([&] { call.run(images, {0, 0, 4, 3}); }), -8) << call.name;
@@ -132,7 +132,7 @@ TEST(Failures, ImagesWithoutPixelsRaiseMinus8) {
 }
 
 TEST(Failures, RegionsWithoutAnExtentRaiseMinus6ButForMorphologyAndFloodFill) {
-  for (const Call& call : kCalls) {
+  for (const Call& call : allCalls) {
     for (const Rect rect : {Rect{0, 0, 0, 3}, Rect{0, 0, 4, 0}, Rect{0, 0, -1, 3}}) {
       Images images;
       const auto run = [&] { call.run(images, rect); };
@@ -149,8 +149,8 @@ TEST(Failures, RegionsWithoutAnExtentRaiseMinus6ButForMorphologyAndFloodFill) {
 
 /// A negative x lets a region pass the test that is wider than its image.
 TEST(Failures, RowsThatDoNotServeRaiseMinus16WhereTheyAreTested) {
-  for (const Call& call : kCalls) {
-    if (isAnyOf(call.name, {"Laplace"})) continue;  // refuses an image without an extent by its text
+  for (const Call& call : allCalls) {
+    if (isAnyOf(call.name, {"Laplace"})) continue;  // throws a text for an image of size 0 by 0
     Images none, narrow;
     reshape(none, 0, 3);
     reshape(narrow, 1, 3);
@@ -161,12 +161,12 @@ TEST(Failures, RowsThatDoNotServeRaiseMinus16WhereTheyAreTested) {
                             "SquareRoot u8", "SquareRoot float", "Absolute", "And", "Not", "Compare"});
     const bool testsRow = isAnyOf(call.name, {"AddWithMask", "Mean with a mask", "Deviation", "Extremes",
                                               "Erode", "Open", "FloodFill"});
-    EXPECT_EQ(code, testsSign || testsRow ? -16 : kNothingRaised) << call.name;
-    EXPECT_EQ(codeOfNarrow, testsRow ? -16 : kNothingRaised) << call.name;
+    EXPECT_EQ(code, testsSign || testsRow ? -16 : nothingThrown) << call.name;
+    EXPECT_EQ(codeOfNarrow, testsRow ? -16 : nothingThrown) << call.name;
   }
 }
 
-/// Their distance in bytes has 32 bits.
+/// Their stride has 32 bits.
 TEST(Failures, RowsOf2GibAndMoreRaiseMinus16) {
   Images images;
   reshape(images, 1 << 29, 1);
@@ -228,7 +228,7 @@ TEST(Failures, TextsOfOperations) {
   Images i;
   const Rect rect{0, 0, 4, 3};
   IppIMemory<u8> none = IppIMemory<u8>::CreateContainer(i.a.pixels.data(), 0, 3);
-  u8 pixel = 0;  // nothing is read before these are refused
+  u8 pixel = 0;  // nothing is read before the failure
   IppIMemory<u8> long4 = IppIMemory<u8>::CreateContainer(&pixel, 357913900, 4);
   IppIMemory<u8> longer4 = IppIMemory<u8>::CreateContainer(&pixel, 500000000, 4);
 
@@ -277,7 +277,7 @@ TEST(Failures, AnImageOf2GibAndMoreHasNoPixels) {
   EXPECT_FALSE(Initializer::Allocate<float>(1 << 15, 1 << 14).buffer());
 }
 
-/// A selected NaN leaves values and places open, and with them whether anything is found.
+/// If a NaN is selected, the values and positions are not specified, and so is whether anything is found.
 TEST(Failures, ASelectedNanMayRaise1) {
   Image<float> image;
   Image<u8> mask;
@@ -287,7 +287,7 @@ TEST(Failures, ASelectedNanMayRaise1) {
   const int code = raisedCode([&] {
     Statistic<float>::MinMaxIndexWithMask(image.image, mask.image, {0, 0, 4, 3});
   });
-  EXPECT_TRUE(code == 1 || code == kNothingRaised) << code;
+  EXPECT_TRUE(code == 1 || code == nothingThrown) << code;
 }
 
 TEST(Failures, ANanAmongTheDivisorsIsNoZero) {
@@ -297,7 +297,7 @@ TEST(Failures, ANanAmongTheDivisorsIsNoZero) {
     EXPECT_EQ(raisedCode([&] {
                 IppIArithmetic<float>::Divide(i.x.image, i.y.image, {0, 0, 4, 3});
               }),
-              kNothingRaised);
+              nothingThrown);
     EXPECT_TRUE(std::isnan(i.y.pixels[place]));
   }
 }

@@ -31,7 +31,7 @@ TYPED_TEST(EachFilteredType, AFieldWithoutChangeBecomesZero) {
   }
 }
 
-TYPED_TEST(EachFilteredType, AConstantBorderTakesItsValue) {
+TYPED_TEST(EachFilteredType, AConstantBorderHasItsValue) {
   using T = TypeParam;
   std::vector<T> pixels(6 * 5, T(10)), result(6 * 5);
   auto src = wrap(pixels, 6, 5), dst = wrap(result, 6, 5);
@@ -71,7 +71,7 @@ TYPED_TEST(EachFilteredType, AllFormsAgree) {
   }
 }
 
-/// The border begins at the region's edge, also where the image goes on.
+/// The border begins at the region's edge, even if the image has pixels there.
 TYPED_TEST(EachFilteredType, ARegionIsFilteredAsAnImageOfItsOwn) {
   using T = TypeParam;
   auto pixels = waves<T>(30 * 20);
@@ -111,8 +111,8 @@ TYPED_TEST(EachFilteredType, AnyOtherBorderIsReplicate) {
   }
 }
 
-/// A region as wide as the kernel is built as a whole with its border, and needs more than an image one pixel
-/// wider that goes by stripes.
+/// A region as wide as the kernel is copied as a whole with its border, and needs more memory than an image
+/// one pixel wider that is processed in stripes.
 TYPED_TEST(EachFilteredType, ARegionMayNeedMoreWorkMemoryThanItsImage) {
   using T = TypeParam;
   for (const bool use3x3 : {true, false}) {
@@ -140,26 +140,26 @@ TYPED_TEST(EachFilteredType, RefusesWhatDoesNotFit) {
   const auto filter = [](auto& from, auto& to, Rect rect) {
     FilteringFunction::LaplaceBorder<T>(from, to, rect, true, eBorderReplicate, T(0));
   };
-  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 0, 7, 5}); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 1, 6, 5}); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { filter(src, narrow, {0, 0, 6, 5}); }), kRectDoesNotFit);
+  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 0, 7, 5}); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 1, 6, 5}); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { filter(src, narrow, {0, 0, 6, 5}); }), rectDoesNotFitText);
   EXPECT_EQ(ippTextOf([&] { FilteringFunction::LaplaceBorder3x3<T>(src, narrow, eBorderReplicate, T(0)); }),
-            kRectDoesNotFit);
+            rectDoesNotFitText);
   EXPECT_EQ(ippTextOf([&] { FilteringFunction::LaplaceBorder5x5<T>(src, low, eBorderReplicate, T(0)); }),
-            kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 0, 0, 5}); }), kBadSize);
-  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 0, 6, -1}); }), kBadSize);
+            rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 0, 0, 5}); }), badSizeText);
+  EXPECT_EQ(ippTextOf([&] { filter(src, dst, {0, 0, 6, -1}); }), badSizeText);
   auto empty = IppIMemory<T>::CreateContainer(nullptr, 6, 5);
-  EXPECT_EQ(ippTextOf([&] { filter(empty, dst, {0, 0, 6, 5}); }), kNoBuffer);
-  EXPECT_EQ(ippTextOf([&] { filter(src, empty, {0, 0, 6, 5}); }), kNoBuffer);
+  EXPECT_EQ(ippTextOf([&] { filter(empty, dst, {0, 0, 6, 5}); }), noBufferText);
+  EXPECT_EQ(ippTextOf([&] { filter(src, empty, {0, 0, 6, 5}); }), noBufferText);
   IppIMemory<T> none;
   EXPECT_EQ(plainTextOf([&] { filter(none, dst, {0, 0, 0, 0}); }), "invalid length");
   EXPECT_EQ(result, std::vector<T>(30, T(2)));
 }
 
-/// The bytes that a high image of so few columns needs do not fit the size entry's figure, which wraps to a
-/// small one.
-TEST(LaplaceBorder, RefusesAWholeImageWhoseWorkMemoryCannotBeTold) {
+/// The number of bytes for a high image with so few columns exceeds the 32 bits of the size entry, which
+/// returns a small number.
+TEST(LaplaceBorder, RefusesAWholeImageWhoseWorkMemoryCannotBeReported) {
   const int width = 5, height = 477'218'600;
   std::vector<u8> pixels(100, 1);
   auto src = IppIMemory<u8>::CreateContainer(pixels.data(), width, height);

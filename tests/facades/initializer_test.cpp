@@ -91,7 +91,7 @@ TYPED_TEST(EachPixelType, CopyWithAMaskOfZerosLeavesTheDestination) {
   EXPECT_EQ(target, std::vector<TypeParam>(6, TypeParam(9)));
 }
 
-TYPED_TEST(EachPixelType, CopyTakesEachImagesOwnWidth) {
+TYPED_TEST(EachPixelType, CopyUsesEachImagesOwnWidth) {
   auto source = counted<TypeParam>(20);
   std::vector<TypeParam> target(12, TypeParam(99));
   auto src = wrap(source, 5, 4);
@@ -101,7 +101,7 @@ TYPED_TEST(EachPixelType, CopyTakesEachImagesOwnWidth) {
   EXPECT_EQ(target, expected);
 }
 
-TYPED_TEST(EachPixelType, WholeCopyTakesTheSourcesSize) {
+TYPED_TEST(EachPixelType, WholeCopyUsesTheSourcesSize) {
   auto source = counted<TypeParam>(6);
   std::vector<TypeParam> target(12, TypeParam(99));
   auto src = wrap(source, 3, 2), dst = wrap(target, 4, 3);
@@ -114,7 +114,7 @@ TYPED_TEST(EachPixelType, WholeCopyRefusesASmallerDestination) {
   auto source = counted<TypeParam>(6);
   std::vector<TypeParam> target(6, TypeParam(99));
   auto src = wrap(source, 3, 2), dst = wrap(target, 2, 3);
-  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(src, dst); }), kRectDoesNotFit);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(src, dst); }), rectDoesNotFitText);
   EXPECT_EQ(target, std::vector<TypeParam>(6, TypeParam(99)));
 }
 
@@ -122,7 +122,7 @@ TYPED_TEST(EachPixelType, ARectThatDoesNotFitRaises29AndWritesNothing) {
   std::vector<TypeParam> pixels(12, TypeParam(9));
   auto image = wrap(pixels, 4, 3);
   for (const Rect rect : {Rect{0, 0, 5, 3}, Rect{2, 0, 3, 3}, Rect{0, 0, 4, 4}, Rect{0, 1, 4, 3}}) {
-    EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), rect); }), kRectDoesNotFit);
+    EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), rect); }), rectDoesNotFitText);
   }
   EXPECT_EQ(pixels, std::vector<TypeParam>(12, TypeParam(9)));
 }
@@ -131,30 +131,30 @@ TYPED_TEST(EachPixelType, TheSumsOfTheRectTestWrap) {
   std::vector<TypeParam> pixels(12, TypeParam(9));
   auto image = wrap(pixels, 4, 3);
   constexpr int most = std::numeric_limits<int>::max();
-  // The sum wraps to a negative figure, which fits; the entry then refuses the negative height.
-  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), Rect{most, 0, most, -1}); }), kBadSize);
+  // The sum wraps to a negative number, which fits; the entry then refuses the negative height.
+  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), Rect{most, 0, most, -1}); }), badSizeText);
 }
 
 TYPED_TEST(EachPixelType, EmptyRegionsAndEmptyImagesAreTheEntrysMatter) {
   std::vector<TypeParam> pixels(12, TypeParam(9));
   auto image = wrap(pixels, 4, 3);
-  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), Rect{0, 0, 0, 3}); }), kBadSize);
-  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), Rect{0, 0, 4, -1}); }), kBadSize);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), Rect{0, 0, 0, 3}); }), badSizeText);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(image, TypeParam(5), Rect{0, 0, 4, -1}); }), badSizeText);
   IppIMemory<TypeParam> empty;
-  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(empty, TypeParam(5), Rect{0, 0, 0, 0}); }), kNoBuffer);
-  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(empty, TypeParam(5), Rect{-3, -3, 2, 2}); }), kNoBuffer);
-  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(image, empty, Rect{0, 0, 0, 0}); }), kNoBuffer);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(empty, TypeParam(5), Rect{0, 0, 0, 0}); }), noBufferText);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Fill(empty, TypeParam(5), Rect{-3, -3, 2, 2}); }), noBufferText);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(image, empty, Rect{0, 0, 0, 0}); }), noBufferText);
 }
 
-TYPED_TEST(EachPixelType, AMaskWithTooFewRowsRaises29) {
+TYPED_TEST(EachPixelType, AMaskWithTooFewRowsThrows29) {
   std::vector<TypeParam> pixels(12, TypeParam(9));
   std::vector<u8> bytes(8, 255);
   auto image = wrap(pixels, 4, 3);
   auto mask = wrap(bytes, 4, 2);
   EXPECT_EQ(ippTextOf([&] { Initializer::FillWithMask(image, mask, TypeParam(1), image.SizeToRoi()); }),
-            kRectDoesNotFit);
+            rectDoesNotFitText);
   EXPECT_EQ(ippTextOf([&] { Initializer::CopyWithMask(image, image, mask, image.SizeToRoi()); }),
-            kRectDoesNotFit);
+            rectDoesNotFitText);
   EXPECT_EQ(pixels, std::vector<TypeParam>(12, TypeParam(9)));
 }
 
@@ -180,7 +180,7 @@ TYPED_TEST(EachReturnedType, CopyOfARegionInTheSourcesSizeKeepsItsPlace) {
 TYPED_TEST(EachReturnedType, CopyOfARegionElsewhereShiftsTheRowsPastTheCrop) {
   auto source = counted<TypeParam>(60);
   auto src = wrap(source, 6, 10);
-  // The region starts at element 1 * 4 + 2 of the crop: what reaches past its 12 pixels is dropped.
+  // The region starts at element 1 * 4 + 2 of the crop: pixels after its 12 are dropped.
   const auto crop = Initializer::Copy(src, Rect{1, 2, 4, 3}, true);
   const int expected[] = {8, 9, 10, 11, 14, 15};
   for (int i = 0; i < 6; ++i) EXPECT_EQ(crop.buffer()[6 + i], TypeParam(expected[i]));
@@ -193,17 +193,17 @@ TYPED_TEST(EachReturnedType, CopyOfARegionFarFromTheOriginStaysInItsOwnMemory) {
   EXPECT_EQ(Initializer::Copy(src, Rect{100, 100, 50, 50}, false).width(), 200);
 }
 
-TYPED_TEST(EachReturnedType, CopyFromInFrontOfTheSourcesPixelsHasRoomInFrontOfItsOwn) {
+TYPED_TEST(EachReturnedType, CopyFromBeforeTheSourcesPixelsHasRoomBeforeItsOwn) {
   auto source = counted<TypeParam>(40);
-  // Ten pixels lie in front of the image: a negative origin is the caller's matter, and fine here.
+  // Ten pixels lie before the image: the caller is responsible for a negative origin, which is valid here.
   auto src = IppIMemory<TypeParam>::CreateContainer(source.data() + 10, 5, 4);
   const auto copy = Initializer::Copy(src, Rect{-1, 0, 5, 2}, false);
   for (int i = 0; i < 5; ++i) EXPECT_EQ(copy.buffer()[i], TypeParam(10 + i));
 }
 
-TYPED_TEST(EachReturnedType, CopyOfARegionLargerThanTheSourcesSizeHasRoomBehind) {
+TYPED_TEST(EachReturnedType, CopyOfARegionLargerThanTheSourcesSizeHasRoomAfterIt) {
   auto source = counted<TypeParam>(60);
-  auto src = wrap(source, 3, 2);  // the pixels go on behind the image
+  auto src = wrap(source, 3, 2);  // there are more pixels after the image
   const auto copy = Initializer::Copy(src, Rect{0, 0, 4, 9}, false);
   ASSERT_EQ(copy.width(), 3);
   for (int i = 0; i < 6; ++i) EXPECT_EQ(copy.buffer()[i], TypeParam(i));
@@ -213,7 +213,7 @@ TYPED_TEST(EachReturnedType, CopyOfAnEmptyRegion) {
   auto source = counted<TypeParam>(20);
   auto src = wrap(source, 5, 4);
   EXPECT_EQ(plainTextOf([&] { Initializer::Copy(src, Rect{0, 0, 0, 2}, true); }), "invalid image size");
-  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(src, Rect{0, 0, 0, 2}, false); }), kBadSize);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(src, Rect{0, 0, 0, 2}, false); }), badSizeText);
 }
 
 TYPED_TEST(EachWithheldType, CopyToANewImageNeverReturns) {
@@ -225,7 +225,7 @@ TYPED_TEST(EachWithheldType, CopyToANewImageNeverReturns) {
               }),
               "Assign error in IppIMemory");
   }
-  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(src, Rect{0, 0, 0, 2}, false); }), kBadSize);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Copy(src, Rect{0, 0, 0, 2}, false); }), badSizeText);
 }
 
 TEST(Convert, LimitsToEightBits) {
@@ -252,7 +252,7 @@ TEST(Convert, TheRectHasToFitBothImages) {
   std::vector<u8> target(4, 9);
   auto src = wrap(source, 4, 2);
   auto dst = wrap(target, 2, 2);
-  EXPECT_EQ(ippTextOf([&] { Initializer::Convert(src, dst, src.SizeToRoi()); }), kRectDoesNotFit);
+  EXPECT_EQ(ippTextOf([&] { Initializer::Convert(src, dst, src.SizeToRoi()); }), rectDoesNotFitText);
   EXPECT_EQ(target, std::vector<u8>(4, 9));
 }
 

@@ -13,11 +13,11 @@ using Ipp::Image::Initializer;
 using Bytes = Ipp::Image::IppILogical<u8>;
 using Floats = Ipp::Image::IppILogical<float>;
 
-constexpr const char* kNoEntry =
+constexpr const char* noEntryText =
     "ippStsDataTypeErr: Data type is incorrect or not supported( error Code : -59 )";
-constexpr const char* kBadStep = "ippStsStepErr: Step value is not valid( error Code : -16 )";
+constexpr const char* badStepText = "ippStsStepErr: Step value is not valid( error Code : -16 )";
 
-/// The functions of one combining operation in the forms that it has.
+/// The overloads of one operation with two sources.
 template <class T>
 struct Operation {
   const char* name;
@@ -98,14 +98,14 @@ TEST(Logical, TheRectHasToFitEachImage) {
   auto wide = wrap(large, 4, 3), narrow = wrap(small, 3, 3);
   const Rect rect{0, 0, 4, 3};
   for (const auto& operation : operations<u8>()) {
-    EXPECT_EQ(ippTextOf([&] { operation.inPlace(wide, narrow, rect); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { operation.inPlace(narrow, wide, rect); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { operation.combine(narrow, wide, wide, rect); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { operation.combine(wide, narrow, wide, rect); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { operation.combine(wide, wide, narrow, rect); }), kRectDoesNotFit);
+    EXPECT_EQ(ippTextOf([&] { operation.inPlace(wide, narrow, rect); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { operation.inPlace(narrow, wide, rect); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { operation.combine(narrow, wide, wide, rect); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { operation.combine(wide, narrow, wide, rect); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { operation.combine(wide, wide, narrow, rect); }), rectDoesNotFitText);
   }
-  EXPECT_EQ(ippTextOf([&] { Bytes::Not(narrow, rect); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { Bytes::Not(wide, narrow, rect); }), kRectDoesNotFit);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Not(narrow, rect); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Not(wide, narrow, rect); }), rectDoesNotFitText);
   EXPECT_EQ(large, std::vector<u8>(12, 7));
   EXPECT_EQ(small, std::vector<u8>(9, 9));
 }
@@ -115,12 +115,12 @@ TEST(Logical, EmptyImagesAndRegionsAreTheEntrysMatter) {
   auto image = wrap(pixels, 4, 3);
   IppIMemory<u8> empty, flat = IppIMemory<u8>::CreateContainer(pixels.data(), 0, 3);
   for (const auto& operation : operations<u8>()) {
-    EXPECT_EQ(ippTextOf([&] { operation.inPlace(image, image, Rect{0, 0, 0, 2}); }), kBadSize);
-    EXPECT_EQ(ippTextOf([&] { operation.inPlace(image, empty, Rect{0, 0, 0, 0}); }), kNoBuffer);
-    EXPECT_EQ(ippTextOf([&] { operation.inPlace(image, flat, Rect{0, 0, 0, 0}); }), kBadStep);
-    EXPECT_EQ(ippTextOf([&] { operation.create(empty, image, Rect{0, 0, 2, 2}, true); }), kNoBuffer);
-    EXPECT_EQ(ippTextOf([&] { operation.create(image, flat, Rect{0, 0, 2, 2}, true); }), kBadStep);
-    EXPECT_EQ(ippTextOf([&] { operation.create(image, image, Rect{0, 0, 0, 2}, false); }), kBadSize);
+    EXPECT_EQ(ippTextOf([&] { operation.inPlace(image, image, Rect{0, 0, 0, 2}); }), badSizeText);
+    EXPECT_EQ(ippTextOf([&] { operation.inPlace(image, empty, Rect{0, 0, 0, 0}); }), noBufferText);
+    EXPECT_EQ(ippTextOf([&] { operation.inPlace(image, flat, Rect{0, 0, 0, 0}); }), badStepText);
+    EXPECT_EQ(ippTextOf([&] { operation.create(empty, image, Rect{0, 0, 2, 2}, true); }), noBufferText);
+    EXPECT_EQ(ippTextOf([&] { operation.create(image, flat, Rect{0, 0, 2, 2}, true); }), badStepText);
+    EXPECT_EQ(ippTextOf([&] { operation.create(image, image, Rect{0, 0, 0, 2}, false); }), badSizeText);
     EXPECT_EQ(plainTextOf([&] {
                 operation.create(image, image, Rect{0, 0, 0, 2}, true);
               }),
@@ -130,8 +130,8 @@ TEST(Logical, EmptyImagesAndRegionsAreTheEntrysMatter) {
               }),
               "invalid image size");
   }
-  EXPECT_EQ(ippTextOf([&] { Bytes::Not(empty, Rect{0, 0, 0, 0}); }), kNoBuffer);
-  EXPECT_EQ(ippTextOf([&] { Bytes::Not(image, Rect{0, 0, 2, 0}, false); }), kBadSize);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Not(empty, Rect{0, 0, 0, 0}); }), noBufferText);
+  EXPECT_EQ(ippTextOf([&] { Bytes::Not(image, Rect{0, 0, 2, 0}, false); }), badSizeText);
   EXPECT_EQ(plainTextOf([&] { Bytes::Not(image, Rect{0, 0, 2, 0}, true); }), "invalid image size");
   EXPECT_EQ(pixels, std::vector<u8>(12, 7));
 }
@@ -168,13 +168,13 @@ TEST(LogicalNewImage, CombinationsInTheSourcesSizeAreABlockInTheCorner) {
 
 TEST(LogicalNewImage, CombinationsOfARegionLargerThanTheFirstSourceHaveRoomBehind) {
   auto a = pattern(600, 37), b = pattern(600, 91);
-  auto src1 = wrap(a, 3, 2), src2 = wrap(b, 4, 9);  // the pixels go on behind both images
+  auto src1 = wrap(a, 3, 2), src2 = wrap(b, 4, 9);  // there are more pixels after both images
   for (const auto& operation : operations<u8>()) {
     const auto result = operation.create(src1, src2, Rect{0, 0, 4, 90}, false);
     ASSERT_EQ(result.width(), 3);
     ASSERT_EQ(result.height(), 2);
     for (int i = 0; i < 6; ++i) {
-      // A row's fourth pixel lands where the next row begins, and is overwritten by it.
+      // The fourth pixel of a row lies at the beginning of the next row, which overwrites it.
       EXPECT_EQ(result.buffer()[i], operation.of(at(a, i), at(b, 4 * (i / 3) + i % 3))) << i;
     }
   }
@@ -201,7 +201,7 @@ TEST(LogicalNewImage, TheComplementInTheSourcesSizeKeepsItsPlace) {
 TEST(LogicalNewImage, TheComplementOfARegionElsewhereShiftsItsRowsPastTheImage) {
   auto source = pattern(60, 37);
   auto src = wrap(source, 6, 10);
-  // The region starts at element 1 * 4 + 2 of the result: what reaches past its 12 pixels is dropped.
+  // The region starts at element 1 * 4 + 2 of the result: pixels after its 12 are dropped.
   const auto result = Bytes::Not(src, Rect{1, 2, 4, 3}, true);
   const int from[] = {8, 9, 10, 11, 14, 15};
   for (int i = 0; i < 6; ++i) EXPECT_EQ(result.buffer()[6 + i], 255 - at(source, from[i])) << i;
@@ -214,8 +214,8 @@ TEST(LogicalNewImage, TheComplementStaysInMemoryOfItsOwn) {
     EXPECT_EQ(Bytes::Not(src, Rect{100, 100, 50, 50}, sizeFromRect).width(), sizeFromRect ? 50 : 200);
     EXPECT_EQ(Bytes::Not(src, Rect{199, 199, 1, 1}, sizeFromRect).width(), sizeFromRect ? 1 : 200);
   }
-  // Pixels lie in front of this image and behind it: a region that reaches them is the caller's matter, and
-  // fine here.
+  // There are pixels before and after this image: the caller is responsible for a region that contains them,
+  // which is valid here.
   auto middle = IppIMemory<u8>::CreateContainer(source.data() + 100 * 200, 200, 2);
   for (const Rect rect : {Rect{-1, 0, 200, 2}, Rect{0, -7, 100, 1}, Rect{-50, -50, 60, 60},
                           Rect{0, 0, 300, 20}, Rect{1, 1, 200, 60}}) {
@@ -239,30 +239,30 @@ TEST(LogicalOfFloats, AllTwelveFunctionsRaiseAndTouchNothing) {
   auto one = wrap(a, 4, 3), two = wrap(b, 4, 3), three = wrap(c, 4, 3);
   const Rect rect{0, 1, 3, 2}, bad{0, 0, 5, 3};
   for (const auto& operation : operations<float>()) {
-    EXPECT_EQ(ippTextOf([&] { operation.inPlace(one, two, rect); }), kNoEntry);
-    EXPECT_EQ(ippTextOf([&] { operation.combine(one, two, three, rect); }), kNoEntry);
-    EXPECT_EQ(ippTextOf([&] { operation.inPlace(one, two, bad); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { operation.combine(one, two, three, bad); }), kRectDoesNotFit);
+    EXPECT_EQ(ippTextOf([&] { operation.inPlace(one, two, rect); }), noEntryText);
+    EXPECT_EQ(ippTextOf([&] { operation.combine(one, two, three, rect); }), noEntryText);
+    EXPECT_EQ(ippTextOf([&] { operation.inPlace(one, two, bad); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { operation.combine(one, two, three, bad); }), rectDoesNotFitText);
     for (const bool sizeFromRect : {true, false}) {
-      EXPECT_EQ(ippTextOf([&] { operation.create(one, two, rect, sizeFromRect); }), kNoEntry);
-      EXPECT_EQ(ippTextOf([&] { operation.create(one, two, bad, sizeFromRect); }), kNoEntry);
+      EXPECT_EQ(ippTextOf([&] { operation.create(one, two, rect, sizeFromRect); }), noEntryText);
+      EXPECT_EQ(ippTextOf([&] { operation.create(one, two, bad, sizeFromRect); }), noEntryText);
     }
     EXPECT_EQ(plainTextOf([&] { operation.create(one, two, Rect{0, 0, 0, 2}, true); }), "invalid image size");
   }
-  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, rect); }), kNoEntry);
-  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, two, rect); }), kNoEntry);
-  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, bad); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, two, bad); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, rect, true); }), kNoEntry);
-  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, bad, false); }), kNoEntry);
+  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, rect); }), noEntryText);
+  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, two, rect); }), noEntryText);
+  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, bad); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, two, bad); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, rect, true); }), noEntryText);
+  EXPECT_EQ(ippTextOf([&] { Floats::Not(one, bad, false); }), noEntryText);
   IppIMemory<float> empty;
-  EXPECT_EQ(ippTextOf([&] { Floats::Not(empty, Rect{0, 0, 0, 0}); }), kNoEntry);
+  EXPECT_EQ(ippTextOf([&] { Floats::Not(empty, Rect{0, 0, 0, 0}); }), noEntryText);
   EXPECT_EQ(a, std::vector<float>(12, 1.5F));
   EXPECT_EQ(b, std::vector<float>(12, -2.5F));
   EXPECT_EQ(c, std::vector<float>(12, 3.5F));
 }
 
-/// What Compare makes of one pixel.
+/// The result of Compare for one pixel.
 int compared(float pixel, float value, eComparison comparison) {
   std::vector<float> source = {pixel};
   std::vector<u8> target = {9};
@@ -350,7 +350,7 @@ TEST(Comparer, AnUnknownOperatorLeavesTheDestination) {
   EXPECT_EQ(ippTextOf([&] {
               Comparer<float>::Compare(src, dst, Rect{0, 0, 0, 2}, 2, static_cast<eComparison>(5));
             }),
-            kBadSize);
+            badSizeText);
 }
 
 TEST(Comparer, Refusals) {
@@ -363,12 +363,12 @@ TEST(Comparer, Refusals) {
   };
   IppIMemory<float> noSource;
   IppIMemory<u8> noTarget, flat = IppIMemory<u8>::CreateContainer(target.data(), 0, 3);
-  EXPECT_EQ(textFor(src, dst, src.SizeToRoi()), kRectDoesNotFit);
-  EXPECT_EQ(textFor(noSource, dst, Rect{0, 0, 3, 3}), kRectDoesNotFit);
-  EXPECT_EQ(textFor(src, dst, Rect{0, 0, 3, -1}), kBadSize);
-  EXPECT_EQ(textFor(noSource, dst, Rect{0, 0, 0, 0}), kNoBuffer);
-  EXPECT_EQ(textFor(src, noTarget, Rect{0, 0, 0, 0}), kNoBuffer);
-  EXPECT_EQ(textFor(src, flat, Rect{0, 0, 0, 0}), kBadStep);
+  EXPECT_EQ(textFor(src, dst, src.SizeToRoi()), rectDoesNotFitText);
+  EXPECT_EQ(textFor(noSource, dst, Rect{0, 0, 3, 3}), rectDoesNotFitText);
+  EXPECT_EQ(textFor(src, dst, Rect{0, 0, 3, -1}), badSizeText);
+  EXPECT_EQ(textFor(noSource, dst, Rect{0, 0, 0, 0}), noBufferText);
+  EXPECT_EQ(textFor(src, noTarget, Rect{0, 0, 0, 0}), noBufferText);
+  EXPECT_EQ(textFor(src, flat, Rect{0, 0, 0, 0}), badStepText);
   EXPECT_EQ(target, std::vector<u8>(9, 9));
 }
 

@@ -1,4 +1,4 @@
-// Each CASE calls an operation on pixels of a type that it does not have.
+// Each CASE calls an operation with a pixel type for which it does not exist.
 
 #include "zorvan/ipp.h"
 

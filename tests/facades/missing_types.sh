@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Operations on pixels of a type that they do not have compile, and do not link:
+# Calls of operations with a pixel type for which they do not exist compile, but do not link:
 # missing_types.sh <compiler> <include folder> <library> <source> <folder for objects>
 set -eu
 compiler=$1 include=$2 library=$3 source=$4 out=$5

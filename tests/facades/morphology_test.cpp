@@ -15,7 +15,7 @@ class Morphology : public testing::Test {};
 using PixelTypes = testing::Types<u8, float>;
 TYPED_TEST_SUITE(Morphology, PixelTypes);
 
-/// One operation of the facade in both forms, beside its definition.
+/// The overloads of one operation of the facade, and its definition.
 template <class T>
 struct Operation {
   const char* name;
@@ -44,7 +44,8 @@ std::vector<T> noise(int count) {
   return pixels;
 }
 
-/// The extreme of the rectangle around each pixel, the edge repeated outward. `turned` turns the rectangle.
+/// The extreme of the rectangle around each pixel, with the edge repeated outside. `turned` rotates the
+/// rectangle.
 template <class T>
 std::vector<T> onePass(const std::vector<T>& src, Size size, Size mask, bool dilate, bool turned) {
   std::vector<T> dst;
@@ -83,18 +84,18 @@ std::vector<T> pixelsOf(const IppIMemory<T>& image) {
   return {first, first + image.width() * image.height()};
 }
 
-/// Also masks for which the library makes a block of its own: other widths, tall ones, even ones.
-constexpr Size kMasks[] = {{1, 1},  {3, 3},   {5, 5},  {7, 7},  {9, 9},   {2, 2},   {4, 4}, {6, 3},
-                           {8, 8},  {3, 5},   {5, 3},  {1, 7},  {7, 1},   {10, 10}, {3, 4}, {9, 31},
-                           {3, 99}, {11, 11}, {3, 90}, {12, 2}, {31, 31}, {64, 1}};
+/// Also masks for which the library allocates a block: other widths, tall ones, even ones.
+constexpr Size maskSizes[] = {{1, 1},  {3, 3},   {5, 5},  {7, 7},  {9, 9},   {2, 2},   {4, 4}, {6, 3},
+                              {8, 8},  {3, 5},   {5, 3},  {1, 7},  {7, 1},   {10, 10}, {3, 4}, {9, 31},
+                              {3, 99}, {11, 11}, {3, 90}, {12, 2}, {31, 31}, {64, 1}};
 
-TYPED_TEST(Morphology, GivesTheExtremeOfTheRectangle) {
+TYPED_TEST(Morphology, FindsTheExtremeOfTheRectangle) {
   using T = TypeParam;
   const Size size{41, 37};
   auto source = noise<T>(size.width * size.height);
   auto src = wrap(source, size.width, size.height);
   for (const auto& operation : operations<T>()) {
-    for (const Size mask : kMasks) {
+    for (const Size mask : maskSizes) {
       const auto expected = defined(operation, source, size, mask);
       std::vector<T> pixels(source.size(), T(1));
       auto dst = wrap(pixels, size.width, size.height);
@@ -131,7 +132,7 @@ TYPED_TEST(Morphology, SeesNothingAroundTheRegion) {
   }
 }
 
-TYPED_TEST(Morphology, ReturnsAnImageOfTheWantedSize) {
+TYPED_TEST(Morphology, ReturnsAnImageOfTheRequestedSize) {
   using T = TypeParam;
   auto source = noise<T>(120);
   auto src = wrap(source, 12, 10);
@@ -154,8 +155,8 @@ TYPED_TEST(Morphology, ReturnsAnImageOfTheWantedSize) {
   }
 }
 
-/// The rows land behind the image's last pixel; the room for them is the library's own. Address sanitizers
-/// watch this.
+/// The rows lie after the image's last pixel, in memory that the library allocates. Address sanitizers check
+/// this.
 TYPED_TEST(Morphology, ReturnsTheShiftedRowsOfAFarRegion) {
   using T = TypeParam;
   auto source = noise<T>(400);
@@ -185,16 +186,16 @@ TYPED_TEST(Morphology, RefusesRegionsThatDoNotFitBeforeAllElse) {
   auto src = wrap(large, 10, 10), dst = wrap(small, 9, 9);
   for (const auto& operation : operations<T>()) {
     for (const Size mask : {Size{3, 3}, Size{0, 0}}) {
-      EXPECT_EQ(ippTextOf([&] { operation.filling(src, dst, Rect{0, 0, 10, 9}, mask); }), kRectDoesNotFit);
-      EXPECT_EQ(ippTextOf([&] { operation.filling(src, dst, Rect{0, 0, 9, 10}, mask); }), kRectDoesNotFit);
-      EXPECT_EQ(ippTextOf([&] { operation.filling(dst, src, Rect{1, 0, 9, 9}, mask); }), kRectDoesNotFit);
-      EXPECT_EQ(ippTextOf([&] { operation.filling(dst, src, Rect{0, 1, 9, 9}, mask); }), kRectDoesNotFit);
+      EXPECT_EQ(ippTextOf([&] { operation.filling(src, dst, Rect{0, 0, 10, 9}, mask); }), rectDoesNotFitText);
+      EXPECT_EQ(ippTextOf([&] { operation.filling(src, dst, Rect{0, 0, 9, 10}, mask); }), rectDoesNotFitText);
+      EXPECT_EQ(ippTextOf([&] { operation.filling(dst, src, Rect{1, 0, 9, 9}, mask); }), rectDoesNotFitText);
+      EXPECT_EQ(ippTextOf([&] { operation.filling(dst, src, Rect{0, 1, 9, 9}, mask); }), rectDoesNotFitText);
     }
     EXPECT_NO_THROW(operation.returned(src, Rect{2, 0, 9, 8}, false, Size{3, 3}));
   }
 }
 
-TYPED_TEST(Morphology, SaysWhatIsWrongWithTheSizes) {
+TYPED_TEST(Morphology, ReportsWrongSizes) {
   using T = TypeParam;
   std::vector<T> pixels(100);
   auto src = wrap(pixels, 10, 10), dst = wrap(pixels, 10, 10);
@@ -213,7 +214,7 @@ TYPED_TEST(Morphology, SaysWhatIsWrongWithTheSizes) {
     bothSay({0, 0, 0, 4}, {3, 3}, "Morph border get size error.");
     bothSay({0, 0, 4, 0}, {3, 3}, "Morph border get size error.");
     bothSay({0, 0, -1, 4}, {3, 3}, "Morph border get size error.");
-    bothSay(good, {65535, 65535}, "invalid length");  // the figures wrap to positive ones
+    bothSay(good, {65535, 65535}, "invalid length");  // the sizes wrap to positive ones
     bothSay(good, {INT_MAX, INT_MAX}, "invalid length");
     bothSay(good, {3, INT_MAX}, "invalid length");
   }
@@ -225,9 +226,9 @@ TYPED_TEST(Morphology, NeedsImagesWithPixels) {
   auto full = wrap(pixels, 10, 10);
   auto none = IppIMemory<T>::CreateContainer(nullptr, 10, 10);
   for (const auto& operation : operations<T>()) {
-    EXPECT_EQ(ippTextOf([&] { operation.filling(none, full, Rect{0, 0, 4, 4}, Size{3, 3}); }), kNoBuffer);
-    EXPECT_EQ(ippTextOf([&] { operation.filling(full, none, Rect{0, 0, 4, 4}, Size{3, 3}); }), kNoBuffer);
-    EXPECT_EQ(ippTextOf([&] { operation.returned(none, Rect{0, 0, 4, 4}, true, Size{3, 3}); }), kNoBuffer);
+    EXPECT_EQ(ippTextOf([&] { operation.filling(none, full, Rect{0, 0, 4, 4}, Size{3, 3}); }), noBufferText);
+    EXPECT_EQ(ippTextOf([&] { operation.filling(full, none, Rect{0, 0, 4, 4}, Size{3, 3}); }), noBufferText);
+    EXPECT_EQ(ippTextOf([&] { operation.returned(none, Rect{0, 0, 4, 4}, true, Size{3, 3}); }), noBufferText);
   }
 }
 

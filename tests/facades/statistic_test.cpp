@@ -9,7 +9,7 @@ namespace {
 
 using Ipp::Image::Statistic;
 
-constexpr const char* kNoType =
+constexpr const char* noTypeText =
     "ippStsDataTypeErr: Data type is incorrect or not supported( error Code : -59 )";
 
 template <class T>
@@ -38,7 +38,7 @@ TYPED_TEST(EachStatisticType, ReducesARegionAtTheSwappedOrigin) {
   EXPECT_EQ(Statistic<TypeParam>::Mean(image, mask, rect), TypeParam(13));
 }
 
-TYPED_TEST(EachStatisticType, MasksGoByTheirOwnWidth) {
+TYPED_TEST(EachStatisticType, MasksUseTheirOwnWidth) {
   auto pixels = counted<TypeParam>(6);
   std::vector<u8> bytes = {1, 0, 0, 9, 0, 1, 0, 9};
   auto image = wrap(pixels, 3, 2);
@@ -66,16 +66,16 @@ TYPED_TEST(EachStatisticType, RegionsReachExactlyToTheEdge) {
   auto mask = wrap(bytes, 4, 3), small = wrap(fewBytes, 3, 2);
   EXPECT_EQ(ippTextOf([&] { Tested::Min(image, {0, 0, 4, 3}); }), "no exception");
   for (const Rect rect : {Rect{0, 0, 5, 3}, Rect{0, 0, 4, 4}, Rect{1, 0, 4, 3}, Rect{0, 1, 4, 3}}) {
-    EXPECT_EQ(ippTextOf([&] { Tested::Min(image, rect); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { Tested::Max(image, rect); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, rect); }), kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, mask, rect); }), kRectDoesNotFit);
+    EXPECT_EQ(ippTextOf([&] { Tested::Min(image, rect); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { Tested::Max(image, rect); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, rect); }), rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, mask, rect); }), rectDoesNotFitText);
     EXPECT_EQ(ippTextOf([&] { Tested::MeanAndStandardDeviationWithMask(image, mask, rect); }),
-              kRectDoesNotFit);
-    EXPECT_EQ(ippTextOf([&] { Tested::MinMaxIndexWithMask(image, mask, rect); }), kRectDoesNotFit);
+              rectDoesNotFitText);
+    EXPECT_EQ(ippTextOf([&] { Tested::MinMaxIndexWithMask(image, mask, rect); }), rectDoesNotFitText);
   }
-  EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, small, {0, 0, 4, 3}); }), kRectDoesNotFit);
-  EXPECT_EQ(ippTextOf([&] { Tested::MinMaxIndexWithMask(image, small); }), kRectDoesNotFit);
+  EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, small, {0, 0, 4, 3}); }), rectDoesNotFitText);
+  EXPECT_EQ(ippTextOf([&] { Tested::MinMaxIndexWithMask(image, small); }), rectDoesNotFitText);
 }
 
 TYPED_TEST(EachStatisticType, EmptyRegionsAndImagesAreRefused) {
@@ -85,17 +85,17 @@ TYPED_TEST(EachStatisticType, EmptyRegionsAndImagesAreRefused) {
   auto image = wrap(pixels, 4, 3);
   auto mask = wrap(bytes, 4, 3);
   for (const Rect rect : {Rect{0, 0, 0, 3}, Rect{0, 0, 4, 0}, Rect{0, 0, -1, 3}}) {
-    EXPECT_EQ(ippTextOf([&] { Tested::Min(image, rect); }), kBadSize);
-    EXPECT_EQ(ippTextOf([&] { Tested::Max(image, rect); }), kBadSize);
-    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, rect); }), kBadSize);
-    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, mask, rect); }), kBadSize);
-    EXPECT_EQ(ippTextOf([&] { Tested::MeanAndStandardDeviationWithMask(image, mask, rect); }), kBadSize);
+    EXPECT_EQ(ippTextOf([&] { Tested::Min(image, rect); }), badSizeText);
+    EXPECT_EQ(ippTextOf([&] { Tested::Max(image, rect); }), badSizeText);
+    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, rect); }), badSizeText);
+    EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, mask, rect); }), badSizeText);
+    EXPECT_EQ(ippTextOf([&] { Tested::MeanAndStandardDeviationWithMask(image, mask, rect); }), badSizeText);
   }
   auto empty = IppIMemory<TypeParam>::CreateContainer(nullptr, 4, 3);
   auto noMask = IppIMemory<u8>::CreateContainer(nullptr, 4, 3);
-  EXPECT_EQ(ippTextOf([&] { Tested::Min(empty, {0, 0, 4, 3}); }), kNoBuffer);
-  EXPECT_EQ(ippTextOf([&] { Tested::Mean(empty, {0, 0, 4, 3}); }), kNoBuffer);
-  EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, noMask, {0, 0, 4, 3}); }), kNoBuffer);
+  EXPECT_EQ(ippTextOf([&] { Tested::Min(empty, {0, 0, 4, 3}); }), noBufferText);
+  EXPECT_EQ(ippTextOf([&] { Tested::Mean(empty, {0, 0, 4, 3}); }), noBufferText);
+  EXPECT_EQ(ippTextOf([&] { Tested::Mean(image, noMask, {0, 0, 4, 3}); }), noBufferText);
 }
 
 template <class T>
@@ -139,7 +139,7 @@ TYPED_TEST(EachExtremeType, FindsExtremesAndTheirFirstPlaces) {
   EXPECT_EQ(below.MaxIndex.y, 0);
 }
 
-TYPED_TEST(EachExtremeType, AnEmptyMaskIsRaised) {
+TYPED_TEST(EachExtremeType, AnEmptyMaskThrows) {
   std::vector<TypeParam> pixels(6, 5);
   std::vector<u8> bytes(6, 0);
   auto image = wrap(pixels, 3, 2);
@@ -148,7 +148,7 @@ TYPED_TEST(EachExtremeType, AnEmptyMaskIsRaised) {
             "ippStsNoOperation: No operation has been executed( error Code : 1 )");
 }
 
-TYPED_TEST(EachExtremeType, ALargerMaskCountsAtItsTopLeft) {
+TYPED_TEST(EachExtremeType, ALargerMaskIsUsedFromItsTopLeft) {
   std::vector<TypeParam> pixels = {5, 3, 9, 1};
   std::vector<u8> bytes = {1, 0, 1, 1, 0, 1, 1, 1, 1};
   auto image = wrap(pixels, 2, 2);
@@ -188,12 +188,12 @@ TEST(StatisticOfWords, ExtremesWithPlacesDoNotExist) {
   std::vector<u8> bytes(6, 1);
   auto image = wrap(pixels, 3, 2);
   auto mask = wrap(bytes, 3, 2);
-  EXPECT_EQ(ippTextOf([&] { Statistic<u16>::MinMaxIndexWithMask(image, mask); }), kNoType);
-  EXPECT_EQ(ippTextOf([&] { Statistic<u16>::MinMaxIndexWithMask(image, mask, {0, 0, 0, 0}); }), kNoType);
+  EXPECT_EQ(ippTextOf([&] { Statistic<u16>::MinMaxIndexWithMask(image, mask); }), noTypeText);
+  EXPECT_EQ(ippTextOf([&] { Statistic<u16>::MinMaxIndexWithMask(image, mask, {0, 0, 0, 0}); }), noTypeText);
   EXPECT_EQ(ippTextOf([&] {
               Statistic<u16>::MinMaxIndexWithMask(image, mask, {0, 0, 4, 2});
             }),
-            kRectDoesNotFit);
+            rectDoesNotFitText);
 }
 
 TYPED_TEST(EachStatisticType, CanBeAssigned) {

@@ -5,7 +5,8 @@
 
 #include "zorvan/foundation/IppException.h"
 
-/// The text that a container raises when it runs `action`; tells apart what is raised in another way.
+/// The text of the exception that a container throws in `action`, or a text that states what happened
+/// instead.
 template <class Action>
 std::string textRaisedBy(Action action) {
   try {

@@ -45,20 +45,20 @@ TEST(CoreMalloc, RefusesLengthsWhoseBlockWouldWrap) {
   for (const int length : {0x7FFFFFB8, 0x7FFFFFB9, highest}) EXPECT_EQ(coreMalloc(length), nullptr) << length;
 }
 
-TEST(CoreFree, TakesNull) {
+TEST(CoreFree, AcceptsNull) {
   coreFree(nullptr);
   ippiFree(nullptr);
   ippsFree(nullptr);
 }
 
-TEST(Free, TakesBackEitherKindOfBlock) {
+TEST(Free, FreesBothTypesOfBlock) {
   int step = 0;
   ippsFree(ippiMalloc_8u_C1(5, 5, &step));
   ippiFree(ippsMalloc_8u(25));
   coreFree(ippsMalloc_32f(25));
 }
 
-// The image allocators differ in their element alone.
+// The image allocators differ in their element type only.
 template <class T, T* (*allocate)(int, int, int*)>
 struct ImageAllocator {
   static constexpr int elementBytes = sizeof(T);
@@ -70,7 +70,7 @@ class ImageMalloc : public testing::Test {
  protected:
   static constexpr int elementBytes = A::elementBytes;
 
-  /// The step written by an allocation that is to fail.
+  /// The step that an allocation writes which has to fail.
   static int stepOfRefused(int width, int height) {
     int step = untouched;
     EXPECT_EQ(A::allocateImage(width, height, &step), nullptr) << width << " x " << height;
@@ -128,7 +128,7 @@ TYPED_TEST(ImageMalloc, WritesTheStepBeforeTheTotalIsTested) {
   EXPECT_EQ(this->stepOfRefused(64 / this->elementBytes, 0x02000000), 64);
   EXPECT_EQ(this->stepOfRefused(1, highest), 64);
   EXPECT_EQ(this->stepOfRefused(0x40000000 / this->elementBytes, highest), 0x40000000);
-  // A total that is a small positive figure in 32 bits.
+  // A total that wraps to a small positive number in 32 bits.
   EXPECT_EQ(this->stepOfRefused(0x40000040 / this->elementBytes, 4), 0x40000040);
 }
 
@@ -171,7 +171,7 @@ TEST(SignalMalloc, RefusesLengthsOutOfRange) {
     EXPECT_EQ(ippsMalloc_32f(length), nullptr) << length;
   }
   // The largest lengths whose bytes fit 31 bits still wrap with the block's overhead; the next one, and the
-  // one whose bytes wrap to a small figure, are refused before.
+  // one whose bytes wrap to a small number, are refused before.
   for (const int length : {0x1FFFFFEE, 0x1FFFFFFF, 0x20000000, 0x40000001}) {
     EXPECT_EQ(ippsMalloc_32f(length), nullptr) << length;
   }

@@ -1,5 +1,5 @@
-// What the library asks of the heap, what it gives back, and what it does when the heap refuses. The heap
-// refuses in the tests of large blocks too, so that none is really taken.
+// The requests of the library to the heap, the blocks that it frees, and its behaviour if the heap refuses.
+// The heap refuses in the tests of large blocks too, so that none is really allocated.
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ TEST(Heap, HoldsTheBlockAndItsWord) {
   EXPECT_EQ(heap.freed(), 1u);
 }
 
-TEST(Heap, IsAskedForTheLargestBlockOnly) {
+TEST(Heap, ReceivesRequestsUpToTheLargestBlock) {
   WatchedHeap heap;
   heap.refuse();
   EXPECT_EQ(coreMalloc(0x7FFFFFB7), nullptr);
@@ -46,7 +46,7 @@ TEST(Heap, IsAskedForTheLargestBlockOnly) {
   EXPECT_EQ(heap.requests(), 1u);
 }
 
-TEST(Heap, IsAskedForWholeRowsOfAnImage) {
+TEST(Heap, ReceivesRequestsForWholeRowsOfAnImage) {
   WatchedHeap heap;
   heap.refuse();
   int step = 0;
@@ -67,7 +67,7 @@ TEST(Heap, IsAskedForWholeRowsOfAnImage) {
   EXPECT_EQ(heap.requests(), 8u);
 }
 
-TEST(Heap, IsNotAskedForImagesThatAreTooLarge) {
+TEST(Heap, ReceivesNoRequestForImagesThatAreTooLarge) {
   WatchedHeap heap;
   int step = 0;
   EXPECT_EQ(ippiMalloc_8u_C1(0x7FFFFF81, 1, &step), nullptr);
@@ -83,7 +83,7 @@ TEST(Heap, IsNotAskedForImagesThatAreTooLarge) {
   EXPECT_EQ(heap.requests(), 0u);
 }
 
-TEST(Heap, IsAskedForTheElementsOfASignal) {
+TEST(Heap, ReceivesRequestsForTheElementsOfASignal) {
   WatchedHeap heap;
   heap.refuse();
   EXPECT_EQ(ippsMalloc_8u(0x7FFFFFB7), nullptr);
@@ -104,7 +104,7 @@ class ImagesOnHeap : public testing::Test {};
 using AllocatedTypes = testing::Types<u8, u16, s16, int, float>;
 TYPED_TEST_SUITE(ImagesOnHeap, AllocatedTypes);
 
-TYPED_TEST(ImagesOnHeap, GiveTheirBlockBackOnce) {
+TYPED_TEST(ImagesOnHeap, FreeTheirBlockOnce) {
   WatchedHeap heap;
   {
     IppIMemory<TypeParam> first(10, 10);
@@ -126,13 +126,13 @@ TYPED_TEST(ImagesOnHeap, AreEmptyWhenTheHeapRefuses) {
     EXPECT_EQ(image.buffer(), nullptr);
     EXPECT_EQ(image.width(), 10);
     EXPECT_EQ(image.imageStep(), 10 * static_cast<int>(sizeof(TypeParam)));
-    EXPECT_EQ(image.step(), 64);  // the allocator found it before it asked the heap
+    EXPECT_EQ(image.step(), 64);  // the allocator computed it before its request
     EXPECT_EQ(image.ToIppStream({3, 4, 1, 1}), nullptr);
   }
   EXPECT_EQ(heap.freed(), 0u);
 }
 
-TYPED_TEST(ImagesOnHeap, RaiseWhenTheirCopyIsRefused) {
+TYPED_TEST(ImagesOnHeap, ThrowWhenTheirCopyIsRefused) {
   WatchedHeap heap;
   const IppIMemory<TypeParam> source(10, 10);
   heap.refuse();
@@ -156,10 +156,10 @@ TYPED_TEST(ImagesOnHeap, AreEmptyWhenTheirCountIsRefused) {
     image = IppIMemory<TypeParam>(10, 10);
     EXPECT_NE(image.buffer(), nullptr);
   }
-  EXPECT_EQ(heap.heldBlocks(), 0u);
+  EXPECT_EQ(heap.liveBlocks(), 0u);
 }
 
-TYPED_TEST(ImagesOnHeap, RaiseWhenTheCountOfTheirCopyIsRefused) {
+TYPED_TEST(ImagesOnHeap, ThrowWhenTheCountOfTheirCopyIsRefused) {
   const IppIMemory<TypeParam> source(10, 10);
   WatchedHeap heap;
   heap.refuseNextNew();
@@ -191,11 +191,11 @@ TYPED_TEST(ContainersOnHeap, AreEmptyWhenTheirCountIsRefused) {
       EXPECT_EQ(image->step(), 0);
     }
   }
-  EXPECT_EQ(heap.heldBlocks(), 0u);
+  EXPECT_EQ(heap.liveBlocks(), 0u);
   EXPECT_EQ(heap.freed(), 0u);
 }
 
-TEST(ImageCopiesOnHeap, Of16BitsAllocateThenRaiseAndGiveBack) {
+TEST(ImageCopiesOnHeap, Of16BitsAllocateThenThrowAndFree) {
   const auto expectTakenAndGivenBack = [](const auto& source) {
     using Image = std::decay_t<decltype(source)>;
     WatchedHeap heap;
@@ -207,7 +207,7 @@ TEST(ImageCopiesOnHeap, Of16BitsAllocateThenRaiseAndGiveBack) {
   expectTakenAndGivenBack(IppIMemory<s16>(10, 10));
 }
 
-TEST(ImageCopiesOnHeap, OfAnImageWithoutABlockGiveTheirOwnBack) {
+TEST(ImageCopiesOnHeap, OfAnImageWithoutABlockFreeTheirOwn) {
   const IppIMemory<u8> source(10, 10, nullptr, 0);
   WatchedHeap heap;
   EXPECT_EQ(textRaisedBy([&] { IppIMemory<u8> copy(source); }), "Assign error in IppIMemory");
@@ -215,14 +215,14 @@ TEST(ImageCopiesOnHeap, OfAnImageWithoutABlockGiveTheirOwnBack) {
   EXPECT_EQ(heap.freed(), 1u);
 }
 
-TEST(ImagesOfOtherTypes, AskNothingOfTheHeap) {
+TEST(ImagesOfOtherTypes, RequestNothingFromTheHeap) {
   WatchedHeap heap;
   EXPECT_NE(textRaisedBy([] { IppIMemory<double> image(10, 10); }), "nothing raised");
   EXPECT_EQ(textRaisedBy([] { IppIMemory<u8> image(0, 10); }), "invalid image size");
   EXPECT_EQ(heap.requests(), 0u);
 }
 
-TEST(AllocatedBlocks, GiveThemselvesBack) {
+TEST(AllocatedBlocks, FreeThemselves) {
   WatchedHeap heap;
   int step = 0;
   { const auto block = IppIMemory<float>::Allocate(10, 10, step); }
@@ -239,7 +239,7 @@ class SignalsOnHeap : public testing::Test {};
 using AllocatedElements = testing::Types<u8, float>;
 TYPED_TEST_SUITE(SignalsOnHeap, AllocatedElements);
 
-TYPED_TEST(SignalsOnHeap, GiveTheirBlockBackOnce) {
+TYPED_TEST(SignalsOnHeap, FreeTheirBlockOnce) {
   WatchedHeap heap;
   {
     IppSMemory<TypeParam> first(10);

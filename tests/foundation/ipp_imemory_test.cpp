@@ -28,7 +28,7 @@ class ImageMemory : public testing::Test {
   static constexpr bool allocates = isOneOf<T, u8, u16, s16, int, float>;
   static constexpr bool copies = isOneOf<T, u8, int, float>;
 
-  /// What the allocation of a sound size raises.
+  /// The text that the allocation of a valid size throws.
   static std::string expectedOfAllocation() {
     if (allocates) return "nothing raised";
     return std::string("Cannot allocate memory.\nNot supported type.\ntype is ") + typeid(T).name();
@@ -127,7 +127,8 @@ TEST(ImageMemorySteps, AreThoseOfKnownWidths) {
   EXPECT_EQ(IppIMemory<float>(17, 1).imageStep(), 68);
 }
 
-// A refused allocation leaves the image as it is, but for the block; the step is what the allocator wrote.
+// After a refused allocation the image has its size and no block; the step is the one that the allocator
+// wrote.
 TYPED_TEST(OwnedImageMemory, LeavesABlockThatIsTooLargeOut) {
   constexpr int pixelBytes = sizeof(TypeParam);
   const IppIMemory<TypeParam> tall(0x40000000 / pixelBytes, 2);
@@ -247,8 +248,7 @@ TYPED_TEST(OwnedImageMemory, CopyingAnImageTooLargeToAllocateRaises) {
   EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(tall); }), "Assign error in IppIMemory");
 }
 
-// What makes a region or its address is asked of an image that may be written; the measures and the block of
-// any image.
+// A region and its address need an image that is not const; the sizes and the block do not.
 TYPED_TEST(ImageMemory, AccessorsAreConstButForRegions) {
   using Image = IppIMemory<TypeParam>;
   EXPECT_TRUE((std::is_same_v<decltype(&Image::SizeToRoi), Rect (Image::*)()>));
@@ -322,7 +322,7 @@ TYPED_TEST(ImageMemory, ContainersLeaveTheCallersMemoryToTheCaller) {
   EXPECT_EQ(pixels[11], TypeParam(7));
 }
 
-TYPED_TEST(ImageMemory, ContainersTakeNull) {
+TYPED_TEST(ImageMemory, ContainersAcceptNull) {
   const auto image = IppIMemory<TypeParam>::CreateContainer(nullptr, 4, 4);
   EXPECT_EQ(image.buffer(), nullptr);
   EXPECT_EQ(image.buffer().use_count(), 0);

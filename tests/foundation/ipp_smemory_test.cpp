@@ -87,11 +87,11 @@ TYPED_TEST(SignalMemory, CopiesOfAnEmptySignalAreEmpty) {
   EXPECT_EQ(IppSMemory<TypeParam>(empty).buffer(), nullptr);
 }
 
-TYPED_TEST(OwnedSignalMemory, CopiesTakeNothingOver) {
+TYPED_TEST(OwnedSignalMemory, CopiesCopyNothing) {
   const IppSMemory<TypeParam> source(7);
   IppSMemory<TypeParam> copy(source);
   EXPECT_EQ(copy.buffer(), nullptr);
-  EXPECT_EQ(source.buffer().use_count(), 2);  // the source's, and the one asked for here
+  EXPECT_EQ(source.buffer().use_count(), 2);  // the source's, and the one returned here
   copy = source;
   EXPECT_EQ(copy.length(), 7);
   EXPECT_EQ(copy.buffer(), source.buffer());

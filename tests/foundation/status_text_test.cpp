@@ -23,7 +23,7 @@ const std::map<std::int32_t, std::string> expectedTexts = {
 constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 
-TEST(StatusText, GivesEachCodeItsOwnMessage) {
+TEST(StatusText, HasAMessageForEachCode) {
   ASSERT_EQ(expectedTexts.size(), 139u);
   std::set<std::string> seen;
   for (const auto& [code, text] : expectedTexts) {
@@ -32,7 +32,7 @@ TEST(StatusText, GivesEachCodeItsOwnMessage) {
   }
 }
 
-TEST(StatusText, GivesKnownMessagesWordForWord) {
+TEST(StatusText, ReturnsKnownMessagesWordForWord) {
   EXPECT_STREQ(ippStatusText(-9999), "ippStsCpuNotSupportedErr: The target CPU is not supported");
   EXPECT_STREQ(ippStatusText(-9702), "No shared libraries were found in the Waterfall procedure");
   EXPECT_STREQ(ippStatusText(-9700), "Error at loading of %s library");
@@ -47,7 +47,7 @@ TEST(StatusText, GivesKnownMessagesWordForWord) {
   EXPECT_STREQ(ippStatusText(53), "The function is inefficient due to the combination of input parameters");
 }
 
-TEST(StatusText, GivesCodesInTheGapsTheUnknownMessage) {
+TEST(StatusText, ReturnsTheUnknownMessageForCodesInTheGaps) {
   const auto expectUnknown = [](std::int32_t code) {
     EXPECT_STREQ(ippStatusText(code), "ippStsUnknownStatusCodeErr: Unknown status code") << code;
   };

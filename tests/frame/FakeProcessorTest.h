@@ -7,21 +7,20 @@
 
 namespace Zorvan::Test {
 
-/// Starts each test with a processor that has nothing yet and a library that knows nothing yet.
+/// Starts each test with a processor without features and a library in its initial state.
 class FakeProcessorTest : public testing::Test {
  protected:
-  void SetUp() override { play(processor); }
+  void SetUp() override { fakeWith(processor); }
   void TearDown() override { EXPECT_EQ(processor.faults(), 0); }
 
   std::uint64_t mask() {
-    forgetProcessor();
+    resetProcessorState();
     std::uint64_t mask = 0;
     EXPECT_EQ(Primitives::coreBuildFeatureMask(&mask), 1);
     return mask;
   }
 
-  /// Gives the processor all that the fifth and later variants ask for, and an operating system that saves
-  /// it.
+  /// Sets all features that the fifth and later variants need, and the state that the operating system saves.
   void giveAvx512() {
     processor.setHighestLeaf(7);
     processor.setSavedState(0xE7);

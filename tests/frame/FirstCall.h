@@ -1,8 +1,8 @@
 #pragma once
 
 // Makes one call through an entry's stub while no variant has been selected, and compares it with the same
-// call made straight at the selected routine. Entries whose arguments do not follow the house's shape say how
-// they are called by an overload of callFirst.
+// call of the selected routine itself. Entries with other parameters than EntryCall handles have an overload
+// of callFirst.
 
 #include <cstring>
 #include <string>
@@ -14,7 +14,7 @@
 
 namespace Zorvan::Test {
 
-/// The routine that the stub of `row` reaches by now; null while none has been selected.
+/// The routine to which the stub of `row` jumps; null while none has been selected.
 template <class Routine>
 Routine* selectedRoutine(const Primitives::Row<Routine>& row) {
   const std::int32_t index = Primitives::variantIndex;
@@ -26,7 +26,7 @@ std::string callFirst(int (*entry)(Parameters...), const Primitives::Row<int(Par
   using Call = EntryCall<int(Parameters...)>;
   Case c{{13, 3}, {}, 42};
   c.images.assign(static_cast<std::size_t>(Call::imageCount()),
-                  {StepKind::onePixelMore, {Placement::Edge::inside, 4}, Content::halfEmpty});
+                  {StepType::onePixelMore, {Placement::Edge::inside, 4}, Content::halfEmpty});
   const Call first(c, 1, 0), second(c, 1, 1);
   if (Primitives::variantIndex != -1) return "a variant had been selected before";
   const int status = first.run(entry);
@@ -41,7 +41,7 @@ std::string callFirst(int (*entry)(Parameters...), const Primitives::Row<int(Par
   return "";
 }
 
-/// Flood fill: the seed, the value and the record arrive.
+/// Flood fill: the routine receives the seed, the value and the record.
 template <class T>
 std::string callFirst(
     int (*entry)(T*, int, Size, Point, T, Primitives::_IppiConnectedComp*, u8*),
@@ -55,7 +55,7 @@ std::string callFirst(
   return "";
 }
 
-/// The Laplace filter: mask, border word, value and work memory arrive.
+/// The Laplace filter: the routine receives mask, border word, value and work memory.
 template <class T>
 std::string callFirst(int (*entry)(const T*, int, T*, int, Size, int, int, T, u8*),
                       const Primitives::Row<int(const T*, int, T*, int, Size, int, int, T, u8*)>& row) {
@@ -108,8 +108,8 @@ std::string callFirst(int (*entry)(Size, const u8*, Size, Spec*, u8*),
   return spec.flags == 0x130 ? "" : "an argument was lost";
 }
 
-/// Erosion, dilation, opening and closing: border word, value, state and work memory arrive. The state is
-/// made by hand, since the entries that make it would select a variant.
+/// Erosion, dilation, opening and closing: the routine receives border word, value, state and work memory.
+/// The test fills the state itself, since the entries that do so would select a variant.
 template <class T, class Spec>
 std::string callFirst(
     int (*entry)(const T*, int, T*, int, Size, int, T, const Spec*, u8*),
@@ -141,7 +141,7 @@ std::string callFirst(
   return status == 0 ? "" : "the status differs";
 }
 
-/// Image memory: the pixels of a fresh image can be written, and the step is told.
+/// Image memory: the pixels of a new image can be written, and the step is returned.
 template <class T>
 std::string callFirst(T* (*entry)(int, int, int*), const Primitives::Row<T*(int, int, int*)>& row) {
   int step = 0;

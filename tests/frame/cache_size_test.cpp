@@ -1,4 +1,4 @@
-// The largest cache and its lines: both ways to find them, and what is remembered.
+// The largest cache and its lines: from both leaves, and as stored.
 
 #include <algorithm>
 #include <ostream>
@@ -43,13 +43,13 @@ class CacheSize : public FakeProcessorTest {
     return answer;
   }
 
-  /// Asks in both orders, each on a fresh state, and again from memory: all must agree.
+  /// Queries in both orders, each from the initial state, and again as stored: all must agree.
   Answer probe() {
-    forgetProcessor();
+    resetProcessorState();
     Answer lineFirst{-1, -2, -2};
     coreGetCacheLineSize(&lineFirst.line);
     lineFirst.status = coreGetCacheSize(&lineFirst.size);
-    forgetProcessor();
+    resetProcessorState();
     const Answer first = sizeThenLine();
     EXPECT_EQ(first, lineFirst);
     const int calls = processor.cpuidCalls();
@@ -127,11 +127,11 @@ TEST_F(CacheSize, KnowsEveryDescriptor) {
     const Answer expected = size > 0 ? Answer{0, size, 0} : unknown;
     EXPECT_EQ(probeLeaf2({descriptor << 8 | 1, 0, 0, 0}), expected) << descriptor;
   }
-  // The larger of any two wins, wherever they stand.
+  // The larger of any two is found, at any position.
   for (std::uint32_t a = 0; a < 256; ++a) {
     for (std::uint32_t b = 0; b < 256; b += 3) {
       const std::int32_t size = std::max(sizes[a], sizes[b]);
-      forgetProcessor();
+      resetProcessorState();
       processor.setLeaf(2, {1, 0, a << 16, b});
       std::int32_t actual = -2;
       EXPECT_EQ(coreGetCacheSize(&actual), size > 0 ? 0 : 37);
@@ -181,20 +181,20 @@ TEST_F(CacheSize, PassesOverRegistersWithoutDescriptors) {
 }
 
 TEST_F(CacheSize, MissesTheFirstDescriptorWhenTheFirstRegisterHasNone) {
-  constexpr std::uint32_t noDescriptors = 0x80004D01;  // one round
+  constexpr std::uint32_t noDescriptors = 0x80004D01;  // one call
   EXPECT_EQ(probeLeaf2({noDescriptors, 0, 0, 0}), unknown);
   EXPECT_EQ(probeLeaf2({noDescriptors, 0x0000004D, 0, 0}), unknown);
   EXPECT_EQ(probeLeaf2({noDescriptors, 0x0000224D, 0, 0}), (Answer{0, 512 << 10, 0}));
   EXPECT_EQ(probeLeaf2({noDescriptors, 0x2200004D, 0, 0}), (Answer{0, 512 << 10, 0}));
-  // Whichever register comes first.
+  // With any register first.
   EXPECT_EQ(probeLeaf2({noDescriptors, 0, 0x0000004D, 0x00000023}), (Answer{0, 1 << 20, 0}));
   EXPECT_EQ(probeLeaf2({noDescriptors, 0, 0, 0x0000004D}), unknown);
-  // All the others are seen, up to the last byte.
+  // All the others are found, up to the last byte.
   EXPECT_EQ(probeLeaf2({noDescriptors, 0x01010101, 0x0101014D, 0x01010101}), (Answer{0, 16 << 20, 0}));
   EXPECT_EQ(probeLeaf2({noDescriptors, 0x01010101, 0x01010101, 0x4D010101}), (Answer{0, 16 << 20, 0}));
 }
 
-TEST_F(CacheSize, TakesLeaf2UpToHighestLeaf3AndLeaf4FromThenOn) {
+TEST_F(CacheSize, UsesLeaf2UpToHighestLeaf3AndLeaf4FromHighestLeaf4On) {
   processor.setLeaf(2, {1, 0x44, 0, 0});
   processor.setLeaf(4, cache(Unified, 16, 1, 64, 4096));
   for (const std::uint32_t highest : {2u, 3u}) {
@@ -217,7 +217,7 @@ TEST_F(CacheSize, OfLeaf4IsTheLargestThatHoldsData) {
             (Answer{0, 16 << 20, 128}));
   EXPECT_EQ(probeLeaf4({cache(Data, 8, 1, 64, 64), Registers{}, cache(Unified, 16, 1, 64, 8192)}),
             (Answer{0, 32 << 10, 64}));
-  EXPECT_EQ(probeLeaf4({cache(31, 1, 1, 32, 1)}), (Answer{0, 32, 32}));  // a type of the future
+  EXPECT_EQ(probeLeaf4({cache(31, 1, 1, 32, 1)}), (Answer{0, 32, 32}));  // a type that is not defined
 }
 
 TEST_F(CacheSize, MultipliesAllFieldsOfLeaf4) {
@@ -227,7 +227,7 @@ TEST_F(CacheSize, MultipliesAllFieldsOfLeaf4) {
   EXPECT_EQ(probeLeaf4({cache(Unified, 1, 1, 4096, 1)}), (Answer{0, 4096, 4096}));
 }
 
-TEST_F(CacheSize, OfEqualCachesTheFirstGivesTheLine) {
+TEST_F(CacheSize, UsesTheLineOfTheFirstOfEqualCaches) {
   EXPECT_EQ(probeLeaf4({cache(Data, 8, 1, 64, 128), cache(Unified, 8, 1, 128, 64)}),
             (Answer{0, 64 << 10, 64}));
   EXPECT_EQ(probeLeaf4({cache(Data, 8, 1, 128, 64), cache(Unified, 8, 1, 64, 128)}),
@@ -235,7 +235,7 @@ TEST_F(CacheSize, OfEqualCachesTheFirstGivesTheLine) {
 }
 
 TEST_F(CacheSize, WrapsIn32Bits) {
-  // 2^32 counts as nothing, 2^31 as negative: neither is a cache.
+  // 2^32 wraps to 0, 2^31 to a negative number: neither is a cache.
   EXPECT_EQ(probeLeaf4({cache(Unified, 1024, 1, 64, 1 << 16)}), unknown);
   EXPECT_EQ(probeLeaf4({cache(Unified, 1024, 1, 64, 1 << 15)}), unknown);
   EXPECT_EQ(probeLeaf4({cache(Data, 8, 1, 32, 64), cache(Unified, 1024, 1, 64, 1 << 15)}),
@@ -248,7 +248,7 @@ TEST_F(CacheSize, WithoutADataCacheIsUnknown) {
   EXPECT_EQ(probeLeaf4({cache(Instruction, 8, 1, 64, 64)}), unknown);
 }
 
-TEST_F(CacheSize, WalksThirtyTwoSubleaves) {
+TEST_F(CacheSize, ReadsThirtyTwoSubleaves) {
   std::vector<Registers> caches(31, cache(Instruction, 8, 1, 64, 64));
   caches.push_back(cache(Data, 8, 1, 64, 64));
   caches.push_back(cache(Data, 8, 1, 64, 128));
@@ -259,7 +259,7 @@ TEST_F(CacheSize, AnswersFromWhatItKnows) {
   cacheProbe = CacheProbe{12345, 0};
   cacheLineBytes = 32;
   EXPECT_EQ(sizeThenLine(), (Answer{0, 12345, 32}));
-  // The line size as it stands when only the size is known.
+  // The stored line size, if only the size is known.
   cacheLineBytes = -1;
   EXPECT_EQ(sizeThenLine(), (Answer{0, 12345, -1}));
   cacheProbe = CacheProbe{0, 0};
@@ -270,7 +270,7 @@ TEST_F(CacheSize, AnswersFromWhatItKnows) {
 TEST_F(CacheSize, AnswersASizeThatItKnowsInEachState) {
   for (const int state : {0, 1, 36, 37}) {
     for (const int size : {0, 12345}) {
-      forgetProcessor();
+      resetProcessorState();
       cacheProbe = CacheProbe{size, state};
       cacheLineBytes = 32;
       EXPECT_EQ(sizeThenLine(), (Answer{state, size, 32}));
@@ -282,7 +282,7 @@ TEST_F(CacheSize, AnswersASizeThatItKnowsInEachState) {
 
 TEST_F(CacheSize, AnswersFromItsState) {
   for (const int state : {36, 37}) {
-    forgetProcessor();
+    resetProcessorState();
     cacheProbe = CacheProbe{-1, state};
     std::int32_t line = -2, size = -2;
     coreGetCacheLineSize(&line);
@@ -291,7 +291,7 @@ TEST_F(CacheSize, AnswersFromItsState) {
     EXPECT_EQ(size, -1);
     EXPECT_EQ(cacheLineBytes, 0);
   }
-  forgetProcessor();
+  resetProcessorState();
   cacheProbe = CacheProbe{-1, 0};
   EXPECT_EQ(sizeThenLine(), (Answer{0, -1, -1}));
   EXPECT_EQ(processor.cpuidCalls(), 0);
@@ -306,10 +306,10 @@ TEST_F(CacheSize, KnownLineIsAnsweredWithoutAProbe) {
   EXPECT_EQ(known().cacheProbeState, 1);
 }
 
-TEST_F(CacheSize, IsTheSameForThreadsThatAskAtOnce) {
+TEST_F(CacheSize, IsTheSameForSimultaneousThreads) {
   const Answer expected = probeLeaf4({cache(Data, 8, 1, 32, 64), cache(Unified, 16, 1, 64, 8192)});
   for (int round = 0; round < 50; ++round) {
-    forgetProcessor();
+    resetProcessorState();
     std::vector<Answer> seen(4);
     std::vector<std::thread> threads;
     for (Answer& mine : seen) threads.emplace_back([&mine] { mine = sizeThenLine(); });

@@ -1,4 +1,4 @@
-// What the feature mask is for which answers of the processor.
+// The feature mask for the answers of the processor.
 
 #include <thread>
 #include <vector>
@@ -22,7 +22,7 @@ struct Source {
 
 constexpr std::uint32_t extended = 0x80000001;
 
-// Written out once more on purpose: the list that the library expands is what is tested.
+// Repeated on purpose: the list that the library expands is under test.
 constexpr Source sources[] = {
     {0, 1, 'd', 23},        {1, 1, 'd', 25},  {2, 1, 'd', 26},  {3, 1, 'c', 0},   {4, 1, 'c', 9},
     {5, 1, 'c', 22},        {6, 1, 'c', 19},  {7, 1, 'c', 20},  {8, 1, 'c', 28},  {10, 1, 'c', 25},
@@ -45,7 +45,7 @@ TEST_F(FeatureMask, HasOneBitForEachSourceBitAndNoneForOtherBits) {
         single.setHighestLeaf(7);
         single.setHighestExtendedLeaf(extended);
         single.setBit(leaf, reg, sourceBit);
-        play(single);
+        fakeWith(single);
         std::uint64_t expected = 0;
         for (const Source& source : sources) {
           if (source.leaf == leaf && source.reg == "abcd"[reg] && source.bit == sourceBit)
@@ -80,7 +80,7 @@ TEST_F(FeatureMask, IsFullForAProcessorWithEverything) {
   EXPECT_EQ(mask(), bit(36) - 1 - bit(12));
 }
 
-TEST_F(FeatureMask, KnowsYmmStateOnlyWithXsaveAvxAndBothStates) {
+TEST_F(FeatureMask, HasYmmStateOnlyWithXsaveAvxAndBothStates) {
   for (const bool xsave : {false, true}) {
     for (const bool avx : {false, true}) {
       for (std::uint64_t state = 0; state < 8; ++state) {
@@ -88,7 +88,7 @@ TEST_F(FeatureMask, KnowsYmmStateOnlyWithXsaveAvxAndBothStates) {
         if (xsave) machine.setBit(1, Ecx, 27);
         if (avx) machine.setBit(1, Ecx, 28);
         machine.setSavedState(state);
-        play(machine);
+        fakeWith(machine);
         EXPECT_EQ(mask(), (avx ? bit(8) : 0) | (xsave && avx && (state & 6) == 6 ? bit(9) : 0));
         EXPECT_EQ(machine.xgetbvCalls(), xsave && avx ? 1 : 0);
         EXPECT_EQ(machine.faults(), 0);
@@ -97,7 +97,7 @@ TEST_F(FeatureMask, KnowsYmmStateOnlyWithXsaveAvxAndBothStates) {
   }
 }
 
-TEST_F(FeatureMask, KnowsZmmStateWithXsaveAloneAndAllThreeStates) {
+TEST_F(FeatureMask, HasZmmStateWithXsaveAloneAndAllThreeStates) {
   processor.setHighestLeaf(7);
   processor.setBit(1, Ecx, 27);
   for (std::uint64_t state = 0; state < 256; ++state) {
@@ -139,7 +139,7 @@ TEST_F(FeatureMask, ReadsTheExtendedLeafOnlyWhereItExists) {
   }
 }
 
-TEST_F(FeatureMask, TakesTheCoprocessorFamilyFromTheRawSignature) {
+TEST_F(FeatureMask, ReadsTheCoprocessorFamilyFromTheRawSignature) {
   const auto maskOf = [this](std::uint32_t signature) {
     processor.setLeaf(1, {signature, 0, 0, 0});
     return mask();
@@ -177,11 +177,11 @@ TEST_F(FeatureMask, QueryBuildsBeforeItRejectsANullPointer) {
   EXPECT_EQ(mask, 1u);
 }
 
-TEST_F(FeatureMask, IsTheSameForThreadsThatAskAtOnce) {
+TEST_F(FeatureMask, IsTheSameForSimultaneousThreads) {
   giveAvx512();
   const std::uint64_t expected = mask();
   for (int round = 0; round < 20; ++round) {
-    forgetProcessor();
+    resetProcessorState();
     std::vector<std::uint64_t> seen(4);
     std::vector<std::thread> threads;
     for (std::uint64_t& mine : seen) threads.emplace_back([&mine] { coreBuildFeatureMask(&mine); });

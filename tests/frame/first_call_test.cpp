@@ -1,5 +1,5 @@
-// The first call of a process, made through every entry in turn, each in a process of its own: the selection
-// happens on the way, and the routine sees every argument as the caller passed it.
+// The first call of a process, through every entry, each in its own process: the call selects the variant,
+// and the routine receives every argument as the caller passed it.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -18,12 +18,12 @@
 namespace Zorvan::Test {
 namespace {
 
-constexpr const char* kCallFlag = "--call=";
-constexpr const char* kRaceFlag = "--race";
+constexpr const char* callFlag = "--call=";
+constexpr const char* raceFlag = "--race";
 
 using namespace Primitives;
 
-/// What a fresh process says of its first call: empty where all went well.
+/// The output of a new process about its first call: empty if it succeeded.
 std::string firstCallOf(const std::string& wanted) {
 #define CALL(name, ...) \
   if (wanted == #name) return callFirst(&name, table.name);
@@ -43,7 +43,7 @@ std::vector<std::string> entryNames() {
 }
 
 /// Two threads that make the first call of the process at the same moment, one with a floating-point
-/// argument, one with more arguments than registers carry.
+/// argument, one with more arguments than fit into registers.
 std::string raceForTheFirstCall() {
   std::atomic<int> waiting{2};
   const auto together = [&waiting] {
@@ -73,7 +73,7 @@ std::string raceForTheFirstCall() {
   return copied;
 }
 
-/// Runs this program anew with one flag and gives what it printed.
+/// Runs this program again with one flag and returns its output.
 std::string inFreshProcess(const std::string& flag) {
   int pipeEnds[2];
   if (pipe(pipeEnds) != 0) return "no pipe";
@@ -97,13 +97,13 @@ std::string inFreshProcess(const std::string& flag) {
 
 class FirstCall : public testing::TestWithParam<std::string> {};
 
-TEST_P(FirstCall, KeepsEveryArgument) { EXPECT_EQ(inFreshProcess(kCallFlag + GetParam()), ""); }
+TEST_P(FirstCall, KeepsEveryArgument) { EXPECT_EQ(inFreshProcess(callFlag + GetParam()), ""); }
 
 INSTANTIATE_TEST_SUITE_P(Entries, FirstCall, testing::ValuesIn(entryNames()),
                          [](const auto& test) { return test.param; });
 
 TEST(FirstCalls, MayComeFromTwoThreadsAtOnce) {
-  for (int i = 0; i < 20; ++i) EXPECT_EQ(inFreshProcess(kRaceFlag), "");
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(inFreshProcess(raceFlag), "");
 }
 
 TEST(FirstCalls, AStoredMinusOneSelectsAgain) {
@@ -137,10 +137,10 @@ TEST(Rows, OfFreeHoldOneRoutine) {
 int main(int argc, char** argv) {
   if (argc == 2) {
     const std::string flag = argv[1];
-    const bool isCall = flag.rfind(Zorvan::Test::kCallFlag, 0) == 0;
-    if (isCall || flag == Zorvan::Test::kRaceFlag) {
+    const bool isCall = flag.rfind(Zorvan::Test::callFlag, 0) == 0;
+    if (isCall || flag == Zorvan::Test::raceFlag) {
       const std::string said =
-          isCall ? Zorvan::Test::firstCallOf(flag.substr(std::strlen(Zorvan::Test::kCallFlag)))
+          isCall ? Zorvan::Test::firstCallOf(flag.substr(std::strlen(Zorvan::Test::callFlag)))
                  : Zorvan::Test::raceForTheFirstCall();
       std::fputs(said.c_str(), stdout);
       return 0;

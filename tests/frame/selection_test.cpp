@@ -1,4 +1,4 @@
-// Which variant is selected for which features.
+// The variant that is selected for given features.
 
 #include <ostream>
 #include <random>
@@ -34,7 +34,7 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
 
 /// Selects from a mask on a processor whose own mask is already known.
 Outcome select(std::uint64_t requested, std::uint64_t processorMask) {
-  forgetProcessor();
+  resetProcessorState();
   cachedFeatureMask = processorMask;
   featureMaskValid = 1;
   Outcome outcome{-1, -1, 0};
@@ -43,7 +43,7 @@ Outcome select(std::uint64_t requested, std::uint64_t processorMask) {
   return outcome;
 }
 
-/// The same in the plainest form, bit for bit and case for case.
+/// The same in plain form, bit by bit and case by case.
 Outcome expectedSelection(std::uint64_t m, std::uint64_t h) {
   int w = 0;
   if (m >> 63 == 1) {
@@ -160,7 +160,7 @@ TEST_F(Selection, WithoutZmmStateDropsAvx512ButMpxAndIfma) {
   EXPECT_EQ(select(bit(28) | bit(32) | 0x81DF, h), (Outcome{0, 4, bit(28) | bit(32) | 0x81DF}));
 }
 
-TEST_F(Selection, TakesAnOverrideAsItStands) {
+TEST_F(Selection, UsesAnOverrideUnchanged) {
   for (const std::uint64_t h : {std::uint64_t{0}, everything}) {
     EXPECT_EQ(select(bit(63) | 0x73081DF, h), (Outcome{0, 5, 0x73081DF}));
     EXPECT_EQ(select(bit(63) | bit(40) | 0x81DF, h), (Outcome{0, 4, bit(40) | 0x81DF}));
@@ -202,7 +202,8 @@ TEST_F(Selection, AgreesWithThePlainFormOnBoundaries) {
 TEST_F(Selection, AgreesWithThePlainFormOnRandomMasks) {
   std::mt19937_64 random(20240611);
   for (int i = 0; i < 200000; ++i) {
-    // Dense, sparse and half: uniform bits alone almost never hit a whole tier, or the lowest ones.
+    // Dense, sparse and half: uniform bits almost never have all features of a tier, or only those of the
+    // lowest.
     std::uint64_t m = random(), h = random();
     if (i % 3 == 1) m |= random() | random();
     if (i % 3 == 2) m &= random() & random();
@@ -216,7 +217,7 @@ TEST_F(Selection, AgreesWithThePlainFormOnRandomMasks) {
 TEST_F(Selection, ForThisProcessorStoresTheIndex) {
   giveAvx512();
   const std::uint64_t features = mask();
-  forgetProcessor();
+  resetProcessorState();
   EXPECT_EQ(variantIndex, -1);
   EXPECT_EQ(coreSelectVariant(), 0);
   EXPECT_EQ(variantIndex, 5);
@@ -276,7 +277,7 @@ TEST_F(Selection, FitsTheMachine) {
       machineProcessor.setLeaf(1, {0x000006F0, 0, machine.leaf1Ecx, machine.leaf1Edx});
       machineProcessor.setLeaf(7, {0, machine.leaf7Ebx, 0, 0});
       machineProcessor.setSavedState(machine.savedState);
-      play(machineProcessor);
+      fakeWith(machineProcessor);
       EXPECT_EQ(coreSelectVariant(), vendor[0] == 'G' ? machine.status : 20);
       EXPECT_EQ(variantIndex, machine.index);
       EXPECT_EQ(machineProcessor.faults(), 0);
@@ -291,7 +292,7 @@ TEST_F(Selection, ComparesTheWholeVendorString) {
     std::string other = vendor;
     other[i] = '?';
     processor.setVendor(other.c_str());
-    forgetProcessor();
+    resetProcessorState();
     EXPECT_EQ(coreSelectVariant(), 20) << other;
     EXPECT_EQ(variantIndex, 5);
   }
@@ -300,7 +301,7 @@ TEST_F(Selection, ComparesTheWholeVendorString) {
 TEST_F(Selection, IsTheSameForThreadsThatSelectAtOnce) {
   giveAvx512();
   for (int round = 0; round < 20; ++round) {
-    forgetProcessor();
+    resetProcessorState();
     std::vector<std::int32_t> seen(4, -1);
     std::vector<std::thread> threads;
     for (std::int32_t& mine : seen) {

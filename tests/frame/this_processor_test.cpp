@@ -1,4 +1,4 @@
-// The real processor, compared with what the compiler's own support code finds.
+// The real processor, compared with the compiler's own support code.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ TEST(ThisProcessor, HasTheFeaturesThatTheCompilerFinds) {
   EXPECT_EQ(has(FeatureSse42), __builtin_cpu_supports("sse4.2") != 0);
   EXPECT_EQ(has(FeatureAes), __builtin_cpu_supports("aes") != 0);
   EXPECT_EQ(has(FeatureClmul), __builtin_cpu_supports("pclmul") != 0);
-  // The compiler counts what the operating system does not save as missing.
+  // For the compiler a feature is missing if the operating system does not save its state.
   EXPECT_EQ(has(FeatureAvx | FeatureAvxOs), __builtin_cpu_supports("avx") != 0);
   EXPECT_EQ(has(FeatureAvx2Group | FeatureAvxOs),
             __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") &&
@@ -56,7 +56,7 @@ TEST(ThisProcessor, GetsTheNewestVariantThatItSupports) {
   EXPECT_EQ(variantIndex, expected);
 }
 
-TEST(ThisProcessor, TellsItsCacheTheSameWayTwice) {
+TEST(ThisProcessor, ReportsTheSameCacheTwice) {
   std::int32_t first = -2, second = -2, line = -2;
   const int status = coreGetCacheSize(&first);
   EXPECT_EQ(coreGetCacheSize(&second), status);

@@ -1,4 +1,4 @@
-"""What nm, objdump and readelf tell of an object or a shared library."""
+"""The output of nm, objdump and readelf about an object or a shared library."""
 
 import re
 import subprocess
@@ -11,7 +11,7 @@ Instruction = namedtuple("Instruction", "address function name operands target")
 # Words that objdump prints before the name of an instruction.
 PREFIX = re.compile(r"repn?z?|lock|notrack|bnd|[cdefgs]s|data16|addr32|rex(\.\w+)?")
 
-# What objdump prints at the head of a function, and for an instruction: address, words, what it works out.
+# The lines that objdump prints for the beginning of a function and for an instruction: address, words, comment.
 FUNCTION = re.compile(r"[0-9a-f]+ <(.*)>:")
 INSTRUCTION = re.compile(r" *([0-9a-f]+):\t([^#\t]*)(?:#([^\t]*))?")
 NAMED_ADDRESS = re.compile(r"<.*>")
@@ -36,7 +36,7 @@ def undefinedNames(path):
 
 
 def groupSignatures(path):
-    """The names by which the linker keeps one of several equal groups of sections."""
+    """The names of groups of sections, of which the linker keeps one of several equal ones."""
     groups = output("readelf", "--section-groups", "-W", path)
     mangled = re.findall(r"^COMDAT group section .* \[(.*?)\] contains", groups, re.M)
     return output("c++filt", *mangled).splitlines() if mangled else []
@@ -62,7 +62,7 @@ def dynamicEntries(path):
 
 def instructions(path):
     """All instructions of the sections with code, in Intel syntax. `target` is the address and symbol that
-    objdump works out of an operand relative to the instruction."""
+    objdump computes for an operand relative to the instruction."""
     function = ""
     text = output("objdump", "--disassemble", "--no-show-raw-insn", "--demangle", "-M", "intel", path)
     for line in text.splitlines():

@@ -1,4 +1,4 @@
-"""The checks. Each returns its complaints, one line each; none if all is well."""
+"""The checks. Each returns a list of complaints, empty if it passes."""
 
 import re
 
@@ -10,8 +10,8 @@ ROW_BYTES, WORD_BYTES = 64, 8
 
 
 def symbols(kind, path):
-    """A variant's object may offer the linker its own names only. Of two objects that offer the same name the
-    linker takes one: the code of a newer variant would run on an older processor."""
+    """A variant's object may define global names of its own variant only. If two objects define the same name, the
+    linker keeps one: the code of a newer variant could run on an older processor."""
     offered = {s.name for s in binaries.definedSymbols(path) if s.kind.isupper() or s.kind in "ui"}
     offered.update(binaries.groupSignatures(path))
     return [f"{path}: offers {name}" for name in sorted(offered) if set(TAG.findall(name)) != {kind}]
@@ -28,7 +28,7 @@ def instructions(kind, path):
 
 
 def initialisers(kind, path):
-    """What runs at load runs before the processor was asked."""
+    """Code that runs at load time runs before a variant is selected."""
     complaints = [f"{path}: section {s.name}" for s in binaries.sections(path)
                   if re.match(r"\.(pre)?(init|fini)_array|\.[cd]tors|\.init$|\.fini$", s.name)]
     running = re.compile("_GLOBAL__sub_I|global constructors|__cxx_global_var_init|__static_initialization")
@@ -59,7 +59,7 @@ def _symbol(path, name):
 
 
 def rows(path, entryCount):
-    """The rows are written by the loader once, then read-only."""
+    """The loader writes the rows once; then they are read-only."""
     table = _symbol(path, "table")
     if table is None:
         return [f"{path}: has no symbol of the table"]
@@ -79,8 +79,8 @@ def _numbers(text):
 
 
 def stub(code, variantIndex, row):
-    """Load the index, form the row's address, jump to the routine: nothing else, and through the entry's own
-    row. `code` is a stub's instructions up to the padding behind its jump."""
+    """A stub loads the index, computes the address of the entry's own row and jumps to the routine, nothing else.
+    `code` is its instructions up to the padding after its jump."""
     loadsOfIndex, address, routine = 0, 0, None
     for i in code:
         target = int(i.target.split()[0], 16) if i.target else None
@@ -106,7 +106,7 @@ def stub(code, variantIndex, row):
         return "does not end in its one jump"
     if loadsOfIndex != 1:
         return "does not load the index once"
-    # The index is -1 before the first call: word 0 is addressed through the word behind it.
+    # The index is -1 before the first call, so the stub uses the address of word 1.
     if routine != row + WORD_BYTES:
         return "does not jump through its own row"
     if code[0].address % 16 != 0:

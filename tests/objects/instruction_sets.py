@@ -1,8 +1,8 @@
-"""Which instructions and registers each kind of object may use.
+"""The instructions and registers that the objects of a variant, the frame and the rest of the library may use.
 
-An instruction belongs to the feature whose words match its name, as objdump spells it in Intel syntax. A name
-that no feature knows is refused: what a new kernel needs is entered here, under the feature that brings it.
-The words are regular expressions.
+An instruction belongs to the feature whose words match its name, as objdump prints it in Intel syntax. A name that
+matches no feature is refused: a new instruction is entered here, under its feature. The words are regular
+expressions.
 """
 
 import functools
@@ -18,7 +18,7 @@ FEATURES = {
         (movs|stos|cmps|scas|lods)[bwdq]?
     """,
     "processor": "cpuid xgetbv",
-    # Promised by no tier. Every 64-bit processor of the two newest tiers runs it or skips it: it is a hint.
+    # Part of no tier. Every 64-bit processor of the two newest tiers executes or ignores it: it is a hint.
     "write-hint": "prefetchw",
     "SSE": r"""
         mov(aps|ups|ss|hps|lps|hlps|lhps|mskps|ntps) shufps unpck[hl]ps
@@ -43,7 +43,7 @@ FEATURES = {
         round[ps][sd]
     """,
     "SSE4.2": "pcmp[ei]str[im] pcmpgtq crc32 popcnt",
-    # Besides, every vector instruction of the features above with a v before its name.
+    # And every vector instruction of the features above with a v before its name.
     "AVX": r"""
         vbroadcast(ss|sd|f128) vinsertf128 vextractf128 vmaskmovp[sd] vperm2f128 vpermilp[sd] vtestp[sd]
         vzeroupper vzeroall vcmp\w+[ps][sd]
@@ -87,8 +87,8 @@ REGISTERS = {
     "x87": r"st(\(\d\))?",
 }
 
-# Each kind of object: the features and the register classes that it has on top of another kind. Whether a
-# processor counts leading zeros (lzcnt) or has movbe, half floats, AES and so on, no kind promises.
+# For each type of object the features and register classes that it adds to another type. No type includes lzcnt,
+# movbe, half floats, AES and so on.
 KINDS = {
     "frame": (None, "general processor", []),
     "general": (None, "general", []),
@@ -101,9 +101,9 @@ KINDS = {
     "VariantAvx512": ("VariantAvx2", "AVX-512F AVX-512CD AVX-512BW AVX-512DQ", ["xmm16 to ymm31", "zmm", "k"]),
 }
 
-# Integer instructions on ymm came with AVX2 only, under the names of AVX.
+# Integer instructions on ymm registers need AVX2, but have the names of AVX.
 INTEGER_ON_YMM = re.compile("vp(?!test|ermilp|erm2f128).*|vmpsadbw|vmovntdqa")
-# So did the broadcast from a register.
+# So does the broadcast from a register.
 BROADCAST_OF_REGISTER = re.compile(r"vbroadcasts[sd] [xyz]mm\d+,xmm\d+")
 
 VECTOR_FEATURES_BEFORE_AVX = ["SSE", "SSE2", "SSE3", "SSSE3", "SSE4.1", "SSE4.2"]
@@ -119,7 +119,7 @@ _registers = {name: re.compile(rf"(?<![\w.]){words}(?![\w.])") for name, words i
 
 @functools.cache
 def featuresOf(name):
-    """The features that bring an instruction of this name."""
+    """The features with an instruction of this name."""
     found = {feature for feature, pattern in _features.items() if pattern.fullmatch(name)}
     if name.startswith("v") and any(_features[f].fullmatch(name[1:]) for f in VECTOR_FEATURES_BEFORE_AVX):
         found.add("AVX")
@@ -128,14 +128,14 @@ def featuresOf(name):
 
 @functools.cache
 def allowed(kind):
-    """The features and the register classes of a kind of object."""
+    """The features and the register classes of a type of object."""
     below, features, registers = KINDS[kind]
     inherited = allowed(below) if below else (set(), set())
     return inherited[0] | set(features.split()), inherited[1] | set(registers)
 
 
 def complaint(kind, name, operands):
-    """Why an object of this kind may not have the instruction; None if it may."""
+    """Why an object of this type may not use the instruction; None if it may."""
     features, registers = allowed(kind)
     needed = featuresOf(name)
     if not needed:

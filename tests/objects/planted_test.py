@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Plants a violation of each check into a small source and looks whether the check reports it."""
+"""Plants a violation of each check into a small source; the check has to report it."""
 
 import os
 import subprocess
@@ -82,7 +82,7 @@ class Symbols(Planted):
         self.assertReports(checks.symbols("VariantSse2", self.object(source)), "DW.ref.__gxx_personality_v0")
 
 
-# For each instruction: kinds that have to refuse it and kinds that may have it.
+# For each instruction: types of objects that have to refuse it and types that may use it.
 INSTRUCTIONS = [
     ("bsf %eax, %ecx", "", "frame general base VariantSse2 VariantAvx512"),
     ("cpuid", "base VariantSse2 VariantAvx512", "frame"),
@@ -168,7 +168,7 @@ class Instructions(Planted):
             for kind in allowing.split():
                 with self.subTest(instruction, kind=kind):
                     self.assertEqual(checks.instructions(kind, path), [])
-        # Assemblers lag behind processors, by a few instructions at most.
+        # An older assembler may lack a few instructions.
         self.assertLess(len(unknown), 3, unknown)
 
     def test_compiled_code(self):

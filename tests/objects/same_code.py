@@ -47,7 +47,7 @@ def functions(path):
 
 
 def constants(path):
-    """How often each word of 4 bytes stands in the constants: their order is the compiler's."""
+    """How often the constants have each word of 4 bytes: the compiler chooses their order."""
     words = collections.Counter()
     for section in binaries.sections(path):
         if section.name.startswith(".rodata"):

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Configures a project that has the library as a folder, with several build types: the library's own sources are
-# compiled with optimisation unless the type is Debug. The last option of a command is the one that counts.
+# compiled with optimisation unless the type is Debug. The last optimisation option of a command is in effect.
 # usage: build_types.sh cmake generator compiler source outside build
 set -euo pipefail
 cmake=$1 generator=$2 compiler=$3 source=$4 outside=$5 build=$6
 
 failed=0
-# The empty type, which a project has that says nothing, and one that CMake does not know, come without options.
+# The empty type, that of a project without one, and types that CMake does not define have no options.
 for type in "" Profile Release RelWithDebInfo MinSizeRel Debug debug; do
   expected='-O[123s]'
   [[ ${type,,} != debug ]] || expected=none

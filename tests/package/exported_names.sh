@@ -4,7 +4,7 @@
 set -euo pipefail
 library=$1 list=$2
 
-# Constructors and destructors come in several forms of one name; the list holds the name.
+# Constructors and destructors have several symbols with one name; the list has the name.
 names() { nm -DC --defined-only "$library" | cut -d' ' -f3- | LC_ALL=C sort -u; }
 
 if ! diff "$list" <(names); then

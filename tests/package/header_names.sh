@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# What an installed header leaves in the names of the file that includes it: no macro may be defined or undefined
-# outside ZORVAN_, a user's own macros keep their values, and the wrapping arithmetic of the library's insides
-# stays inside.
+# The names that an installed header adds to the file that includes it: it may define and undefine only macros that
+# begin with ZORVAN_, a user's own macros keep their values, and the internal wrapping arithmetic is not visible.
 # usage: header_names.sh compiler include-folder
 set -euo pipefail
 compiler=$1
@@ -22,7 +21,7 @@ own_directives() {
     own && /^#(define|undef) /'
 }
 
-# Names that a user may well have taken.
+# Macro names that a user may have.
 users_macros='-DSTATUS=mine -DPLAIN_STATUS=mine -DX=mine -DDECLARE=mine -DAPI=mine'
 users_values() { preprocess -dM $users_macros | grep '^#define [A-Z_]* mine$' | LC_ALL=C sort; }
 

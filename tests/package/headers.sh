@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compiles each installed header alone, as C++17 and with warnings as errors, and compares the installed
-# headers with what the umbrella header reaches: no more, so nothing internal is installed, and no less.
+# headers with those that the umbrella header includes: they have to be the same.
 # usage: headers.sh compiler include-folder
 set -euo pipefail
 compiler=$1

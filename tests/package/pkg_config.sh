@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs a program with what pkg-config says about an installed tree, which the loader is led to by the
-# environment or by the program's run path.
+# Builds and runs a program with the options that pkg-config prints for an installed tree. The loader finds the library
+# by the environment or by the program's run path.
 # usage: pkg_config.sh compiler prefix libdir source program
 set -euo pipefail
 compiler=$1 prefix=$2 libdir=$3 source=$4 program=$5

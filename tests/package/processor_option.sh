@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Configures the library with -march=native in the builder's options: every source must still be compiled for
-# the processor that its place in the library asks for. The last option of a command is the one that counts.
+# the processor of its variant, or the plain one. The last -march option of a command is in effect.
 # usage: processor_option.sh cmake generator compiler source build
 set -euo pipefail
 cmake=$1 generator=$2 compiler=$3 source=$4 build=$5

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What the loader is told: the library's name for it, the libraries that it needs, no code that must be
-# patched when it is loaded, no stack that can be executed.
+# The information for the loader: the library's soname, the libraries that it needs, no relocations in code, no
+# executable stack.
 # usage: shared_object.sh library soname
 set -euo pipefail
 library=$1 soname=$2

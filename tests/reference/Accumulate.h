@@ -6,8 +6,8 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/PixelTypes.h"
 
-// The variants agree on the pixels that the mask selects and treat the others in two ways. The entry itself
-// is defined to leave them alone.
+// The variants agree on the pixels that the mask selects, and there are two treatments of the others. The
+// definition of the entry leaves them unchanged.
 
 namespace Zorvan::Reference {
 
@@ -44,8 +44,8 @@ int accumulate(const T* src, int srcStep, const u8* mask, int maskStep, float* s
   return 0;
 }
 
-/// The oldest three variants: pixels alone are skipped, those in groups of four from the first 16-byte
-/// boundary on get 0.0 added.
+/// The oldest three variants: 0.0 is added to pixels in groups of four from the first 16-byte boundary on;
+/// single pixels before and after these are skipped.
 template <class T>
 int accumulateSelecting(const T* src, int srcStep, const u8* mask, int maskStep, float* srcDst,
                         int srcDstStep, Size roi) {
@@ -53,17 +53,17 @@ int accumulateSelecting(const T* src, int srcStep, const u8* mask, int maskStep,
                     [=](int r, int c, float pixel, bool selected, float before) {
                       const auto row = reinterpret_cast<std::uintptr_t>(srcDst) +
                                        static_cast<std::uintptr_t>(std::int64_t{r} * srcDstStep);
-                      const int head = row % 4 == 0 ? static_cast<int>((16 - row % 16) % 16 / 4) : 0;
-                      const bool alone = c < head || c >= head + (roi.width - head) / 4 * 4;
+                      const int peel = row % 4 == 0 ? static_cast<int>((16 - row % 16) % 16 / 4) : 0;
+                      const bool isSingle = c < peel || c >= peel + (roi.width - peel) / 4 * 4;
                       if (selected) {
                         put(srcDst, srcDstStep, r, c, before + pixel);
-                      } else if (!alone) {
+                      } else if (!isSingle) {
                         put(srcDst, srcDstStep, r, c, before + 0.0F);
                       }
                     });
 }
 
-/// The newest three: every pixel gets its source's product with 1.0 or 0.0 added.
+/// The newest three: the source times 1.0 or 0.0 is added to every pixel.
 template <class T>
 int accumulateWeighting(const T* src, int srcStep, const u8* mask, int maskStep, float* srcDst,
                         int srcDstStep, Size roi) {

@@ -5,8 +5,8 @@
 
 namespace Zorvan::Reference {
 
-/// Comparison of floats as the two newest variants have it: greater is "not less or equal" and greater or
-/// equal is "not less", so that both hold for a NaN.
+/// Comparison of floats in the two newest variants: greater is "not less or equal" and greater or equal is
+/// "not less", so that both are true for a NaN.
 int compareWithNanAbove(const float* src, int srcStep, float value, u8* dst, int dstStep, Size roi,
                         int comparison);
 

@@ -7,7 +7,7 @@
 namespace Zorvan::Reference {
 namespace {
 
-/// Breadth first: every pixel of the area takes its turn and looks at its four neighbours.
+/// Breadth first: tests the four neighbours of each pixel of the area.
 template <class T>
 int floodFill(T* image, int step, Size roi, Point seed, T newValue, _IppiConnectedComp* region,
               const u8* buffer) {
@@ -20,20 +20,20 @@ int floodFill(T* image, int step, Size roi, Point seed, T newValue, _IppiConnect
   if (old == newValue) return 0;
 
   int area = 0, minX = seed.x, maxX = seed.x, minY = seed.y, maxY = seed.y;
-  std::deque<Point> turns;
-  const auto take = [&](int x, int y) {
+  std::deque<Point> pending;
+  const auto fill = [&](int x, int y) {
     put(image, step, y, x, newValue);
     ++area;
     minX = std::min(minX, x), maxX = std::max(maxX, x), minY = std::min(minY, y), maxY = std::max(maxY, y);
-    turns.push_back({x, y});
+    pending.push_back({x, y});
   };
-  take(seed.x, seed.y);
-  while (!turns.empty()) {
-    const Point p = turns.front();
-    turns.pop_front();
+  fill(seed.x, seed.y);
+  while (!pending.empty()) {
+    const Point p = pending.front();
+    pending.pop_front();
     for (const Point next : {Point{p.x - 1, p.y}, {p.x + 1, p.y}, {p.x, p.y - 1}, {p.x, p.y + 1}}) {
       if (next.x < 0 || next.x >= roi.width || next.y < 0 || next.y >= roi.height) continue;
-      if (get(image, step, next.y, next.x) == old) take(next.x, next.y);
+      if (get(image, step, next.y, next.x) == old) fill(next.x, next.y);
     }
   }
   region->area = area;

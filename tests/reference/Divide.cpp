@@ -22,8 +22,8 @@ struct Range<s16> {
   static constexpr int lowest = -30, highest = 15;
 };
 
-/// The quotient of two exact integers by one float division, rounded as floats are converted. Scale factors
-/// beyond the range need no division.
+/// The quotient of two exact integers by one float division, rounded by the conversion to an integer. Scale
+/// factors out of range need no division.
 template <class T>
 T quotient(T divisor, T numerator, int f) {
   using Limits = std::numeric_limits<T>;

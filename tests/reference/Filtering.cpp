@@ -8,7 +8,7 @@
 namespace Zorvan::Reference {
 namespace {
 
-/// The pixel that the filter finds at a place that may lie outside the region.
+/// The value that the filter uses for a pixel inside or outside the region.
 template <class T>
 T pixelAt(const T* src, int step, Size roi, int extent, int border, T value, int row, int column) {
   bool above = border & 0x10, below = border & 0x20, left = border & 0x40, right = border & 0x80;
@@ -23,7 +23,7 @@ T pixelAt(const T* src, int step, Size roi, int extent, int border, T value, int
   return !readable && (border & 15) == 6 ? value : get(src, step, r, c);
 }
 
-/// Integers in 64 bits from the kernel's figures, cut to the type's range.
+/// Integers in 64 bits from the weights of the kernel, saturated to the type's range.
 template <class T>
 T filtered3x3(const T (&p)[3][3]) {
   if constexpr (std::is_same_v<T, float>) {

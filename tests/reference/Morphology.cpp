@@ -1,5 +1,5 @@
-// Erosion and dilation by definition: the neighbourhood of each pixel, taken one by one from an image that is
-// extended in all directions.
+// Erosion and dilation by definition: over the neighbourhood of each pixel, in an image that is extended in
+// all directions.
 
 #include <cstring>
 #include <vector>
@@ -13,8 +13,9 @@ namespace {
 using Primitives::MorphAdvSpec;
 using Primitives::MorphSpec;
 
-constexpr int kReplicate = 1, kMirror = 3, kDefault = 5, kConstant = 6;
-constexpr int kAbove = 0x10, kBelow = 0x20, kLeft = 0x40, kRight = 0x80, kAll = 0xF0;
+constexpr int replicateBorder = 1, mirrorBorder = 3, defaultBorder = 5, constantBorder = 6;
+constexpr int aboveInMemory = 0x10, belowInMemory = 0x20, leftInMemory = 0x40, rightInMemory = 0x80,
+              allInMemory = 0xF0;
 
 template <class Record>
 Record recordAt(const Record* at) {
@@ -30,10 +31,10 @@ struct Image {
   Size size;
 };
 
-/// The place inside `n` places that stands for place `i` outside.
-int inside(int i, int n, int kind) {
-  if (kind == kReplicate) return i < 0 ? 0 : n - 1;
-  while (i < 0 || i >= n) {  // reflect at the nearer end until inside
+/// The index in a row or column of `n` pixels whose pixel is used for index `i` outside.
+int inside(int i, int n, int border) {
+  if (border == replicateBorder) return i < 0 ? 0 : n - 1;
+  while (i < 0 || i >= n) {  // mirror at the nearer end until inside
     if (n == 1) return 0;
     i = i < 0 ? -i : 2 * (n - 1) - i;
   }
@@ -42,12 +43,14 @@ int inside(int i, int n, int kind) {
 
 template <class T>
 T extendedPixel(const Image<T>& image, int row, int column, int word, T value) {
-  const bool rowMade = (row < 0 && !(word & kAbove)) || (row >= image.size.height && !(word & kBelow));
-  const bool columnMade = (column < 0 && !(word & kLeft)) || (column >= image.size.width && !(word & kRight));
-  const int kind = word & 15;
-  if ((rowMade || columnMade) && kind == kConstant) return value;
-  const int r = rowMade ? inside(row, image.size.height, kind) : row;
-  const int c = columnMade ? inside(column, image.size.width, kind) : column;
+  const bool rowMade =
+      (row < 0 && !(word & aboveInMemory)) || (row >= image.size.height && !(word & belowInMemory));
+  const bool columnMade =
+      (column < 0 && !(word & leftInMemory)) || (column >= image.size.width && !(word & rightInMemory));
+  const int border = word & 15;
+  if ((rowMade || columnMade) && border == constantBorder) return value;
+  const int r = rowMade ? inside(row, image.size.height, border) : row;
+  const int c = columnMade ? inside(column, image.size.width, border) : column;
   return get(image.pixels, image.step, r, c);
 }
 
@@ -62,7 +65,7 @@ float startValue(bool dilate) {
   return dilate ? -3.4028235e38f : 3.4028235e38f;
 }
 
-/// What the tests of the arguments say, 0 if they pass.
+/// The status of the tests of the arguments.
 template <class T>
 int testArguments(const T* src, int srcStep, const T* dst, int dstStep, Size roi, const void* spec,
                   const u8* buffer) {
@@ -80,12 +83,13 @@ int morph(bool dilate, const T* src, int srcStep, T* dst, int dstStep, Size roi,
   const int status = testArguments(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != 0) return status;
   if (word > 4095) return -225;
-  const int kind = word & 15;
-  if (word != 240 && kind != kReplicate && kind != kMirror && kind != kDefault && kind != kConstant)
+  const int border = word & 15;
+  if (word != 240 && border != replicateBorder && border != mirrorBorder && border != defaultBorder &&
+      border != constantBorder)
     return -225;
-  if (dilate && sizeof(T) == 1) word |= (word >> 4) & kAll;
-  if (kind == kDefault) {
-    word = (word & ~15) | kConstant;
+  if (dilate && sizeof(T) == 1) word |= (word >> 4) & allInMemory;
+  if (border == defaultBorder) {
+    word = (word & ~15) | constantBorder;
     value = startValue<T>(dilate);
   }
 
@@ -95,10 +99,10 @@ int morph(bool dilate, const T* src, int srcStep, T* dst, int dstStep, Size roi,
   for (int i = 0; i < width * height; ++i) setCells += mask.cells[i] != 0;
   const bool copies = setCells == 0 || width * height == 1;
 
-  if (width == 1) word |= kLeft | kRight;
-  if (height == 1) word |= kAbove | kBelow;
+  if (width == 1) word |= leftInMemory | rightInMemory;
+  if (height == 1) word |= aboveInMemory | belowInMemory;
   const bool small = width >= roi.width || height >= roi.height;
-  if (small && (word & kAll) != kAll) word &= ~kAll;
+  if (small && (word & allInMemory) != allInMemory) word &= ~allInMemory;
 
   const Image<T> image{src, srcStep, roi};
   std::vector<T> result;
@@ -128,9 +132,10 @@ int morphTwice(bool dilateFirst, const T* src, int srcStep, T* dst, int dstStep,
   const int status = testArguments(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != 0) return status;
   if (word > 4095) return -225;
-  const int kind = word & 15;
-  const bool hasType = kind == kReplicate || kind == kMirror || kind == kDefault || kind == kConstant;
-  if (!hasType && (word & kAll) != kAll) return -225;
+  const int border = word & 15;
+  const bool hasType = border == replicateBorder || border == mirrorBorder || border == defaultBorder ||
+                       border == constantBorder;
+  if (!hasType && (word & allInMemory) != allInMemory) return -225;
 
   const MorphAdvSpec both = recordAt(spec);
   const auto pixels = static_cast<std::size_t>(roi.width) * static_cast<std::size_t>(roi.height);
@@ -139,8 +144,8 @@ int morphTwice(bool dilateFirst, const T* src, int srcStep, T* dst, int dstStep,
   const int first =
       morph(dilateFirst, src, srcStep, between.data(), step, roi, word, value, both.first, buffer);
   if (first != 0) return first;
-  return morph<T>(!dilateFirst, between.data(), step, dst, dstStep, roi, hasType ? kind : kDefault, value,
-                  both.second, buffer);
+  return morph<T>(!dilateFirst, between.data(), step, dst, dstStep, roi, hasType ? border : defaultBorder,
+                  value, both.second, buffer);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
-// The definition of every entry in the plainest loop that can be written. Nothing here is shared with the
-// kernels. Each family has a source of its own; a new entry is declared here by its line in the list.
+// The definition of every entry as a plain loop. Nothing here is shared with the kernels. Each family has its
+// own source; the list declares new entries here.
 
 #include "zorvan/primitives/frame/Entries.h"
 

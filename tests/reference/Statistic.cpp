@@ -14,18 +14,18 @@ template <class T, class Better>
 int extreme(const T* src, int srcStep, Size roi, T* result, Better better) {
   if (src == nullptr || result == nullptr) return -8;
   if (roi.width < 1 || roi.height < 1) return -6;
-  T held = get(src, srcStep, 0, 0);
+  T best = get(src, srcStep, 0, 0);
   for (int r = 0; r < roi.height; ++r) {
     for (int c = 0; c < roi.width; ++c) {
       const T value = get(src, srcStep, r, c);
-      if (value != value || held != held) {
-        held = std::numeric_limits<T>::quiet_NaN();  // what a NaN does is told elsewhere
-      } else if (better(value, held)) {
-        held = value;
+      if (value != value || best != best) {
+        best = std::numeric_limits<T>::quiet_NaN();  // other tests cover NaN
+      } else if (better(value, best)) {
+        best = value;
       }
     }
   }
-  put(result, 0, 0, 0, held);
+  put(result, 0, 0, 0, best);
   return 0;
 }
 
@@ -133,7 +133,7 @@ double toleranceOf(const float* src, int srcStep, Size roi, const double*, int h
 
 namespace {
 
-/// The tests of masked statistics. Of words the image's step is tested to the end before the mask's.
+/// The tests of the arguments. For 16-bit pixels all tests of the image's step precede that of the mask's.
 template <class T>
 int testMasked(const T* src, int srcStep, const u8* mask, int maskStep, Size roi) {
   if (src == nullptr || mask == nullptr) return -8;
@@ -171,7 +171,7 @@ int meanDeviation(const T* src, int srcStep, const u8* mask, int maskStep, Size 
   return 0;
 }
 
-/// Positions of the first in raster order. A selected NaN leaves every result open: no value, no position.
+/// Positions are those of the first extreme in raster order. With a selected NaN no result is specified.
 template <class T>
 int extremesWithPlaces(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, float* minValue,
                        float* maxValue, Point* minIndex, Point* maxIndex) {
@@ -192,14 +192,14 @@ int extremesWithPlaces(const T* src, int srcStep, const u8* mask, int maskStep, 
   if (maxValue != nullptr) put(maxValue, 0, 0, 0, high);
   if (minIndex != nullptr) put(minIndex, 0, 0, 0, lowAt);
   if (maxIndex != nullptr) put(maxIndex, 0, 0, 0, highAt);
-  const bool nothingAsked =
+  const bool noResults =
       minValue == nullptr && maxValue == nullptr && minIndex == nullptr && maxIndex == nullptr;
-  return any && !nothingAsked ? 0 : 1;
+  return any && !noResults ? 0 : 1;
 }
 
 }  // namespace
 
-/// Lanes of floats take 480 additions, or a row of less than eight pixels.
+/// A lane of floats sums 480 pixels at most, or a row of less than eight.
 double toleranceOf(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, const double*) {
   const Sums sums = sumsOf(src, srcStep, mask, maskStep, roi);
   return sums.overflowFloats() ? HUGE_VAL : sums.meanMagnitude() * 484 * 0x1p-24;

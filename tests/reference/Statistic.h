@@ -5,9 +5,9 @@
 
 namespace Zorvan::Reference {
 
-// How far the result of a variant may lie from the reference's, in either direction: the order of additions
-// is the variant's own. Follows from the magnitudes of the pixels; infinite where single precision overflows.
-// Each takes the arguments of the entry.
+// The largest difference between the result of a variant and that of the reference: each variant has its own
+// order of additions. Depends on the magnitudes of the pixels; infinite if single precision overflows. The
+// parameters are those of the entry.
 
 /// Of the mean of floats.
 double toleranceOf(const float* src, int srcStep, Size roi, const double* mean, int hint);
@@ -15,8 +15,8 @@ double toleranceOf(const float* src, int srcStep, Size roi, const double* mean, 
 /// Of the masked mean of floats.
 double toleranceOf(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, const double* mean);
 
-/// Of a mean and its deviation: integers lose digits in one difference of doubles, floats add squares in
-/// single precision.
+/// Of mean and deviation: integers lose digits in one difference of doubles, floats add squares in single
+/// precision.
 double toleranceOf(const u8* src, int srcStep, const u8* mask, int maskStep, Size roi, const double* mean,
                    const double* stdDev);
 double toleranceOf(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, const double* mean,

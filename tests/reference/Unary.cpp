@@ -30,7 +30,7 @@ int eachPixel(const T* src, int srcStep, T* dst, int dstStep, Size roi, PixelOf 
   return 0;
 }
 
-/// As above, with rows at whole pixels: a step of 1 to 3 puts all rows on one place.
+/// The same, with rows at whole pixels: with a step of 1 to 3 all rows have one address.
 template <class PixelOf>
 int eachPixelAtWholePixels(const float* src, int srcStep, float* dst, int dstStep, Size roi,
                            PixelOf pixelOf) {
@@ -52,8 +52,8 @@ int squarePixels(const T* src, int srcStep, T* dst, int dstStep, Size roi, int f
                    [f](T x) { return scaled<T>(std::int64_t{x} * std::int64_t{x}, f); });
 }
 
-/// The root of a pixel that is not negative, to nearest with ties to even. A double tells all roots of 16-bit
-/// figures and half-integers apart. Far out, 16-bit pixels are not looked at closely.
+/// The root of a pixel that is not negative, to nearest with ties to even. A double distinguishes all roots
+/// of 16-bit values from half-integers. Far out, 16-bit pixels are not looked at closely.
 template <class T>
 T scaledRoot(T x, int f) {
   constexpr T highest = std::numeric_limits<T>::max();

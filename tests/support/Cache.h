@@ -4,8 +4,8 @@
 
 namespace Zorvan::Test {
 
-/// While it lives, the processor's answers about its largest cache are these. A status other than 0 is the
-/// answer of a processor that cannot tell.
+/// During its lifetime queries of the largest cache return these values. A status other than 0 stands for a
+/// processor that does not report its cache.
 class [[gnu::visibility("hidden")]] ForcedCache {
  public:
   explicit ForcedCache(int bytes, int lineBytes = 64, int status = 0)

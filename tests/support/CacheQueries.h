@@ -7,7 +7,7 @@ struct CacheAnswer {
   int bytes;
 };
 
-/// Answers a plan's question about the cache and counts how often it is asked.
+/// Answers a plan's queries of the cache and counts them.
 struct CacheQueries {
   CacheAnswer answer;
   int queries = 0;

@@ -11,7 +11,7 @@
 namespace Zorvan::Test {
 namespace {
 
-constexpr int kShifts[] = {0, 1, 2, 3, 4, 8, 12, 15, 16, 17, 20, 31, 32, 33, 48, 63};
+constexpr int placementShifts[] = {0, 1, 2, 3, 4, 8, 12, 15, 16, 17, 20, 31, 32, 33, 48, 63};
 
 Placement placementOf(Random& random) {
   switch (random.below(4)) {
@@ -20,7 +20,7 @@ Placement placementOf(Random& random) {
     case 1:
       return {Placement::Edge::back, 0};
     default:
-      return {Placement::Edge::inside, random.oneOf(kShifts)};
+      return {Placement::Edge::inside, random.oneOf(placementShifts)};
   }
 }
 
@@ -35,7 +35,7 @@ int layoutsPerSize(Level level) {
   }
 }
 
-const char* nameOf(StepKind type) {
+const char* nameOf(StepType type) {
   constexpr const char* names[] = {"tight", "one pixel more", "odd bytes more", "whole lines more",
                                    "zero",  "negative"};
   return names[static_cast<int>(type)];
@@ -48,29 +48,30 @@ const char* nameOf(Content content) {
 }
 
 std::string nameOf(Placement placement) {
-  if (placement.edge == Placement::Edge::front) return "behind a page's start";
+  if (placement.edge == Placement::Edge::front) return "after a page's start";
   if (placement.edge == Placement::Edge::back) return "before a page's end";
   return "shifted by " + std::to_string(placement.shift);
 }
 
 Layout layoutOf(Random& random, const CaseRange& range, bool tight) {
-  return {tight ? StepKind::tight : random.oneOf(range.stepKinds), placementOf(random),
+  return {tight ? StepType::tight : random.oneOf(range.stepTypes), placementOf(random),
           random.oneOf(allContents)};
 }
 
-/// Sizes without a pattern, small ones more often than large ones.
+/// Random sizes, small ones more often than large ones.
 Size drawnSize(Random& random) {
   const int width = 1 + random.below(1 << (1 + random.below(11)));
   const int height = 1 + random.below(1 << (1 + random.below(5)));
   return {width, height};
 }
 
-/// A cache that holds nothing, little or all, or that is not known.
+/// A cache for nothing, little or everything, or an unknown one.
 struct DrawnCache {
   int bytes, status;
 };
 
-/// All images at the offset with pitches of whole lines, under which rows lie alike, then any layout.
+/// All images at the offset with strides of whole lines, so that all rows have the same offset; then any
+/// layout.
 void forEachCaseOfAllOffsets(const CaseRange& range, int imageCount,
                              const std::function<void(const Case&)>& use) {
   forEachOffset([&](int width, int offset, Random& random) {
@@ -83,7 +84,7 @@ void forEachCaseOfAllOffsets(const CaseRange& range, int imageCount,
       for (int image = 0; image < imageCount; ++image) {
         Layout layout = layoutOf(random, range, tight);
         if (alike) {
-          layout.stepKind = StepKind::wholeLinesMore;
+          layout.stepType = StepType::wholeLinesMore;
           layout.placement = {Placement::Edge::inside, offset};
         }
         c.images.push_back(layout);
@@ -99,18 +100,18 @@ void forEachCaseOfAllOffsets(const CaseRange& range, int imageCount,
 }  // namespace
 
 int Layout::step(int rowBytes, int pixelBytes) const {
-  switch (stepKind) {
-    case StepKind::tight:
+  switch (stepType) {
+    case StepType::tight:
       return rowBytes;
-    case StepKind::onePixelMore:
+    case StepType::onePixelMore:
       return rowBytes + pixelBytes;
-    case StepKind::oddBytesMore:
+    case StepType::oddBytesMore:
       return (rowBytes + 7) | 1;
-    case StepKind::wholeLinesMore:
-      return (rowBytes + (limitsAreLowered ? 63 : 127)) / 64 * 64;  // the fewer bytes, the more paths
-    case StepKind::zero:
+    case StepType::wholeLinesMore:
+      return (rowBytes + (limitsAreLowered ? 63 : 127)) / 64 * 64;  // fewer bytes reach more paths
+    case StepType::zero:
       return 0;
-    case StepKind::negative:
+    case StepType::negative:
       return -(rowBytes + 3 * pixelBytes);
   }
   return rowBytes;
@@ -119,7 +120,7 @@ int Layout::step(int rowBytes, int pixelBytes) const {
 std::string Case::text() const {
   std::string text = "region " + std::to_string(roi.width) + " by " + std::to_string(roi.height);
   for (const Layout& layout : images) {
-    text += "\n  image: step " + std::string(nameOf(layout.stepKind)) + ", " + nameOf(layout.placement) +
+    text += "\n  image: step " + std::string(nameOf(layout.stepType)) + ", " + nameOf(layout.placement) +
             ", " + nameOf(layout.content);
   }
   return text + "\n  seed " + std::to_string(seed);
@@ -179,7 +180,7 @@ void forEachCase(const CaseRange& range, int imageCount, const std::function<voi
   for (const int width : widthsOf(range, level)) {
     for (int height = 1; height <= range.heights; ++height) {
       for (int i = 0; i < layoutsPerSize(level); ++i) {
-        useLayouts({width, height}, i == 0);  // tight throughout: the only way to rows that run together
+        useLayouts({width, height}, i == 0);  // all tight: only then can rows run as one
       }
     }
   }

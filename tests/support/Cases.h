@@ -13,13 +13,12 @@
 
 namespace Zorvan::Test {
 
-/// How far apart an image's rows lie: at the row's length, a pixel or some bytes more, all on one place, or
-/// backward.
-enum class StepKind { tight, onePixelMore, oddBytesMore, wholeLinesMore, zero, negative };
+/// The stride of an image: the row's length, a pixel or some bytes more, zero, or negative.
+enum class StepType { tight, onePixelMore, oddBytesMore, wholeLinesMore, zero, negative };
 
-/// How one image of a call lies in memory and what it holds.
+/// The position of one image of a call in memory, and its content.
 struct Layout {
-  StepKind stepKind;
+  StepType stepType;
   Placement placement;
   Content content;
 
@@ -35,28 +34,28 @@ struct Case {
   std::string text() const;
 };
 
-/// What the cases of an entry range over. The defaults suit entries that work row by row on any step.
+/// The range of the cases of an entry. The defaults suit entries that accept any step.
 struct CaseRange {
-  std::vector<StepKind> stepKinds = {StepKind::tight,        StepKind::tight,          StepKind::onePixelMore,
-                                     StepKind::oddBytesMore, StepKind::wholeLinesMore, StepKind::zero,
-                                     StepKind::negative};
+  std::vector<StepType> stepTypes = {StepType::tight,        StepType::tight,          StepType::onePixelMore,
+                                     StepType::oddBytesMore, StepType::wholeLinesMore, StepType::zero,
+                                     StepType::negative};
   std::vector<int> moreWidths = {};  ///< limits of the entry, each tested with its neighbours
   int heights = 3;                   ///< heights from 1 to this
 };
 
-/// Widths from 1 to beyond twice the widest block, and the neighbours of the range's own limits; thinned out
-/// below the full level.
+/// Widths from 1 to more than twice the largest block, and those around the range's own limits; a sample of
+/// them below the full level.
 std::vector<int> widthsOf(const CaseRange& range, Level level);
 
-/// Widths up to 140 at every offset within a line, or a sample of them: what the tests with lowered limits go
-/// through. `use(width, offset, random)`
+/// Calls `use` with widths up to 140 at every offset within a line, or a sample of them, for tests with
+/// lowered limits.
 void forEachOffset(const std::function<void(int width, int offset, Random& random)>& use);
 
-/// Few rows mostly, many where they are short.
+/// Mostly few rows, many if they are short.
 int drawnHeight(Random& random, int width);
 
 /// Calls `use` with every case of the range at the level of the options: each width with several heights, and
-/// for each of those several layouts, so that every step kind, placement and content meets every width class.
+/// for each of those several layouts, so that every stride, placement and content occurs with all widths.
 void forEachCase(const CaseRange& range, int imageCount, const std::function<void(const Case&)>& use);
 
 }  // namespace Zorvan::Test

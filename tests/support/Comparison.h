@@ -11,9 +11,9 @@
 
 namespace Zorvan::Test {
 
-/// Runs the call under test and returns what differs from the reference, or an empty text: a fault, another
-/// status, or another block. `agree(expected, actual)` decides about blocks; it may change what it accepts in
-/// `actual` to what is expected, so that the text shows the byte that it does not accept.
+/// Runs the call under test and returns its first difference from the reference, or an empty text: a fault,
+/// the status, or a block. `agree(expected, actual)` compares blocks. It may replace accepted bytes of
+/// `actual` with the expected ones, so that the text shows the first byte that it does not accept.
 template <class Status, class Run, class Agree>
 std::string differenceOf(Status expectedStatus, Run run, std::span<const Block> expected,
                          std::span<Block> actual, Agree agree) {

@@ -1,11 +1,10 @@
 #pragma once
 
-// Compares one routine of an entry with the plain reference, over all cases.
+// Compares one routine of an entry with the reference, over all cases.
 //
-// One body serves every entry whose parameters follow the house's shape: a pixel pointer followed by a row
-// step is an image, `Size` is the region, a pointer without a step receives a result, and what is left are
-// values. Both sides get the same bytes, the surroundings of every image are compared too, and images lie
-// against unreadable pages.
+// Handles every entry with parameters of this form: a pixel pointer followed by a step is an image, `Size` is
+// the region, a pointer without a step receives a result, and all others are values. Both sides start with
+// the same bytes. The bytes around every image are compared too, and images lie next to unreadable pages.
 
 #include <gtest/gtest.h>
 
@@ -25,15 +24,16 @@
 
 namespace Zorvan::Test {
 
-/// What a family says of its entries besides their signatures.
+/// The cases of a family's entries.
 struct CheckRules {
   CaseRange range = {};
-  /// The figures that `int` arguments other than steps (a scale factor, an operator, a hint) take in turn.
+  /// The values, one after the other, of `int` arguments other than steps: a scale factor, an operator, a
+  /// hint.
   std::vector<int> parameters = {0};
-  /// Regions above the limits of the entry, run at the full level with each forced answer about the cache.
+  /// Regions above the limits of the entry, run at the full level with each forced cache size.
   std::vector<Size> largeRegions = {};
   std::vector<int> forcedCacheBytes = {0, 1 << 20, 1 << 30};
-  /// Cases that the contract leaves open.
+  /// Cases whose results are not specified.
   bool (*isOpen)(const Case&) = [](const Case&) { return false; };
 };
 
@@ -51,25 +51,25 @@ class EntryCall<Result(Parameters...)> {
  public:
   using Arguments = std::tuple<Parameters...>;
 
-  static constexpr bool isRoi(std::size_t i) { return kinds()[i] == Kind::roi; }
+  static constexpr bool isRoi(std::size_t i) { return roles()[i] == Role::roi; }
 
   static constexpr int imageCount() {
     int count = 0;
-    for (const Kind type : kinds()) count += type == Kind::image;
+    for (const Role type : roles()) count += type == Role::image;
     return count;
   }
   static constexpr int pointerCount() {
     int count = 0;
-    for (const Kind type : kinds()) count += type == Kind::image || type == Kind::result;
+    for (const Role type : roles()) count += type == Role::image || type == Role::result;
     return count;
   }
   static constexpr int parameterCount() {
     int count = 0;
-    for (const Kind type : kinds()) count += type == Kind::parameter;
+    for (const Role type : roles()) count += type == Role::parameter;
     return count;
   }
 
-  /// Lays the images of `c` out, on one of the two sides of a comparison. `parameter` is the figure of `int`
+  /// Allocates the images of `c` for one of the two sides of a comparison. `parameter` is the value of `int`
   /// arguments.
   EntryCall(const Case& c, int parameter, int side) {
     build(c, parameter, side, std::index_sequence_for<Parameters...>{});
@@ -85,7 +85,7 @@ class EntryCall<Result(Parameters...)> {
   std::vector<Block>& blocks() { return blocks_; }
 
  private:
-  enum class Kind { image, step, roi, result, parameter, value };
+  enum class Role { image, step, roi, result, parameter, value };
 
   template <class P>
   static constexpr bool isPixelPointer() {
@@ -93,30 +93,30 @@ class EntryCall<Result(Parameters...)> {
     return std::is_pointer_v<P> && std::is_arithmetic_v<Pixel> && !std::is_same_v<Pixel, double>;
   }
 
-  static constexpr auto kinds() {
+  static constexpr auto roles() {
     constexpr std::size_t count = sizeof...(Parameters);
     constexpr bool pixelPointer[] = {isPixelPointer<Parameters>()...};
     constexpr bool pointer[] = {std::is_pointer_v<Parameters>...};
     constexpr bool integer[] = {std::is_same_v<Parameters, int>...};
     constexpr bool roi[] = {std::is_same_v<Parameters, Size>...};
-    std::array<Kind, count> kinds{};
+    std::array<Role, count> roles{};
     for (std::size_t i = 0; i < count; ++i) {
       const bool first = i == 0;
       if (roi[i]) {
-        kinds[i] = Kind::roi;
+        roles[i] = Role::roi;
       } else if (pixelPointer[i] && i + 1 < count && integer[i + 1]) {
-        kinds[i] = Kind::image;
+        roles[i] = Role::image;
       } else if (pointer[i]) {
-        kinds[i] = Kind::result;
-      } else if (integer[i] && !first && kinds[i - 1] == Kind::image) {
-        kinds[i] = Kind::step;
+        roles[i] = Role::result;
+      } else if (integer[i] && !first && roles[i - 1] == Role::image) {
+        roles[i] = Role::step;
       } else if (integer[i] && !first) {
-        kinds[i] = Kind::parameter;
+        roles[i] = Role::parameter;
       } else {
-        kinds[i] = Kind::value;  // in front: a pixel value, also where it is an int
+        roles[i] = Role::value;  // the first parameter: a pixel value, even if it is an int
       }
     }
-    return kinds;
+    return roles;
   }
 
   template <std::size_t... i>
@@ -129,11 +129,11 @@ class EntryCall<Result(Parameters...)> {
   template <std::size_t i>
   void buildArgument(const Case& c, int parameter, int side, int& image) {
     using P = std::tuple_element_t<i, Arguments>;
-    constexpr Kind type = kinds()[i];
+    constexpr Role type = roles()[i];
     auto& argument = std::get<i>(arguments_);
     const std::uint64_t seed = c.seed + i;
     const int slot = static_cast<int>(2 * i) + side;
-    if constexpr (type == Kind::image) {
+    if constexpr (type == Role::image) {
       using Pixel = std::remove_const_t<std::remove_pointer_t<P>>;
       constexpr int pixelBytes = sizeof(Pixel);
       const Layout& layout = c.images[static_cast<std::size_t>(image++)];
@@ -150,16 +150,16 @@ class EntryCall<Result(Parameters...)> {
       }
       argument = reinterpret_cast<Pixel*>(first);
       std::get<i + 1>(arguments_) = step;
-    } else if constexpr (type == Kind::result) {
+    } else if constexpr (type == Role::result) {
       using Target = std::remove_const_t<std::remove_pointer_t<P>>;
       const Block& block =
           blocks_.emplace_back(slot, sizeof(Target), Placement{Placement::Edge::inside, 0}, seed);
       argument = reinterpret_cast<Target*>(block.data());
-    } else if constexpr (type == Kind::roi) {
+    } else if constexpr (type == Role::roi) {
       argument = c.roi;
-    } else if constexpr (type == Kind::parameter) {
+    } else if constexpr (type == Role::parameter) {
       argument = parameter;
-    } else if constexpr (type == Kind::value) {
+    } else if constexpr (type == Role::value) {
       Random random(seed);
       argument = random.below(2) != 0 ? random.oneOf(specialValues<P>()) : randomValue<P>(random);
     }
@@ -177,7 +177,7 @@ class EntryCall<Result(Parameters...)> {
   }
 
  public:
-  /// Replaces the region, with all images as they are.
+  /// Replaces the region only.
   void setRoi(Size roi) {
     std::apply(
         [roi](auto&... argument) {
@@ -194,7 +194,7 @@ class EntryCall<Result(Parameters...)> {
   std::vector<Block> blocks_;
 };
 
-/// Compares one routine with the reference. Stops at the first few differences.
+/// Compares one routine with the reference. Stops after a few differences.
 template <class Agreement, class Result, class... Parameters>
 class EntryCheck {
  public:
@@ -211,20 +211,21 @@ class EntryCheck {
   }
 
  private:
-  static constexpr int kDifferencesShown = 3;
+  static constexpr int differencesShown = 3;
 
   void cases() {
-    std::size_t turn = 0;
-    forEachCase(rules_.range, Call::imageCount(),
-                [&](const Case& c) { compare(c, rules_.parameters[turn++ % rules_.parameters.size()], ""); });
+    std::size_t index = 0;
+    forEachCase(rules_.range, Call::imageCount(), [&](const Case& c) {
+      compare(c, rules_.parameters[index++ % rules_.parameters.size()], "");
+    });
   }
 
-  /// Null pointers before sizes before all else, and nothing written: every combination of a bad pointer and
-  /// a bad size.
+  /// Pointers are tested first, sizes second, and nothing is written: every combination of a null pointer and
+  /// an invalid size.
   void refusals() {
     Case c{{5, 2}, {}, options().seed};
     c.images.assign(static_cast<std::size_t>(Call::imageCount()),
-                    {StepKind::onePixelMore, {Placement::Edge::inside, 0}, Content::random});
+                    {StepType::onePixelMore, {Placement::Edge::inside, 0}, Content::random});
     for (int null = -1; null < Call::pointerCount(); ++null) {
       for (const Size roi : {Size{5, 2}, Size{0, 2}, Size{5, 0}, Size{-1, 2}, Size{5, -1}, Size{0, 0}}) {
         compare(c, rules_.parameters[0],
@@ -242,7 +243,7 @@ class EntryCheck {
     std::uint64_t seed = options().seed;
     for (const Size roi : rules_.largeRegions) {
       for (const int bytes : rules_.forcedCacheBytes) {
-        for (const StepKind type : {StepKind::tight, StepKind::oddBytesMore, StepKind::wholeLinesMore}) {
+        for (const StepType type : {StepType::tight, StepType::oddBytesMore, StepType::wholeLinesMore}) {
           const ForcedCache cache(bytes);
           Case c{roi, {}, ++seed};
           for (int image = 0; image < Call::imageCount(); ++image) {
@@ -259,14 +260,14 @@ class EntryCheck {
     for (const Size roi : rules_.largeRegions) {
       Case c{roi, {}, ++seed};
       c.images.assign(static_cast<std::size_t>(Call::imageCount()),
-                      {StepKind::tight, {Placement::Edge::inside, 16}, Content::random});
+                      {StepType::tight, {Placement::Edge::inside, 16}, Content::random});
       compare(c, rules_.parameters[0], "cache unknown");
     }
   }
 
   template <class Change>
   void compare(const Case& c, int parameter, const std::string& note, Change change) {
-    if (differences_ >= kDifferencesShown || rules_.isOpen(c)) return;
+    if (differences_ >= differencesShown || rules_.isOpen(c)) return;
     Call expected(c, parameter, 0), actual(c, parameter, 1);
     change(expected);
     change(actual);

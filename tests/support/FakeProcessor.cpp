@@ -61,12 +61,12 @@ std::uint64_t FakeProcessor::answerXgetbv(std::uint32_t reg) {
   return enabled ? savedState_ : ~std::uint64_t{0};
 }
 
-void play(FakeProcessor& processor) {
+void fakeWith(FakeProcessor& processor) {
   fake = &processor;
-  forgetProcessor();
+  resetProcessorState();
 }
 
-void forgetProcessor() {
+void resetProcessorState() {
   using namespace Primitives;
   variantIndex = -1;
   enabledFeatures = 7;

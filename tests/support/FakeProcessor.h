@@ -1,7 +1,7 @@
 #pragma once
 
-// A processor that the test makes up. The source next to this defines coreCpuid and coreXgetbv, so that a
-// program that is linked with it never reads the real processor.
+// A processor whose answers the test sets. The source of this header defines coreCpuid and coreXgetbv, so
+// that a program that is linked with it never reads the real processor.
 
 #include <array>
 #include <atomic>
@@ -16,7 +16,7 @@ using Registers = std::array<std::uint32_t, 4>;
 
 class FakeProcessor {
  public:
-  /// A processor of the named vendor with nothing but leaf 0 and leaf 1, both without a feature.
+  /// A processor of GenuineIntel with only the leaves 0 and 1, without a feature.
   FakeProcessor();
 
   void setHighestLeaf(std::uint32_t leaf);
@@ -27,17 +27,16 @@ class FakeProcessor {
   void setLeaf(std::uint32_t leaf, const Registers& registers, std::uint32_t subleaf = 0);
   void setBit(std::uint32_t leaf, int reg, int bit);
   void clearBit(std::uint32_t leaf, int reg, int bit);
-  /// What xgetbv answers for register 0.
+  /// The answer of xgetbv for register 0.
   void setSavedState(std::uint64_t state) { savedState_ = state; }
 
-  /// A leaf that was not set answers zeros, one beyond the highest leaf all ones: whoever uses it is found
-  /// out.
+  /// Zeros for a leaf that was not set, all ones for one above the highest leaf, so that a use of it shows.
   Registers answer(std::uint32_t leaf, std::uint32_t subleaf);
   std::uint64_t answerXgetbv(std::uint32_t reg);
 
   int cpuidCalls() const { return cpuidCalls_; }
   int xgetbvCalls() const { return xgetbvCalls_; }
-  /// Uses of xgetbv on which a real processor would have trapped, or that ask for another register.
+  /// Calls of xgetbv that would trap on a real processor, or that read another register.
   int faults() const { return faults_; }
 
  private:
@@ -46,10 +45,10 @@ class FakeProcessor {
   std::atomic<int> cpuidCalls_{0}, xgetbvCalls_{0}, faults_{0};
 };
 
-/// Makes the library ask this processor from now on, and forget all that it knows of another.
-void play(FakeProcessor& processor);
+/// Makes the library read this processor from now on, and resets its state.
+void fakeWith(FakeProcessor& processor);
 
-/// Puts the process-wide state back to what it is at load.
-void forgetProcessor();
+/// Resets the process-wide state to its initial values.
+void resetProcessorState();
 
 }  // namespace Zorvan::Test

@@ -7,7 +7,7 @@
 namespace Zorvan::Test {
 namespace {
 
-sigjmp_buf whereToGoOn;
+sigjmp_buf resumePoint;
 volatile std::sig_atomic_t isArmed = 0;
 char lastFault[96];
 
@@ -18,7 +18,7 @@ void handle(int signal, siginfo_t* info, void*) {
   }
   std::snprintf(lastFault, sizeof lastFault, "%s at address %p",
                 signal == SIGILL ? "illegal instruction" : "access to unreadable memory", info->si_addr);
-  siglongjmp(whereToGoOn, 1);
+  siglongjmp(resumePoint, 1);
 }
 
 void arm() {
@@ -34,7 +34,7 @@ std::string faultOf(const std::function<void()>& call) {
   static const bool armed = (arm(), true);
   static_cast<void>(armed);
   lastFault[0] = 0;
-  if (sigsetjmp(whereToGoOn, 1) == 0) {
+  if (sigsetjmp(resumePoint, 1) == 0) {
     isArmed = 1;
     call();
   }

@@ -5,8 +5,8 @@
 
 namespace Zorvan::Test {
 
-/// Runs `call` and gives an empty text, or what stopped it: an access to unreadable memory, or an instruction
-/// that the processor does not have. The program goes on.
+/// Runs `call` and returns an empty text, or the fault that ended it: an access to unreadable memory, or an
+/// instruction that the processor does not have. The program continues.
 std::string faultOf(const std::function<void()>& call);
 
 }  // namespace Zorvan::Test

@@ -15,8 +15,8 @@
 namespace Zorvan::Test {
 namespace {
 
-/// Bytes around a block that have to keep their values.
-constexpr std::size_t kMargin = 192;
+/// Bytes before and after a block that a call must not change.
+constexpr std::size_t marginBytes = 192;
 
 std::size_t pageSize() { return static_cast<std::size_t>(sysconf(_SC_PAGESIZE)); }
 
@@ -56,9 +56,9 @@ Arena::~Arena() { munmap(begin_ - pageSize(), size() + 2 * pageSize()); }
 Block::Block(int slot, std::size_t bytes, Placement placement, std::uint64_t seed) : size_(bytes) {
   const Arena& arena = arenaOf(slot, bytes + 1024);
   data_ = place(arena, bytes, placement);
-  watchBegin_ = data_ - std::min<std::size_t>(kMargin, static_cast<std::size_t>(data_ - arena.begin()));
-  watchEnd_ =
-      data_ + bytes + std::min<std::size_t>(kMargin, static_cast<std::size_t>(arena.end() - (data_ + bytes)));
+  watchBegin_ = data_ - std::min<std::size_t>(marginBytes, static_cast<std::size_t>(data_ - arena.begin()));
+  watchEnd_ = data_ + bytes +
+              std::min<std::size_t>(marginBytes, static_cast<std::size_t>(arena.end() - (data_ + bytes)));
   fillRandom(watchBegin_, static_cast<std::size_t>(watchEnd_ - watchBegin_), seed);
 }
 

@@ -23,16 +23,16 @@ class Arena {
   unsigned char* end_;
 };
 
-/// Where a block lies in its arena: right behind the unreadable page, right in front of the other one, or a
-/// number of bytes behind a 64-byte boundary away from both.
+/// The position of a block in its arena: directly after the first unreadable page, directly before the last,
+/// or a number of bytes after a 64-byte boundary that is far from both.
 struct Placement {
   enum class Edge { front, back, inside } edge;
   int shift;  ///< for `inside`
 };
 
-/// Bytes under watch, with what lies around them up to the unreadable pages. Two blocks of one size,
-/// placement and seed hold the same bytes, also around them. Blocks share the arenas of their `slot`: one
-/// block for each slot is alive at a time.
+/// Bytes between unreadable pages, with the bytes around them. Two blocks of the same size, placement and
+/// seed have the same bytes, also around them. Blocks of one `slot` share an arena: only one of them may be
+/// in use at a time.
 class Block {
  public:
   Block(int slot, std::size_t bytes, Placement placement, std::uint64_t seed);
@@ -40,10 +40,10 @@ class Block {
   unsigned char* data() const { return data_; }
   std::size_t size() const { return size_; }
 
-  /// True if the other block, made alike, holds the same bytes inside and around.
+  /// True if the other block, of the same size and placement, has the same bytes inside and around.
   bool sameBytes(const Block& other) const;
 
-  /// Where the first difference lies and what stands there, as text.
+  /// A text with the position of the first difference and the bytes there.
   std::string difference(const Block& other) const;
 
  private:

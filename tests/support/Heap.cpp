@@ -12,7 +12,7 @@ void __real_free(void* block);
 
 namespace {
 
-// Filled without the heap, which it describes.
+// Allocates nothing itself.
 struct State {
   bool watching;
   bool refusing;
@@ -24,7 +24,7 @@ struct State {
   std::size_t lastBytes;
   void* lastBlock;
   std::size_t freed;
-  std::array<void*, 256> blocks;     // of malloc; null where nothing is held
+  std::array<void*, 256> blocks;     // of malloc; null if unused
   std::array<void*, 256> newBlocks;  // of operator new
 };
 
@@ -32,7 +32,7 @@ State state;
 
 using Blocks = std::array<void*, 256>;
 
-/// Counts a request. Whether it is one of those to be refused.
+/// Counts a request, and returns whether it is to be refused.
 bool refusesNext() {
   const std::size_t number = state.allRequests++;
   return number >= state.firstRefused && number - state.firstRefused < state.refusedCount;
@@ -45,7 +45,7 @@ void hold(Blocks& blocks, void* block) {
   *place = block;
 }
 
-/// Whether `block` was held.
+/// Returns whether `block` was in the list.
 bool giveBack(Blocks& blocks, void* block) {
   if (!state.watching || block == nullptr) return false;
   const auto place = std::find(blocks.begin(), blocks.end(), block);
@@ -114,4 +114,4 @@ std::size_t WatchedHeap::lastBytes() const { return state.lastBytes; }
 void* WatchedHeap::lastBlock() const { return state.lastBlock; }
 std::size_t WatchedHeap::freed() const { return state.freed; }
 std::size_t WatchedHeap::allRequests() const { return state.allRequests; }
-std::size_t WatchedHeap::heldBlocks() const { return heldOf(state.blocks) + heldOf(state.newBlocks); }
+std::size_t WatchedHeap::liveBlocks() const { return heldOf(state.blocks) + heldOf(state.newBlocks); }

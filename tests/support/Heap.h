@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-/// The program's heap, watched: the linker sends the calls of malloc and free in the library and the tests
-/// here, and operator new and delete are the program's own. One thread watches at a time.
+/// Watches the program's heap: the linker redirects the calls of malloc and free in the library and the
+/// tests, and the program defines operator new and delete. One thread watches at a time.
 class WatchedHeap {
  public:
   WatchedHeap();
@@ -11,20 +11,20 @@ class WatchedHeap {
   WatchedHeap(const WatchedHeap&) = delete;
   WatchedHeap& operator=(const WatchedHeap&) = delete;
 
-  /// Lets malloc refuse whatever is asked of it.
+  /// Makes malloc refuse every request.
   void refuse();
 
-  /// Lets the next operator new raise, which is how shared_ptr asks for its counts.
+  /// Makes the next operator new throw, with which shared_ptr allocates its count.
   void refuseNextNew();
 
-  /// Lets `count` requests be refused from the one with the number `first` on, which counts both malloc and
-  /// operator new from 0.
+  /// Makes `count` requests fail from the one with the number `first` on, counted from 0 over malloc and
+  /// operator new.
   void refuseSome(std::size_t first, std::size_t count);
 
   std::size_t requests() const;     ///< How often malloc has been called.
-  std::size_t lastBytes() const;    ///< What the last call asked for.
-  void* lastBlock() const;          ///< What the last call returned.
-  std::size_t freed() const;        ///< How often a block of those calls has been given back.
+  std::size_t lastBytes() const;    ///< Of the last request.
+  void* lastBlock() const;          ///< Of the last request.
+  std::size_t freed() const;        ///< How many blocks of malloc have been freed.
   std::size_t allRequests() const;  ///< How often malloc and operator new have been called.
-  std::size_t heldBlocks() const;   ///< Blocks of either that have not been given back.
+  std::size_t liveBlocks() const;   ///< Blocks of either that have not been freed.
 };

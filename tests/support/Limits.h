@@ -2,15 +2,15 @@
 
 namespace Zorvan::Test {
 
-/// Whether this program's kernels have low limits on the sizes of images, so that small ones take every path.
-/// Every test program of entries exists with both.
+/// Whether this program's kernels have low limits on the sizes of images, so that small images reach every
+/// path. Every test program of entries is linked with both.
 extern const bool limitsAreLowered;
 
-/// Whether some test has run its entry through all offsets, as one at least of every family does.
+/// Whether a test has run its entry at all offsets, as at least one of every family does.
 extern bool allOffsetsWereUsed;
 
-/// With lowered limits and in runs of all cases, a test for each variant that names every outcome of a plan
-/// that no test before it has led to. Registered last.
+/// With lowered limits and in runs of all cases, registers a test for each variant that reports every outcome
+/// of a plan that no earlier test has reached. Called last.
 void registerPlanOutcomeTests();
 
 }  // namespace Zorvan::Test

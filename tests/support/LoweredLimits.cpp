@@ -1,5 +1,5 @@
-// For programs that run the kernels with lowered limits. The kernels keep a record of the outcomes that their
-// plans have had; the test here compares it with those that they can have.
+// For programs that run the kernels with lowered limits. The kernels record the outcomes of their plans; the
+// test here compares them with all possible ones.
 
 #include <gtest/gtest.h>
 
@@ -26,8 +26,8 @@ namespace {
 
 using Primitives::PlanRecord;
 
-/// What follows the last `= ` in the text of a template argument: the enumerator, with its scope. Empty for a
-/// number that no enumerator has, which compilers print as a cast.
+/// The enumerator after the last `= ` in the text of a template argument, without its scope. Empty for a
+/// number without an enumerator, which compilers print as a cast.
 std::string enumeratorOf(const std::string& text) {
   const std::size_t from = text.rfind("= ") + 2;
   const std::string value = text.substr(from, text.find_first_of(";]", from) - from);
@@ -36,13 +36,13 @@ std::string enumeratorOf(const std::string& text) {
   return isCast || scope == std::string::npos ? "" : value.substr(scope + 2);
 }
 
-/// Empty for what is no outcome.
+/// Empty if there is no such outcome.
 std::string nameOf(const PlanRecord& record, int outcome) {
   if (record.isBoolean) return outcome == 0 ? "no" : outcome == 1 ? "yes" : "";
   return enumeratorOf(record.outcomes[outcome]);
 }
 
-/// Outcomes of an enumeration that serves two plans, and that are the other one's.
+/// Outcomes of an enumeration of two plans that only the other plan has.
 bool isOfAnotherPlan(const std::string& plan, const std::string& outcome) {
   return plan == "planMorphForm" && outcome == "scan";
 }
@@ -55,7 +55,7 @@ bool hasSuite(const std::string& name) {
   return false;
 }
 
-/// Fills and copies with which entries of other families end in some cases.
+/// Plans of fills and copies, which entries of other families call in some cases.
 bool isOfAnotherProgram(const std::string& plan) {
   const bool fills = plan.find("Fill") != std::string::npos, copies = plan.find("Copy") != std::string::npos;
   return (fills && !hasSuite("Set")) || (copies && !hasSuite("Copy"));

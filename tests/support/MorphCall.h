@@ -1,7 +1,7 @@
 #pragma once
 
 // One call of a morphology entry with all its memory: the mask's state and the work memory of exactly the
-// reported sizes, the source with as much around it as the border word declares readable and no more, all
+// reported sizes, the source with exactly the surroundings that the border word declares readable, all
 // between unreadable pages.
 
 #include <cstdint>
@@ -35,7 +35,7 @@ struct MorphCase {
   MorphMaskCells mask;
   Size roi;
   int word;
-  int gap = 0;  ///< bytes between rows, beyond what must be readable
+  int gap = 0;  ///< bytes between the readable parts of rows
   Content content = Content::random;
   Placement placement = {Placement::Edge::back, 0};
   std::uint64_t seed = 1;
@@ -51,7 +51,7 @@ struct MorphCase {
   }
 };
 
-/// The state entries that go with a record and a pixel type.
+/// The entries that prepare the state, by its record and pixel type.
 template <class Spec, class T>
 struct MorphState;
 #define STATE(Spec, T, getSize, init)                                                          \
@@ -82,19 +82,19 @@ class MorphCall {
         state_(0, specBytes(), c.placement, c.seed),
         source_(1, sourceBytes(), c.placement, c.seed + 1),
         work_(2, workBytes(), c.placement, c.seed + 2) {
-    // The turned mask takes in cells behind the last one of a mask of even size.
+    // The rotated mask contains cells after the last one of a mask of even size.
     std::vector<u8> cells = c.mask.cells;
     cells.resize(static_cast<std::size_t>((c.mask.size.width | 1) * (c.mask.size.height | 1)), 0);
     MorphState<Spec, T>::fill(c.roi, cells.data(), c.mask.size, spec(), work_.data());
     std::vector<T> pixels(source_.size() / sizeof(T));
     fillPixels<T>(pixels.data(), pixels.size(), c.content, c.seed + 3);
     for (T& pixel : pixels) {
-      if (pixel != pixel) pixel = T(0);  // what a NaN gives is left open
+      if (pixel != pixel) pixel = T(0);  // results of NaN are not specified
     }
     std::memcpy(source_.data(), pixels.data(), pixels.size() * sizeof(T));
   }
 
-  /// What differs between the two routines, empty where nothing does.
+  /// The difference between the two routines, empty if there is none.
   std::string compare(Routine* reference, Routine* actual) const {
     const int dstStep = case_.roi.width * pixelBytes + case_.gap;
     const auto bytes =
@@ -145,7 +145,7 @@ class MorphCall {
                    case_.roi, case_.word, value_, spec(), work_.data());
   }
 
-  /// Of two zeros of different sign either is an extreme.
+  /// Of two zeros of different sign either may be the extreme.
   void agreeOnZeros(const Block& expected, Block& got, int dstStep) const {
     for (int r = 0; r < case_.roi.height; ++r) {
       for (int c = 0; c < case_.roi.width; ++c) {

@@ -5,11 +5,11 @@
 
 namespace Zorvan::Test {
 
-/// How many shapes a test of an entry goes through: a few for slow emulators, a good sample for every change,
-/// all of them, or ones drawn at random, as many as asked for.
+/// The number of cases of a test: few for slow emulators, a sample for quick runs, all, or the given number
+/// of random ones.
 enum class Level { few, quick, full, fuzz };
 
-/// What the command line of a test program asks for, besides GoogleTest's own flags.
+/// The options of a test program, besides GoogleTest's own.
 struct Options {
   Level level = Level::quick;
   std::uint64_t seed = 1;
@@ -23,9 +23,9 @@ struct Options {
 
 const Options& options();
 
-/// With lowered limits the full level adds the systematic cases alone: all else has been run with the
-/// library's. Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=` and `--expected-index=`;
-/// ends the program with a text on anything else, and on a variant or a number that is none.
+/// With lowered limits the full level adds only the systematic cases: all others run with the library's
+/// limits. Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=` and `--expected-index=`; ends
+/// the program with a text for all other options and for invalid variants and numbers.
 void parseOptions(int argc, char** argv);
 
 }  // namespace Zorvan::Test

@@ -1,7 +1,7 @@
 #pragma once
 
-// What test images hold: random pixels are not enough, so there are also runs, extremes, mostly empty ones
-// and the values that a format treats specially.
+// The contents of test images: random pixels, and also runs, extremes, mostly empty images and the special
+// values of a format.
 
 #include <cstring>
 #include <limits>

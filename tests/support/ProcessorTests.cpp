@@ -50,7 +50,7 @@ void selectsAlikeForAllVendors() {
   EXPECT_EQ(variantIndex, options().expectedIndex);
 }
 
-void knowsTheCacheOfLeaf2() {
+void reportsTheCacheOfLeaf2() {
   std::int32_t size = -2;
   EXPECT_EQ(coreGetCacheSize(&size), 0);
   EXPECT_GT(size, 0);
@@ -69,7 +69,7 @@ void registerProcessorTests() {
   registerTest("SelectsAlikeForAllVendors", selectsAlikeForAllVendors);
   const Leaf0 processor = leaf0();
   const bool readsLeaf2 = processor.highestLeaf == 2 || processor.highestLeaf == 3;
-  if (processor.isGenuineIntel && readsLeaf2) registerTest("KnowsTheCacheOfLeaf2", knowsTheCacheOfLeaf2);
+  if (processor.isGenuineIntel && readsLeaf2) registerTest("ReportsTheCacheOfLeaf2", reportsTheCacheOfLeaf2);
 }
 
 }  // namespace Zorvan::Test

@@ -2,8 +2,7 @@
 
 namespace Zorvan::Test {
 
-/// Registers the tests of the processor that the command line describes: that the first call of an entry
-/// selects the variant of `--expected-index=`. Without that option there is nothing to expect.
+/// With `--expected-index=`, registers the tests that this processor selects that variant.
 void registerProcessorTests();
 
 }  // namespace Zorvan::Test

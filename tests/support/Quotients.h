@@ -6,8 +6,8 @@
 
 namespace Zorvan::Test {
 
-/// How near a quotient in a vector has to come. Two Newton steps leave nothing of the estimate's error; what
-/// remains are the roundings of four steps, and ties that they decide.
+/// Whether a quotient from a vector is near enough. After two Newton iterations the estimate's error is
+/// negligible; what remains are four roundings, and ties that they decide.
 template <class T>
 bool nearQuotient(T actual, T divisor, T numerator, int f) {
   using Limits = std::numeric_limits<T>;
@@ -26,7 +26,7 @@ inline bool nearQuotient(float actual, float divisor, float numerator, int) {
   return std::abs(actual - q) <= std::abs(q) * 0x3.01p-24 + std::abs(double{numerator}) * 0x1p-149 + 0x1p-149;
 }
 
-/// The same bits, or no number either.
+/// The same bits, or both NaN.
 template <class T>
 bool samePixel(T a, T b) {
   if constexpr (std::numeric_limits<T>::has_quiet_NaN) {

@@ -17,7 +17,7 @@ class Random {
     z = (z ^ (z >> 27)) * 0x94D049BB133111EBu;
     return z ^ (z >> 31);
   }
-  /// A number from 0 to below `limit`.
+  /// A number from 0 to `limit` - 1.
   int below(int limit) { return static_cast<int>(next() % static_cast<std::uint64_t>(limit)); }
 
   template <class List>

@@ -25,7 +25,7 @@ class VariantTest : public testing::Test {
   std::function<void(int)> body_;
 };
 
-bool wantedEntryFound = false;
+bool foundEntry = false;
 
 bool contains(const std::string& name, const std::string& part) {
   return name.find(part) != std::string::npos;
@@ -44,7 +44,7 @@ int highestVariant() {
 void registerForEachVariant(const std::string& family, const std::string& entry,
                             std::function<void(int)> body) {
   if (!contains(entry, options().entry)) return;
-  wantedEntryFound = true;
+  foundEntry = true;
   for (int variant = 0; variant < Primitives::variantCount; ++variant) {
     const std::string name = Primitives::variantNames[variant];
     if (!contains(name, options().variant)) continue;
@@ -53,6 +53,6 @@ void registerForEachVariant(const std::string& family, const std::string& entry,
   }
 }
 
-bool hasWantedEntry() { return wantedEntryFound; }
+bool entryWasFound() { return foundEntry; }
 
 }  // namespace Zorvan::Test

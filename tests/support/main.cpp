@@ -17,14 +17,14 @@ int fail(const char* text) {
 
 }  // namespace
 
-// A program that tests nothing has not passed: what selects nothing is mistyped.
+// A program that tests nothing fails: options that select nothing are mistyped.
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   Zorvan::Test::parseOptions(argc, argv);
   Zorvan::Test::registerProcessorTests();
   Zorvan::Test::registerEntryTests();
   Zorvan::Test::registerPlanOutcomeTests();
-  if (!Zorvan::Test::options().entry.empty() && !Zorvan::Test::hasWantedEntry()) {
+  if (!Zorvan::Test::options().entry.empty() && !Zorvan::Test::entryWasFound()) {
     return fail("no test has a name that contains the text of --entry");
   }
 

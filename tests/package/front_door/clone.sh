@@ -1,5 +1,5 @@
-# To be sourced: a fresh clone with the front door alone, and a PATH in which every tool is a fake that starts
-# nothing and notes its call in the file $calls.
+# To be sourced: makes a new clone of ./run and what it reads, and a PATH in which every tool is a fake that starts
+# nothing and records its call in the file $calls.
 
 # fresh_clone source scratch - leaves the shell in the clone.
 fresh_clone() {
@@ -19,7 +19,7 @@ fresh_clone() {
   fake "$scratch/clone/bench/run_bench" run_bench
   fake "$scratch/clone/python/run_tests" run_tests
   fake "$scratch/clone/python/run_wheel" run_wheel
-  # Every package is there.
+  # Every package is installed.
   printf '#!/bin/sh\necho installed\n' >"$scratch/tools/dpkg-query"
   # There are tests where the folder was configured with them.
   printf '%s\n' '[ "$1" != --preset ] || grep -qx ZORVAN_IPP_TESTS:BOOL=ON "build/$2/CMakeCache.txt" && exit' \

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # In a fresh clone any two commands of ./run work in any order, and so does each of them after the README's install
-# commands, and in a build folder that somebody configured by hand.
+# commands, and in a build folder that was configured by hand.
 # usage: orders.sh source scratch
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Each command of ./run explains itself without starting anything, ends on a word that it does not know, and hands
-# on the words that it knows.
+# Each command of ./run prints its help without starting anything, ends with an error on an unknown word, and passes
+# the known words on.
 # usage: words.sh source scratch
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -33,7 +33,7 @@ refuses() {
   [[ ! -s $calls ]] || fail "$*: started $(<"$calls")"
 }
 
-# hands_on call word... - a command that ends in the call of a tool.
+# hands_on call word... - a command that ends with the call of a tool.
 hands_on() {
   local call=$1
   shift

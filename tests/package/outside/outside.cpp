@@ -1,4 +1,4 @@
-// A user of the library: fills an image, copies a region of it, and meets a refusal.
+// A user of the library: fills an image, copies a region of it, and catches a failure.
 
 #include <cstdio>
 #include <cstring>
