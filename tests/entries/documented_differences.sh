@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Passes if the table of differences between variants names the tests that there are, and no others.
+# Passes if the table of differences between variants names exactly the existing tests.
 # usage: documented_differences.sh page program
 set -euo pipefail
 page=$1 program=$2

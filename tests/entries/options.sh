@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A program that tests entries ends with an error where a mistyped option would leave nothing to test.
+# A program that tests entries ends with an error if a mistyped option would select nothing.
 # usage: options.sh program
 set -euo pipefail
 program=$1

@@ -18,10 +18,10 @@ template <class Call>
 std::string ippTextOf(Call call) {
   try {
     call();
-  } catch (const IppException& raised) {
-    return raised.what();
-  } catch (const std::exception& raised) {
-    return std::string("a plain exception: ") + raised.what();
+  } catch (const IppException& thrown) {
+    return thrown.what();
+  } catch (const std::exception& thrown) {
+    return std::string("a plain exception: ") + thrown.what();
   }
   return "no exception";
 }
@@ -31,10 +31,10 @@ template <class Call>
 std::string plainTextOf(Call call) {
   try {
     call();
-  } catch (const IppException& raised) {
-    return std::string("an IppException: ") + raised.what();
-  } catch (const std::exception& raised) {
-    return raised.what();
+  } catch (const IppException& thrown) {
+    return std::string("an IppException: ") + thrown.what();
+  } catch (const std::exception& thrown) {
+    return thrown.what();
   }
   return "no exception";
 }

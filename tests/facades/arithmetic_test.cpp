@@ -239,7 +239,7 @@ TYPED_TEST(EachArithmeticType, AddCWithMaskFailsAsItsStepsDo) {
   EXPECT_EQ(picture.pixels, (std::vector<T>{0, 10, 20, 30, 40, 50}));
 }
 
-TEST(ByteArithmetic, ZeroDivisorsRaiseAfterAllPixelsHaveBeenWritten) {
+TEST(ByteArithmetic, ZeroDivisorsThrowAfterAllPixelsHaveBeenWritten) {
   Picture<u8> a({0, 2, 0, 4, 5, 1}), b({7, 7, 0, 8, 30, 255}), c({9, 9, 9, 9, 9, 9});
   const std::vector<u8> expected = {255, 4, 0, 2, 6, 255};
   EXPECT_EQ(ippTextOf([&] { Bytes::Divide(a.image, b.image, c.image, wholeRect); }), zeroDivisorText);
@@ -248,7 +248,7 @@ TEST(ByteArithmetic, ZeroDivisorsRaiseAfterAllPixelsHaveBeenWritten) {
   EXPECT_EQ(b.pixels, expected);
 }
 
-TEST(FloatArithmetic, ZeroDivisorsRaiseAfterAllPixelsHaveBeenWritten) {
+TEST(FloatArithmetic, ZeroDivisorsThrowAfterAllPixelsHaveBeenWritten) {
   Picture<float> a({0, 2, 0, 4, 5, -0.0F}), b({7, 7, -3, 8, 30, 1}), c({9, 9, 9, 9, 9, 9});
   const std::vector<float> expected = {floatInfinity, 3.5F, -floatInfinity, 2, 6, floatInfinity};
   EXPECT_EQ(ippTextOf([&] { Floats::Divide(a.image, b.image, c.image, wholeRect); }), zeroDivisorText);
@@ -257,7 +257,7 @@ TEST(FloatArithmetic, ZeroDivisorsRaiseAfterAllPixelsHaveBeenWritten) {
   EXPECT_EQ(b.pixels, expected);
 }
 
-TEST(FloatArithmetic, NegativeRootsRaiseAfterAllPixelsHaveBeenWritten) {
+TEST(FloatArithmetic, NegativeRootsThrowAfterAllPixelsHaveBeenWritten) {
   Picture<float> src({4, -1, 9, 0, -0.0F, 16}), dst({7, 7, 7, 7, 7, 7});
   EXPECT_EQ(ippTextOf([&] { Floats::SquareRoot(src.image, dst.image, wholeRect); }), negativeRootText);
   EXPECT_EQ(ippTextOf([&] { Floats::SquareRoot(src.image, wholeRect); }), negativeRootText);

@@ -72,13 +72,13 @@ struct Argument<IppIMemory<T>&> {
   bool operator==(const Argument& other) const { return pixels == other.pixels; }
 };
 
-enum Returned { nothing, figure, imageWithPixels, imageWithoutPixels };
+enum Returned { nothing, plainValue, imageWithPixels, imageWithoutPixels };
 
 /// How a call ended. Has no memory on the watched heap.
 struct Outcome {
   Returned returned = nothing;
   std::array<unsigned char, imagePixels * sizeof(float)> pixels{};  ///< of an image that is the result
-  char raised[160] = "";
+  char thrown[160] = "";
   std::size_t requests = 0;
   std::size_t leaked = 0;
 
@@ -93,7 +93,7 @@ struct Outcome {
   }
   template <class R>
   void keep(const R&, Rect) {
-    returned = figure;
+    returned = plainValue;
   }
 };
 
@@ -115,7 +115,7 @@ Outcome outcomeOf(R (*operation)(P...), Arguments& arguments, Rect rect,
         },
         arguments);
   } catch (const std::exception& failure) {
-    std::strncpy(outcome.raised, failure.what(), sizeof outcome.raised - 1);
+    std::strncpy(outcome.thrown, failure.what(), sizeof outcome.thrown - 1);
   }
   outcome.requests = heap.allRequests();
   outcome.leaked = heap.liveBlocks();
@@ -154,7 +154,7 @@ void refuseEach(const char* name, R (*operation)(P...), const Texts& documented)
     const auto before = argumentsFor<P...>(choice);
     auto after = argumentsFor<P...>(choice);
     const Outcome expected = outcomeOf(operation, after, choice.rect, {0, 0});
-    const bool raises = expected.raised[0] != '\0';
+    const bool throws = expected.thrown[0] != '\0';
     EXPECT_EQ(expected.leaked, 0u) << name;
 
     for (std::size_t first = 0; first < expected.requests; ++first) {
@@ -164,7 +164,7 @@ void refuseEach(const char* name, R (*operation)(P...), const Texts& documented)
         auto arguments = argumentsFor<P...>(choice);
         const Outcome outcome = outcomeOf(operation, arguments, choice.rect, {first, count});
         EXPECT_EQ(outcome.leaked, 0u);
-        if (std::strcmp(outcome.raised, expected.raised) == 0) {
+        if (std::strcmp(outcome.thrown, expected.thrown) == 0) {
           EXPECT_TRUE(arguments == after) << "the images differ from what they are without a refusal";
           if (outcome.returned == imageWithoutPixels) {
             EXPECT_TRUE(isOneOf(documented, emptyImage)) << emptyImage;
@@ -175,11 +175,11 @@ void refuseEach(const char* name, R (*operation)(P...), const Texts& documented)
         } else {
           // There is no memory for the text of an exception, which the call throws in any case or for the
           // first refusal.
-          const bool textIsRefused = raises || count != 1;
-          EXPECT_TRUE(isOneOf(documented, outcome.raised) ||
-                      (textIsRefused && std::strcmp(outcome.raised, noMemory) == 0))
-              << outcome.raised;
-          EXPECT_TRUE(arguments == (raises ? after : before)) << "the images have been written";
+          const bool textIsRefused = throws || count != 1;
+          EXPECT_TRUE(isOneOf(documented, outcome.thrown) ||
+                      (textIsRefused && std::strcmp(outcome.thrown, noMemory) == 0))
+              << outcome.thrown;
+          EXPECT_TRUE(arguments == (throws ? after : before)) << "the images have been written";
         }
       }
     }

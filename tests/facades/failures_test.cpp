@@ -18,7 +18,7 @@ constexpr int nothingThrown = std::numeric_limits<int>::min();
 
 /// The code of the IppException that `call` throws.
 template <class Call>
-int raisedCode(Call call) {
+int thrownCode(Call call) {
   try {
     call();
   } catch (const IppException& exception) {
@@ -112,26 +112,26 @@ bool isAnyOf(const std::string& name, std::initializer_list<const char*> names) 
   return false;
 }
 
-TEST(Failures, RegionsThatDoNotFitRaise29AndNothingIsWritten) {
+TEST(Failures, RegionsThatDoNotFitThrow29AndNothingIsWritten) {
   for (const Call& call : allCalls) {
     for (const Rect rect : {Rect{0, 0, 5, 3}, Rect{0, 0, 4, 4}, Rect{1, 0, 4, 1}, Rect{0, 3, 1, 1}}) {
       Images images;
-      EXPECT_EQ(raisedCode([&] { call.run(images, rect); }), 29) << call.name;
+      EXPECT_EQ(thrownCode([&] { call.run(images, rect); }), 29) << call.name;
       EXPECT_EQ(images.a.pixels, std::vector<u8>(64, 1));
       EXPECT_EQ(images.x.pixels, std::vector<float>(64, 1));
     }
   }
 }
 
-TEST(Failures, ImagesWithoutPixelsRaiseMinus8) {
+TEST(Failures, ImagesWithoutPixelsThrowMinus8) {
   for (const Call& call : allCalls) {
     Images images;
     reshape(images, 4, 3, false);
-    EXPECT_EQ(raisedCode([&] { call.run(images, {0, 0, 4, 3}); }), -8) << call.name;
+    EXPECT_EQ(thrownCode([&] { call.run(images, {0, 0, 4, 3}); }), -8) << call.name;
   }
 }
 
-TEST(Failures, RegionsWithoutAnExtentRaiseMinus6ButForMorphologyAndFloodFill) {
+TEST(Failures, RegionsWithoutAnExtentThrowMinus6ButForMorphologyAndFloodFill) {
   for (const Call& call : allCalls) {
     for (const Rect rect : {Rect{0, 0, 0, 3}, Rect{0, 0, 4, 0}, Rect{0, 0, -1, 3}}) {
       Images images;
@@ -141,21 +141,21 @@ TEST(Failures, RegionsWithoutAnExtentRaiseMinus6ButForMorphologyAndFloodFill) {
       } else if (isAnyOf(call.name, {"FloodFill"})) {
         EXPECT_EQ(plainTextOf(run), "invalid length");
       } else {
-        EXPECT_EQ(raisedCode(run), -6) << call.name;
+        EXPECT_EQ(thrownCode(run), -6) << call.name;
       }
     }
   }
 }
 
 /// A negative x lets a region pass the test that is wider than its image.
-TEST(Failures, RowsThatDoNotServeRaiseMinus16WhereTheyAreTested) {
+TEST(Failures, RowsThatDoNotServeThrowMinus16WhereTheyAreTested) {
   for (const Call& call : allCalls) {
     if (isAnyOf(call.name, {"Laplace"})) continue;  // throws a text for an image of size 0 by 0
     Images none, narrow;
     reshape(none, 0, 3);
     reshape(narrow, 1, 3);
-    const int code = raisedCode([&] { call.run(none, {-1, 0, 1, 1}); });
-    const int codeOfNarrow = raisedCode([&] { call.run(narrow, {-2, 2, 3, 1}); });
+    const int code = thrownCode([&] { call.run(none, {-1, 0, 1, 1}); });
+    const int codeOfNarrow = thrownCode([&] { call.run(narrow, {-2, 2, 3, 1}); });
     const bool testsSign =
         isAnyOf(call.name, {"Convert to u8", "Divide u8", "Divide float", "Square u8", "Square float",
                             "SquareRoot u8", "SquareRoot float", "Absolute", "And", "Not", "Compare"});
@@ -167,39 +167,39 @@ TEST(Failures, RowsThatDoNotServeRaiseMinus16WhereTheyAreTested) {
 }
 
 /// Their stride has 32 bits.
-TEST(Failures, RowsOf2GibAndMoreRaiseMinus16) {
+TEST(Failures, RowsOf2GibAndMoreThrowMinus16) {
   Images images;
   reshape(images, 1 << 29, 1);
   const Rect rect{0, 0, 4, 1};
-  EXPECT_EQ(raisedCode([&] { Initializer::Convert(images.numbers.image, images.a.image, rect); }), -16);
-  EXPECT_EQ(raisedCode([&] { IppIArithmetic<float>::Square(images.x.image, rect); }), -16);
-  EXPECT_EQ(raisedCode([&] { Statistic<float>::Mean(images.x.image, images.mask.image, rect); }), -16);
+  EXPECT_EQ(thrownCode([&] { Initializer::Convert(images.numbers.image, images.a.image, rect); }), -16);
+  EXPECT_EQ(thrownCode([&] { IppIArithmetic<float>::Square(images.x.image, rect); }), -16);
+  EXPECT_EQ(thrownCode([&] { Statistic<float>::Mean(images.x.image, images.mask.image, rect); }), -16);
 }
 
-TEST(Failures, SeedsOutsideTheRegionRaiseMinus11) {
+TEST(Failures, SeedsOutsideTheRegionThrowMinus11) {
   Image<u8> image;
   for (const Point seed : {Point{3, 0}, Point{0, 2}, Point{-1, 0}}) {
-    EXPECT_EQ(raisedCode([&] { ComputerVision::FloodFill<u8>(image.image, seed, 7, {0, 0, 3, 2}); }), -11);
+    EXPECT_EQ(thrownCode([&] { ComputerVision::FloodFill<u8>(image.image, seed, 7, {0, 0, 3, 2}); }), -11);
   }
 }
 
-TEST(Failures, MissingOperationsRaiseMinus59) {
+TEST(Failures, MissingOperationsThrowMinus59) {
   Images i;
   const Rect rect{0, 0, 4, 3};
-  EXPECT_EQ(raisedCode([&] { IppIArithmetic<u8>::Absolute(i.a.image, rect); }), -59);
-  EXPECT_EQ(raisedCode([&] { IppILogical<float>::And(i.x.image, i.y.image, rect); }), -59);
-  EXPECT_EQ(raisedCode([&] { Statistic<u16>::MinMaxIndexWithMask(i.words.image, i.mask.image); }), -59);
+  EXPECT_EQ(thrownCode([&] { IppIArithmetic<u8>::Absolute(i.a.image, rect); }), -59);
+  EXPECT_EQ(thrownCode([&] { IppILogical<float>::And(i.x.image, i.y.image, rect); }), -59);
+  EXPECT_EQ(thrownCode([&] { Statistic<u16>::MinMaxIndexWithMask(i.words.image, i.mask.image); }), -59);
 }
 
-TEST(Failures, WarningsRaiseTheirPositiveCodes) {
+TEST(Failures, WarningsThrowTheirPositiveCodes) {
   Images i;
   const Rect rect{0, 0, 4, 3};
   i.mask.pixels.assign(64, 0);
-  EXPECT_EQ(raisedCode([&] { Statistic<u8>::MinMaxIndexWithMask(i.a.image, i.mask.image); }), 1);
+  EXPECT_EQ(thrownCode([&] { Statistic<u8>::MinMaxIndexWithMask(i.a.image, i.mask.image); }), 1);
   i.x.pixels[5] = 0;
-  EXPECT_EQ(raisedCode([&] { IppIArithmetic<float>::Divide(i.x.image, i.y.image, rect); }), 2);
+  EXPECT_EQ(thrownCode([&] { IppIArithmetic<float>::Divide(i.x.image, i.y.image, rect); }), 2);
   i.x.pixels[5] = -4;
-  EXPECT_EQ(raisedCode([&] { IppIArithmetic<float>::SquareRoot(i.x.image, rect); }), 3);
+  EXPECT_EQ(thrownCode([&] { IppIArithmetic<float>::SquareRoot(i.x.image, rect); }), 3);
   EXPECT_EQ(i.x.pixels[0], 1) << "all other pixels are written";
   EXPECT_TRUE(std::isnan(i.x.pixels[5]));
 }
@@ -273,18 +273,18 @@ TEST(Failures, TextsOfOperations) {
 TEST(Failures, AnImageOf2GibAndMoreHasNoPixels) {
   IppIMemory<u8> image = Initializer::Allocate<u8>(46341, 46341);
   EXPECT_FALSE(image.buffer());
-  EXPECT_EQ(raisedCode([&] { Initializer::Fill<u8>(image, 1, {0, 0, 9, 9}); }), -8);
+  EXPECT_EQ(thrownCode([&] { Initializer::Fill<u8>(image, 1, {0, 0, 9, 9}); }), -8);
   EXPECT_FALSE(Initializer::Allocate<float>(1 << 15, 1 << 14).buffer());
 }
 
 /// If a NaN is selected, the values and positions are not specified, and so is whether anything is found.
-TEST(Failures, ASelectedNanMayRaise1) {
+TEST(Failures, ASelectedNanMayThrow1) {
   Image<float> image;
   Image<u8> mask;
   mask.pixels.assign(64, 0);
   mask.pixels[5] = 1;
   image.pixels[5] = std::numeric_limits<float>::quiet_NaN();
-  const int code = raisedCode([&] {
+  const int code = thrownCode([&] {
     Statistic<float>::MinMaxIndexWithMask(image.image, mask.image, {0, 0, 4, 3});
   });
   EXPECT_TRUE(code == 1 || code == nothingThrown) << code;
@@ -294,7 +294,7 @@ TEST(Failures, ANanAmongTheDivisorsIsNoZero) {
   for (std::size_t place = 0; place < 12; ++place) {
     Images i;
     i.x.pixels[place] = std::numeric_limits<float>::quiet_NaN();
-    EXPECT_EQ(raisedCode([&] {
+    EXPECT_EQ(thrownCode([&] {
                 IppIArithmetic<float>::Divide(i.x.image, i.y.image, {0, 0, 4, 3});
               }),
               nothingThrown);

@@ -118,7 +118,7 @@ TYPED_TEST(EachPixelType, WholeCopyRefusesASmallerDestination) {
   EXPECT_EQ(target, std::vector<TypeParam>(6, TypeParam(99)));
 }
 
-TYPED_TEST(EachPixelType, ARectThatDoesNotFitRaises29AndWritesNothing) {
+TYPED_TEST(EachPixelType, ARectThatDoesNotFitThrows29AndWritesNothing) {
   std::vector<TypeParam> pixels(12, TypeParam(9));
   auto image = wrap(pixels, 4, 3);
   for (const Rect rect : {Rect{0, 0, 5, 3}, Rect{2, 0, 3, 3}, Rect{0, 0, 4, 4}, Rect{0, 1, 4, 3}}) {

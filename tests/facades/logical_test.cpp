@@ -234,7 +234,7 @@ TEST(LogicalNewImage, TheComplementFromInFrontOfTheSource) {
   for (int i = 0; i < 5; ++i) EXPECT_EQ(result.buffer()[i], 255 - at(source, 10 + i)) << i;
 }
 
-TEST(LogicalOfFloats, AllTwelveFunctionsRaiseAndTouchNothing) {
+TEST(LogicalOfFloats, AllTwelveFunctionsThrowAndTouchNothing) {
   std::vector<float> a(12, 1.5F), b(12, -2.5F), c(12, 3.5F);
   auto one = wrap(a, 4, 3), two = wrap(b, 4, 3), three = wrap(c, 4, 3);
   const Rect rect{0, 1, 3, 2}, bad{0, 0, 5, 3};

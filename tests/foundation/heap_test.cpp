@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "Raised.h"
+#include "Thrown.h"
 #include "tests/support/Heap.h"
 #include "zorvan/foundation/Allocation.h"
 #include "zorvan/foundation/IppIMemory.h"
@@ -136,7 +136,7 @@ TYPED_TEST(ImagesOnHeap, ThrowWhenTheirCopyIsRefused) {
   WatchedHeap heap;
   const IppIMemory<TypeParam> source(10, 10);
   heap.refuse();
-  EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(source); }), "Assign error in IppIMemory");
+  EXPECT_EQ(textThrownBy([&] { IppIMemory<TypeParam> copy(source); }), "Assign error in IppIMemory");
   EXPECT_EQ(heap.requests(), 2u);
   EXPECT_EQ(heap.freed(), 0u);
 }
@@ -163,7 +163,7 @@ TYPED_TEST(ImagesOnHeap, ThrowWhenTheCountOfTheirCopyIsRefused) {
   const IppIMemory<TypeParam> source(10, 10);
   WatchedHeap heap;
   heap.refuseNextNew();
-  EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(source); }), "Assign error in IppIMemory");
+  EXPECT_EQ(textThrownBy([&] { IppIMemory<TypeParam> copy(source); }), "Assign error in IppIMemory");
   EXPECT_EQ(heap.requests(), 1u);
   EXPECT_EQ(heap.freed(), 1u);
 }
@@ -199,7 +199,7 @@ TEST(ImageCopiesOnHeap, Of16BitsAllocateThenThrowAndFree) {
   const auto expectTakenAndGivenBack = [](const auto& source) {
     using Image = std::decay_t<decltype(source)>;
     WatchedHeap heap;
-    EXPECT_EQ(textRaisedBy([&] { Image copy(source); }), "Assign error in IppIMemory");
+    EXPECT_EQ(textThrownBy([&] { Image copy(source); }), "Assign error in IppIMemory");
     EXPECT_EQ(heap.requests(), 1u);
     EXPECT_EQ(heap.freed(), 1u);
   };
@@ -210,15 +210,15 @@ TEST(ImageCopiesOnHeap, Of16BitsAllocateThenThrowAndFree) {
 TEST(ImageCopiesOnHeap, OfAnImageWithoutABlockFreeTheirOwn) {
   const IppIMemory<u8> source(10, 10, nullptr, 0);
   WatchedHeap heap;
-  EXPECT_EQ(textRaisedBy([&] { IppIMemory<u8> copy(source); }), "Assign error in IppIMemory");
+  EXPECT_EQ(textThrownBy([&] { IppIMemory<u8> copy(source); }), "Assign error in IppIMemory");
   EXPECT_EQ(heap.requests(), 1u);
   EXPECT_EQ(heap.freed(), 1u);
 }
 
 TEST(ImagesOfOtherTypes, RequestNothingFromTheHeap) {
   WatchedHeap heap;
-  EXPECT_NE(textRaisedBy([] { IppIMemory<double> image(10, 10); }), "nothing raised");
-  EXPECT_EQ(textRaisedBy([] { IppIMemory<u8> image(0, 10); }), "invalid image size");
+  EXPECT_NE(textThrownBy([] { IppIMemory<double> image(10, 10); }), "nothing thrown");
+  EXPECT_EQ(textThrownBy([] { IppIMemory<u8> image(0, 10); }), "invalid image size");
   EXPECT_EQ(heap.requests(), 0u);
 }
 

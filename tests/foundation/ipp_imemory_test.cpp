@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <typeinfo>
 
-#include "Raised.h"
+#include "Thrown.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ class ImageMemory : public testing::Test {
 
   /// The text that the allocation of a valid size throws.
   static std::string expectedOfAllocation() {
-    if (allocates) return "nothing raised";
+    if (allocates) return "nothing thrown";
     return std::string("Cannot allocate memory.\nNot supported type.\ntype is ") + typeid(T).name();
   }
 
@@ -72,29 +72,29 @@ TYPED_TEST(ImageMemory, BeginsEmpty) {
 TYPED_TEST(ImageMemory, TestsTheSizeBeforeTheType) {
   for (const Size size : {Size{0, 5}, Size{5, 0}, Size{-1, 1}, Size{1, -1}, Size{0, 4}, Size{0, 0}}) {
     int step = 0;
-    const auto raised = {
-        textRaisedBy([&] { IppIMemory<TypeParam> image(size); }),
-        textRaisedBy([&] { IppIMemory<TypeParam> image(size.width, size.height); }),
-        textRaisedBy([&] { IppIMemory<TypeParam>::Allocate(size, step); }),
-        textRaisedBy([&] { IppIMemory<TypeParam>::Allocate(size.width, size.height, step); }),
+    const auto thrown = {
+        textThrownBy([&] { IppIMemory<TypeParam> image(size); }),
+        textThrownBy([&] { IppIMemory<TypeParam> image(size.width, size.height); }),
+        textThrownBy([&] { IppIMemory<TypeParam>::Allocate(size, step); }),
+        textThrownBy([&] { IppIMemory<TypeParam>::Allocate(size.width, size.height, step); }),
     };
-    for (const std::string& text : raised) EXPECT_EQ(text, "invalid image size");
+    for (const std::string& text : thrown) EXPECT_EQ(text, "invalid image size");
   }
 }
 
 TYPED_TEST(ImageMemory, AllocatesPixelTypesOnly) {
   int step = 0;
-  const auto raised = {
-      textRaisedBy([] {
+  const auto thrown = {
+      textThrownBy([] {
         IppIMemory<TypeParam> image(Size{4, 4});
       }),
-      textRaisedBy([] { IppIMemory<TypeParam> image(4, 4); }),
-      textRaisedBy([&] {
+      textThrownBy([] { IppIMemory<TypeParam> image(4, 4); }),
+      textThrownBy([&] {
         IppIMemory<TypeParam>::Allocate(Size{4, 4}, step);
       }),
-      textRaisedBy([&] { IppIMemory<TypeParam>::Allocate(4, 4, step); }),
+      textThrownBy([&] { IppIMemory<TypeParam>::Allocate(4, 4, step); }),
   };
-  for (const std::string& text : raised) EXPECT_EQ(text, this->expectedOfAllocation());
+  for (const std::string& text : thrown) EXPECT_EQ(text, this->expectedOfAllocation());
 }
 
 TYPED_TEST(OwnedImageMemory, AllocatesRowsWithoutAGap) {
@@ -229,23 +229,23 @@ TYPED_TEST(ImageMemory, CopiesOwnTheirPixels) {
   } else {
     const std::string expected =
         this->allocates ? "Assign error in IppIMemory" : this->expectedOfAllocation();
-    EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(source); }), expected);
+    EXPECT_EQ(textThrownBy([&] { IppIMemory<TypeParam> copy(source); }), expected);
   }
 }
 
-TYPED_TEST(ImageMemory, CopyingAnEmptyImageRaises) {
+TYPED_TEST(ImageMemory, CopyingAnEmptyImageThrows) {
   const IppIMemory<TypeParam> empty;
-  EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(empty); }), "invalid image size");
+  EXPECT_EQ(textThrownBy([&] { IppIMemory<TypeParam> copy(empty); }), "invalid image size");
 
   const IppIMemory<TypeParam> withoutBlock(4, 4, nullptr, 0);
   const std::string expected = this->allocates ? "Assign error in IppIMemory" : this->expectedOfAllocation();
-  EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(withoutBlock); }), expected);
+  EXPECT_EQ(textThrownBy([&] { IppIMemory<TypeParam> copy(withoutBlock); }), expected);
 }
 
-TYPED_TEST(OwnedImageMemory, CopyingAnImageTooLargeToAllocateRaises) {
+TYPED_TEST(OwnedImageMemory, CopyingAnImageTooLargeToAllocateThrows) {
   const IppIMemory<TypeParam> tall(0x40000000 / static_cast<int>(sizeof(TypeParam)), 2,
                                    this->wrapped(1, 1).buffer(), 0);
-  EXPECT_EQ(textRaisedBy([&] { IppIMemory<TypeParam> copy(tall); }), "Assign error in IppIMemory");
+  EXPECT_EQ(textThrownBy([&] { IppIMemory<TypeParam> copy(tall); }), "Assign error in IppIMemory");
 }
 
 // A region and its address need an image that is not const; the sizes and the block do not.

@@ -6,7 +6,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "Raised.h"
+#include "Thrown.h"
 
 namespace {
 
@@ -38,15 +38,15 @@ TYPED_TEST(SignalMemory, BeginsEmpty) {
 
 TYPED_TEST(SignalMemory, TestsTheLengthBeforeTheType) {
   for (const int length : {0, -1}) {
-    EXPECT_EQ(textRaisedBy([&] { IppSMemory<TypeParam> signal(length); }), "invalid length");
-    EXPECT_EQ(textRaisedBy([&] { IppSMemory<TypeParam>::Allocate(length); }), "invalid length");
+    EXPECT_EQ(textThrownBy([&] { IppSMemory<TypeParam> signal(length); }), "invalid length");
+    EXPECT_EQ(textThrownBy([&] { IppSMemory<TypeParam>::Allocate(length); }), "invalid length");
   }
 }
 
 TYPED_TEST(SignalMemory, AllocatesBytesAndFloatsOnly) {
-  const char* const expected = this->allocates ? "nothing raised" : "not supported type";
-  EXPECT_EQ(textRaisedBy([] { IppSMemory<TypeParam> signal(10); }), expected);
-  EXPECT_EQ(textRaisedBy([] { IppSMemory<TypeParam>::Allocate(10); }), expected);
+  const char* const expected = this->allocates ? "nothing thrown" : "not supported type";
+  EXPECT_EQ(textThrownBy([] { IppSMemory<TypeParam> signal(10); }), expected);
+  EXPECT_EQ(textThrownBy([] { IppSMemory<TypeParam>::Allocate(10); }), expected);
 }
 
 TYPED_TEST(OwnedSignalMemory, HoldsAlignedElements) {

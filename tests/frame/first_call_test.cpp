@@ -24,13 +24,13 @@ constexpr const char* raceFlag = "--race";
 using namespace Primitives;
 
 /// The output of a new process about its first call: empty if it succeeded.
-std::string firstCallOf(const std::string& wanted) {
+std::string firstCallOf(const std::string& requested) {
 #define CALL(name, ...) \
-  if (wanted == #name) return callFirst(&name, table.name);
+  if (requested == #name) return callFirst(&name, table.name);
 #define ENTRY(...) CALL(__VA_ARGS__)
 #include "zorvan/primitives/frame/Entries.def"
 #undef CALL
-  return "no entry " + wanted;
+  return "no entry " + requested;
 }
 
 std::vector<std::string> entryNames() {

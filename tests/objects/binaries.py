@@ -4,7 +4,7 @@ import re
 import subprocess
 from collections import namedtuple
 
-Symbol = namedtuple("Symbol", "address kind name")
+Symbol = namedtuple("Symbol", "address letter name")
 Section = namedtuple("Section", "name address size flags")
 Instruction = namedtuple("Instruction", "address function name operands target")
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks the library's objects: check.py CHECK OBJECTS LIBRARY ENTRIES
 
-OBJECTS  a file with a line for each object: its kind, a space, its path
+OBJECTS  a file with a line for each object: its part of the library, which is a variant, frame or base; a space; its path
 LIBRARY  the shared library
 ENTRIES  a program that prints the names of all entries in their order
 """
@@ -21,15 +21,15 @@ def readObjects(listFile):
 
 
 def run(check, objects, library, entries):
-    variants = [(kind, path) for kind, path in objects if kind.startswith("Variant")]
+    variants = [(part, path) for part, path in objects if part.startswith("Variant")]
     if not variants:
         return ["no objects to check"]
     if check == "symbols":
-        return [c for kind, path in variants for c in checks.symbols(kind, path)]
+        return [c for part, path in variants for c in checks.symbols(part, path)]
     if check == "instructions":
-        return [c for kind, path in objects for c in checks.instructions(kind, path)]
+        return [c for part, path in objects for c in checks.instructions(part, path)]
     if check == "initialisers":
-        return [c for kind, path in variants for c in checks.initialisers(kind, path)]
+        return [c for part, path in variants for c in checks.initialisers(part, path)]
     if check == "memory":
         return [c for _, path in objects for c in checks.stackOfObject(path)] + checks.memoryOfLibrary(library)
     names = binaries.output(entries).split()

@@ -9,25 +9,25 @@ TAG = re.compile(r"Zorvan::Primitives::(Variant\w+)")
 ROW_BYTES, WORD_BYTES = 64, 8
 
 
-def symbols(kind, path):
+def symbols(part, path):
     """A variant's object may define global names of its own variant only. If two objects define the same name, the
     linker keeps one: the code of a newer variant could run on an older processor."""
-    offered = {s.name for s in binaries.definedSymbols(path) if s.kind.isupper() or s.kind in "ui"}
+    offered = {s.name for s in binaries.definedSymbols(path) if s.letter.isupper() or s.letter in "ui"}
     offered.update(binaries.groupSignatures(path))
-    return [f"{path}: offers {name}" for name in sorted(offered) if set(TAG.findall(name)) != {kind}]
+    return [f"{path}: offers {name}" for name in sorted(offered) if set(TAG.findall(name)) != {part}]
 
 
-def instructions(kind, path):
+def instructions(part, path):
     complaints = {}
     for i in binaries.instructions(path):
-        why = instruction_sets.complaint(kind, i.name, i.operands)
+        why = instruction_sets.complaint(part, i.name, i.operands)
         if why:
             text = f"{path}: {i.name} {why}"
             complaints.setdefault(text, f"first: {i.name} {i.operands} in {i.function}")
     return [f"{text}; {first}" for text, first in complaints.items()]
 
 
-def initialisers(kind, path):
+def initialisers(part, path):
     """Code that runs at load time runs before a variant is selected."""
     complaints = [f"{path}: section {s.name}" for s in binaries.sections(path)
                   if re.match(r"\.(pre)?(init|fini)_array|\.[cd]tors|\.init$|\.fini$", s.name)]

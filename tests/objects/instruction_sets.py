@@ -89,7 +89,7 @@ REGISTERS = {
 
 # For each type of object the features and register classes that it adds to another type. No type includes lzcnt,
 # movbe, half floats, AES and so on.
-KINDS = {
+PARTS = {
     "frame": (None, "general processor", []),
     "general": (None, "general", []),
     "base": ("general", "SSE SSE2", ["xmm"]),
@@ -127,16 +127,16 @@ def featuresOf(name):
 
 
 @functools.cache
-def allowed(kind):
+def allowed(part):
     """The features and the register classes of a type of object."""
-    below, features, registers = KINDS[kind]
+    below, features, registers = PARTS[part]
     inherited = allowed(below) if below else (set(), set())
     return inherited[0] | set(features.split()), inherited[1] | set(registers)
 
 
-def complaint(kind, name, operands):
+def complaint(part, name, operands):
     """Why an object of this type may not use the instruction; None if it may."""
-    features, registers = allowed(kind)
+    features, registers = allowed(part)
     needed = featuresOf(name)
     if not needed:
         return "is in no list of instructions"

@@ -162,12 +162,12 @@ class Instructions(Planted):
             if path is None:
                 unknown.append(instruction)
                 continue
-            for kind in refusing.split():
-                with self.subTest(instruction, kind=kind):
-                    self.assertNotEqual(checks.instructions(kind, path), [])
-            for kind in allowing.split():
-                with self.subTest(instruction, kind=kind):
-                    self.assertEqual(checks.instructions(kind, path), [])
+            for part in refusing.split():
+                with self.subTest(instruction, part=part):
+                    self.assertNotEqual(checks.instructions(part, path), [])
+            for part in allowing.split():
+                with self.subTest(instruction, part=part):
+                    self.assertEqual(checks.instructions(part, path), [])
         # An older assembler may lack a few instructions.
         self.assertLess(len(unknown), 3, unknown)
 

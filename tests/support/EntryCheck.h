@@ -51,8 +51,6 @@ class EntryCall<Result(Parameters...)> {
  public:
   using Arguments = std::tuple<Parameters...>;
 
-  static constexpr bool isRoi(std::size_t i) { return roles()[i] == Role::roi; }
-
   static constexpr int imageCount() {
     int count = 0;
     for (const Role type : roles()) count += type == Role::image;
@@ -63,12 +61,6 @@ class EntryCall<Result(Parameters...)> {
     for (const Role type : roles()) count += type == Role::image || type == Role::result;
     return count;
   }
-  static constexpr int parameterCount() {
-    int count = 0;
-    for (const Role type : roles()) count += type == Role::parameter;
-    return count;
-  }
-
   /// Allocates the images of `c` for one of the two sides of a comparison. `parameter` is the value of `int`
   /// arguments.
   EntryCall(const Case& c, int parameter, int side) {

@@ -1,7 +1,6 @@
-"""What gdb shows of the library's containers, and a command that writes an image into a file.
+"""Prints the library's containers in gdb, and adds a command that writes an image into a file.
 
-gdb loads this file by itself, under the name <library file>-gdb.py: the page docs/debugger.md says how. It
-needs gdb with Python 3, and a program with debug information.
+gdb loads this file automatically, under the name <library file>-gdb.py, see docs/debugger.md. It needs gdb with Python 3, and a program with debug information.
 """
 
 import array
@@ -13,7 +12,7 @@ import gdb
 import gdb.printing
 import gdb.types
 
-# Python's codes of array elements, and the library's short names, by the C++ type.
+# Python's codes for array elements, and the library's short names, by C++ type.
 ELEMENTS = {
     "unsigned char": ("B", "u8"),
     "unsigned short": ("H", "u16"),
@@ -28,8 +27,8 @@ ELEMENTS = {
 
 ROWS_SHOWN = 4
 ELEMENTS_SHOWN = 8
-# Extremes of larger blocks are left out of the summary: a variable that has not been constructed can look like
-# an image of any size, and a line of "info locals" should not take seconds.
+# The summary has no extremes of larger blocks: a variable that has not been constructed can look like an image of
+# any size, and a line of "info locals" should not take seconds.
 MOST_ELEMENTS_SEARCHED = 1 << 24
 
 
@@ -42,21 +41,21 @@ def read_memory(address, count):
 
 
 class Block:
-    """The elements of a container: their type, where they lie, how many containers share them."""
+    """The elements of a container: their type, their address, the number of containers that share them."""
 
     def __init__(self, container):
         pointer = container["buffer_"]
         element_type = gdb.types.get_basic_type(container.type).template_argument(0)
         self.address = int(pointer["_M_ptr"])
         self.code, self.element_name = ELEMENTS[str(gdb.types.get_basic_type(element_type))]
-        # The count is read by its place: to look into its record by name makes gdb search for the record's
-        # dynamic type, and warn where the library has no debug information.
+        # Reads the count at its address: to read it by name, gdb would search for the dynamic type of its record, and
+        # warn if the library has no debug information.
         control = pointer["_M_refcount"]["_M_pi"]
         count = next(field for field in control.type.target().fields() if field.name == "_M_use_count")
         self.count_address = int(control) + count.bitpos // 8
 
     def sharers(self):
-        """The count that the block's shared pointers keep."""
+        """The reference count of the block."""
         return struct.unpack("i", read_memory(self.count_address, 4))[0]
 
     def read(self, first, count):
@@ -66,11 +65,11 @@ class Block:
         elements.frombytes(read_memory(where, count * elements.itemsize))
         return elements
 
-    def holding(self):
+    def ownership(self):
         return f"shared by {self.sharers()}" if self.address else "no block"
 
     def extremes(self, count):
-        """A text: the smallest and the largest of the first `count` elements, apart from NaN."""
+        """A text: the smallest and the largest of the first `count` elements except NaN."""
         if count > MOST_ELEMENTS_SEARCHED:
             return "extremes not searched"
         elements = self.read(0, count)
@@ -80,7 +79,7 @@ class Block:
         return ", ".join(texts + ([f"{nans} NaN"] if nans else []))
 
     def line(self, first, count):
-        """A text: `count` elements from `first` on, or as many as are shown."""
+        """A text: `count` elements from `first` on, ELEMENTS_SHOWN at most."""
         shown = [number(e) for e in self.read(first, min(count, ELEMENTS_SHOWN))]
         return " ".join(shown + ["..."] * (count > ELEMENTS_SHOWN))
 
@@ -103,7 +102,7 @@ class Image:
 
 
 class ImagePrinter:
-    """IppIMemory<T>: its shape, its sharers and its extremes in one line, then the beginnings of its rows."""
+    """IppIMemory<T>: its size, the number of its sharers and its extremes in one line, then the beginnings of its rows."""
 
     def __init__(self, value):
         self.image = Image(value)
@@ -116,7 +115,7 @@ class ImagePrinter:
             f"step {image.step}",
         ]
         try:
-            texts.append(image.block.holding())
+            texts.append(image.block.ownership())
             if image.has_pixels():
                 texts.append(image.block.extremes(image.width * image.height))
         except gdb.MemoryError:
@@ -135,7 +134,7 @@ class ImagePrinter:
 
 
 class BufferPrinter:
-    """IppSMemory<T>: its length, its sharers, its extremes and its first elements in one line."""
+    """IppSMemory<T>: its length, the number of its sharers, its extremes and its first elements in one line."""
 
     def __init__(self, value):
         self.length = int(value["length_"])
@@ -144,7 +143,7 @@ class BufferPrinter:
     def to_string(self):
         texts = [f"{self.block.element_name} buffer of {self.length}"]
         try:
-            texts.append(self.block.holding())
+            texts.append(self.block.ownership())
             if self.block.address and self.length > 0:
                 texts.append(self.block.extremes(self.length))
                 texts.append("from " + self.block.line(0, self.length))
@@ -154,16 +153,16 @@ class BufferPrinter:
 
 
 def grey_levels(image):
-    """Rows of grey levels as a file holds them, the highest level, and what became of the values.
+    """Rows of grey levels in the format of a file, the highest level, and a text about the conversion.
 
-    Unsigned pixels go as they are. The other types have no level that would be white by nature: their lowest
-    value becomes black and their highest white.
+    Unsigned pixels are not converted. The other types have no natural level for white: their lowest value becomes
+    black and their highest white.
     """
     pixels = image.pixels()
     code = image.block.code
     if code in "BH":
         if code == "H":
-            pixels.byteswap()  # the files begin with the high byte, the processor with the low one
+            pixels.byteswap()  # the files have the high byte first, the processor the low one
         bytes_per_row = image.width * pixels.itemsize
         levels, highest, remark = pixels.tobytes(), 255 if code == "B" else 65535, "values as they are"
     else:
@@ -251,8 +250,8 @@ BUFFER_TYPE = re.compile(r"^Zorvan::IppS::IppSMemory<.*>$")
 
 
 def of_complete_type(printer):
-    """`printer` for values whose fields are known. Clang describes the containers in the library only, which
-    may have no debug information."""
+    """`printer` for values whose fields are known. Clang describes the containers in the library only, which may have
+    no debug information."""
 
     def choose(value):
         return printer(value) if gdb.types.get_basic_type(value.type).fields() else None
@@ -267,6 +266,6 @@ def printers():
     return collection
 
 
-# The library may be loaded several times in a session; the newest file counts.
+# The library may be loaded several times in a session: the newest file replaces the others.
 gdb.printing.register_pretty_printer(gdb.current_objfile(), printers(), replace=True)
 WriteImage()

@@ -39,7 +39,7 @@ int main() {
   } catch (const IppException& exception) {
     refused = std::strstr(exception.what(), "error Code : 29") != nullptr;
   }
-  expect(refused, "a region that is wider than the image raises IppException 29");
+  expect(refused, "a region that is wider than the image throws IppException 29");
 
   if (failures == 0) std::puts("outside: the library answers as expected");
   return failures;

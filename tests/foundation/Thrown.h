@@ -8,7 +8,7 @@
 /// The text of the exception that a container throws in `action`, or a text that states what happened
 /// instead.
 template <class Action>
-std::string textRaisedBy(Action action) {
+std::string textThrownBy(Action action) {
   try {
     action();
   } catch (const Zorvan::Ipp::IppException& failure) {
@@ -16,5 +16,5 @@ std::string textRaisedBy(Action action) {
   } catch (const std::exception& failure) {
     return failure.what();
   }
-  return "nothing raised";
+  return "nothing thrown";
 }
