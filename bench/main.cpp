@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "bench/families.h"
-#include "bench/support/Sizes.h"
 #include "bench/support/Suite.h"
+#include "bench/support/sizes.h"
 #include "zorvan/primitives/frame/Processor.h"
 #include "zorvan/primitives/frame/Variants.h"
 

@@ -6,9 +6,9 @@
 #include <tuple>
 #include <vector>
 
-#include "bench/support/Measurement.h"
-#include "bench/support/Operands.h"
-#include "bench/support/StreamingLimit.h"
+#include "bench/support/measurement.h"
+#include "bench/support/operands.h"
+#include "bench/support/streaming_limit.h"
 
 namespace Zorvan::Bench {
 

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "docs/snippets/Snippets.h"
+#include "docs/snippets/snippets.h"
 
 namespace Snippets {
 namespace {

@@ -1,4 +1,4 @@
-#include "docs/snippets/Snippets.h"
+#include "docs/snippets/snippets.h"
 
 namespace Snippets {
 namespace {

@@ -1,4 +1,4 @@
-#include "docs/snippets/Snippets.h"
+#include "docs/snippets/snippets.h"
 
 namespace Snippets {
 namespace {
@@ -8,7 +8,7 @@ TEST(Initializer, ACropFromElsewhere) {
   auto picture = wrap(pixels, 6, 2);
   const Area area{3, 0, 2, 2};
   // snippet
-  IppIMemory<u8> view = viewOf(picture, area);  // examples/common/Region.h
+  IppIMemory<u8> view = viewOf(picture, area);  // examples/common/region.h
   IppIMemory<u8> cut = Initializer::Allocate<u8>(area.width, area.height);
   Initializer::Copy(view, cut, rectOfView(area));
   // end of snippet

@@ -15,14 +15,14 @@
 #include <stdexcept>
 #include <string>
 
-#include "CoinTable.h"
 #include "FreshFolder.h"
-#include "Montage.h"
-#include "Page.h"
-#include "Png.h"
 #include "Report.h"
-#include "Road.h"
-#include "Scene.h"
+#include "coin_table.h"
+#include "montage.h"
+#include "page.h"
+#include "pipeline.h"
+#include "png_file.h"
+#include "scene.h"
 
 namespace {
 

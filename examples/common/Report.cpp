@@ -6,7 +6,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "Png.h"
+#include "png_file.h"
 
 namespace Examples {
 

@@ -1,6 +1,6 @@
 // Operations that look at many pixels at a time: at all of a region, at neighbourhoods, at connected areas.
 
-#include "Gallery.h"
+#include "gallery.h"
 
 namespace Gallery {
 namespace {

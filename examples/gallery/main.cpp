@@ -3,7 +3,7 @@
 
 #include <exception>
 
-#include "Gallery.h"
+#include "gallery.h"
 
 namespace Gallery {
 namespace {

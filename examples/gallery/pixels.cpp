@@ -1,6 +1,6 @@
 // Operations that look at one pixel at a time.
 
-#include "Gallery.h"
+#include "gallery.h"
 
 namespace Gallery {
 namespace {

@@ -4,7 +4,7 @@
 // from the picture, it leaves the objects on an even ground, so that one
 // threshold serves all of them.
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

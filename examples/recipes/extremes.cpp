@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

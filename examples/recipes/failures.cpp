@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <functional>
 
-#include "Recipe.h"
-#include "StatusCode.h"
+#include "recipe.h"
+#include "status_code.h"
 
 using namespace Recipes;
 using Zorvan::Ipp::IppException;

@@ -4,7 +4,7 @@
 // not an object, is a hole. A frame of one pixel joins all that lies outside,
 // also where objects touch the edge.
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

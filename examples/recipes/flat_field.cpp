@@ -7,8 +7,8 @@
 
 #include <cstdio>
 
-#include "Recipe.h"
-#include "StatusCode.h"
+#include "recipe.h"
+#include "status_code.h"
 
 using namespace Recipes;
 

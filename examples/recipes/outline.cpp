@@ -3,7 +3,7 @@
 // The brightest pixel of each neighbourhood less the darkest one: what is even
 // becomes black, and every edge a bright line.
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

@@ -7,7 +7,7 @@
 
 #include <vector>
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

@@ -7,7 +7,7 @@
 
 #include <cstdio>
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

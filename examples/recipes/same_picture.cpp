@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "Png.h"
+#include "png_file.h"
 
 int main(int argc, char** argv) try {
   if (argc != 3) return 2;

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

@@ -8,7 +8,7 @@
 #include <future>
 #include <vector>
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

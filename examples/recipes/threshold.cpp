@@ -4,7 +4,7 @@
 // leaves 0 up to it, and what is left is multiplied beyond 255, where bytes
 // end. For float images the Comparer class does it in one call.
 
-#include "Recipe.h"
+#include "recipe.h"
 
 using namespace Recipes;
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "Check.h"
-#include "CoinTable.h"
-#include "Road.h"
-#include "Scene.h"
+#include "check.h"
+#include "coin_table.h"
+#include "pipeline.h"
+#include "scene.h"
 
 namespace {
 

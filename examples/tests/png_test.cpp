@@ -1,12 +1,12 @@
 // Pictures come through the reader and the writer with every pixel as it was.
 
-#include "Png.h"
+#include "png_file.h"
 
 #include <fstream>
 #include <iterator>
 #include <string>
 
-#include "Check.h"
+#include "check.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Regions are where their column and row say, in tall and in wide images, and never outside.
 
-#include "Region.h"
+#include "region.h"
 
 #include <stdexcept>
 #include <vector>
 
-#include "Check.h"
+#include "check.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "Check.h"
-#include "Png.h"
+#include "check.h"
+#include "png_file.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "Errors.h"
-#include "Numpy.h"
+#include "errors.h"
+#include "numpy_api.h"
 
 namespace Zorvan::Python {
 

@@ -3,7 +3,7 @@
 #include <limits>
 #include <string>
 
-#include "Errors.h"
+#include "errors.h"
 
 namespace Zorvan::Python {
 

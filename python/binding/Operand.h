@@ -4,9 +4,9 @@
 
 #include <cstddef>
 
-#include "Numpy.h"
 #include "Pixels.h"
 #include "Region.h"
+#include "numpy_api.h"
 #include "zorvan/foundation/IppIMemory.h"
 
 namespace Zorvan::Python {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "Numpy.h"
+#include "numpy_api.h"
 #include "zorvan/foundation/PixelTypes.h"
 
 namespace Zorvan::Python {

@@ -1,6 +1,6 @@
 #include "Region.h"
 
-#include "Errors.h"
+#include "errors.h"
 
 namespace Zorvan::Python {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Numpy.h"
+#include "numpy_api.h"
 #include "zorvan/foundation/Geometry.h"
 
 namespace Zorvan::Python {

@@ -1,9 +1,9 @@
 #include "zorvan/operations/arithmetic/IppIArithmetic.h"
 
-#include "Elementwise.h"
-#include "Families.h"
 #include "Function.h"
-#include "Scalars.h"
+#include "elementwise.h"
+#include "families.h"
+#include "scalars.h"
 #include "zorvan/operations/initializer/Initializer.h"
 
 namespace Zorvan::Python {

@@ -1,9 +1,9 @@
 #include "zorvan/operations/computervision/ComputerVision.h"
-#include "Errors.h"
-#include "Families.h"
 #include "Function.h"
 #include "Operand.h"
-#include "Scalars.h"
+#include "errors.h"
+#include "families.h"
+#include "scalars.h"
 
 namespace Zorvan::Python {
 

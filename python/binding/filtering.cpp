@@ -1,10 +1,10 @@
 #include <string_view>
 
-#include "Errors.h"
-#include "Families.h"
 #include "Function.h"
 #include "Operand.h"
-#include "Scalars.h"
+#include "errors.h"
+#include "families.h"
+#include "scalars.h"
 #include "zorvan/operations/filtering/FilteringFunction.h"
 
 namespace Zorvan::Python {

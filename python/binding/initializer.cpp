@@ -1,8 +1,8 @@
 #include "zorvan/operations/initializer/Initializer.h"
-#include "Families.h"
 #include "Function.h"
 #include "Operand.h"
-#include "Scalars.h"
+#include "families.h"
+#include "scalars.h"
 
 namespace Zorvan::Python {
 

@@ -3,10 +3,10 @@
 #include <array>
 #include <string_view>
 
-#include "Elementwise.h"
-#include "Families.h"
 #include "Function.h"
-#include "Scalars.h"
+#include "elementwise.h"
+#include "families.h"
+#include "scalars.h"
 #include "zorvan/operations/logical/Comparer.h"
 
 namespace Zorvan::Python {

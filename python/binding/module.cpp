@@ -1,9 +1,9 @@
 // The module zorvan_ipp._binding; the package zorvan_ipp shows its functions.
 
 #define ZORVAN_IPP_FILLS_NUMPY_TABLE
-#include "Numpy.h"
+#include "numpy_api.h"
 
-#include "Families.h"
+#include "families.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <limits>
 
-#include "Errors.h"
-#include "Families.h"
 #include "Function.h"
 #include "Operand.h"
+#include "errors.h"
+#include "families.h"
 
 namespace Zorvan::Python {
 

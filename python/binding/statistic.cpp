@@ -1,10 +1,10 @@
 #include "zorvan/operations/statistic/Statistic.h"
 
-#include "Errors.h"
-#include "Families.h"
 #include "Function.h"
 #include "Operand.h"
-#include "Scalars.h"
+#include "errors.h"
+#include "families.h"
+#include "scalars.h"
 
 namespace Zorvan::Python {
 

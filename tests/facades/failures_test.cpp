@@ -4,7 +4,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "examples/common/StatusCode.h"
+#include "examples/common/status_code.h"
 #include "tests/facades/Support.h"
 
 namespace Zorvan::Test {

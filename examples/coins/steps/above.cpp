@@ -1,4 +1,4 @@
-#include "Steps.h"
+#include "steps.h"
 
 namespace Coins {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "Digits.h"
-#include "Steps.h"
+#include "digits.h"
+#include "steps.h"
 
 namespace Coins {
 

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "Steps.h"
+#include "steps.h"
 
 namespace Coins {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "Steps.h"
+#include "steps.h"
 
 namespace Coins {
 

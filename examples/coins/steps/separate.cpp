@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "Steps.h"
+#include "steps.h"
 
 namespace Coins {
 

@@ -19,8 +19,8 @@
 #include <utility>
 #include <vector>
 
-#include "bench/support/Measurement.h"
-#include "bench/support/Operands.h"
+#include "bench/support/measurement.h"
+#include "bench/support/operands.h"
 
 namespace Zorvan::Bench {
 

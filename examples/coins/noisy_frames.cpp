@@ -1,4 +1,4 @@
-#include "Frames.h"
+#include "noisy_frames.h"
 
 #include <algorithm>
 #include <cstdint>

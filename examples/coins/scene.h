@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "Png.h"
+#include "png_file.h"
 
 namespace Coins {
 

@@ -1,4 +1,4 @@
-#include "bench/support/Measurement.h"
+#include "bench/support/measurement.h"
 
 #include <algorithm>
 #include <chrono>

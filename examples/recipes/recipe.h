@@ -4,8 +4,8 @@
 // helpers. A recipe shows what it did by before.png and after.png in the folder
 // where it runs, and by what it prints.
 
-#include "Png.h"
-#include "Region.h"
+#include "png_file.h"
+#include "region.h"
 #include "zorvan/ipp.h"
 
 namespace Recipes {

@@ -1,4 +1,4 @@
-#include "Png.h"
+#include "png_file.h"
 
 #include <png.h>
 

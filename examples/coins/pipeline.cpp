@@ -1,9 +1,9 @@
-#include "Road.h"
+#include "pipeline.h"
 
 #include <cstdio>
 #include <string>
 
-#include "Frames.h"
+#include "noisy_frames.h"
 
 namespace Coins {
 

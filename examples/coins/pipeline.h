@@ -6,7 +6,7 @@
 
 #include "Report.h"
 #include "Settings.h"
-#include "Steps.h"
+#include "steps.h"
 
 namespace Coins {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "Recipe.h"
+#include "recipe.h"
 
 namespace Gallery {
 

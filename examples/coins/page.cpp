@@ -1,11 +1,11 @@
-#include "Page.h"
+#include "page.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
 
-#include "Code.h"
-#include "CoinTable.h"
+#include "coin_table.h"
+#include "step_code.h"
 
 namespace Coins {
 

@@ -1,4 +1,4 @@
-#include "Recipe.h"
+#include "recipe.h"
 
 #include <algorithm>
 #include <cmath>

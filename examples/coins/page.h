@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Report.h"
-#include "Road.h"
+#include "pipeline.h"
 
 namespace Coins {
 

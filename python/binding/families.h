@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Numpy.h"
+#include "numpy_api.h"
 
 namespace Zorvan::Python {
 

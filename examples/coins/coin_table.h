@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Road.h"
+#include "pipeline.h"
 
 namespace Coins {
 

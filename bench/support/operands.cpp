@@ -1,4 +1,4 @@
-#include "bench/support/Operands.h"
+#include "bench/support/operands.h"
 
 #include <algorithm>
 #include <cmath>

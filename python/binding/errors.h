@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "Numpy.h"
+#include "numpy_api.h"
 #include "zorvan/foundation/IppException.h"
 
 namespace Zorvan::Python {

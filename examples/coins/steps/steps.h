@@ -2,8 +2,8 @@
 
 #include <deque>
 
-#include "Png.h"
-#include "Region.h"
+#include "png_file.h"
+#include "region.h"
 #include "zorvan/ipp.h"
 
 // The steps of the demo: each is one function that does its work with the

@@ -1,4 +1,4 @@
-#include "Code.h"
+#include "step_code.h"
 
 #include <cctype>
 #include <set>

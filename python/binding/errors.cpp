@@ -1,4 +1,4 @@
-#include "Errors.h"
+#include "errors.h"
 
 #include <cstdlib>
 #include <exception>

@@ -1,8 +1,8 @@
-#include "Digits.h"
+#include "digits.h"
 
 #include <string>
 
-#include "Region.h"
+#include "region.h"
 
 namespace Coins {
 namespace {

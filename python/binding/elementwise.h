@@ -2,8 +2,8 @@
 
 // Bodies of the operations that combine pixels of equal places.
 
-#include "Errors.h"
 #include "Operand.h"
+#include "errors.h"
 
 namespace Zorvan::Python {
 

@@ -1,4 +1,4 @@
-#include "CoinTable.h"
+#include "coin_table.h"
 
 #include <algorithm>
 #include <cstdio>

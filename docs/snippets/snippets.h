@@ -6,8 +6,8 @@
 
 #include <vector>
 
-#include "examples/common/Region.h"
-#include "examples/common/StatusCode.h"
+#include "examples/common/region.h"
+#include "examples/common/status_code.h"
 #include "zorvan/ipp.h"
 
 namespace Snippets {

@@ -1,9 +1,9 @@
-#include "Montage.h"
+#include "montage.h"
 
 #include <array>
 
-#include "Png.h"
-#include "Region.h"
+#include "png_file.h"
+#include "region.h"
 
 namespace Coins {
 

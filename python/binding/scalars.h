@@ -4,7 +4,7 @@
 #include <string>
 #include <type_traits>
 
-#include "Numpy.h"
+#include "numpy_api.h"
 
 namespace Zorvan::Python {
 
