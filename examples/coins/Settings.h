@@ -4,17 +4,17 @@
 
 namespace Coins {
 
-/// What fits the demo to a picture. The defaults fit the photograph of coins.
+/// Options that adapt the demo to a picture. The defaults are for the photograph of coins.
 struct Settings {
-  /// Dilate minus erode rises above this at the rim of an object, and seldom in the grain of the ground.
+  /// Dilate minus erode exceeds this at the rim of an object, and seldom in the noise of the background.
   int threshold = 30;
-  /// Side of the smallest square that an object holds.
+  /// Objects into which no square of this side fits are removed.
   int open = 9;
-  /// What the objects are, in the plural.
+  /// The name of the objects, in the plural.
   std::string name = "coins";
 };
 
-/// "24 coins"; one is "coins: 1", as the settings know no singular.
+/// "24 coins", or "coins: 1", because the settings have no singular.
 std::string counted(std::size_t count, const Settings& settings);
 
 }  // namespace Coins

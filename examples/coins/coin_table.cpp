@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <stdexcept>
+
+#include "text_file.h"
 
 namespace Coins {
 
@@ -30,7 +30,7 @@ const std::vector<Column> coinColumns{
      [](const Coin& c) -> double { return c.box.row + c.measures.extremes.MaxIndex.y; }},
 };
 
-std::string figureText(double value, int decimals) {
+std::string numberText(double value, int decimals) {
   char text[64];
   std::snprintf(text, sizeof text, "%.*f", decimals, value);
   return text;
@@ -46,7 +46,7 @@ std::string coinText(const std::vector<Coin>& coins) {
   text += "\n";
   for (const Coin& coin : coins) {
     for (const Column& column : coinColumns)
-      text += cell(column, figureText(column.value(coin), column.decimals));
+      text += cell(column, numberText(column.value(coin), column.decimals));
     text += "\n";
   }
   return text;
@@ -60,16 +60,9 @@ void writeCoinCsv(const std::string& path, const std::vector<Coin>& coins) {
   };
   line([](const Column& column) { return std::string(column.name); });
   for (const Coin& coin : coins) {
-    line([&](const Column& column) { return figureText(column.value(coin), column.decimals); });
+    line([&](const Column& column) { return numberText(column.value(coin), column.decimals); });
   }
-  writeText(path, text);
-}
-
-void writeText(const std::string& path, const std::string& text) {
-  std::ofstream file(path, std::ios::binary);
-  file << text;
-  file.close();
-  if (!file) throw std::runtime_error(path + ": cannot be written");
+  Examples::writeText(path, text);
 }
 
 }  // namespace Coins

@@ -7,10 +7,11 @@
 
 namespace Coins {
 
-/// The columns of the table of coins, in every form of it.
+/// A column of the table of coins.
 struct Column {
+  /// In the CSV file.
   const char* name;
-  /// For people: what the name stands for, in its unit.
+  /// On the page and the terminal.
   const char* title;
   int decimals;
   double (*value)(const Coin& coin);
@@ -18,17 +19,14 @@ struct Column {
 
 extern const std::vector<Column> coinColumns;
 
-/// A figure as text, with a point whatever the place.
-std::string figureText(double value, int decimals);
+/// A number as text, with a decimal point in every locale.
+std::string numberText(double value, int decimals);
 
 /// The table as aligned text, for a terminal.
 std::string coinText(const std::vector<Coin>& coins);
 
-/// The table as comma separated values, names in the first line. Throws std::runtime_error if the file cannot
-/// be written in full.
+/// Writes the table as comma separated values, with the names in the first line. Throws std::runtime_error if
+/// the file cannot be written in full.
 void writeCoinCsv(const std::string& path, const std::vector<Coin>& coins);
-
-/// Writes a file. Throws std::runtime_error if it cannot be written in full.
-void writeText(const std::string& path, const std::string& text);
 
 }  // namespace Coins

@@ -1,5 +1,5 @@
-// Counts and measures the objects of a picture with the library's operations, and leaves a page of every
-// step.
+// Counts and measures the objects of a picture with the library's operations, and writes a page that shows
+// every step.
 
 #include <fcntl.h>
 #include <getopt.h>
@@ -26,12 +26,12 @@
 
 namespace {
 
-constexpr const char* kUsage =
+constexpr const char* usage =
     "Use: coins [option...] <picture.png> <output folder>    an 8-bit grey PNG\n"
     "     coins [option...] --scene <output folder>          a drawn scene\n"
     "  --threshold=30    0 to 255: brightness changes by more than this at the rim of an object\n"
-    "  --open=9          1 to 255: side of the smallest square that an object holds, in pixels\n"
-    "  --name=coins      what the objects are, in the plural\n"
+    "  --open=9          1 to 255: objects into which no square of this side fits are removed\n"
+    "  --name=coins      the name of the objects, in the plural\n"
     "  --help            this text\n";
 
 struct WrongUse : std::runtime_error {
@@ -98,8 +98,8 @@ Order parse(int argumentCount, char** arguments) {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-/// A first Ctrl-C ends the work at the next step, so that the unfinished folder goes; a second one ends it at
-/// once.
+/// A first Ctrl-C ends the program at the next step, so that it can remove the unfinished folder. A second
+/// one ends it at once.
 void endAtNextStep() {
   struct sigaction action {};
   action.sa_handler = [](int) { interrupted = 1; };
@@ -107,14 +107,14 @@ void endAtNextStep() {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
 }
 
-/// Throws if what was printed has not arrived.
+/// Throws if the printed text could not be written.
 void requireOutput() {
   std::cout.flush();
   if (!std::cout) throw std::runtime_error("the standard output cannot be written");
 }
 
-/// Whether a file is what an earlier run has left. Names alone do not show it, as cameras number their
-/// pictures too: the page of a run stands beside its files.
+/// Whether an earlier run wrote the file. Its name is not enough, because cameras number their pictures too:
+/// the folder must also contain the page of a run.
 bool isResult(const std::filesystem::path& path) {
   if (!Coins::isPage(path.parent_path() / "index.html")) return false;
   const std::string file = path.filename().string();
@@ -132,7 +132,7 @@ void run(const Order& order) {
     requireOutput();
   };
   Examples::Report report(fresh.path(), begins);
-  const std::vector<Coins::Coin> coins = Coins::takeApart(decoded, report, order.settings);
+  const std::vector<Coins::Coin> coins = Coins::runPipeline(decoded, report, order.settings);
 
   begins("Write the page");
   Coins::writeCoinCsv(report.folder() + "/coins.csv", coins);
@@ -144,7 +144,7 @@ void run(const Order& order) {
 
   std::cout << "\n"
             << report.table()
-            << "Times are those of one run of each step, with the first touch of new memory.\n\n";
+            << "Times are of one run of each step. They include the first access to new memory.\n\n";
   if (coins.empty()) {
     std::cout << Coins::whyNothing(report, order.settings) << "\n\n";
   } else {
@@ -159,19 +159,19 @@ void run(const Order& order) {
 
 int main(int argumentCount, char** arguments) {
   try {
-    // Else the first file that is opened would become the standard output.
+    // Otherwise the first file that the program opens would become the standard output.
     if (fcntl(STDOUT_FILENO, F_GETFD) == -1) throw std::runtime_error("the standard output is closed");
     std::signal(SIGPIPE, SIG_IGN);
     endAtNextStep();
     const Order order = parse(argumentCount, arguments);
     if (order.help) {
-      std::cout << kUsage;
+      std::cout << usage;
       requireOutput();
     } else {
       run(order);
     }
   } catch (const WrongUse& error) {
-    std::cerr << "coins: " << error.what() << "\n" << kUsage;
+    std::cerr << "coins: " << error.what() << "\n" << usage;
     return 2;
   } catch (const std::exception& error) {
     std::cerr << "coins: " << error.what() << "\n";

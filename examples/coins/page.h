@@ -9,12 +9,12 @@
 
 namespace Coins {
 
-/// Writes `index.html` into the report's folder: the coins, their table, and every step's pictures beside its
-/// code. It needs nothing but the pictures beside it.
+/// Writes `index.html` into the report's folder: the coins, their table, and for every step its pictures and
+/// its code. The page needs the pictures in its folder and nothing else.
 void writePage(const Examples::Report& report, const std::vector<Coin>& coins, const std::string& source,
                const Settings& settings);
 
-/// Whether a file is a page that writePage() has written.
+/// Whether writePage() wrote the file.
 bool isPage(const std::filesystem::path& path);
 
 }  // namespace Coins

@@ -1,4 +1,4 @@
-// The page's looks. Colours follow the reader's choice of a light or a dark screen; pictures keep theirs.
+// The page's style. Its colours follow the reader's light or dark theme; pictures keep their own.
 namespace Coins {
 
 extern const char* const pageStyle;

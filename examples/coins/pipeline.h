@@ -17,12 +17,12 @@ struct Coin {
   Measures measures;
 };
 
-/// From the picture to the measured coins, and what else their mask is good for. Every step goes into the
-/// report.
-std::vector<Coin> takeApart(Examples::Picture& decoded, Examples::Report& report,
-                            const Settings& settings = {});
+/// Finds and measures the coins of the picture, and shows further uses of their mask. Every step is added to
+/// the report.
+std::vector<Coin> runPipeline(Examples::Picture& decoded, Examples::Report& report,
+                              const Settings& settings = {});
 
-/// For a report in which nothing was found: why that may be, and which option to change.
+/// For a report without coins: the likely reason, and which option to change.
 std::string whyNothing(const Examples::Report& report, const Settings& settings);
 
 }  // namespace Coins

@@ -6,11 +6,11 @@
 namespace Coins {
 namespace {
 
-constexpr int kWidth = 384;
-constexpr int kHeight = 303;
+constexpr int sceneWidth = 384;
+constexpr int sceneHeight = 303;
 
-// The light falls from the upper left: the ground gets darker to the lower right.
-double ground(int row, int column) { return 95 - 0.12 * column - 0.10 * row; }
+// The light comes from the upper left: the background gets darker to the lower right.
+double background(int row, int column) { return 95 - 0.12 * column - 0.10 * row; }
 
 double coin(double distance, double radius, double across) {
   const double rim = distance > radius - 3 ? 30 : 0;
@@ -18,16 +18,13 @@ double coin(double distance, double radius, double across) {
   return 165 + rim + relief - 0.6 * across;
 }
 
-void drawCoin(Examples::Picture& scene, const Disc& disc) {
-  for (int r = 0; r < kHeight; ++r) {
-    for (int c = 0; c < kWidth; ++c) {
-      const double distance = std::hypot(r - disc.row, c - disc.column);
-      if (distance > disc.radius) continue;
-      const double across = (r - disc.row + c - disc.column) * 0.7;
-      const double value = coin(distance, disc.radius, across);
-      scene.pixels[std::size_t(r) * kWidth + c] = static_cast<Zorvan::u8>(std::clamp(value, 0.0, 255.0));
-    }
+double brightness(int row, int column, const std::vector<Disc>& coins) {
+  for (const Disc& disc : coins) {
+    const double down = row - disc.row, right = column - disc.column;
+    const double distance = std::hypot(down, right);
+    if (distance <= disc.radius) return coin(distance, disc.radius, (down + right) * 0.7);
   }
+  return background(row, column);
 }
 
 }  // namespace
@@ -44,13 +41,14 @@ std::vector<Disc> sceneCoins() {
 }
 
 Examples::Picture drawScene() {
-  Examples::Picture scene{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t(kWidth) * kHeight)};
-  for (int r = 0; r < kHeight; ++r) {
-    for (int c = 0; c < kWidth; ++c) {
-      scene.pixels[std::size_t(r) * kWidth + c] = static_cast<Zorvan::u8>(ground(r, c));
+  Examples::Picture scene{sceneWidth, sceneHeight, {}};
+  const std::vector<Disc> coins = sceneCoins();
+  for (int row = 0; row < sceneHeight; ++row) {
+    for (int column = 0; column < sceneWidth; ++column) {
+      const double value = brightness(row, column, coins);
+      scene.pixels.push_back(static_cast<Zorvan::u8>(std::clamp(value, 0.0, 255.0)));
     }
   }
-  for (const Disc& disc : sceneCoins()) drawCoin(scene, disc);
   return scene;
 }
 

@@ -15,7 +15,7 @@ struct Disc {
 /// The coins of the scene.
 std::vector<Disc> sceneCoins();
 
-/// A drawn stand-in for the photograph: coins on an unevenly lit ground.
+/// A drawn replacement for the photograph: coins on a background with uneven light.
 Examples::Picture drawScene();
 
 }  // namespace Coins

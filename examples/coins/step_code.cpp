@@ -5,40 +5,29 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "html_text.h"
+
 namespace Coins {
 
 extern const char* const stepSources[];
 
 namespace {
 
-// A definition starts at the left margin, and its closing brace stands there alone.
-bool begins(const std::string& line, const std::string& function) {
+// A definition begins in the first column, and its closing brace is alone in the first column.
+bool beginsDefinition(const std::string& line, const std::string& function) {
   const bool atMargin = !line.empty() && line[0] != ' ' && line[0] != '/';
   return atMargin && line.find(" " + function + "(") != std::string::npos;
 }
 
-const std::set<std::string> kKeywords{"auto",   "bool",        "char",  "const", "constexpr", "double",
-                                      "else",   "false",       "float", "for",   "if",        "int",
-                                      "return", "static_cast", "true",  "while", "using",     "namespace"};
-
-std::string escaped(char c) {
-  switch (c) {
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '&':
-      return "&amp;";
-    default:
-      return std::string(1, c);
-  }
-}
+const std::set<std::string> keywords{"auto",   "bool",        "char",  "const", "constexpr", "double",
+                                     "else",   "false",       "float", "for",   "if",        "int",
+                                     "return", "static_cast", "true",  "while", "using",     "namespace"};
 
 bool inWord(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
 
-/// The class that the page gives a word, by how it is written: this code's types begin with capitals.
-const char* kindOf(const std::string& word, char next) {
-  if (kKeywords.count(word) != 0) return "key";
+/// The CSS class of a word, null for none. Types of this code begin with a capital.
+const char* cssClassOf(const std::string& word, char next) {
+  if (keywords.count(word) != 0) return "key";
   if (std::isdigit(static_cast<unsigned char>(word[0])) != 0) return "number";
   const bool capital = std::isupper(static_cast<unsigned char>(word[0])) != 0;
   if (next == '(') return "call";
@@ -52,7 +41,7 @@ std::string codeOf(const std::string& function) {
     std::istringstream lines(*source);
     std::string code;
     for (std::string line; std::getline(lines, line);) {
-      if (!code.empty() || begins(line, function)) code += line + "\n";
+      if (!code.empty() || beginsDefinition(line, function)) code += line + "\n";
       if (!code.empty() && line == "}") return code;
     }
   }
@@ -61,10 +50,10 @@ std::string codeOf(const std::string& function) {
 
 std::string highlighted(const std::string& code) {
   std::string html;
-  const auto mark = [&](const char* kind, const std::string& text) {
-    if (kind != nullptr) html += std::string("<span class=") + kind + ">";
-    for (const char c : text) html += escaped(c);
-    if (kind != nullptr) html += "</span>";
+  const auto mark = [&](const char* cssClass, const std::string& text) {
+    if (cssClass != nullptr) html += std::string("<span class=") + cssClass + ">";
+    html += escaped(text);
+    if (cssClass != nullptr) html += "</span>";
   };
   for (std::size_t at = 0; at < code.size();) {
     std::size_t end = at + 1;
@@ -74,9 +63,9 @@ std::string highlighted(const std::string& code) {
     } else if (inWord(code[at])) {
       while (end < code.size() && inWord(code[end])) ++end;
       const std::string word = code.substr(at, end - at);
-      mark(kindOf(word, end < code.size() ? code[end] : ' '), word);
+      mark(cssClassOf(word, end < code.size() ? code[end] : ' '), word);
     } else {
-      html += escaped(code[at]);
+      mark(nullptr, code.substr(at, 1));
     }
     at = end;
   }

@@ -4,11 +4,10 @@
 
 namespace Coins {
 
-/// The source text of the step's function of this name, as it was compiled. Throws std::logic_error if no
-/// step has it.
+/// The source text of the function of this name in the steps. Throws std::logic_error if no step has it.
 std::string codeOf(const std::string& function);
 
-/// The text of C++ code as HTML, its comments, words and figures marked.
+/// C++ code as HTML, with comments, keywords, types, calls and numbers marked.
 std::string highlighted(const std::string& code);
 
 }  // namespace Coins

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// An empty folder of a new name beside `target`, on the same file system.
+/// An empty folder with a new name beside `target`, on the same file system.
 fs::path folderBeside(const fs::path& target) {
   std::string name = target.string() + ".unfinished-XXXXXX";
   if (mkdtemp(name.data()) == nullptr) {
@@ -53,12 +53,12 @@ FreshFolder::~FreshFolder() {
 }
 
 void FreshFolder::putInPlace() {
-  // A temporary folder is the owner's alone; the result is as open as any new folder.
+  // Only the owner can read a temporary folder. The result gets the permissions of an ordinary new folder.
   const mode_t hidden = umask(0);
   umask(hidden);
   fs::permissions(fresh_, static_cast<fs::perms>(0777 & ~hidden));
 
-  // No folder can be renamed to one that has files, so that one goes aside first.
+  // A folder cannot replace a folder with files by a rename, so the old one is renamed first.
   if (!fs::exists(target_)) {
     fs::rename(fresh_, target_);
     fresh_.clear();

@@ -6,24 +6,24 @@
 
 namespace Examples {
 
-/// A folder of results that appears when it is whole. Until putInPlace() the files are written into a folder
-/// of a temporary name beside the target, which is removed if the work ends early. What stood at the target
-/// stays as it was until then.
+/// A folder of results that appears only when it is complete. Until putInPlace() the files are written into a
+/// folder with a temporary name beside the target, which is removed if the program fails. The target is not
+/// changed before.
 class FreshFolder {
  public:
   using Accepts = std::function<bool(const std::filesystem::path& file)>;
 
-  /// Throws std::runtime_error if no folder can be made there, or if there is something at the target that an
-  /// earlier run has not left: `isResult` says which files are of one.
+  /// Throws std::runtime_error if no folder can be created there, or if the target contains a file for which
+  /// `isResult` returns false: it is not from an earlier run.
   FreshFolder(const std::string& target, const Accepts& isResult);
   FreshFolder(const FreshFolder&) = delete;
   FreshFolder& operator=(const FreshFolder&) = delete;
   ~FreshFolder();
 
-  /// Where to write.
+  /// The folder to write into.
   std::string path() const { return fresh_.string(); }
 
-  /// Replaces the target. Throws std::runtime_error, the target being as before, if that cannot be done.
+  /// Replaces the target. If that fails, throws std::runtime_error and leaves the target as it was.
   void putInPlace();
 
  private:

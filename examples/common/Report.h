@@ -11,9 +11,10 @@
 
 namespace Examples {
 
-/// What a program did, step by step. Each step leaves pictures in the output folder and a line in the table.
+/// The steps of a program. Each step writes pictures into the output folder and has a line in the table.
 class Report {
  public:
+  /// A picture with its title.
   struct Figure {
     std::string title;
     std::string file;
@@ -21,27 +22,27 @@ class Report {
   };
 
   struct Step {
-    /// What the step and its neighbours are about.
+    /// The heading of a group of steps.
     std::string section;
     std::string heading;
     std::string text;
-    /// Names of the functions that did it.
+    /// Names of the functions of the step.
     std::vector<std::string> functions;
     double milliseconds = 0;
     std::deque<Figure> figures;
   };
 
-  /// Called with the heading of each step as it begins.
+  /// Called with the heading of each step when the step begins.
   using Begins = std::function<void(const std::string& heading)>;
 
   /// Creates the folder if it is missing.
   explicit Report(
       std::string folder, Begins begins = [](const std::string&) {});
 
-  /// Heads the steps to come.
+  /// The heading of the following steps.
   void section(const std::string& title) { section_ = title; }
 
-  /// Takes a step: returns what `work` returns, and keeps the time that it took.
+  /// Runs `work` as a step, records its time, and returns its result.
   template <class Work>
   auto run(const std::string& heading, std::vector<std::string> functions, const std::string& text,
            Work&& work) {
@@ -62,23 +63,23 @@ class Report {
   void remark(const std::string& text) { steps_.back().text += " " + text; }
 
   /// Adds a picture to the last step, and writes it as `<number>-<title>.png`. The picture is shared, not
-  /// copied: what is drawn into it later shows in the report too.
+  /// copied: later changes of its pixels also change the report.
   void show(const std::string& title, const Zorvan::Ipp::Image::IppIMemory<Zorvan::u8>& picture);
 
   const std::deque<Step>& steps() const { return steps_; }
   const std::string& folder() const { return folder_; }
 
-  /// The picture of this title. Throws std::logic_error if no step has shown it.
+  /// The picture with this title. Throws std::logic_error if no step has it.
   const Figure& figure(const std::string& title) const;
 
-  /// The steps as lines of a table: number, heading, milliseconds.
+  /// A table with a line for each step: milliseconds, heading.
   std::string table() const;
 
  private:
   std::string folder_;
   Begins begins_;
   std::string section_;
-  // Containers that never move their elements: copying an image copies its pixels.
+  // A deque does not move its elements; moving a step would copy the pixels of its images.
   std::deque<Step> steps_;
   int figures_ = 0;
 };

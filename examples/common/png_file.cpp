@@ -12,8 +12,9 @@
 namespace Examples {
 namespace {
 
-// A header can announce far more pixels than its file holds: memory is asked for up to this only.
-constexpr long long kMostPixels = 100'000'000;
+// A header can announce far more pixels than its file contains. Larger pictures are refused before memory is
+// allocated for them.
+constexpr long long maxPixels = 100'000'000;
 
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
@@ -30,8 +31,8 @@ File openFile(const std::string& path, const char* mode) {
   return file;
 }
 
-// The codec reports an error by a jump back into the function that called it. The functions with a setjmp
-// therefore own nothing that needs a destructor: their callers do.
+// The codec reports an error by a longjmp into the function that called it. So the functions with a setjmp
+// own nothing that needs a destructor; their callers do.
 struct Message {
   char text[200] = "";
 };
@@ -42,7 +43,7 @@ void keepMessage(png_structp png, png_const_charp text) {
   png_longjmp(png, 1);
 }
 
-// A warning is about something that does not change the pixels.
+// Warnings do not concern the pixels.
 void ignoreWarning(png_structp, png_const_charp) {}
 
 struct Reader {
@@ -112,7 +113,7 @@ Picture readPng(const std::string& path) {
   const File file = openFile(path, "rb");
   png_byte signature[8] = {};
   const std::size_t bytes = std::fread(signature, 1, sizeof signature, file.get());
-  // A directory can be opened like a file, and refuses to be read.
+  // A folder can be opened like a file, but not read.
   if (std::ferror(file.get()) != 0) fail(path, std::strerror(errno));
   if (bytes != sizeof signature || png_sig_cmp(signature, 0, sizeof signature) != 0) {
     fail(path, "is not a PNG");
@@ -128,7 +129,7 @@ Picture readPng(const std::string& path) {
   picture.width = static_cast<int>(png_get_image_width(reader.png, reader.info));
   picture.height = static_cast<int>(png_get_image_height(reader.png, reader.info));
   const long long count = static_cast<long long>(picture.width) * picture.height;
-  if (count > kMostPixels) fail(path, "has more than " + std::to_string(kMostPixels) + " pixels");
+  if (count > maxPixels) fail(path, "has more than " + std::to_string(maxPixels) + " pixels");
   picture.pixels.resize(static_cast<std::size_t>(count));
   std::vector<png_bytep> rows = rowsOf(picture.pixels.data(), picture.width, picture.height);
   if (!readPixels(reader, rows.data())) fail(path, std::string("damaged PNG: ") + reader.message.text);
@@ -143,7 +144,7 @@ void writePng(const std::string& path, const Zorvan::Ipp::Image::IppIMemory<Zorv
   if (!writeAll(writer, file.get(), image.size(), rows.data())) {
     fail(path, std::string("cannot be written: ") + writer.message.text);
   }
-  // A full disk may show no earlier than here.
+  // A full disk may be reported no earlier than here.
   if (std::fclose(file.release()) != 0) fail(path, std::string("cannot be written: ") + std::strerror(errno));
 }
 

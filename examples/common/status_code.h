@@ -7,7 +7,7 @@
 
 namespace Examples {
 
-/// The code of an exception that an operation raised. It stands in the text alone, at its end:
+/// The code of an exception that an operation raised. It is only in the text, at the end:
 ///
 ///     ippStsDivByZero: Zero value(s) for the divisor in the Div function( error Code : 2 )
 inline int codeOf(const Zorvan::Ipp::IppException& exception) {

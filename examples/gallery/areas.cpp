@@ -1,4 +1,4 @@
-// Operations that look at many pixels at a time: at all of a region, at neighbourhoods, at connected areas.
+// Operations whose results depend on many pixels: on a region, a neighbourhood or a connected area.
 
 #include "gallery.h"
 
@@ -29,18 +29,18 @@ void showStatistic(Rows& rows) {
             value = Statistic<u8>::Min(picture, whole));
   VALUE_ROW("The brightest pixel.", rows.inputs("picture", picture), text("%.0f", value),
             value = Statistic<u8>::Max(picture, whole));
-  VALUE_ROW("The mean, of bytes cut to a whole number.", rows.inputs("picture", picture), text("%.0f", value),
-            value = Statistic<u8>::Mean(picture, whole));
+  VALUE_ROW("The mean. The mean of bytes is truncated to a whole number.", rows.inputs("picture", picture),
+            text("%.0f", value), value = Statistic<u8>::Mean(picture, whole));
   VALUE_ROW("The mean of the pixels that a mask selects.", rows.inputs("picture", picture, "mask", mask),
             text("%.0f", value), value = Statistic<u8>::Mean(picture, mask, whole));
   VALUE_ROW("Mean and deviation of the pixels that a mask selects.",
             rows.inputs("picture", picture, "mask", mask),
             text("mean %.2f, deviation %.2f", level.Mean, level.StdDev),
             level = Statistic<u8>::MeanAndStandardDeviationWithMask(picture, mask, whole));
-  VALUE_ROW("The extremes of the pixels that a mask selects, and their places.",
+  VALUE_ROW("The extremes of the pixels that a mask selects, and their positions.",
             rows.inputs("picture", picture, "mask", mask), text(found),
             found = Statistic<u8>::MinMaxIndexWithMask(picture, mask));
-  VALUE_ROW("The same in a region: places are counted from its first pixel.",
+  VALUE_ROW("The same in a region: positions are counted from its first pixel.",
             rows.inputs("picture", picture, "mask", mask), text(found),
             found = Statistic<u8>::MinMaxIndexWithMask(picture, mask, region));
 }
@@ -59,11 +59,11 @@ void showMorphology(Rows& rows) {
       IppIMorphology<u8>::Dilate(picture, image, whole, {5, 5}));
   ROW("A new image of the region's size.", before(), result,
       result = IppIMorphology<u8>::Dilate(picture, corner, true, {5, 5}));
-  ROW("What is bright and smaller than the rectangle goes.", before(), image,
+  ROW("Bright areas smaller than the rectangle are removed.", before(), image,
       IppIMorphology<u8>::Open(picture, image, whole, {25, 25}));
   ROW("A new image of the region's size.", before(), result,
       result = IppIMorphology<u8>::Open(picture, corner, true, {25, 25}));
-  ROW("What is dark and smaller than the rectangle goes.", before(), image,
+  ROW("Dark areas smaller than the rectangle are removed.", before(), image,
       IppIMorphology<u8>::Close(picture, image, whole, {15, 15}));
   ROW("A new image of the region's size.", before(), result,
       result = IppIMorphology<u8>::Close(picture, corner, true, {15, 15}));
@@ -79,7 +79,7 @@ void showFiltering(Rows& rows) {
     makeConstant(edges, bytes, 0.0f);
     return rows.inputs("floats", floats);
   };
-  ROW("The Laplace filter of a region, 3 by 3 or 5 by 5 by its argument.", before(), edges,
+  ROW("The Laplace filter of a region. An argument selects 3 by 3 or 5 by 5.", before(), edges,
       FilteringFunction::LaplaceBorder<float>(floats, edges, region, true, border, 0));
   ROW("The same for the whole image.", before(), edges,
       FilteringFunction::LaplaceBorder<float>(floats, edges, false, border, 0));
@@ -97,8 +97,9 @@ void showComputerVision(Rows& rows) {
   rows.section("ComputerVision: connected areas");
   IppIMemory<u8> image = ringMask();
   const Rect whole = image.SizeToRoi();
-  ROW("The pixels that are connected with the seed and equal to it get a value; their number and box are "
-      "reported.",
+  ROW("The pixels that are connected with the seed and equal to it get a value. Their number and their box "
+      "are "
+      "returned.",
       rows.inputs("image", image), image, ComputerVision::FloodFill<u8>(image, {80, 30}, 128, whole));
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-// Rows of the gallery: each is a call of one exported operation, with the pictures that went in and what came
-// out.
+// Rows of the gallery: each is a call of one exported operation, with its input pictures and its result.
 
 #include <cstdio>
 #include <fstream>
@@ -15,19 +14,19 @@ namespace Gallery {
 
 using namespace Recipes;
 
-/// What an image looks like: of other types than bytes the lowest value is black and the highest white.
+/// The image as a picture. Of types other than bytes the lowest value is black and the highest white.
 IppIMemory<u8> look(const IppIMemory<u8>& image);
 IppIMemory<u8> look(const IppIMemory<float>& image);
 IppIMemory<u8> look(const IppIMemory<int>& image);
 
-/// A picture of an image, or a text, in a file of its own or in none.
+/// A picture in a file, or a text without a file.
 struct Shown {
   std::string caption;
   std::string file;
 };
 
 /// Writes gallery.tsv and its pictures into the current folder. A line is a row: section, sentence, code, and
-/// what is shown, each as caption=file, or as a caption alone where there is no picture.
+/// the pictures, each as caption=file, or as a caption without a file where there is no picture.
 class Rows {
  public:
   Rows() : table_("gallery.tsv") {}
@@ -53,7 +52,7 @@ class Rows {
     return all;
   }
 
-  /// `before` has been drawn when `code` runs; `after` is drawn when it has.
+  /// The pictures `before` were written before the code runs; `run` runs it and writes the result.
   void row(const std::string& sentence, const std::vector<Shown>& before, const std::string& code,
            const std::function<Shown()>& run) {
     table_ << section_ << '\t' << sentence << '\t' << code;
@@ -68,14 +67,14 @@ class Rows {
   int pictures_ = 0;
 };
 
-/// A row whose result is an image: the code that stands here is run, and shown.
+/// A row whose result is an image. The code is run and shown.
 #define ROW(sentence, before, result, ...)       \
   rows.row(sentence, before, #__VA_ARGS__, [&] { \
     __VA_ARGS__;                                 \
     return rows.picture(#result, result);        \
   })
 
-/// A row whose result is a value, given as a text.
+/// A row whose result is a value, shown as a text.
 #define VALUE_ROW(sentence, before, result, ...) \
   rows.row(sentence, before, #__VA_ARGS__, [&] { \
     __VA_ARGS__;                                 \

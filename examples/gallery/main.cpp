@@ -1,5 +1,5 @@
-// Shows every exported operation in each of its forms: writes gallery.tsv and the pictures that it names into
-// the current folder.
+// Runs every exported operation in each of its forms, and writes gallery.tsv and its pictures into the
+// current folder.
 
 #include <exception>
 

@@ -1,4 +1,4 @@
-// Operations that look at one pixel at a time.
+// Operations in which each pixel of the result depends on one place.
 
 #include "gallery.h"
 
@@ -12,7 +12,7 @@ IppIMemory<u8> rampPicture() {
   return ramp;
 }
 
-/// From a quarter to four times.
+/// From 0.25 on the left to almost 4 on the right.
 IppIMemory<float> factors() {
   IppIMemory<float> image(240, 160);
   for (int i = 0; i < 240 * 160; ++i) image.buffer()[i] = 0.25f + static_cast<float>(i % 240) / 64;
@@ -30,15 +30,16 @@ void showInitializer(Rows& rows) {
   VALUE_ROW("A new image; its pixels are not set.", {}, "240 x 160 pixels",
             image = Initializer::Allocate<u8>(240, 160));
   fresh();
-  ROW("A region of one image into the same place of another.",
+  ROW("A region is copied into the same place of another image.",
       rows.inputs("picture", picture, "image", image), image, Initializer::Copy(picture, image, region));
   fresh();
-  ROW("The whole of an image.", rows.inputs("picture", picture, "image", image), image,
+  ROW("A whole image is copied.", rows.inputs("picture", picture, "image", image), image,
       Initializer::Copy(picture, image));
-  ROW("A region into a new image of the region's size.", rows.inputs("picture", picture), result,
+  ROW("A region is copied into a new image of the region's size.", rows.inputs("picture", picture), result,
       result = Initializer::Copy(picture, corner, true));
   fresh();
-  ROW("The pixels that a mask selects.", rows.inputs("picture", picture, "image", image, "mask", mask), image,
+  ROW("The pixels that a mask selects are copied.",
+      rows.inputs("picture", picture, "image", image, "mask", mask), image,
       Initializer::CopyWithMask(picture, image, mask, region));
   image = IppIMemory<u8>(picture);
   ROW("A region gets a value.", rows.inputs("image", image), image,
@@ -51,8 +52,8 @@ void showInitializer(Rows& rows) {
   for (int i = 0; i < 240 * 160; ++i) numbers.buffer()[i] = picture.buffer()[i] * 4 - 200;
   const Rect whole = picture.SizeToRoi();
   makeConstant<u8>(image, picture, 0);
-  ROW("32-bit numbers become bytes, limited to 0 to 255, or floats.", rows.inputs("numbers", numbers), image,
-      Initializer::Convert(numbers, image, whole));
+  ROW("32-bit integers are converted to bytes, saturated to 0 to 255, or to floats.",
+      rows.inputs("numbers", numbers), image, Initializer::Convert(numbers, image, whole));
 }
 
 void showArithmetic(Rows& rows) {
@@ -64,7 +65,8 @@ void showArithmetic(Rows& rows) {
   makeConstant(result, a, 0.0f);
   const auto freshImage = [&] { image = IppIMemory<u8>(b); };
 
-  ROW("c = a + b. Sums end at 255.", rows.inputs("a", a, "b", b), c, IppIArithmetic<u8>::Add(a, b, c, whole));
+  ROW("c = a + b. Sums saturate to 255.", rows.inputs("a", a, "b", b), c,
+      IppIArithmetic<u8>::Add(a, b, c, whole));
   freshImage();
   ROW("image = a + image.", rows.inputs("a", a, "image", image), image,
       IppIArithmetic<u8>::Add(a, image, whole));
@@ -75,14 +77,15 @@ void showArithmetic(Rows& rows) {
       sum, IppIArithmetic<u8>::AddWithMask(a, sum, mask, whole));
   freshImage();
   rows.row(
-      "image = image + 60 where a mask selects. The other pixels have no defined result, and are black here.",
+      "image = image + 60 where a mask selects. The other pixels have no defined result; they are black "
+      "here.",
       rows.inputs("image", image, "mask", mask), "IppIArithmetic<u8>::AddCWithMask(image, mask, 60, whole)",
       [&] {
         IppIArithmetic<u8>::AddCWithMask(image, mask, 60, whole);
         return rows.picture("image", IppILogical<u8>::And(image, mask, whole, true));
       });
-  ROW("c = b - a: the first is taken from the second. Differences end at 0.", rows.inputs("a", a, "b", b), c,
-      IppIArithmetic<u8>::Subtract(a, b, c, whole));
+  ROW("c = b - a: the first image is subtracted from the second. Differences saturate to 0.",
+      rows.inputs("a", a, "b", b), c, IppIArithmetic<u8>::Subtract(a, b, c, whole));
   freshImage();
   ROW("image = image - a.", rows.inputs("a", a, "image", image), image,
       IppIArithmetic<u8>::Subtract(a, image, whole));
@@ -92,7 +95,7 @@ void showArithmetic(Rows& rows) {
   ROW("result = divisors * result.", rows.inputs("divisors", divisors, "result", result), result,
       IppIArithmetic<float>::Multiply(divisors, result, whole));
   makeConstant(result, a, 0.0f);
-  ROW("result = floats / divisors: the first divides the second.",
+  ROW("result = floats / divisors: the second image is divided by the first.",
       rows.inputs("divisors", divisors, "floats", floats), result,
       IppIArithmetic<float>::Divide(divisors, floats, result, whole));
   result = IppIMemory<float>(floats);
@@ -102,7 +105,7 @@ void showArithmetic(Rows& rows) {
   IppIMemory<float> centred = floats;
   IppIArithmetic<float>::AddC(centred, -100, whole);
   makeConstant(result, a, 0.0f);
-  ROW("The size of floats, without their sign.", rows.inputs("centred", centred), result,
+  ROW("The absolute values of floats.", rows.inputs("centred", centred), result,
       IppIArithmetic<float>::Absolute(centred, result, whole));
   result = IppIMemory<float>(centred);
   ROW("The same in place.", rows.inputs("result", result), result,
@@ -126,7 +129,7 @@ void showLogical(Rows& rows) {
   makeConstant<u8>(c, a, 0);
   const auto fresh = [&] { image = IppIMemory<u8>(b); };
 
-  ROW("c = a & b: what lies under the mask.", rows.inputs("a", a, "b", b), c,
+  ROW("c = a & b: the pixels under the mask.", rows.inputs("a", a, "b", b), c,
       IppILogical<u8>::And(a, b, c, whole));
   fresh();
   ROW("image = a & image.", rows.inputs("a", a, "image", image), image,

@@ -1,8 +1,8 @@
 // Background by opening
 //
-// Opening with a square that no object can hold leaves the ground alone. Taken
-// from the picture, it leaves the objects on an even ground, so that one
-// threshold serves all of them.
+// An opening with a square that does not fit into any object keeps only the
+// background. The picture minus the background shows the objects on an even
+// background, where one threshold is right for all of them.
 
 #include "recipe.h"
 
@@ -12,10 +12,10 @@ int main() {
   IppIMemory<u8> picture = coinPicture();
   const Rect whole = picture.SizeToRoi();
 
-  IppIMemory<u8> ground(picture.size()), even(picture.size());
-  IppIMorphology<u8>::Open(picture, ground, whole, {45, 45});
-  // The first image is taken from the second.
-  IppIArithmetic<u8>::Subtract(ground, picture, even, whole);
+  IppIMemory<u8> background(picture.size()), even(picture.size());
+  IppIMorphology<u8>::Open(picture, background, whole, {45, 45});
+  // The first image is subtracted from the second.
+  IppIArithmetic<u8>::Subtract(background, picture, even, whole);
 
   writePng("before.png", picture);
   writePng("after.png", even);

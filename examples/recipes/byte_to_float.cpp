@@ -1,8 +1,8 @@
 // 8-bit to float
 //
-// Bytes are added to float zeros, under a mask that selects every pixel. Floats
-// take what bytes cannot hold: here each pixel is squared, and brought back
-// into the range of bytes, which makes dark pixels darker.
+// Bytes are added to a float image of zeros, under a mask that selects every
+// pixel. Floats can hold values that bytes cannot. Here each pixel is squared,
+// and scaled to the range of bytes, which makes dark pixels darker.
 
 #include <cstdio>
 

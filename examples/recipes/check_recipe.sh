@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Passes if a recipe prints and draws what is stored.
+# Passes if the printed text and the pictures of a recipe are the stored ones.
 # usage: check_recipe.sh program same_picture stored-folder output-folder
 set -euo pipefail
 program=$1 same_picture=$2 stored=$3 out=$4

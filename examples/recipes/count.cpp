@@ -1,8 +1,8 @@
 // Count and measure
 //
-// As long as the mask holds a bright pixel, the object around it is filled with
-// a grey of its own; the fill reports its area and its box. Pixels are
-// connected over their sides, not over corners.
+// While the mask has a bright pixel, the object around that pixel is filled
+// with its own grey. The fill returns the area and the box of the object.
+// Pixels are connected by their sides, not by their corners.
 
 #include <cstdio>
 
@@ -24,7 +24,7 @@ int main() {
     ComputerVision::FloodFill<u8>(labels, seed, grey, whole);
     const Zorvan::ConnectionInfo object =
         ComputerVision::FloodFill<u8>(rest, seed, 0, whole);
-    // The box is given as people give it: x is its first column.
+    // In this box x is the first column and y the first row.
     std::printf("%4d  %4d %4d  %5d  %6d  %4.0f\n", count, object.rect.x,
                 object.rect.y, object.rect.width, object.rect.height,
                 object.area);

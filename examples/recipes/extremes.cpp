@@ -1,8 +1,8 @@
 // Darkest and brightest place
 //
-// The extremes of a picture with their places: a mask of 255 selects every
-// pixel. Of several equal pixels the first counts, rows from the top and in a
-// row from the left. Both places are marked by a cross.
+// The extremes of a picture and their positions. A mask of 255 selects every
+// pixel. Of several equal pixels the first is found: in the topmost row, the
+// leftmost. A cross marks each of the two positions.
 
 #include <algorithm>
 #include <cstdio>

@@ -1,9 +1,9 @@
 // Catch every failure
 //
-// Operations raise IppException, with a code at the end of the text: negative
-// for errors, positive for warnings. Containers, and operations that allocate,
-// throw other classes derived from std::exception. Nothing has been written
-// when an error or the status 29 is raised; after a warning everything has.
+// Operations raise IppException, with a code at the end of its text. Errors
+// have negative codes, warnings positive ones. Containers, and operations that
+// allocate, throw other classes derived from std::exception. Before an error or
+// the status 29 nothing has been written; before a warning all pixels have.
 
 #include <cstdio>
 #include <functional>

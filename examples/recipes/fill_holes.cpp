@@ -1,8 +1,8 @@
 // Fill holes
 //
-// The outside is flooded from a corner. What the flood does not reach, and is
-// not an object, is a hole. A frame of one pixel joins all that lies outside,
-// also where objects touch the edge.
+// A flood fill from a corner fills the outside. Pixels that it does not reach
+// and that are not part of an object are holes. A frame of one pixel connects
+// the whole outside, also where objects touch the edge.
 
 #include "recipe.h"
 
@@ -16,7 +16,7 @@ IppIMemory<u8> withoutHoles(IppIMemory<u8>& mask) {
 
   ComputerVision::FloodFill<u8>(framed, {0, 0}, 255, framed.SizeToRoi());
 
-  // Holes are what is still black.
+  // Only the holes are still black.
   IppIMemory<u8> filled(mask.size());
   IppILogical<u8>::Not(inner, filled, mask.SizeToRoi());
   IppILogical<u8>::Or(mask, filled, mask.SizeToRoi());

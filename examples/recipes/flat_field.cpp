@@ -1,9 +1,9 @@
 // Flat-field division, with its warning
 //
-// A picture is divided by one of an empty white sheet, which takes uneven light
-// out. Dead pixels of the sheet are zero, and a zero divisor raises the status
-// 2 after all pixels have been written: a warning, which its code
-// distinguishes from errors. The pixels that it is about are then replaced.
+// A picture is divided by a picture of an empty white sheet, which removes
+// uneven light. Dead pixels of the sheet are zero, and a zero divisor raises
+// the status 2 after all pixels have been written. It is a warning; its code
+// distinguishes it from errors. The affected pixels are then replaced.
 
 #include <cstdio>
 

@@ -1,8 +1,8 @@
 // Accumulate noisy frames
 //
 // Bytes are added to a float image, which holds their sum exactly. The mean of
-// many frames has less noise than each: its deviation goes down with the root
-// of their number.
+// many frames has less noise than one frame: its standard deviation falls with
+// the square root of their number.
 
 #include <cstdio>
 
@@ -10,7 +10,7 @@
 
 using namespace Recipes;
 
-// The deviation of `image` from the picture without noise.
+// The standard deviation of `image` from the picture without noise.
 double noiseOf(IppIMemory<float>& image, IppIMemory<u8>& picture) {
   IppIMemory<float> difference = toFloat(picture);
   IppIMemory<u8> everywhere;

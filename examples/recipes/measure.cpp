@@ -1,8 +1,8 @@
 // Measure under a mask
 //
-// Mean, deviation and extremes of the selected pixels alone. Places are counted
-// from the region's first pixel. An empty mask has no extremes: they raise the
-// status 1.
+// Mean, standard deviation and extremes of the selected pixels. Positions are
+// counted from the region's first pixel. If the mask selects no pixel, there
+// are no extremes, and the operation raises the status 1.
 
 #include <cstdio>
 

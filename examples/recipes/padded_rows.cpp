@@ -1,9 +1,9 @@
 // A camera buffer with padded rows
 //
-// Rows of the library's images lie side by side without a gap. A buffer whose
-// rows are padded is wrapped as an image as wide as its pitch; a region of the
-// true width leaves the padding out. Each image of a call goes by its own
-// width, so one copy makes the rows tight.
+// Rows of the library's images have no gaps between them. A buffer with padded
+// rows is wrapped as an image as wide as its stride. A region of the true width
+// excludes the padding. Each image of a call uses its own width, so one copy
+// removes the padding.
 
 #include <vector>
 
@@ -12,11 +12,11 @@
 using namespace Recipes;
 
 int main() {
-  // What a camera may deliver: rows of 200 pixels, 256 bytes apart.
-  constexpr int width = 200, height = 150, pitch = 256;
-  std::vector<u8> buffer(pitch * height, 255);
+  // A camera may deliver rows of 200 pixels with a stride of 256 bytes.
+  constexpr int width = 200, height = 150, stride = 256;
+  std::vector<u8> buffer(stride * height, 255);
   IppIMemory<u8> scene = coinPicture();
-  auto padded = IppIMemory<u8>::CreateContainer(buffer.data(), pitch, height);
+  auto padded = IppIMemory<u8>::CreateContainer(buffer.data(), stride, height);
   Initializer::Copy(scene, padded, {0, 0, width, height});
 
   IppIMemory<u8> tight(width, height);

@@ -1,13 +1,12 @@
 #include "recipe.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace Recipes {
 namespace {
 
-constexpr int kWidth = 240;
-constexpr int kHeight = 160;
+constexpr int pictureWidth = 240;
+constexpr int pictureHeight = 160;
 
 struct Disc {
   int column;
@@ -15,32 +14,32 @@ struct Disc {
   int radius;
 };
 
-constexpr Disc kCoins[] = {{32, 28, 17},  {92, 30, 20},   {150, 27, 15},
-                           {206, 31, 19}, {34, 80, 20},   {90, 82, 16},
-                           {151, 79, 19}, {209, 81, 15},  {31, 132, 16},
-                           {89, 131, 19}, {152, 133, 20}, {207, 132, 17}};
+constexpr Disc coinDiscs[] = {{32, 28, 17},  {92, 30, 20},   {150, 27, 15},
+                              {206, 31, 19}, {34, 80, 20},   {90, 82, 16},
+                              {151, 79, 19}, {209, 81, 15},  {31, 132, 16},
+                              {89, 131, 19}, {152, 133, 20}, {207, 132, 17}};
 
-constexpr Disc kTouching[] = {{45, 50, 26},   {92, 60, 24},  {135, 45, 22},
-                              {195, 50, 27},  {60, 115, 25}, {108, 112, 25},
-                              {180, 116, 24}, {218, 96, 20}};
+constexpr Disc touchingDiscs[] = {{45, 50, 26},   {92, 60, 24},  {135, 45, 22},
+                                  {195, 50, 27},  {60, 115, 25}, {108, 112, 25},
+                                  {180, 116, 24}, {218, 96, 20}};
 
-// Pictures are drawn in integers, so that they are the same with every
+// Pictures are computed with integers, so that they are the same with every
 // compiler.
 template <class Value>
 IppIMemory<u8> draw(Value value) {
-  IppIMemory<u8> picture(kWidth, kHeight);
+  IppIMemory<u8> picture(pictureWidth, pictureHeight);
   const auto pixels = picture.buffer();
-  for (int row = 0; row < kHeight; ++row) {
-    for (int column = 0; column < kWidth; ++column) {
-      pixels[row * kWidth + column] =
+  for (int row = 0; row < pictureHeight; ++row) {
+    for (int column = 0; column < pictureWidth; ++column) {
+      pixels[row * pictureWidth + column] =
           static_cast<u8>(std::clamp(value(column, row), 0, 255));
     }
   }
   return picture;
 }
 
-/// The squared distance from the middle of the disc that holds the pixel, -1
-/// where none does.
+/// The squared distance from the middle of the disc that contains the pixel, -1
+/// if there is none.
 template <class Discs>
 int distanceIn(const Discs& discs, int column, int row) {
   for (const Disc& disc : discs) {
@@ -55,7 +54,7 @@ int distanceIn(const Discs& discs, int column, int row) {
 
 IppIMemory<u8> coinPicture() {
   return draw([](int column, int row) {
-    const int distance = distanceIn(kCoins, column, row);
+    const int distance = distanceIn(coinDiscs, column, row);
     if (distance < 0) return 100 - column / 6 - row / 4;
     const int rings = distance / 40 % 2 * 18;
     return 190 + rings - (column + row) / 12;
@@ -64,19 +63,19 @@ IppIMemory<u8> coinPicture() {
 
 IppIMemory<u8> coinMask() {
   return draw([](int column, int row) {
-    return distanceIn(kCoins, column, row) >= 0 ? 255 : 0;
+    return distanceIn(coinDiscs, column, row) >= 0 ? 255 : 0;
   });
 }
 
 IppIMemory<u8> ringMask() {
   return draw([](int column, int row) {
-    return distanceIn(kCoins, column, row) >= 60 ? 255 : 0;
+    return distanceIn(coinDiscs, column, row) >= 60 ? 255 : 0;
   });
 }
 
 IppIMemory<u8> touchingMask() {
   return draw([](int column, int row) {
-    return distanceIn(kTouching, column, row) >= 0 ? 255 : 0;
+    return distanceIn(touchingDiscs, column, row) >= 0 ? 255 : 0;
   });
 }
 
@@ -99,16 +98,6 @@ IppIMemory<float> toFloat(IppIMemory<u8>& picture) {
   IppIArithmetic<u8>::AddWithMask(picture, floats, everywhere,
                                   picture.SizeToRoi());
   return floats;
-}
-
-IppIMemory<u8> toBytes(const IppIMemory<float>& image) {
-  IppIMemory<u8> bytes(image.size());
-  const auto from = image.buffer();
-  const auto to = bytes.buffer();
-  for (int i = 0; i < image.width() * image.height(); ++i) {
-    to[i] = static_cast<u8>(std::lround(std::clamp(from[i], 0.0f, 255.0f)));
-  }
-  return bytes;
 }
 
 }  // namespace Recipes

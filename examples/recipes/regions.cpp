@@ -1,9 +1,10 @@
 // Regions off the origin
 //
-// A Rect names its row before its column, and its test swaps the two: on images
-// that are not square it refuses regions that lie inside, and accepts others
-// that do not. rectOf() takes column and row and tests them first; viewOf()
-// makes an image that begins at the region, and serves every region inside.
+// A Rect has its row before its column, and the test of it swaps the two. On
+// images that are not square the test refuses some regions that lie inside, and
+// accepts some that do not. rectOf() takes column and row, and tests them
+// first. viewOf() makes an image that begins at the region; it works for every
+// region inside.
 
 #include <cstdio>
 

@@ -1,9 +1,9 @@
 // Row bands
 //
-// Several operations, one after the other, over a band of rows at a time: the
-// band stays in the cache between them. Each band is a view that shares the
-// picture's pixels. The result is that of the whole picture, for operations
-// that look at one pixel at a time; tiles show what the others need.
+// Several operations run one after the other on a band of rows, which stays in
+// the cache between them. Each band is a view that shares the picture's pixels.
+// For operations that depend on one pixel at a time, the result is the same as
+// on the whole picture. The recipe for tiles shows what the others need.
 
 #include <algorithm>
 #include <cstdio>

@@ -1,5 +1,5 @@
-// Passes if two pictures are the same pixel by pixel: same_picture
-// <expected.png> <found.png>
+// Passes if all pixels of two pictures are equal:
+// same_picture <expected.png> <found.png>
 
 #include <cstdio>
 #include <exception>

@@ -1,9 +1,9 @@
-// Save what one looks at
+// Save a float image as a picture
 //
-// Images of floats have no black and white of their own. Here the lowest value
-// becomes black and the highest white, as a viewer would show it, and the bytes
-// are written into a file. No operation converts floats to bytes: the last loop
-// is the program's own.
+// Float images have no fixed values for black and white. Here the lowest value
+// becomes black and the highest white, like in a viewer, and the bytes are
+// written into a file. No operation of the library converts floats to bytes, so
+// the program does it in a loop.
 
 #include <cmath>
 #include <cstdio>

@@ -1,8 +1,8 @@
 // Images that share memory, and images that do not
 //
-// Assignment shares the pixels, copy construction copies them, and a wrapped
-// image uses memory that it does not keep alive. A bar is drawn through one
-// image of each kind, and looked for in the first.
+// Assignment shares the pixels, and copy construction copies them. A wrapped
+// image uses memory that it does not keep alive. Here a bar is drawn into one
+// image of each type, and the program prints whether the first image has it.
 
 #include <cstdio>
 

@@ -1,8 +1,9 @@
 // Several threads on bands
 //
-// The library starts no threads, and its operations may run on several at the
-// same time, as long as no two write the same pixels. Here each thread has a
-// band of its own. What a thread throws is caught in it, and passed on.
+// The library starts no threads. Its operations may run in several threads at
+// the same time, if no thread writes pixels that another one uses. Here each
+// thread has its own band. An exception in a thread is caught and rethrown in
+// the main thread.
 
 #include <cstdio>
 #include <future>
@@ -27,7 +28,7 @@ int main() {
       IppILogical<u8>::Not(from, to, rectOfView(area));
     }));
   }
-  for (std::future<void>& done : work) done.get();  // throws what it threw
+  for (std::future<void>& done : work) done.get();  // rethrows
 
   std::printf("a pixel and its complement: %d and %d\n", picture.buffer()[0],
               inverse.buffer()[0]);

@@ -1,8 +1,8 @@
 // Threshold to mask
 //
-// Bytes above a level become 255, the others 0: the level is taken away, which
-// leaves 0 up to it, and what is left is multiplied beyond 255, where bytes
-// end. For float images the Comparer class does it in one call.
+// Bytes above a level become 255, the others 0. The level is subtracted, so
+// bytes up to it become 0. The others are multiplied by 255, which saturates to
+// 255. For float images the Comparer class does it in one call.
 
 #include "recipe.h"
 
@@ -13,7 +13,7 @@ IppIMemory<u8> above(IppIMemory<u8>& picture, u8 level) {
   IppIMemory<u8> mask(picture.size()), factor(picture.size());
   Initializer::Fill<u8>(mask, level, whole);
   Initializer::Fill<u8>(factor, 255, whole);
-  // The first image is taken from the second.
+  // The first image is subtracted from the second.
   IppIArithmetic<u8>::Subtract(mask, picture, mask, whole);
   IppIArithmetic<u8>::Multiply(factor, mask, whole);
   return mask;

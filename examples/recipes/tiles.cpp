@@ -1,9 +1,9 @@
 // Stitch tiles with overlap
 //
-// Filters and morphology look at the pixels around each one, and take the
-// region's edge for the picture's. A tile is therefore cut with a margin of
-// half the mask, filtered, and only its inner part kept. The stitched tiles are
-// what the whole picture would have given.
+// Filters and morphology use the pixels around each pixel, and treat the edge
+// of the region like the edge of the picture. So a tile is cut with a margin of
+// half the mask and filtered, and only its inner part is kept. The stitched
+// tiles are equal to the result for the whole picture.
 
 #include <algorithm>
 #include <cstdio>
@@ -22,7 +22,7 @@ int main() {
     for (int left = 0; left < picture.width(); left += side) {
       const int right = std::min(left + side, picture.width());
       const int bottom = std::min(top + side, picture.height());
-      // The tile with its margin, as far as the picture goes.
+      // The tile with its margin, clipped to the picture.
       const int x = std::max(left - margin, 0), y = std::max(top - margin, 0);
       const Area wide{x, y, std::min(right + margin, picture.width()) - x,
                       std::min(bottom + margin, picture.height()) - y};

@@ -1,8 +1,8 @@
 // Touching objects
 //
-// Erosion parts objects that touch, and leaves a core of each. The cores are
-// counted; each one is grown back to the extent that the erosion took, within
-// the mask, and gets a grey of its own.
+// Erosion separates objects that touch, and keeps a core of each. The cores are
+// counted. Each core is dilated by the same square, restricted to the mask, and
+// gets its own grey.
 
 #include <cstdio>
 
@@ -26,7 +26,7 @@ int main() {
     const Zorvan::Point seed =
         Statistic<u8>::MinMaxIndexWithMask(rest, rest).MaxIndex;
     ComputerVision::FloodFill<u8>(rest, seed, 0, whole);
-    // The core is what the flood has changed.
+    // The core is the pixels that the flood fill changed.
     IppILogical<u8>::Xor(cores, rest, core, whole);
     Initializer::Copy(rest, cores, whole);
 

@@ -1,9 +1,9 @@
 // Physical units
 //
-// The library counts pixels and grey levels. What they stand for is known to
-// its user: here a pixel is 0.12 mm wide, and a grey level 0.5 lux above a dark
-// level of 20. Areas go by the square of the pixel's width; levels are
-// converted as an image, by a sum and a product of floats.
+// The library counts pixels and grey levels. Only the user knows their physical
+// size. Here a pixel is 0.12 mm wide, and a grey level is 0.5 lux above a dark
+// level of 20. Areas are multiplied by the square of the pixel's width. Levels
+// are converted as a float image, by an addition and a multiplication.
 
 #include <cmath>
 #include <cstdio>

@@ -3,7 +3,7 @@
 #include <exception>
 #include <iostream>
 
-/// Tests of the examples need no framework: each counts its failures and returns them from main().
+/// The tests of the examples use no framework: each counts its failures and returns the count from main().
 inline int failures = 0;
 
 #define CHECK(condition)                                                             \
@@ -14,7 +14,7 @@ inline int failures = 0;
     }                                                                                \
   } while (false)
 
-/// Whether `work` throws an Expected.
+/// Whether `work` throws an exception of type Expected.
 template <class Expected, class Work>
 bool throws(Work work) {
   try {

@@ -1,4 +1,4 @@
-// Writes small PNGs, whole ones and damaged ones, into a folder.
+// Writes small PNGs, valid and damaged ones, into a folder.
 
 #include <png.h>
 
@@ -6,17 +6,17 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iostream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "text_file.h"
+
 namespace {
 
-struct Kind {
+struct Format {
   int width = 64;
   int height = 48;
   int depth = 8;
@@ -24,10 +24,10 @@ struct Kind {
   int interlace = PNG_INTERLACE_NONE;
 };
 
-/// Pixel bytes that compress badly, so that a file can be cut in the middle of them. With a seed of 0 they
-/// are the column plus five times the row, which the test of the reader expects.
-std::vector<png_byte> bytesOf(const Kind& kind, std::size_t rowBytes, unsigned seed) {
-  std::vector<png_byte> bytes(rowBytes * static_cast<std::size_t>(kind.height));
+/// Pixel bytes that compress badly, so that a file can be cut in the middle of them. With a seed of 0 each is
+/// the column plus five times the row, which the test of the reader expects.
+std::vector<png_byte> bytesOf(const Format& format, std::size_t rowBytes, unsigned seed) {
+  std::vector<png_byte> bytes(rowBytes * static_cast<std::size_t>(format.height));
   unsigned state = seed;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     state = state * 1664525 + 1013904223;
@@ -36,7 +36,7 @@ std::vector<png_byte> bytesOf(const Kind& kind, std::size_t rowBytes, unsigned s
   return bytes;
 }
 
-void writePixels(const std::string& path, const Kind& kind,
+void writePixels(const std::string& path, const Format& format,
                  const std::function<std::vector<png_byte>(std::size_t rowBytes)>& bytesFor) {
   std::FILE* file = std::fopen(path.c_str(), "wb");
   if (file == nullptr) throw std::runtime_error("cannot write " + path);
@@ -44,16 +44,17 @@ void writePixels(const std::string& path, const Kind& kind,
   png_infop info = png_create_info_struct(png);
   if (setjmp(png_jmpbuf(png)) != 0) std::abort();
   png_init_io(png, file);
-  png_set_IHDR(png, info, static_cast<png_uint_32>(kind.width), static_cast<png_uint_32>(kind.height),
-               kind.depth, kind.colour, kind.interlace, PNG_COMPRESSION_TYPE_DEFAULT,
+  png_set_IHDR(png, info, static_cast<png_uint_32>(format.width), static_cast<png_uint_32>(format.height),
+               format.depth, format.colour, format.interlace, PNG_COMPRESSION_TYPE_DEFAULT,
                PNG_FILTER_TYPE_DEFAULT);
   const png_color palette[256] = {};
-  if (kind.colour == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(png, info, palette, 256);
+  if (format.colour == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(png, info, palette, 256);
   png_write_info(png, info);
   const std::size_t rowBytes = png_get_rowbytes(png, info);
   std::vector<png_byte> bytes = bytesFor(rowBytes);
   std::vector<png_bytep> rows;
-  for (int r = 0; r < kind.height; ++r) rows.push_back(bytes.data() + static_cast<std::size_t>(r) * rowBytes);
+  for (int r = 0; r < format.height; ++r)
+    rows.push_back(bytes.data() + static_cast<std::size_t>(r) * rowBytes);
   png_set_interlace_handling(png);
   png_write_image(png, rows.data());
   png_write_end(png, nullptr);
@@ -61,21 +62,22 @@ void writePixels(const std::string& path, const Kind& kind,
   std::fclose(file);
 }
 
-void write(const std::string& path, const Kind& kind, unsigned seed = 1) {
-  writePixels(path, kind, [&](std::size_t rowBytes) { return bytesOf(kind, rowBytes, seed); });
+void write(const std::string& path, const Format& format, unsigned seed = 1) {
+  writePixels(path, format, [&](std::size_t rowBytes) { return bytesOf(format, rowBytes, seed); });
 }
 
-/// Bright spots on an even ground of 40, `across` times `down` of them, evenly spread. A spot's brightness
-/// falls off to its edge as `softness` says: 0 is a flat disc.
+/// A grid of `across` times `down` bright spots on a background of 40. The brightness of a spot falls by the
+/// share `softness` to its edge: with 0 it is a flat disc.
 void writeSpots(const std::string& path, int across, int down, double radius, double height,
                 double softness) {
-  Kind kind;
-  kind.width = 320;
-  kind.height = 240;
-  writePixels(path, kind, [&](std::size_t rowBytes) {
-    std::vector<png_byte> bytes(rowBytes * static_cast<std::size_t>(kind.height), 40);
+  Format format;
+  format.width = 320;
+  format.height = 240;
+  writePixels(path, format, [&](std::size_t rowBytes) {
+    std::vector<png_byte> bytes(rowBytes * static_cast<std::size_t>(format.height), 40);
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-      const double cellWidth = kind.width / std::max(across, 1), cellHeight = kind.height / std::max(down, 1);
+      const double cellWidth = format.width / std::max(across, 1),
+                   cellHeight = format.height / std::max(down, 1);
       const double x = std::fmod(static_cast<double>(i % rowBytes), cellWidth) - cellWidth / 2;
       const double y = std::fmod(static_cast<double>(i / rowBytes), cellHeight) - cellHeight / 2;
       const double distance = std::hypot(x, y);
@@ -86,21 +88,12 @@ void writeSpots(const std::string& path, int across, int down, double radius, do
   });
 }
 
-std::string readAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void writeAll(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
-/// A header that announces 20000 by 20000 pixels, with its right check sum, and no pixels behind it.
+/// A file whose header announces 20000 by 20000 pixels, with a correct check sum, but without these pixels.
 std::string hugeHeader(const std::string& whole) {
   std::string bytes = whole.substr(0, 33);
   const char extent[8] = {0, 0, 0x4e, 0x20, 0, 0, 0x4e, 0x20};
   bytes.replace(16, 8, extent, 8);
-  // The check sum of the chunk's name and data: the reflected polynomial of the format, bit by bit.
+  // The check sum covers the chunk's name and data: a CRC with the format's reflected polynomial.
   unsigned sum = 0xFFFFFFFFu;
   for (std::size_t i = 12; i < 29; ++i) {
     sum ^= static_cast<unsigned char>(bytes[i]);
@@ -117,7 +110,7 @@ int main(int argumentCount, char** arguments) {
   const std::string folder = std::string(arguments[1]) + "/";
   std::filesystem::create_directories(folder);
 
-  Kind grey, interlaced, onePixel, colour, alpha, palette, sixteen, oneBit;
+  Format grey, interlaced, onePixel, colour, alpha, palette, sixteen, oneBit;
   interlaced.interlace = PNG_INTERLACE_ADAM7;
   onePixel.width = onePixel.height = 1;
   colour.colour = PNG_COLOR_TYPE_RGB;
@@ -128,7 +121,7 @@ int main(int argumentCount, char** arguments) {
   write(folder + "grey.png", grey, 0);
   write(folder + "interlaced.png", interlaced, 0);
   write(folder + "one_pixel.png", onePixel);
-  Kind narrow;
+  Format narrow;
   narrow.width = 1;
   narrow.height = 300;
   write(folder + "narrow.png", narrow);
@@ -144,21 +137,21 @@ int main(int argumentCount, char** arguments) {
 
   write(folder + "noise.png", grey, 7);
   write(folder + "noise_interlaced.png", interlaced, 7);
-  const std::string whole = readAll(folder + "noise.png");
-  const std::string wholeInterlaced = readAll(folder + "noise_interlaced.png");
-  writeAll(folder + "empty.png", "");
-  writeAll(folder + "text.png", "This is a text, whatever its name says.\n");
-  writeAll(folder + "signature_only.png", whole.substr(0, 8));
-  writeAll(folder + "cut_header.png", whole.substr(0, 20));
-  writeAll(folder + "cut_pixels.png", whole.substr(0, whole.size() / 2));
-  writeAll(folder + "cut_interlaced.png", wholeInterlaced.substr(0, wholeInterlaced.size() / 2));
-  writeAll(folder + "cut_end.png", whole.substr(0, whole.size() - 12));
+  const std::string whole = Examples::readText(folder + "noise.png");
+  const std::string wholeInterlaced = Examples::readText(folder + "noise_interlaced.png");
+  Examples::writeText(folder + "empty.png", "");
+  Examples::writeText(folder + "text.png", "This is a text, whatever its name says.\n");
+  Examples::writeText(folder + "signature_only.png", whole.substr(0, 8));
+  Examples::writeText(folder + "cut_header.png", whole.substr(0, 20));
+  Examples::writeText(folder + "cut_pixels.png", whole.substr(0, whole.size() / 2));
+  Examples::writeText(folder + "cut_interlaced.png", wholeInterlaced.substr(0, wholeInterlaced.size() / 2));
+  Examples::writeText(folder + "cut_end.png", whole.substr(0, whole.size() - 12));
   std::string broken = whole;
   broken[broken.size() / 2] = static_cast<char>(~broken[broken.size() / 2]);
-  writeAll(folder + "broken_pixels.png", broken);
+  Examples::writeText(folder + "broken_pixels.png", broken);
   broken = whole;
   broken[20] = static_cast<char>(~broken[20]);
-  writeAll(folder + "broken_header.png", broken);
-  writeAll(folder + "huge.png", hugeHeader(whole));
-  writeAll(folder + "file-in-the-way", "A file where a folder is wanted.\n");
+  Examples::writeText(folder + "broken_header.png", broken);
+  Examples::writeText(folder + "huge.png", hugeHeader(whole));
+  Examples::writeText(folder + "file-in-the-way", "A file where a folder is wanted.\n");
 }

@@ -1,5 +1,5 @@
-// The road finds what was drawn: plates whose places, areas and brightness are known to the pixel, and the
-// coins of the scene.
+// The pipeline finds the objects that were drawn: plates of known places, areas and brightness, and the coins
+// of the scene.
 
 #include <algorithm>
 #include <cmath>
@@ -18,27 +18,31 @@ using Coins::Coin;
 using Examples::Area;
 using Examples::Picture;
 
-constexpr int kWidth = 301;
-constexpr int kHeight = 210;
-constexpr int kGround = 40;
-constexpr int kPlate = 160;
-constexpr int kDark = 7;
-constexpr int kBright = 180;
+constexpr int pictureWidth = 301;
+constexpr int pictureHeight = 210;
+constexpr int backgroundValue = 40;
+constexpr int plateValue = 160;
+constexpr int darkValue = 7;
+constexpr int brightValue = 180;
+
+Picture emptyPicture(int width = pictureWidth, int height = pictureHeight) {
+  return {width, height, std::vector<Zorvan::u8>(static_cast<std::size_t>(width * height), backgroundValue)};
+}
 
 void draw(Picture& picture, Area area, int value) {
   for (int r = area.row; r < area.row + area.height; ++r) {
     for (int c = area.column; c < area.column + area.width; ++c) {
-      picture.pixels[static_cast<std::size_t>(r * kWidth + c)] = static_cast<Zorvan::u8>(value);
+      picture.pixels[static_cast<std::size_t>(r * pictureWidth + c)] = static_cast<Zorvan::u8>(value);
     }
   }
 }
 
-/// The road's outline straddles the rim: what is found is a pixel wider than the plate on every side that
-/// lies in the picture.
+/// The pipeline's outline covers both sides of the rim: an object is a pixel wider than the plate on every
+/// side that is inside the picture.
 Area grown(Area plate) {
   const int left = std::max(plate.column - 1, 0), top = std::max(plate.row - 1, 0);
-  const int right = std::min(plate.column + plate.width + 1, kWidth);
-  const int bottom = std::min(plate.row + plate.height + 1, kHeight);
+  const int right = std::min(plate.column + plate.width + 1, pictureWidth);
+  const int bottom = std::min(plate.row + plate.height + 1, pictureHeight);
   return {left, top, right - left, bottom - top};
 }
 
@@ -57,15 +61,16 @@ void checkPlate(const Coin& coin, Area plate) {
   CHECK(near(coin.measures.diameter, std::sqrt(area * 4 / std::acos(-1.0))));
 
   const double ring = area - plate.width * plate.height;
-  const double mean = (inside * kPlate + kDark + kBright + ring * kGround) / area;
+  const double mean = (inside * plateValue + darkValue + brightValue + ring * backgroundValue) / area;
   const auto square = [&](double value) { return (value - mean) * (value - mean); };
-  const double variance =
-      (inside * square(kPlate) + square(kDark) + square(kBright) + ring * square(kGround)) / area;
+  const double variance = (inside * square(plateValue) + square(darkValue) + square(brightValue) +
+                           ring * square(backgroundValue)) /
+                          area;
   CHECK(near(coin.measures.brightness.Mean, mean));
   CHECK(near(coin.measures.brightness.StdDev, std::sqrt(variance)));
 
   const Zorvan::MinMaxIndex& extremes = coin.measures.extremes;
-  CHECK(extremes.Min == kDark && extremes.Max == kBright);
+  CHECK(extremes.Min == darkValue && extremes.Max == brightValue);
   CHECK(box.column + extremes.MinIndex.x == plate.column + 5 &&
         box.row + extremes.MinIndex.y == plate.row + 3);
   CHECK(box.column + extremes.MaxIndex.x == plate.column + 2 &&
@@ -89,28 +94,28 @@ void checkCsv(const std::string& folder, const std::vector<Coin>& coins) {
 }
 
 void checkPlates(const std::string& folder) {
-  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
-  // From the top; the second ends a pixel from the right edge, which its outline reaches.
+  Picture picture = emptyPicture();
+  // From the top. The second ends a pixel before the right edge, which its outline reaches.
   const std::vector<Area> plates{
       {20, 9, 30, 20}, {250, 14, 50, 11}, {90, 40, 61, 47}, {200, 90, 9, 77}, {20, 140, 44, 60}};
   for (const Area& plate : plates) {
-    draw(picture, plate, kPlate);
-    draw(picture, {plate.column + 5, plate.row + 3, 1, 1}, kDark);
-    draw(picture, {plate.column + 2, plate.row + 6, 1, 1}, kBright);
+    draw(picture, plate, plateValue);
+    draw(picture, {plate.column + 5, plate.row + 3, 1, 1}, darkValue);
+    draw(picture, {plate.column + 2, plate.row + 6, 1, 1}, brightValue);
   }
-  draw(picture, {100, 150, 3, 3}, kPlate);          // a speck
-  draw(picture, {100, 120, 60, 2}, kPlate);         // a scratch
-  draw(picture, {100, 170, 40, 40}, kPlate);        // cut by the edge: its rim is open
-  draw(picture, {240, 140, 40, 40}, kGround + 30);  // too faint
+  draw(picture, {100, 150, 3, 3}, plateValue);              // a speck
+  draw(picture, {100, 120, 60, 2}, plateValue);             // a scratch
+  draw(picture, {100, 170, 40, 40}, plateValue);            // cut by the edge: its rim is open
+  draw(picture, {240, 140, 40, 40}, backgroundValue + 30);  // too faint
   Examples::Report report(folder);
-  const std::vector<Coin> found = Coins::takeApart(picture, report);
+  const std::vector<Coin> found = Coins::runPipeline(picture, report);
   CHECK(found.size() == plates.size());
   if (failures > 0) return;
   for (std::size_t i = 0; i < plates.size(); ++i) checkPlate(found[i], plates[i]);
   checkCsv(folder, found);
 }
 
-/// Whether `found` stands at these places (columns and rows of the middles), in this order.
+/// Whether the middles of the coins are those of the discs, in the same order.
 bool standsAt(const std::vector<Coin>& found, const std::vector<Coins::Disc>& discs) {
   return std::equal(found.begin(), found.end(), discs.begin(), discs.end(),
                     [](const Coin& coin, const Coins::Disc& disc) {
@@ -120,70 +125,70 @@ bool standsAt(const std::vector<Coin>& found, const std::vector<Coins::Disc>& di
 }
 
 void drawDisc(Picture& picture, const Coins::Disc& disc) {
-  for (int r = 0; r < kHeight; ++r) {
-    for (int c = 0; c < kWidth; ++c) {
-      if (std::hypot(r - disc.row, c - disc.column) <= disc.radius) draw(picture, {c, r, 1, 1}, kPlate);
+  for (int r = 0; r < pictureHeight; ++r) {
+    for (int c = 0; c < pictureWidth; ++c) {
+      if (std::hypot(r - disc.row, c - disc.column) <= disc.radius) draw(picture, {c, r, 1, 1}, plateValue);
     }
   }
 }
 
-/// Numbers follow the lines, though the discs of a line differ in their places and sizes.
+/// Numbers follow the lines, although the discs of a line differ in row and size.
 void checkReadingOrder(const std::string& folder) {
-  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
+  Picture picture = emptyPicture();
   const std::vector<Coins::Disc> discs{{40, 30, 12},  {36, 90, 20},   {44, 150, 10},
                                        {120, 25, 10}, {112, 100, 25}, {122, 260, 18}};
   for (const Coins::Disc& disc : discs) drawDisc(picture, disc);
   Examples::Report report(folder);
-  CHECK(standsAt(Coins::takeApart(picture, report), discs));
+  CHECK(standsAt(Coins::runPipeline(picture, report), discs));
 }
 
-/// A line of another brightness along a side does not grow together with the disc beside it.
+/// A line of another brightness along a side is not connected with the disc beside it.
 void checkSides(const std::string& folder) {
-  // The disc's outline ends where that of the line begins.
-  const Coins::Disc disc{100, kWidth - 4 - 60, 60.9};
-  Picture alone{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
+  // The outline of the disc ends where the outline of the line begins.
+  const Coins::Disc disc{100, pictureWidth - 4 - 60, 60.9};
+  Picture alone = emptyPicture();
   drawDisc(alone, disc);
   Picture lined = alone;
-  draw(lined, {kWidth - 1, 30, 1, 100}, 0);
+  draw(lined, {pictureWidth - 1, 30, 1, 100}, 0);
   Examples::Report aloneReport(folder + "/alone"), linedReport(folder + "/lined");
-  const std::vector<Coin> expected = Coins::takeApart(alone, aloneReport);
-  const std::vector<Coin> found = Coins::takeApart(lined, linedReport);
+  const std::vector<Coin> expected = Coins::runPipeline(alone, aloneReport);
+  const std::vector<Coin> found = Coins::runPipeline(lined, linedReport);
   CHECK(expected.size() == 1 && found.size() == 1);
   if (failures > 0) return;
   CHECK(found[0].box.width == expected[0].box.width && found[0].area == expected[0].area);
 }
 
-/// Objects that reach through many bands of rows, and ones that begin in the middle of others.
+/// Objects that extend over many bands of rows, and objects that begin within the rows of others.
 void checkBands(const std::string& folder) {
-  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
-  draw(picture, {10, 10, 12, 190}, kPlate);
-  draw(picture, {40, 10, 200, 12}, kPlate);
-  draw(picture, {228, 22, 12, 150}, kPlate);
-  for (int row = 40; row < 160; row += 20) draw(picture, {60, row, 12, 12}, kPlate);
+  Picture picture = emptyPicture();
+  draw(picture, {10, 10, 12, 190}, plateValue);
+  draw(picture, {40, 10, 200, 12}, plateValue);
+  draw(picture, {228, 22, 12, 150}, plateValue);
+  for (int row = 40; row < 160; row += 20) draw(picture, {60, row, 12, 12}, plateValue);
   Examples::Report report(folder);
-  const std::vector<Coin> found = Coins::takeApart(picture, report);
+  const std::vector<Coin> found = Coins::runPipeline(picture, report);
   CHECK(found.size() == 8);
   double area = 0;
   for (const Coin& coin : found) area += coin.area;
-  // Each grows by a pixel all round; inside the corner of the angle one pixel less is new.
+  // Each object grows by a pixel on every side; in the inner corner of the angle it grows by one pixel less.
   CHECK(area >= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 - 8 &&
         area <= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 + 8);
 }
 
-/// A ring is a disc to the road: what it encloses belongs to it.
+/// The pixels that a ring encloses belong to the object.
 void checkRing(const std::string& folder) {
-  Picture picture{kWidth, kHeight, std::vector<Zorvan::u8>(std::size_t{kWidth} * kHeight, kGround)};
-  draw(picture, {60, 50, 80, 70}, kPlate);
-  draw(picture, {66, 56, 68, 58}, kGround);
+  Picture picture = emptyPicture();
+  draw(picture, {60, 50, 80, 70}, plateValue);
+  draw(picture, {66, 56, 68, 58}, backgroundValue);
   Examples::Report report(folder);
-  const std::vector<Coin> found = Coins::takeApart(picture, report);
+  const std::vector<Coin> found = Coins::runPipeline(picture, report);
   CHECK(found.size() == 1 && found[0].area == 82 * 72);
 }
 
 void checkScene(const std::string& folder) {
   Picture scene = Coins::drawScene();
   Examples::Report report(folder);
-  const std::vector<Coin> found = Coins::takeApart(scene, report);
+  const std::vector<Coin> found = Coins::runPipeline(scene, report);
   CHECK(found.size() == 24);
   for (const Coins::Disc& disc : Coins::sceneCoins()) {
     const auto coin = std::find_if(found.begin(), found.end(), [&](const Coin& c) {
@@ -197,9 +202,9 @@ void checkScene(const std::string& folder) {
 }
 
 void checkNothing(const std::string& folder) {
-  Picture picture{40, 30, std::vector<Zorvan::u8>(std::size_t{40} * 30, kGround)};
+  Picture picture = emptyPicture(40, 30);
   Examples::Report report(folder);
-  CHECK(Coins::takeApart(picture, report).empty());
+  CHECK(Coins::runPipeline(picture, report).empty());
 }
 
 }  // namespace

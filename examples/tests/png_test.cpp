@@ -1,12 +1,11 @@
-// Pictures come through the reader and the writer with every pixel as it was.
+// The reader and the writer keep every pixel.
 
 #include "png_file.h"
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "check.h"
+#include "text_file.h"
 
 namespace {
 
@@ -37,9 +36,8 @@ int main(int argumentCount, char** arguments) {
   const Examples::Picture back = Examples::readPng(folder + "/written.png");
   CHECK(back.width == 7 && back.height == 3 && back.pixels == odd.pixels);
 
-  // The second byte of the compressed data names the level: 2 stands for 6, 3 for more.
-  std::ifstream written(folder + "/written.png", std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(written), {}};
+  // The second byte of the compressed data contains the level: 2 means 6, 3 means more.
+  const std::string bytes = Examples::readText(folder + "/written.png");
   const std::size_t data = bytes.find("IDAT");
   CHECK(data != std::string::npos && static_cast<unsigned char>(bytes.at(data + 5)) >> 6 == 2);
   return failures;

@@ -1,4 +1,4 @@
-// Regions are where their column and row say, in tall and in wide images, and never outside.
+// Regions are at their column and row, in tall and in wide images, and never outside.
 
 #include "region.h"
 
@@ -23,7 +23,7 @@ bool holds(Area area, int column, int row) {
          row < area.row + area.height;
 }
 
-/// Fills every region of a small image through a view, and looks at all pixels and at those behind the image.
+/// Fills every region of a small image through a view, and compares all pixels and those after the image.
 void checkAllViews(int width, int height) {
   for (int column = 0; column < width; ++column) {
     for (int row = 0; row < height; ++row) {
@@ -57,7 +57,7 @@ void checkRefusals() {
   }
 }
 
-/// A region in the right part of a wide image: inside, refused as a Rect, reached as a view.
+/// A region in the right part of a wide image: it lies inside, is refused as a Rect, and works as a view.
 void checkWideImage() {
   IppIMemory<u8> image(7, 3);
   Initializer::Fill<u8>(image, 1, image.SizeToRoi());

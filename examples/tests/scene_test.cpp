@@ -1,19 +1,19 @@
-// The pictures that the demo left of its drawn scene agree with each other, pixel by pixel.
+// The pictures that the demo wrote for its drawn scene agree with each other in every pixel.
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "check.h"
 #include "png_file.h"
+#include "text_file.h"
 
 namespace {
 
 using Examples::Picture;
+using Examples::readText;
 
 std::string folder;
 
@@ -66,12 +66,7 @@ int countAreas(Picture mask) {
   return areas;
 }
 
-std::string readText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-/// The files that the page refers to, beside it.
+/// The files in the page's folder to which it refers.
 std::set<std::string> references(const std::string& html) {
   std::set<std::string> files;
   for (const std::string attribute : {" src=\"", " href=\""}) {
@@ -94,7 +89,7 @@ void checkPage() {
     const std::string bytes = readText(folder + "/" + file);
     CHECK(!bytes.empty());
   }
-  // The code beside the pictures is that of the sources.
+  // The page shows the sources of the steps.
   CHECK(html.find("outline</span>(") != std::string::npos &&
         html.find("Dilate</span>(picture") != std::string::npos);
 }
@@ -120,7 +115,7 @@ int main(int argumentCount, char** arguments) {
 
   CHECK(everywhere(quarter, [&](int c, int r) { return at(quarter, c, r) == at(picture, c, r); }));
   CHECK(everywhere(middle, [&](int c, int r) { return at(middle, c, r) == at(picture, c + 96, r + 75); }));
-  // The window is 152 pixels wide and high and ends at column 303, as far to the right as a Rect reaches.
+  // The window is 152 pixels wide and high and ends at column 303. A Rect cannot reach further to the right.
   CHECK(everywhere(spot, [&](int c, int r) {
     return at(spot, c, r) == (c >= 151 && c < 303 && r < 152 ? at(picture, c, r) : 0);
   }));

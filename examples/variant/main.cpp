@@ -1,9 +1,9 @@
-// Which variant does the library run here, and what does that mean for results? Prints the processor, its
-// features, the variant and the cache as the library sees them, and what the operations answer that differ by
-// variant (docs/variants.md lists them all).
+// Which variant does the library run here, and how does that affect results? Prints the processor, its
+// features, the variant and the cache as the library detects them, and results that differ by variant
+// (docs/variants.md lists them all).
 //
-// The exported classes do not reveal the variant. This program is linked with the library's objects, and asks
-// the same functions that the first call of an operation runs.
+// The exported classes do not reveal the variant. This program is linked with the library's objects, and
+// calls the functions that the first call of an operation runs.
 
 #include <cpuid.h>
 
@@ -34,7 +34,7 @@ constexpr NamedFeature features[] = {
 #include "zorvan/primitives/frame/Features.def"
 };
 
-/// The name that the processor gives itself, empty if it has none.
+/// The name that the processor reports, empty if it has none.
 std::string processorName() {
   char text[49] = "";
   if (static_cast<unsigned>(__get_cpuid_max(0x80000000, nullptr)) < 0x80000004) return text;
@@ -56,7 +56,8 @@ std::string vendor() {
   return text;
 }
 
-/// Selects as the first call of an operation does, or takes the named variant if the processor runs it.
+/// Selects the variant like the first call of an operation, or the named variant if the processor supports
+/// it.
 bool select(const char* name) {
   Library::coreSelectVariant();
   if (name == nullptr) return true;
@@ -86,10 +87,10 @@ void printCache() {
   Library::coreGetCacheLineSize(&line);
   if (status == 0) {
     std::printf("Cache      %d KiB in lines of %d bytes: the largest one\n", size / 1024, line);
-    std::printf("           Results of about its size and more are written past it.\n");
+    std::printf("           Results of about its size and more are written by streaming stores.\n");
   } else {
     std::printf("Cache      not known (status %d)\n", status);
-    std::printf("           Fixed sizes, or none, decide which results are written past it.\n");
+    std::printf("           Streaming stores begin at fixed sizes, or are not used.\n");
   }
 }
 
@@ -98,8 +99,8 @@ IppIMemory<T> wrap(std::vector<T>& pixels) {
   return IppIMemory<T>::CreateContainer(pixels.data(), static_cast<int>(pixels.size()), 1);
 }
 
-void printLine(const char* what, const std::string& answer) {
-  std::printf("  %-66s %s\n", what, answer.c_str());
+void printLine(const char* what, const std::string& result) {
+  std::printf("  %-66s %s\n", what, result.c_str());
 }
 
 std::string text(double value) {
@@ -108,7 +109,7 @@ std::string text(double value) {
   return digits;
 }
 
-/// How many of `results` are not the nearest float, and how far off the worst is in units of the last place.
+/// The share of `results` that are not the nearest float, and the largest error in units of the last place.
 template <class Exact>
 std::string precision(const std::vector<float>& results, Exact exact) {
   int others = 0;

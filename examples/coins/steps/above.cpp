@@ -10,7 +10,7 @@ IppIMemory<float> toFloat(IppIMemory<u8>& image) {
   IppIMemory<u8> everywhere(image.size());
   Initializer::Fill<float>(sum, 0, whole);
   Initializer::Fill<u8>(everywhere, 255, whole);
-  // Bytes are added to float zeros, everywhere.
+  // The mask selects all pixels: bytes are added to float zeros.
   IppIArithmetic<u8>::AddWithMask(image, sum, everywhere, whole);
   return sum;
 }

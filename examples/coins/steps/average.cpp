@@ -19,15 +19,15 @@ IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames,
   return sum;
 }
 
-double grain(IppIMemory<float>& image, IppIMemory<u8>& picture,
-             IppIMemory<u8>& mask) {
+double noiseOf(IppIMemory<float>& image, IppIMemory<u8>& picture,
+               IppIMemory<u8>& mask) {
   const Zorvan::Rect whole = mask.SizeToRoi();
   IppIMemory<float> difference = toFloat(picture);
   IppIArithmetic<float>::Subtract(image, difference, whole);
-  const Zorvan::MeanStdDev found =
+  const Zorvan::MeanStdDev noise =
       Statistic<float>::MeanAndStandardDeviationWithMask(difference, mask,
                                                          whole);
-  return found.StdDev;
+  return noise.StdDev;
 }
 
 }  // namespace Coins

@@ -6,7 +6,7 @@ using namespace Zorvan::Ipp::Image;
 
 IppIMemory<u8> background(IppIMemory<u8>& picture) {
   IppIMemory<u8> ground(picture.size());
-  // No coin holds a square of this size.
+  // A square of this size does not fit into any coin.
   constexpr Zorvan::Size square{61, 61};
   IppIMorphology<u8>::Open(picture, ground, picture.SizeToRoi(), square);
   return ground;
@@ -15,7 +15,7 @@ IppIMemory<u8> background(IppIMemory<u8>& picture) {
 IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture,
                                  IppIMemory<u8>& ground) {
   IppIMemory<u8> flat(picture.size());
-  // The first image is taken from the second.
+  // The first image is subtracted from the second.
   IppIArithmetic<u8>::Subtract(ground, picture, flat, picture.SizeToRoi());
   return flat;
 }

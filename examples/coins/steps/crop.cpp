@@ -7,7 +7,7 @@ namespace Coins {
 using namespace Zorvan::Ipp::Image;
 
 IppIMemory<u8> cropCorner(IppIMemory<u8>& picture) {
-  // At the origin the copy that makes its own image is a plain crop.
+  // For a region at the origin, the copy into a new image is a plain crop.
   return Initializer::Copy(
       picture, {0, 0, (picture.width() + 1) / 2, (picture.height() + 1) / 2},
       true);
@@ -16,8 +16,7 @@ IppIMemory<u8> cropCorner(IppIMemory<u8>& picture) {
 IppIMemory<u8> cropMiddle(IppIMemory<u8>& picture) {
   const Area middle{picture.width() / 4, picture.height() / 4,
                     (picture.width() + 1) / 2, (picture.height() + 1) / 2};
-  // Elsewhere: a view of the region, and an image of the region's size to copy
-  // it into.
+  // For other regions: copy a view of the region into an image of its size.
   IppIMemory<u8> view = Examples::viewOf(picture, middle);
   IppIMemory<u8> cut(middle.width, middle.height);
   Initializer::Copy(view, cut, Examples::rectOfView(middle));
@@ -27,7 +26,7 @@ IppIMemory<u8> cropMiddle(IppIMemory<u8>& picture) {
 IppIMemory<u8> keepWindow(IppIMemory<u8>& picture) {
   IppIMemory<u8> spot(picture.size());
   Initializer::Fill<u8>(spot, 0, spot.SizeToRoi());
-  // One Rect serves two images of one size.
+  // One Rect is right for two images of the same size.
   const int shorter = std::min(picture.width(), picture.height()),
             side = (shorter + 1) / 2;
   Initializer::Copy(picture, spot,

@@ -12,27 +12,27 @@ using Zorvan::u8;
 using Zorvan::Ipp::Image::Initializer;
 using Zorvan::Ipp::Image::IppIMemory;
 
-constexpr int kWidth = 5;
-constexpr int kHeight = 7;
+constexpr int glyphWidth = 5;
+constexpr int glyphHeight = 7;
 
 // Seven rows of five pixels each.
-constexpr const char* kGlyphs[10] = {" ### #   ##  ### # ###  ##   # ### ",
-                                     "  #   ##    #    #    #    #   ### ",
-                                     " ### #   #    #   #   #   #   #####",
-                                     " ### #   #    #  ##     ##   # ### ",
-                                     "   #   ##  # # #  # #####   #    # ",
-                                     "######    ####     #    ##   # ### ",
-                                     " ### #    #    #### #   ##   # ### ",
-                                     "#####    #   #   #    #    #    #  ",
-                                     " ### #   ##   # ### #   ##   # ### ",
-                                     " ### #   ##   # ####    #    # ### "};
+constexpr const char* glyphs[10] = {" ### #   ##  ### # ###  ##   # ### ",
+                                    "  #   ##    #    #    #    #   ### ",
+                                    " ### #   #    #   #   #   #   #####",
+                                    " ### #   #    #  ##     ##   # ### ",
+                                    "   #   ##  # # #  # #####   #    # ",
+                                    "######    ####     #    ##   # ### ",
+                                    " ### #    #    #### #   ##   # ### ",
+                                    "#####    #   #   #    #    #    #  ",
+                                    " ### #   ##   # ### #   ##   # ### ",
+                                    " ### #   ##   # ####    #    # ### "};
 
 /// The pixels of a digit as a mask.
 IppIMemory<u8> glyph(char digit) {
-  IppIMemory<u8> mask(kWidth, kHeight);
+  IppIMemory<u8> mask(glyphWidth, glyphHeight);
   const auto pixels = mask.buffer();
-  for (int i = 0; i < kWidth * kHeight; ++i)
-    pixels[i] = kGlyphs[digit - '0'][i] == '#' ? 255 : 0;
+  for (int i = 0; i < glyphWidth * glyphHeight; ++i)
+    pixels[i] = glyphs[digit - '0'][i] == '#' ? 255 : 0;
   return mask;
 }
 
@@ -40,17 +40,17 @@ IppIMemory<u8> glyph(char digit) {
 
 void drawNumber(IppIMemory<u8>& picture, int number, int column, int row) {
   for (const char digit : std::to_string(number)) {
-    const Area ground{column, row, kWidth + 2, kHeight + 2};
+    const Area ground{column, row, glyphWidth + 2, glyphHeight + 2};
     if (column + ground.width > picture.width() ||
         row + ground.height > picture.height())
       return;
     IppIMemory<u8> back = Examples::viewOf(picture, ground);
     Initializer::Fill<u8>(back, 0, Examples::rectOfView(ground));
-    const Area place{column + 1, row + 1, kWidth, kHeight};
+    const Area place{column + 1, row + 1, glyphWidth, glyphHeight};
     IppIMemory<u8> view = Examples::viewOf(picture, place);
     IppIMemory<u8> mask = glyph(digit);
     Initializer::FillWithMask<u8>(view, mask, 255, Examples::rectOfView(place));
-    column += kWidth + 1;
+    column += glyphWidth + 1;
   }
 }
 

@@ -4,8 +4,8 @@
 
 namespace Coins {
 
-/// Writes a number, white on black, from (column, row) on. What does not fit
-/// into the picture is left out.
+/// Writes a number, white on black, beginning at (column, row). Digits that do
+/// not fit into the picture are omitted.
 void drawNumber(Zorvan::Ipp::Image::IppIMemory<Zorvan::u8>& picture, int number,
                 int column, int row);
 

@@ -38,7 +38,7 @@ IppIMemory<u8> drawLabels(IppIMemory<u8>& mask, std::deque<Object>& objects) {
                                    Examples::rectOfView(object.box));
   }
   IppIMemory<u8> shown(mask.size());
-  // Labels above 255 show as 255.
+  // Labels above 255 saturate to 255.
   Initializer::Convert(labels, shown, mask.SizeToRoi());
   return shown;
 }

@@ -11,7 +11,8 @@ IppIMemory<u8> edges(IppIMemory<u8>& picture) {
   IppIMemory<u8> outer(picture.size());
   IppILogical<u8>::Not(picture, negative, whole);
 
-  // Bytes hold no response below 0: those of the negative are the other half.
+  // Negative results saturate to 0 in bytes. The negative picture has them as
+  // positive results.
   FilteringFunction::LaplaceBorder3x3<u8>(picture, inner, whole,
                                           Zorvan::eBorderReplicate, 0);
   FilteringFunction::LaplaceBorder3x3<u8>(negative, outer, whole,

@@ -8,7 +8,7 @@ namespace Coins {
 std::deque<Object> inReadingOrder(const std::deque<Object>& objects) {
   std::vector<const Object*> order;
   for (const Object& object : objects) order.push_back(&object);
-  // Twice the row of an object's middle is a whole number.
+  // Twice the row of an object's middle, which is a whole number.
   const auto middle = [](const Object* object) {
     return 2 * object->box.row + object->box.height;
   };
@@ -16,7 +16,8 @@ std::deque<Object> inReadingOrder(const std::deque<Object>& objects) {
     return middle(a) < middle(b);
   });
 
-  // A line holds all whose middles lie above its first object's lower edge.
+  // A line contains the objects whose middles are above the lower edge of its
+  // first object.
   for (auto line = order.begin(); line != order.end();) {
     const int lower = (*line)->box.row + (*line)->box.height;
     const auto next = std::find_if(

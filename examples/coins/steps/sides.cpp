@@ -9,8 +9,9 @@ using namespace Zorvan::Ipp::Image;
 IppIMemory<u8> withoutSides(IppIMemory<u8>& rising) {
   const int width = rising.width(), height = rising.height();
   IppIMemory<u8> inner = rising;  // a copy of the pixels
-  // An opening with a line keeps runs of its length. Within two pixels of a
-  // side no round rim is so long, only the picture's own edge.
+  // An opening with a line keeps runs of at least its length. In the two
+  // outermost rows and columns only the edge of the picture has such runs; a
+  // round rim has not.
   const auto longest = [](int side) { return std::max(61, side / 5); };
   const auto clear = [&](Area side, Zorvan::Size line) {
     const Zorvan::Rect all = Examples::rectOfView(side);

@@ -6,9 +6,8 @@
 #include "region.h"
 #include "zorvan/ipp.h"
 
-// The steps of the demo: each is one function that does its work with the
-// library's operations, and is shown as it stands on the page beside the
-// picture that it makes.
+// The steps of the demo. Each is one function that uses the library's
+// operations. The page shows its source beside the picture that it makes.
 
 namespace Coins {
 
@@ -26,21 +25,21 @@ struct Object {
   IppIMemory<u8> mask;
 };
 
-/// What is measured under an object's mask in a picture.
+/// Values measured in a picture under an object's mask.
 struct Measures {
   Zorvan::MeanStdDev brightness;
-  /// Positions count from the object's box.
+  /// Positions are relative to the object's box.
   Zorvan::MinMaxIndex extremes;
-  /// Of the circle with the object's area.
+  /// Of a circle with the object's area.
   double diameter;
 };
 
 // From the photograph to a mask of the coins.
 
-/// An image around the decoder's memory, which must outlive it.
+/// An image that uses the decoder's memory, which must outlive it.
 IppIMemory<u8> wrap(Examples::Picture& decoded);
 
-/// The largest less the smallest value around every pixel: bright where the
+/// The largest minus the smallest value around every pixel: bright where the
 /// picture changes.
 IppIMemory<u8> outline(IppIMemory<u8>& picture);
 
@@ -50,18 +49,18 @@ IppIMemory<float> toFloat(IppIMemory<u8>& image);
 /// A mask of the pixels above `limit`, a whole number from 0 to 255.
 IppIMemory<u8> above(IppIMemory<u8>& image, int limit);
 
-/// Takes off the long lines along the sides of the picture: scans and
+/// Removes the long lines along the sides of the picture: scans and
 /// photographs often end in a row of another brightness.
 IppIMemory<u8> withoutSides(IppIMemory<u8>& rising);
 
-/// Adds what a mask's areas enclose.
+/// Adds the pixels that the areas of the mask enclose.
 IppIMemory<u8> fillHoles(IppIMemory<u8>& mask);
 
-/// Takes off what no square of `side` pixels fits into, and rounds off the
-/// notches that are left.
+/// Removes areas into which no square of `side` pixels fits, and fills small
+/// notches.
 IppIMemory<u8> clean(IppIMemory<u8>& mask, int side);
 
-// Every coin by itself.
+// Each coin.
 
 /// The connected areas of a mask, from the top.
 std::deque<Object> separate(IppIMemory<u8>& mask);
@@ -75,16 +74,16 @@ Measures measure(IppIMemory<u8>& picture, Object& object);
 IppIMemory<u8> drawBoxes(IppIMemory<u8>& picture,
                          const std::deque<Object>& objects);
 
-/// Each object in a grey of its own.
+/// Each object has its own grey.
 IppIMemory<u8> drawLabels(IppIMemory<u8>& mask, std::deque<Object>& objects);
 
-// What masks are good for.
+// Uses of masks.
 
 IppIMemory<u8> fillCoins(IppIMemory<u8>& picture, IppIMemory<u8>& mask);
 
 IppIMemory<u8> chequers(Zorvan::Size size);
 
-/// The selected pixels of the picture on another ground.
+/// The selected pixels of the picture on another background.
 IppIMemory<u8> paste(IppIMemory<u8>& picture, IppIMemory<u8>& mask,
                      IppIMemory<u8>& ground);
 
@@ -96,10 +95,10 @@ struct Combined {
 
 Combined combine(IppIMemory<u8>& mask, IppIMemory<u8>& other);
 
-// The light and the grain of the photograph.
+// The light and the noise of the photograph.
 
-/// The ground under the coins: the picture without everything that is brighter
-/// and narrower than the opening.
+/// The background of the coins: the picture without everything that is brighter
+/// than its surroundings and narrower than the mask of the opening.
 IppIMemory<u8> background(IppIMemory<u8>& picture);
 
 IppIMemory<u8> withoutBackground(IppIMemory<u8>& picture,
@@ -112,8 +111,8 @@ IppIMemory<float> average(std::deque<IppIMemory<u8>>& frames,
                           IppIMemory<u8>& mask);
 
 /// Standard deviation of the difference from the picture where `mask` selects.
-double grain(IppIMemory<float>& image, IppIMemory<u8>& picture,
-             IppIMemory<u8>& mask);
+double noiseOf(IppIMemory<float>& image, IppIMemory<u8>& picture,
+               IppIMemory<u8>& mask);
 
 // Regions.
 
