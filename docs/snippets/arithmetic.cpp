@@ -26,7 +26,7 @@ void divide(IppIMemory<float>& weights, IppIMemory<float>& sums, IppIMemory<floa
     IppIArithmetic<float>::Divide(weights, sums, means, rect);
   } catch (const IppException& exception) {
     if (codeOf(exception) != 2) throw;
-    // Some weights are 0: the means are infinite or NaN there, and good elsewhere.
+    // Some weights are 0: the means are infinite or NaN there, and correct elsewhere.
   }
   // end of snippet
 }

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Fails unless every piece of C++ in the texts is a snippet of a tested source.
+"""Fails unless every block of C++ in the texts is a snippet of a tested source.
 
 check_snippets.py <folder of the project>
 
-A block of a text that begins with ```cpp has to be, letter for letter, what a file in docs/snippets has between
-the lines `// snippet` and `// end of snippet`, without the indentation of the whole. A block that begins with
-```text has to be the content of a .txt file there: what a program prints. Every snippet stands in some text.
+A block of a text that begins with ```cpp must be equal to the lines between `// snippet` and `// end of snippet` in a
+file in docs/snippets, without their common indentation. A block that begins with ```text must be equal to a .txt file
+there, which a program prints. Every snippet must be in a text.
 """
 import pathlib
 import sys

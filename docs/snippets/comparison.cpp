@@ -35,7 +35,7 @@ TEST(Comparison, APictureOfBytes) {
   EXPECT_EQ(pixelsOf(mask), (std::vector<u8>{0, 0, 255, 255}));
 }
 
-/// The shorter way to the same: 128 is a power of two.
+/// For the limit 128, one bit decides.
 TEST(Comparison, OneBit) {
   std::vector<u8> grey{0, 127, 128, 255}, bits(4, 128);
   auto picture = wrap(grey, 2, 2), mask = wrap(bits, 2, 2);

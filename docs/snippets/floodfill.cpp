@@ -8,7 +8,7 @@ TEST(FloodFill, APartOfAnImage) {
   auto image = wrap(pixels, 300, 200);
   for (std::size_t i = 0; i < 3; ++i) pixels[45 * 300 + 12 + i] = 9;
   // snippet
-  // A region 200 wide and 100 high from row 40, column 10 on; the seed is in row 45, column 12 of the image.
+  // A region 200 wide and 100 high at row 40, column 10; the seed is in row 45, column 12 of the image.
   const ConnectionInfo filled = ComputerVision::FloodFill<u8>(image, {2, 5}, 255, {40, 10, 200, 100});
   // end of snippet
   EXPECT_EQ(filled.area, 3);

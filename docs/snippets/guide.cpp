@@ -8,8 +8,8 @@ TEST(Guide, TwoWaysToAnImage) {
   // snippet
   using namespace Zorvan::Ipp::Image;
 
-  auto owned = Initializer::Allocate<Zorvan::u8>(640, 480);  // memory of the library, not set to anything
-  auto wrapped = IppIMemory<Zorvan::u8>::CreateContainer(pixels, 640, 480);  // memory of yours
+  auto owned = Initializer::Allocate<Zorvan::u8>(640, 480);  // memory of the library, not initialised
+  auto wrapped = IppIMemory<Zorvan::u8>::CreateContainer(pixels, 640, 480);  // your memory
   // end of snippet
   EXPECT_EQ(owned.width(), 640);
   EXPECT_TRUE(owned.buffer());
@@ -22,7 +22,7 @@ TEST(Guide, RegionsInTheirPlaces) {
   auto image = wrap(pixels, 8, 4);
   auto cut = wrap(few, 3, 2);
   // snippet
-  Zorvan::Rect rect = rectOf(image, Area{column, row, width, height});  // x and y in their places
+  Zorvan::Rect rect = rectOf(image, Area{column, row, width, height});  // x is the row, y the column
   Initializer::Fill<Zorvan::u8>(image, 7, rect);
   // end of snippet
   for (int i = 0; i < 32; ++i) {
@@ -36,19 +36,19 @@ TEST(Guide, RegionsInTheirPlaces) {
   pixels[15] = 4;
   // snippet
   IppIMemory<Zorvan::u8> view = viewOf(image, area);  // begins at the region's first pixel
-  Initializer::Copy(view, cut, rectOfView(area));     // every image at a place of its own
+  Initializer::Copy(view, cut, rectOfView(area));     // every image can have its own place
   // end of snippet
   EXPECT_EQ(few, (std::vector<u8>{3, 1, 1, 1, 1, 4}));
 }
 
-/// Tries an opening, and notes what it raises.
+/// Runs an opening, and records its exception.
 void open(IppIMemory<u8>& src, IppIMemory<u8>& dst, Rect rect, std::vector<std::string>& seen) {
   // snippet
   try {
     IppIMorphology<Zorvan::u8>::Open(src, dst, rect, {3, 3});
   } catch (const IppException& exception) {  // a status: 29 where the region does not fit
     seen.push_back("code " + std::to_string(codeOf(exception)));
-  } catch (const std::exception& exception) {  // a text alone: "Morph border get size error."
+  } catch (const std::exception& exception) {  // only a text: "Morph border get size error."
     seen.push_back(exception.what());
   }
   // end of snippet
@@ -66,7 +66,7 @@ TEST(Guide, TwoTypesOfFailures) {
 
 /// The four regions that the guide draws in an image 8 wide and 4 high.
 TEST(Guide, TheTestOfRegions) {
-  std::vector<u8> pixels(8 * 8, 1);  // room behind the image for what leaves it
+  std::vector<u8> pixels(8 * 8, 1);  // memory after the image, for regions that leave it
   auto image = wrap(pixels, 8, 4);
   const auto filled = [&](Rect rect) {
     pixels.assign(64, 1);

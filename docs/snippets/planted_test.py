@@ -1,4 +1,4 @@
-"""check_snippets.py finds what is planted: run by ctest."""
+"""check_snippets.py detects planted faults. Run by ctest."""
 import pathlib
 import tempfile
 import unittest

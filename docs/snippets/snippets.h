@@ -1,6 +1,6 @@
 #pragma once
 
-// What the snippets of the documentation start from: the examples' helpers and images with known pixels.
+// Common to the snippets of the documentation: the examples' helpers, and images with known pixels.
 
 #include <gtest/gtest.h>
 

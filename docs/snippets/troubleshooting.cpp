@@ -1,4 +1,4 @@
-// The reproducers of docs/troubleshooting.md: each ends with the failure that the page has it under.
+// The code of docs/troubleshooting.md: each snippet ends with the failure of its section.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -49,7 +49,7 @@ void expectOnPage(const std::string& text) {
   }
 }
 
-/// The lines fail with this text, which stands on the page.
+/// The snippet fails with this text, and the page contains the text.
 template <class Lines>
 void expectFailure(const std::string& text, Lines lines) {
   EXPECT_EQ(failureOf(lines), text);
@@ -201,7 +201,7 @@ TEST(Troubleshooting, NotSupportedType) {
   });
 }
 
-// A process of its own runs out of memory.
+// Runs in its own process, because it runs out of memory.
 TEST(Troubleshooting, MorphBorderInitError) {
 #ifdef TROUBLESHOOTING_SANITIZED
   GTEST_SKIP() << "a sanitizer ends programs that run out of memory";
@@ -219,7 +219,7 @@ TEST(Troubleshooting, MorphBorderInitError) {
   expectOnPage(text);
 }
 
-// Without a failure.
+// Problems without an exception.
 
 TEST(Troubleshooting, RegionInAnotherPlace) {
   // snippet

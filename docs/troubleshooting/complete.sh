@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Passes if the page has every status and every text that the sources of operations can end with.
+# Passes if the page has every status and every text of an exception in the sources of the operations.
 # usage: complete.sh sources page
 set -euo pipefail
 sources=$1 page=$2
 
-# Statuses of entries that no exported operation ends with. It passes masks, borders, data types and channels that
-# are right, steps that are whole pixels, and requests nothing of the processor.
+# Statuses of entries that no exported operation raises, because the arguments that it passes are always valid: masks,
+# borders, data types, channels, and steps of whole pixels. The last ones concern requests about the processor.
 internal="ippStsNoErr ippStsBorderErr ippStsMaskSizeErr ippStsNumChannelsErr ippStsNotEvenStepErr
   ippStsFeatureNotSupported ippStsFeaturesCombination ippStsNonIntelCpu ippStsNotSupportedCpu
   ippStsUnknownCacheSize ippStsUnknownFeature"

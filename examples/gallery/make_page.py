@@ -2,7 +2,7 @@
 """The gallery: every exported operation in each of its forms, with the pictures before and after.
 
 make_page.py page <program> <style sheet> <output folder>   runs the program and writes index.html
-make_page.py check <output folder> <exported names>         fails unless each exported form has one row
+make_page.py check <output folder> <exported names>         fails unless each exported form has exactly one row
 """
 
 import html
@@ -10,6 +10,9 @@ import pathlib
 import re
 import subprocess
 import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "common"))
+from page import page, picture
 
 
 class Row:
@@ -25,7 +28,7 @@ def rows_of(folder):
 
 
 def parts(arguments):
-    """The arguments of a call or declaration: what stands between commas outside of any brackets."""
+    """The arguments of a call or declaration: the parts between commas outside brackets."""
     found, depth, start = [], 0, 0
     for at, character in enumerate(arguments):
         depth += character in "(<{"
@@ -37,9 +40,9 @@ def parts(arguments):
 
 
 def form(call, is_flag):
-    """What tells the forms of an operation apart: its name, how many arguments it has, and whether one is a flag.
+    """What distinguishes the forms of an operation: its name, the number of arguments, and whether one is a flag.
 
-    Forms differ by that for all pixel types."""
+    This is the same for all pixel types."""
     name, arguments = re.search(r"(\w+(?:<[^>]*>)?::\w+(?:<[^>()]*>)?)\((.*)\)", call).groups()
     arguments = parts(arguments)
     return re.sub("<[^>]*>", "", name), len(arguments), any(map(is_flag, arguments))
@@ -71,7 +74,7 @@ def figure(shown):
     caption, file = shown
     if not file:
         return f'<p class="value">{html.escape(caption)}</p>'
-    return f'<figure><img src="{file}" alt="{html.escape(caption)}"><figcaption>{html.escape(caption)}</figcaption></figure>'
+    return picture(caption, file, caption)
 
 
 def article(row):
@@ -100,16 +103,12 @@ def write_page(program, style, folder):
     body = "\n".join(f'<h2 id="{number}">{html.escape(name)}</h2>\n' +
                      "\n".join(article(row) for row in rows if row.section == name)
                      for number, name in enumerate(sections))
-    (folder / "index.html").write_text(
-        '<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n<title>Gallery: Zorvan.Ipp</title>\n'
-        '<meta name="viewport" content="width=device-width, initial-scale=1">\n'
-        f"<style>\n{style.read_text()}{STYLE}</style>\n</head>\n<body>\n<main>\n<p class=\"name\">Zorvan.Ipp</p>\n"
-        f"<h1>Gallery</h1>\n<p>Every exported operation in each of its forms: {len(rows)} calls, each with the images "
-        "that went in, the line that ran, and what came out. Images of numbers other than bytes are shown from their "
-        f"lowest value in black to their highest in white. <code>whole</code> is the whole image; <code>region</code> "
-        "begins in row 20 and column 60 and is 120 pixels wide and 100 high; <code>corner</code> is 150 wide and 100 "
-        f"high and begins at the origin.</p>\n<ol class=\"contents\">{links}</ol>\n{body}\n"
-        "</main>\n</body>\n</html>\n")
+    introduction = (f"Every exported operation in each of its forms: {len(rows)} calls, each with its input images, its "
+                    "line of code and its result. In images of types other than bytes, the lowest value is black and "
+                    "the highest is white. <code>whole</code> is the whole image; <code>region</code> begins in row 20 "
+                    "and column 60 and is 120 pixels wide and 100 high; <code>corner</code> is 150 wide and 100 high "
+                    "and begins at the origin.")
+    (folder / "index.html").write_text(page("Gallery", introduction, links, body, style.read_text() + STYLE))
 
 
 def main():

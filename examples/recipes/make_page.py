@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""The cookbook: each recipe's source with the pictures before and after, and what it printed.
+"""The cookbook: the source of each recipe, with the pictures before and after and the printed text.
 
 make_page.py page <sources> <output folder> <program>...   runs the programs and writes index.html
-make_page.py check <sources> <docs/cookbook.md> <program>...   fails unless the list of the documentation is right
+make_page.py check <sources> <docs/cookbook.md> <program>...   fails unless the list in the documentation is right
 make_page.py list <sources> <docs/cookbook.md> <program>...   writes that list
 
-A source begins with a comment: its title, an empty line, a paragraph.
+A source begins with a comment: a title, an empty line, a paragraph.
 """
 
 import difflib
@@ -15,23 +15,26 @@ import re
 import subprocess
 import sys
 
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "common"))
+from page import page, picture
+
 
 class Recipe:
     def __init__(self, sources, program):
         self.program = pathlib.Path(program)
         self.name = self.program.name.removeprefix("recipe_")
         self.source = (sources / f"{self.name}.cpp").read_text()
-        head, self.code = self.source.split("\n\n", 1)
-        title, paragraph = re.fullmatch(r"// (.*)\n//\n((?:// .*\n?)+)", head).groups()
+        comment, self.code = self.source.split("\n\n", 1)
+        title, paragraph = re.fullmatch(r"// (.*)\n//\n((?:// .*\n?)+)", comment).groups()
         self.title = title
         self.text = " ".join(line.removeprefix("// ") for line in paragraph.splitlines())
 
 
 def coloured(code):
-    """The code as HTML, its comments, texts and directives marked."""
+    """The code as HTML, with comments, strings and directives marked."""
     parts = re.split(r'(//.*|"(?:[^"\\]|\\.)*"|^#.*)', code, flags=re.MULTILINE)
-    kinds = {"/": "note", '"': "text", "#": "note"}
-    return "".join(f'<span class="{kinds[part[0]]}">{html.escape(part)}</span>' if place % 2 else html.escape(part)
+    classes = {"/": "note", '"': "text", "#": "note"}
+    return "".join(f'<span class="{classes[part[0]]}">{html.escape(part)}</span>' if place % 2 else html.escape(part)
                    for place, part in enumerate(parts))
 
 
@@ -40,8 +43,8 @@ def article(number, recipe, folder):
     pictures.mkdir(parents=True, exist_ok=True)
     done = subprocess.run([recipe.program.resolve()], cwd=pictures, capture_output=True, text=True, check=True)
     printed = f'<pre class="printed">{html.escape(done.stdout)}</pre>' if done.stdout else ""
-    figures = "".join(f'<figure><img src="{recipe.name}/{which}.png" alt="{html.escape(recipe.title)}: {which}">'
-                      f"<figcaption>{which}</figcaption></figure>" for which in ("before", "after"))
+    figures = "".join(picture(when, f"{recipe.name}/{when}.png", f"{recipe.title}: {when}")
+                      for when in ("before", "after"))
     return (f'<article id="{recipe.name}">\n<h2><span>{number}</span> {html.escape(recipe.title)}</h2>\n'
             f"<p>{html.escape(recipe.text)}</p>\n"
             f'<div class="figures">{figures}</div>\n{printed}\n'
@@ -53,13 +56,9 @@ def write_page(recipes, sources, folder):
     links = "".join(f'<li><a href="#{r.name}">{html.escape(r.title)}</a></li>' for r in recipes)
     articles = "\n".join(article(number, recipe, folder) for number, recipe in enumerate(recipes, 1))
     style = (sources.parent / "common" / "page.css").read_text()
-    (folder / "index.html").write_text(
-        '<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n<title>Cookbook: Zorvan.Ipp</title>\n'
-        '<meta name="viewport" content="width=device-width, initial-scale=1">\n'
-        f"<style>\n{style}</style>\n</head>\n<body>\n<main>\n<p class=\"name\">Zorvan.Ipp</p>\n<h1>Cookbook</h1>\n"
-        f"<p>{len(recipes)} short programs, each built and run, and its results compared with stored ones by a "
-        "test. The pictures are what the programs wrote when this page was made.</p>\n"
-        f"<ol class=\"contents\">{links}</ol>\n{articles}\n</main>\n</body>\n</html>\n")
+    introduction = (f"{len(recipes)} short programs. A test runs each of them and compares its results with stored ones. "
+                    "The programs wrote the pictures when this page was made.")
+    (folder / "index.html").write_text(page("Cookbook", introduction, links, articles, style))
 
 
 def listing(recipes):
@@ -68,9 +67,9 @@ def listing(recipes):
             f"| ![after](../examples/recipes/expected/{r.name}/after.png) |" for number, r in enumerate(recipes, 1)]
     return "\n".join([
         "# Cookbook", "",
-        f"{len(recipes)} short programs, each one task. Every one is built and run by the tests, and what it draws",
-        "and prints is compared with what is stored in `examples/recipes/expected`. The build with examples makes a",
-        "page of them with their sources and what they print: `build/release/examples/recipes/cookbook/index.html`.",
+        f"{len(recipes)} short programs, each for one task. The tests build and run all of them, and compare their",
+        "pictures and their printed text with those in `examples/recipes/expected`. The build with examples makes a",
+        "page with their sources, pictures and texts: `build/release/examples/recipes/cookbook/index.html`.",
         "",
         "| | Recipe | Before | After |", "|---|---|---|---|", *rows, ""])
 
