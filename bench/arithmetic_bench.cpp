@@ -9,8 +9,9 @@ namespace {
 using Ipp::Image::IppIArithmetic;
 using Ipp::Image::IppIMemory;
 
-/// Floats that are multiplied or divided over and over shall not run out of their range; quotients and roots
-/// of floats come from estimates. So do quotients of bytes, whose ties the processor's estimate decides.
+/// Operands and results by pixel type. Floats that are multiplied or divided repeatedly must stay in their
+/// range. Quotients and roots of floats come from estimates, and so do quotients of bytes, so ties depend on
+/// the processor.
 template <class T>
 struct Operands {
   using Factor = Read<T>;

@@ -11,14 +11,14 @@ namespace {
 using Ipp::Image::ComputerVision;
 using Ipp::Image::IppIMemory;
 
-/// The pixels of the area have one of two values, which each fill exchanges for the other; a third lies
-/// around it.
+/// The pixels of the area have one of two values. Each fill replaces one by the other. The pixels around the
+/// area have a third value.
 template <class T>
 T otherValue(T value) {
   return value == T{1} ? T{2} : T{1};
 }
 
-/// An area that holds the first pixel.
+/// An area that contains the first pixel.
 template <class T, class Shape>
 struct Area : Operand<T, Access::update> {
   static void prepare(T* pixels, Size size, std::uint32_t seed) {
@@ -34,7 +34,7 @@ struct Constant {
   bool holds(int, int) const { return true; }
 };
 
-/// Areas some tens of pixels across, joined by thin lines.
+/// Areas with a diameter of some tens of pixels, connected by thin lines.
 struct Blobs {
   Blobs(Size size, std::uint32_t seed) : width(size.width), mask(static_cast<std::size_t>(pixelsOf(size))) {
     makeBlobMask(mask.data(), size, seed);
@@ -47,14 +47,14 @@ struct Blobs {
   std::vector<u8> mask;
 };
 
-/// Every second row, joined at alternating ends.
+/// Every second row, connected at alternating ends.
 struct Serpentine {
   Serpentine(Size size, std::uint32_t) : width(size.width) {}
   bool holds(int x, int y) const { return y % 2 == 0 || x == (y % 4 == 1 ? width - 1 : 0); }
   int width;
 };
 
-/// Every second column, joined by the first row.
+/// Every second column, connected by the first row.
 struct Comb {
   Comb(Size, std::uint32_t) {}
   bool holds(int x, int y) const { return y == 0 || x % 2 == 0; }

@@ -1,4 +1,4 @@
-// Races the library's operations against the plain loop and the streaming limit on the same data.
+// Compares the library's operations with plain loops and the streaming limit on the same data.
 
 #include <benchmark/benchmark.h>
 #include <sched.h>
@@ -22,12 +22,13 @@ namespace Zorvan::Bench {
 
 namespace {
 
-// The plain loop and the limit stand in line, the library is called: an image of one pixel tells what the
-// call itself takes, which counts where the image is small.
+// The plain loop and the limit are inlined, but the library is called. The time of a call on one pixel shows
+// the cost of the call, which matters for small images.
 constexpr std::int64_t mostPixelsBesideCall = 64 * 64;
 constexpr Size onePixel = {1, 1};
 
-// The comparison of results needs a second set of images, and what differs does so at small sizes too.
+// Results of larger images are not compared: that would need a second set of images, and differences show at
+// small sizes too.
 constexpr std::int64_t mostComparedPixels = 640 * 480;
 
 constexpr const char* helpText =
@@ -36,10 +37,10 @@ constexpr const char* helpText =
     "                         (default: the one that the library selects for this processor)\n"
     "  --sizes=<set>          usual: from 64x64 to 4096x4096 (the default)\n"
     "                         quick: two of them\n"
-    "                         limits: pairs on both sides of each limit from which an operation takes\n"
-    "                         another path, with a short time for each; with --variant=all what a change of\n"
-    "                         a kernel is measured by\n"
-    "                         or sizes of your own: 1024x1000,1024x1048\n"
+    "                         limits: pairs on both sides of each size from which an operation takes\n"
+    "                         another path, with a short time for each; use it with --variant=all to\n"
+    "                         measure a change of a kernel\n"
+    "                         or your own sizes: 1024x1000,1024x1048\n"
     "  --quick                the quick sizes and a short time for each; with --sizes, that time for those\n"
     "  --benchmark_filter=<regex>, --benchmark_out=<file>, --benchmark_list_tests and the other options\n"
     "                         of the benchmark framework; names are <operation>/<pixels>/<size>/<variant>\n";
@@ -50,13 +51,13 @@ struct Options {
   bool quick = false;
 };
 
-/// What follows `name` in an argument that begins with it.
+/// The rest of an argument that begins with `name`.
 std::optional<std::string> valueOf(std::string_view argument, std::string_view name) {
   if (!argument.starts_with(name)) return {};
   return std::string(argument.substr(name.size()));
 }
 
-/// The words after the program's name, but for where the figures go.
+/// The arguments without the name of the output file.
 std::string commandLine(int argc, char** argv) {
   std::string words = "./run bench";
   for (int i = 1; i < argc; ++i) {
@@ -66,7 +67,7 @@ std::string commandLine(int argc, char** argv) {
   return words;
 }
 
-/// Takes our own options out of the command line.
+/// Removes the options of this program from the command line.
 Options takeOptions(int& argc, char** argv) {
   Options options;
   int kept = 1;
@@ -87,17 +88,18 @@ Options takeOptions(int& argc, char** argv) {
   return options;
 }
 
-/// The indices of the variants to measure. Those of newer processors than this one are named and left out.
-std::vector<int> variantsToMeasure(const std::string& wanted) {
+/// The indices of the variants to measure. Variants that this processor does not support are reported and
+/// skipped.
+std::vector<int> variantsToMeasure(const std::string& requested) {
   Primitives::coreSelectVariant();
   const int selected = Primitives::variantIndex;
-  if (wanted.empty()) return {selected};
+  if (requested.empty()) return {selected};
 
   std::vector<int> variants;
   std::string skipped;
-  bool known = wanted == "all";
+  bool known = requested == "all";
   for (int i = 0; i < Primitives::variantCount; ++i) {
-    if (wanted != "all" && wanted != Primitives::variantNames[i]) continue;
+    if (requested != "all" && requested != Primitives::variantNames[i]) continue;
     known = true;
     if (i <= selected) {
       variants.push_back(i);
@@ -107,7 +109,7 @@ std::vector<int> variantsToMeasure(const std::string& wanted) {
     }
   }
   if (!known) {
-    std::fprintf(stderr, "no variant %s; there are: all", wanted.c_str());
+    std::fprintf(stderr, "no variant %s; there are: all", requested.c_str());
     for (const char* name : Primitives::variantNames) std::fprintf(stderr, " %s", name);
     std::fprintf(stderr, "\n");
     std::exit(2);
@@ -116,7 +118,7 @@ std::vector<int> variantsToMeasure(const std::string& wanted) {
   return variants;
 }
 
-/// Stays on the processor that it runs on: times of different ones do not belong in one minimum.
+/// Pins the process to its current processor: times of different processors must not be mixed in one minimum.
 void pin() {
   const int cpu = sched_getcpu();
   cpu_set_t set;
@@ -134,7 +136,7 @@ std::string processorName() {
   return "unknown";
 }
 
-void race(benchmark::State& state, const Operation& operation, Size size, int variant, Effort effort) {
+void compare(benchmark::State& state, const Operation& operation, Size size, int variant, Effort effort) {
   Primitives::variantIndex = variant;
   if (pixelsOf(size) <= mostComparedPixels && !operation.agreesAt(size)) {
     state.SkipWithError("the result is not that of the plain loop");
@@ -159,7 +161,7 @@ void race(benchmark::State& state, const Operation& operation, Size size, int va
   state.counters["bytes"] = static_cast<double>(operation.bytesPerPixel * pixelsOf(size));
 }
 
-/// Calls on large images take milliseconds: the minimum needs time to be found.
+/// Calls on large images take milliseconds, so a stable minimum needs more time.
 Effort effortFor(Size size, const Options& options) {
   if (options.sizes == "limits") return {0.1, 6};
   if (options.quick) return {0.3, 6};
@@ -167,11 +169,11 @@ Effort effortFor(Size size, const Options& options) {
   return {large ? 6.0 : 2.0, 12};
 }
 
-std::vector<Size> sizesToMeasure(const std::string& wanted) {
-  const std::vector<Size> sizes = sizesNamed(wanted);
+std::vector<Size> sizesToMeasure(const std::string& requested) {
+  const std::vector<Size> sizes = sizesNamed(requested);
   if (sizes.empty()) {
     std::fprintf(stderr, "no sizes '%s'; there are: usual quick limits <width>x<height>,...\n",
-                 wanted.c_str());
+                 requested.c_str());
     std::exit(2);
   }
   return sizes;
@@ -188,7 +190,7 @@ int registerAll(const Suite& suite, const std::vector<int>& variants, const Opti
                                  "x" + std::to_string(size.height) + "/" + Primitives::variantNames[variant];
         benchmark::RegisterBenchmark(name.c_str(),
                                      [&operation, size, variant, effort](auto& state) {
-                                       race(state, operation, size, variant, effort);
+                                       compare(state, operation, size, variant, effort);
                                      })
             ->Iterations(1)
             ->UseManualTime();
@@ -199,7 +201,7 @@ int registerAll(const Suite& suite, const std::vector<int>& variants, const Opti
   return count;
 }
 
-/// A line for each contest as it ends.
+/// Prints a line for each contest when it ends.
 class Progress : public benchmark::BenchmarkReporter {
  public:
   explicit Progress(int count) : count_(count) {}

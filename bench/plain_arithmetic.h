@@ -8,7 +8,7 @@ namespace Zorvan::Bench::Plain {
 
 template <class T>
 struct Arithmetic {
-  // The first image is taken away, and divided by.
+  // The first image is the subtrahend, and the divisor.
   static void add(const T* a, const T* b, T* c, Size size);
   static void subtract(const T* a, const T* b, T* c, Size size);
   static void multiply(const T* a, const T* b, T* c, Size size);

@@ -5,7 +5,7 @@
 /// The most obvious loops, left to the compiler and this machine's instruction set.
 namespace Zorvan::Bench::Plain {
 
-/// Fills the area around the first pixel, pixel by pixel from a list of those to look at.
+/// Fills the area around the first pixel, pixel by pixel, with a list of pixels to examine.
 template <class T>
 void floodFill(T* image, T value, Size size);
 

@@ -4,8 +4,8 @@
 #include "zorvan/foundation/PixelTypes.h"
 
 /// The most obvious loops, left to the compiler and this machine's instruction set: the extreme of `side` by
-/// `side` pixels around each, the edge repeated outward. Rows, then columns: the loop over the whole square
-/// would be no match.
+/// `side` pixels around each pixel, with a replicated border. A row pass and a column pass: a loop over the
+/// whole square would be much slower.
 namespace Zorvan::Bench::Plain {
 
 template <class T>

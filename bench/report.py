@@ -3,9 +3,9 @@
 
     report.py run.json                     tables on the terminal
     report.py run.json --svg FOLDER        one plot for each size
-    report.py run.json --update PAGE.md    puts the tables between the marks of the page
+    report.py run.json --update PAGE.md    writes the tables between the marks of the page
 
-A run of several variants has tables and marks of its own, in which the variants stand side by side.
+A run of several variants has its own tables and marks. Its tables have a column for each variant.
 """
 
 import argparse
@@ -18,21 +18,21 @@ import sys
 
 OTHERS = pathlib.Path(__file__).parent / "others.csv"
 
-# Two minima of the same loop differ by this much between runs: what is within it is not a loss.
+# Two minima of the same loop differ by up to this factor between runs, so a smaller difference is not a loss.
 TOLERANCE = 1.03
 
-# Where others stand at the limit themselves, this close to it is as good.
+# A time within this factor of the limit is never behind others.
 NEAR_LIMIT = 1.05
 
-# Minima of the even and the odd rounds further apart than this: the machine was busy.
+# If the minima of the even and the odd rounds differ by more than this, the machine was busy.
 NOISY = 0.05
 
-# Sizes of one width whose pixels differ by less than this are the two sides of a limit, on which a pixel takes
-# up to so much longer because the memory does.
+# Two sizes of the same width are the two sides of a limit if their numbers of pixels differ by less than this factor.
 NEIGHBOURS = 1.1
+# The time per pixel may grow by this factor at a limit, because memory gets slower there.
 CLIFF = 1.15
 
-# A variant that takes longer than this beside an older one is behind it.
+# A variant is behind an older one if its time is longer by more than this factor.
 BEHIND = 1.1
 
 MARKS = "<!-- tables begin -->", "<!-- tables end -->"
@@ -67,7 +67,7 @@ def read_run(path, others):
 
 
 def fastest(contests):
-    """Of what several runs measured, the least disturbed."""
+    """The fastest result of each row, if several runs have the row."""
     fields = ("operation", "pixels", "size", "variant")
     return [min(same, key=lambda c: c.ns) for same in grouped(contests, *fields).values()]
 
@@ -77,7 +77,7 @@ def loses_to_plain(contest):
 
 
 def loses_by_the_call(contest):
-    """Whether the plain loop, which is not called, would win nothing on a loop that is not called either."""
+    """Whether the plain loop, which is inlined, is faster only because the library is called."""
     kernel_ns = contest.ns - (contest.call_ns or 0)
     return loses_to_plain(contest) and kernel_ns <= TOLERANCE * contest.ns / contest.to_plain
 
@@ -117,7 +117,7 @@ def size_rows(contests):
 
 
 def variant_rows(contests, variants):
-    """Time over the limit of all variants side by side, and the lowest limit that was found."""
+    """The time of each variant divided by the limit, and the lowest limit of all variants."""
     yield ("operation", "pixels", "limit ns", *variants)
     for (operation, pixels), row in grouped(contests, "operation", "pixels").items():
         limit = min(c.ns / c.to_limit for c in row)
@@ -132,7 +132,7 @@ def pixels_of(size):
 
 
 def size_pairs(contests):
-    """The sizes on both sides of a limit: of one width, a little apart."""
+    """The sizes on both sides of a limit: of one width, with a small difference in pixels."""
     sizes = sorted({c.size for c in contests}, key=pixels_of)
     return [(below, above) for below in sizes for above in sizes
             if below.split("x")[0] == above.split("x")[0]
@@ -140,7 +140,7 @@ def size_pairs(contests):
 
 
 def limit_rows(contests, variants, below, above):
-    """Time per pixel above a limit over that below it."""
+    """The time per pixel above a limit divided by the time per pixel below it."""
     yield ("operation", "pixels", *variants)
     for (operation, pixels), row in grouped(contests, "operation", "pixels").items():
         per_pixel = {(c.variant, c.size): c.ns / pixels_of(c.size) for c in row}
@@ -156,7 +156,7 @@ def has_cliff(row):
 
 
 def behind_rows(contests, variants):
-    """Variants slower than an older one, the worst first."""
+    """Variants slower than an older one, the slowest first."""
     found = []
     for row in grouped(contests, "operation", "pixels", "size").values():
         older = None
@@ -233,7 +233,7 @@ def report(context, contests, failures, table, heading):
 
 
 def plot(contests, title):
-    """Bars of time over limit on a logarithmic scale, with what others and the plain loop reach."""
+    """Bars of the time divided by the limit, on a logarithmic scale, with marks for others and the plain loop."""
     left, width, line, top = 230, 560, 18, 56
     most = max(10.0, *(max(c.to_limit, c.to_limit / c.to_plain, c.others or 1) for c in contests))
     least = min(0.5, *(c.to_limit for c in contests))
@@ -279,7 +279,7 @@ def update_page(page, marks, lines):
     begin, end = marks
     text = page.read_text(encoding="utf-8")
     if begin not in text or end not in text:
-        sys.exit(f"{page} lacks the lines '{begin}' and '{end}' between which the tables go")
+        sys.exit(f"{page} has no lines '{begin}' and '{end}', between which the tables belong")
     before, after = text.split(begin)[0], text.split(end)[1]
     page.write_text("\n".join([before + begin, "", *lines, "", end + after]), encoding="utf-8")
 
@@ -288,7 +288,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("runs", type=pathlib.Path, nargs="+", metavar="run.json",
-                        help="what zorvan_bench wrote with --benchmark_out; of several, the first's machine")
+                        help="output of zorvan_bench with --benchmark_out; the first file names the machine")
     parser.add_argument("--svg", type=pathlib.Path, metavar="FOLDER")
     parser.add_argument("--update", type=pathlib.Path, metavar="PAGE")
     arguments = parser.parse_args()
@@ -297,7 +297,7 @@ def main():
     contests = fastest([contest for run in runs for contest in run[1]])
     failures = [failure for run in runs for failure in run[2]]
     if not contests and not failures:
-        sys.exit("the run holds no measurement: does the filter match a name?")
+        sys.exit("the run has no measurements: does the filter match a name?")
     print("\n".join(report(context, contests, failures, text_table, lambda text: text)))
     if arguments.svg:
         write_plots(contests, arguments.svg)

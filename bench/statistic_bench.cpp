@@ -11,7 +11,7 @@ namespace {
 using Ipp::Image::IppIMemory;
 using Ipp::Image::Statistic;
 
-/// Pixels among which no value ends a search early.
+/// Pixels without the extreme value that ends a search early.
 template <class T>
 struct Endless : Read<T> {
   static void prepare(T* pixels, Size size, std::uint32_t seed) {
@@ -22,7 +22,7 @@ struct Endless : Read<T> {
   }
 };
 
-/// Keeps a result that nobody looks at from being left out.
+/// Keeps the compiler from removing the computation of an unused result.
 template <class R>
 void use(const R& result) {
   asm volatile("" : : "m"(result));

@@ -19,7 +19,7 @@ version = re.search(r"project\(ZorvanIpp VERSION (\S+)", (source / "CMakeLists.t
 class BuildByCMake(build_ext):
     def build_extension(self, extension):
         build = pathlib.Path(self.build_temp).resolve()
-        if not (build / "CMakeCache.txt").exists():  # a build folder that exists keeps its options
+        if not (build / "CMakeCache.txt").exists():  # an existing build folder keeps its options
             options = ["-DCMAKE_BUILD_TYPE=Release", "-DZORVAN_IPP_TESTS=OFF"]
             options.append(f"-DZORVAN_IPP_PYTHON_EXECUTABLE={sys.executable}")
             subprocess.run(["cmake", "-G", "Ninja", "-S", source, "-B", build, *options], check=True)

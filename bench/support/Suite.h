@@ -12,22 +12,22 @@
 
 namespace Zorvan::Bench {
 
-/// An operation on pixels of certain types, ready to be raced at any size.
+/// An operation on pixels of certain types, which can be measured at any size.
 struct Operation {
   std::string name;
   std::string pixels;
   int bytesPerPixel;  // what the limit moves
   std::function<Contest(Size)> contestAt;
 
-  /// Whether the library and the plain loop leave the same in all operands.
+  /// Whether the library and the plain loop write the same bytes in all operands.
   std::function<bool(Size)> agreesAt;
 };
 
-/// All operations that are measured. Each family adds its own.
+/// All operations that are measured. Each family adds its operations.
 class Suite {
  public:
-  /// The operands in the order of the parameters decide what the limit moves. `ours` takes the images and
-  /// the rectangle, `plain` the pixels and the size.
+  /// The operands, in the order of the parameters, define which bytes the limit moves. `ours` takes the
+  /// images and the rectangle, `plain` takes the pixels and the size.
   template <class... Operands, class Ours, class Plain>
   void add(const char* name, const char* pixels, Ours ours, Plain plain) {
     const auto callOurs = [ours](OperandSet<Operands...>& set) {
@@ -43,11 +43,11 @@ class Suite {
                      limitLoops<Operands...>(set->pixels(), size)};
     };
     const auto agreesAt = [=](Size size) {
-      OperandSet<Operands...> got(size);
-      OperandSet<Operands...> want(size);
-      callOurs(got);
-      callPlain(want);
-      return got.agreesWith(want);
+      OperandSet<Operands...> ofOurs(size);
+      OperandSet<Operands...> ofPlain(size);
+      callOurs(ofOurs);
+      callPlain(ofPlain);
+      return ofOurs.agreesWith(ofPlain);
     };
     constexpr int bytes = ((Operands::pixelBytes * (Operands::access == Access::update ? 2 : 1)) + ...);
     operations_.push_back({name, pixels, bytes, contestAt, agreesAt});

@@ -9,10 +9,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr double runNanoseconds = 20'000;  // long beside a reading of the clock, short beside a time slice
+constexpr double runNanoseconds = 20'000;  // much longer than a clock query, much shorter than a time slice
 constexpr int mostRounds = 4000;
 
-// After these rounds a loop that is so much slower than the best one cannot become the limit any more.
+// After these rounds, loops that are slower than the best one by this factor are not measured further.
 constexpr int trialRounds = 4;
 constexpr double hopeless = 1.3;
 
@@ -31,7 +31,7 @@ class Lane {
   }
 
   void run(int round) {
-    contestant_->run(1);  // the caches hold what the previous contestant left: make them this one's
+    contestant_->run(1);  // loads this contestant's data into the caches
     double& best = best_[round % 2];
     best = std::min(best, timeOf(*contestant_, calls_));
   }

@@ -1,7 +1,7 @@
 #pragma once
 
-// Times of contestants on the same data: the minimum of many short runs, taken in turns, so that a slower
-// clock or a busy neighbour hits all alike.
+// Times of contestants on the same data: the minimum of many short runs. The contestants run alternately, so
+// that a slower clock or other load affects all of them.
 
 #include <functional>
 #include <limits>
@@ -15,8 +15,8 @@ struct Contestant {
   std::function<void(int calls)> run;
 };
 
-/// The loop over the calls is part of what is called, so that a call of some tens of nanoseconds does not
-/// carry an indirect call.
+/// Runs a call several times. The loop is inside the function object, so that a call of some tens of
+/// nanoseconds does not include an indirect call.
 template <class Call>
 std::function<void(int)> repeated(Call call) {
   return [call](int calls) mutable {
@@ -30,8 +30,8 @@ std::function<void(int)> repeated(Call call) {
 struct Timing {
   double nanoseconds = std::numeric_limits<double>::infinity();
 
-  /// How far the minima of the even and the odd runs lie apart, as a share of the smaller: what the machine's
-  /// unrest may have left in the minimum.
+  /// The difference between the minima of the even and the odd runs, relative to the smaller one. It
+  /// estimates the influence of other load on the minimum.
   double noise = 0;
 };
 

@@ -57,7 +57,7 @@ void makeRandomMask(u8* mask, Size size, std::uint32_t seed) {
   Generator next(seed);
   const std::int64_t count = pixelsOf(size);
   for (std::int64_t i = 0; i < count; ++i) mask[i] = (next() & 1) != 0 ? 255 : 0;
-  mask[0] = 255;  // a mask that selects nothing is an error of some operations
+  mask[0] = 255;  // some operations report an error for a mask that selects no pixel
 }
 
 void makeBlobMask(u8* mask, Size size, std::uint32_t seed) {

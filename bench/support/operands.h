@@ -1,6 +1,6 @@
 #pragma once
 
-// What an operation works on: images with a role, their memory and their contents.
+// The operands of an operation: images with a role, their memory and their contents.
 
 #include <cmath>
 #include <cstddef>
@@ -17,7 +17,7 @@
 
 namespace Zorvan::Bench {
 
-/// What an operation must do with an operand's bytes at least: this is what the streaming limit moves.
+/// The minimal access of an operation to an operand's bytes. The streaming limit moves these bytes.
 enum class Access { read, write, update };
 
 inline std::int64_t pixelsOf(Size size) { return std::int64_t{size.width} * size.height; }
@@ -26,10 +26,11 @@ inline std::int64_t pixelsOf(Size size) { return std::int64_t{size.width} * size
 template <class T>
 void makeNoise(T* pixels, Size size, std::uint32_t seed);
 
-/// Each pixel but the first, which is selected, selected or not by a throw of a coin.
+/// The first pixel is selected; each other pixel is selected with a probability of one half.
 void makeRandomMask(u8* mask, Size size, std::uint32_t seed);
 
-/// Half of the pixels, in areas some tens of pixels across: smooth noise above its median.
+/// Selects half of the pixels, in areas with a diameter of some tens of pixels: smooth noise above its
+/// median.
 void makeBlobMask(u8* mask, Size size, std::uint32_t seed);
 
 template <class T, Access A>
@@ -59,7 +60,7 @@ struct Positive : O {
   }
 };
 
-/// All pixels are 1 or -1: factors and divisors that may be applied over and over.
+/// All pixels are 1 or -1: factors and divisors that can be applied repeatedly.
 template <class O>
 struct Unit : O {
   static void prepare(typename O::Pixel* pixels, Size size, std::uint32_t seed) {
@@ -68,8 +69,8 @@ struct Unit : O {
   }
 };
 
-/// No pixel is even: a quotient by an odd divisor lies between two whole numbers, never half way, so that
-/// every way of rounding to the nearest gives the same.
+/// No pixel is even. A quotient by an odd divisor is never halfway between two integers, so all modes of
+/// rounding to nearest have the same result.
 template <class O>
 struct Odd : O {
   static void prepare(typename O::Pixel* pixels, Size size, std::uint32_t seed) {
@@ -78,7 +79,8 @@ struct Odd : O {
   }
 };
 
-/// Results that an estimate of the processor's leads to: some units in the last place are open.
+/// Results that are computed from an estimate of the processor: they may differ by some units in the last
+/// place.
 template <class O>
 struct Estimated : O {
   static bool agree(const float* pixels, const float* others, std::size_t count) {
@@ -101,11 +103,11 @@ struct BlobMask : Operand<u8, Access::read> {
   static void prepare(u8* mask, Size size, std::uint32_t seed) { makeBlobMask(mask, size, seed); }
 };
 
-/// Memory on ordinary pages, as the images of most programs are.
+/// Memory on ordinary pages, like the images of most programs.
 class Memory {
  public:
-  /// The operands of one call start at different places within a page, so that none of them is slowed down
-  /// by stores to another whose address has the same low bits.
+  /// The operands of one call start at different offsets within a page. Otherwise stores to an operand would
+  /// slow down loads from another one whose address has the same low bits.
   Memory(std::int64_t bytes, int operand);
   std::byte* data() const { return data_; }
 
@@ -117,7 +119,7 @@ class Memory {
   std::byte* data_;
 };
 
-/// The images of one operation at one size, in the order of its parameters, rows without a gap.
+/// The images of one operation at one size, in the order of its parameters. Their rows have no gaps.
 template <class... Operands>
 class OperandSet {
  public:
@@ -138,7 +140,7 @@ class OperandSet {
       : size_(size),
         memory_{Memory(pixelsOf(size) * Operands::pixelBytes, static_cast<int>(i))...},
         pixels_{reinterpret_cast<typename Operands::Pixel*>(memory_[i].data())...} {
-    // Assigned, not copied into place: a copied image has pixels of its own.
+    // Assigned, not copied: a copy of an image would have its own pixels.
     ((std::get<i>(images_) = std::remove_reference_t<decltype(std::get<i>(images_))>::CreateContainer(
           std::get<i>(pixels_), size)),
      ...);

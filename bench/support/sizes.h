@@ -11,8 +11,8 @@ namespace Zorvan::Bench {
 inline const std::vector<Size> usualSizes = {{64, 64}, {640, 480}, {1920, 1080}, {4096, 4096}, {1921, 1081}};
 inline const std::vector<Size> quickSizes = {{64, 64}, {640, 480}};
 
-/// Pairs on both sides of the limits in bytes from which operations take another path, 5 % apart. Which limit
-/// a pair straddles depends on the pixels.
+/// Pairs of sizes, 5 % apart, on both sides of the limits in bytes from which operations take another path.
+/// The limit between the two sizes of a pair depends on the pixel type.
 inline const std::vector<Size> limitSizes = {
     {256, 340},   {256, 356},    // 0x2AAA blocks of 8 floats
     {512, 400},   {512, 420},    // 1 MiB in an image of floats and one of bytes
@@ -26,7 +26,7 @@ inline const std::vector<Size> limitSizes = {
     {4096, 3000}, {4096, 3144},  // 24 MiB in two images of bytes
 };
 
-/// The sizes of a set or of a list such as 640x480,64x64; none for a mistake.
+/// The sizes of a named set or of a list such as 640x480,64x64. Empty if the text is wrong.
 inline std::vector<Size> sizesNamed(std::string_view text) {
   if (text == "usual") return usualSizes;
   if (text == "quick") return quickSizes;
@@ -39,7 +39,7 @@ inline std::vector<Size> sizesNamed(std::string_view text) {
     at = next;
     return error == std::errc() && value > 0;
   };
-  const auto sign = [&](char wanted) { return at != end && *at++ == wanted; };
+  const auto sign = [&](char expected) { return at != end && *at++ == expected; };
   for (;;) {
     Size size{};
     if (!number(size.width) || !sign('x') || !number(size.height)) return {};

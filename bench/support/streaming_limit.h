@@ -2,12 +2,12 @@
 
 // The streaming limit: loops that move an operation's bytes and do nothing else.
 //
-// Every operand that is read is loaded once, every one that is written is stored once, every one that is
-// updated is loaded and stored back. Which manner of doing that is fastest depends on the size and on the
-// machine, so there are several, and the fastest of them is the limit.
+// Operands that are read are loaded once, operands that are written are stored once, operands that are
+// updated are loaded and stored. The fastest method depends on the size and on the machine. So there are
+// several loops, and the fastest of them is the limit.
 //
 // A block is 256 pixels of every operand, so that operands with pixels of different sizes advance together.
-// The pixels behind the last whole block are reached by a block that overlaps it.
+// For the pixels after the last whole block, a block is used that overlaps it.
 
 #include <immintrin.h>
 
@@ -38,13 +38,13 @@ inline constexpr std::int64_t blockPixels = 256;
 inline constexpr std::int64_t prefetchBytes = 2048;
 inline constexpr int cacheLineBytes = 64;
 
-struct Manner {
-  int streams;  // parts of the image that are walked at once
+struct Method {
+  int streams;  // parts of the image that one loop moves at the same time
   bool prefetched;
   bool nonTemporal;
 };
 
-/// Keeps the compiler from leaving out what made `vector`, and from knowing what it holds.
+/// Keeps the compiler from removing the computation of `vector`, and from knowing its value.
 inline void keep(Vector& vector) { asm volatile("" : "+v"(vector)); }
 
 inline void storeNonTemporal(std::byte* to, Vector vector) {
@@ -57,11 +57,11 @@ inline void storeNonTemporal(std::byte* to, Vector vector) {
 #endif
 }
 
-template <class Operand, Manner manner>
+template <class Operand, Method method>
 inline __attribute__((always_inline)) void moveBlock(std::byte* at, Vector& vector) {
   constexpr int bytes = static_cast<int>(blockPixels) * Operand::pixelBytes;
   for (int i = 0; i < bytes; i += vectorBytes) {
-    if constexpr (manner.prefetched) {
+    if constexpr (method.prefetched) {
       if (i % cacheLineBytes == 0) {
         __builtin_prefetch(at + prefetchBytes + i, Operand::access == Access::read ? 0 : 1);
       }
@@ -71,7 +71,7 @@ inline __attribute__((always_inline)) void moveBlock(std::byte* at, Vector& vect
     }
     keep(vector);
     if constexpr (Operand::access != Access::read) {
-      if constexpr (manner.nonTemporal) {
+      if constexpr (method.nonTemporal) {
         storeNonTemporal(at + i, vector);
       } else {
         *reinterpret_cast<Vector*>(at + i) = vector;
@@ -80,30 +80,30 @@ inline __attribute__((always_inline)) void moveBlock(std::byte* at, Vector& vect
   }
 }
 
-template <Manner manner, class... Operands>
+template <Method method, class... Operands>
 void moveAll(const std::tuple<typename Operands::Pixel*...>& pixels, std::int64_t count) {
   Vector vector{};
-  const auto moveBlocksAt = [&]<Manner blockManner>(std::int64_t pixel) __attribute__((always_inline)) {
+  const auto moveBlocksAt = [&]<Method blockMethod>(std::int64_t pixel) __attribute__((always_inline)) {
     std::apply(
         [&](auto*... of) {
-          (moveBlock<Operands, blockManner>(reinterpret_cast<std::byte*>(of + pixel), vector), ...);
+          (moveBlock<Operands, blockMethod>(reinterpret_cast<std::byte*>(of + pixel), vector), ...);
         },
         pixels);
   };
   const std::int64_t blocks = count / blockPixels;
-  const std::int64_t blocksOfStream = blocks / manner.streams;
+  const std::int64_t blocksOfStream = blocks / method.streams;
   for (std::int64_t block = 0; block < blocksOfStream; ++block) {
-    for (int stream = 0; stream < manner.streams; ++stream) {
-      moveBlocksAt.template operator()<manner>((stream * blocksOfStream + block) * blockPixels);
+    for (int stream = 0; stream < method.streams; ++stream) {
+      moveBlocksAt.template operator()<method>((stream * blocksOfStream + block) * blockPixels);
     }
   }
-  for (std::int64_t block = blocksOfStream * manner.streams; block < blocks; ++block) {
-    moveBlocksAt.template operator()<manner>(block * blockPixels);
+  for (std::int64_t block = blocksOfStream * method.streams; block < blocks; ++block) {
+    moveBlocksAt.template operator()<method>(block * blockPixels);
   }
-  if (blocks * blockPixels < count) {  // no longer on a line's border, as non-temporal stores need it
-    moveBlocksAt.template operator()<Manner{1, false, false}>(count - blockPixels);
+  if (blocks * blockPixels < count) {  // not at the begin of a line, which non-temporal stores need
+    moveBlocksAt.template operator()<Method{1, false, false}>(count - blockPixels);
   }
-  if constexpr (manner.nonTemporal) _mm_sfence();
+  if constexpr (method.nonTemporal) _mm_sfence();
 }
 
 template <class Fill, class Copy, class... Operands>
@@ -135,17 +135,17 @@ std::vector<Contestant> limitLoops(const std::tuple<typename Operands::Pixel*...
   const std::int64_t count = pixelsOf(size);
   std::vector<Contestant> loops;
   const auto add = [&](const char* name, auto loop) { loops.push_back({name, repeated(loop)}); };
-  const auto addManner = [&]<Manner manner>(const char* name) {
-    add(name, [=] { moveAll<manner, Operands...>(pixels, count); });
+  const auto addMethod = [&]<Method method>(const char* name) {
+    add(name, [=] { moveAll<method, Operands...>(pixels, count); });
   };
-  addManner.template operator()<Manner{1, false, false}>("loop");
-  addManner.template operator()<Manner{1, true, false}>("prefetched loop");
-  addManner.template operator()<Manner{4, false, false}>("four streams");
-  addManner.template operator()<Manner{4, true, false}>("four prefetched streams");
+  addMethod.template operator()<Method{1, false, false}>("loop");
+  addMethod.template operator()<Method{1, true, false}>("prefetched loop");
+  addMethod.template operator()<Method{4, false, false}>("four streams");
+  addMethod.template operator()<Method{4, true, false}>("four prefetched streams");
   if constexpr (((Operands::access != Access::read) || ...)) {
-    addManner.template operator()<Manner{1, false, true}>("non-temporal loop");
-    addManner.template operator()<Manner{1, true, true}>("non-temporal prefetched loop");
-    addManner.template operator()<Manner{4, false, true}>("four non-temporal streams");
+    addMethod.template operator()<Method{1, false, true}>("non-temporal loop");
+    addMethod.template operator()<Method{1, true, true}>("non-temporal prefetched loop");
+    addMethod.template operator()<Method{4, false, true}>("four non-temporal streams");
   }
 
   void* const first = std::get<0>(pixels);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A table of times beside numpy and scipy.ndimage, on the same arrays, with results written into arrays that exist.
+"""A table of times of the package, numpy and scipy.ndimage, on the same arrays, with results into existing arrays.
 
     compare.py [64x64] [640x480] [4096x4096]
 """
@@ -24,7 +24,7 @@ def operations(width, height):
     """Name, the package's call, the other call."""
     random = np.random.default_rng(1)
     shape = (height, width)
-    a, b = random.integers(1, 255, (2, *shape), dtype=np.uint8)  # no extreme that ends a search early
+    a, b = random.integers(1, 255, (2, *shape), dtype=np.uint8)  # without an extreme that ends a search early
     f, g = random.random((2, *shape), dtype=np.float32) * 255 + 1
     words, whole = random.integers(-1000, 1000, shape, dtype=np.int16), random.integers(-300, 600, shape, dtype=np.int32)
     mask = random.random(shape) < 0.5
@@ -76,13 +76,13 @@ def operations(width, height):
 
 
 def runs(call):
-    """A timer of the call, and how often it runs in about a hundredth of a second."""
+    """A timer of the call, and the number of calls in about a hundredth of a second."""
     timer = timeit.Timer(call)
     return timer, max(1, int(0.01 / max(min(timer.repeat(3, 1)), 1e-7)))
 
 
 def seconds(ours, theirs):
-    """The shortest times of both, measured alternately: what disturbs one disturbs the other."""
+    """The shortest times of both, measured alternately, so that other load affects both."""
     pairs = [runs(ours), runs(theirs)]
     found = [[], []]
     start = time.monotonic()

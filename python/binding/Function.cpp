@@ -17,7 +17,7 @@ Signature::Signature(const char* documentation) {
   const std::size_t open = line.find('('), close = line.rfind(')');
   name_ = line.substr(0, open);
 
-  // Parameters are parted by commas that stand in no bracket of a default.
+  // Parameters are separated by commas outside the brackets of defaults.
   std::string_view rest = line.substr(open + 1, close - open - 1);
   while (!rest.empty()) {
     int depth = 0;
@@ -38,8 +38,7 @@ Signature::Signature(const char* documentation) {
 std::size_t Signature::indexOf(PyObject* keyword) const {
   const auto found = std::find(parameters_.begin(), parameters_.end(), keyword);
   if (found != parameters_.end()) return static_cast<std::size_t>(found - parameters_.begin());
-  for (std::size_t index = 0; index < parameters_.size();
-       ++index) {  // a name that was put together at run time
+  for (std::size_t index = 0; index < parameters_.size(); ++index) {  // a name that is not interned
     if (PyUnicode_Compare(parameters_[index], keyword) == 0) return index;
   }
   throwTypeError(name_ + "() got an unexpected keyword argument '" +

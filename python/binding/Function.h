@@ -2,9 +2,8 @@
 
 // Functions of the module.
 //
-// They are registered here, as functions that get their arguments in an array, and not by pybind11's own
-// `def`: its dispatch takes half a microsecond where keywords are used, twice as long as a whole call takes
-// here.
+// They get their arguments in an array and are not registered by pybind11's `def`: its dispatch takes half a
+// microsecond for calls with keywords, twice the time of a whole call here.
 
 #include <array>
 #include <cstddef>
@@ -17,7 +16,7 @@
 namespace Zorvan::Python {
 
 /// Name and parameters of a function, read from the first line of its documentation:
-/// `name(first, second=default, ...)`. The line is also what Python's inspect shows.
+/// `name(first, second=default, ...)`. Python's inspect shows this line too.
 class Signature {
  public:
   Signature() = default;
@@ -26,8 +25,8 @@ class Signature {
   const char* name() const { return name_.c_str(); }
   std::size_t count() const { return parameters_.size(); }
 
-  /// Sorts the arguments of a call into `values`, one for each parameter. Throws Python's TypeError for those
-  /// that do not fit.
+  /// Writes the arguments of a call into `values`, one for each parameter. Throws Python's TypeError if they
+  /// do not match the parameters.
   void read(PyObject* const* arguments, Py_ssize_t positional, PyObject* keywords, Value* values) const;
 
  private:
@@ -38,7 +37,7 @@ class Signature {
   std::size_t required_ = 0;
 };
 
-/// The function whose body is `body`, which gets one Value for each parameter and returns a new reference.
+/// The function with the body `body`, which gets one Value for each parameter and returns a new reference.
 template <auto body>
 class Function;
 

@@ -9,7 +9,7 @@ namespace Zorvan::Python {
 
 namespace {
 
-constexpr int kNative = NPY_ARRAY_C_CONTIGUOUS | NPY_ARRAY_NOTSWAPPED;
+constexpr int nativeLayout = NPY_ARRAY_C_CONTIGUOUS | NPY_ARRAY_NOTSWAPPED;
 
 std::string nameOfType(int number) {
   const auto type =
@@ -53,7 +53,7 @@ int typeToCopyTo(PyArray_Descr* type, TypeSet types) {
   return NPY_NOTYPE;
 }
 
-/// Tells why `array` is not usable, and what makes it so.
+/// Throws an error that explains why `array` is not usable, and how to convert it.
 [[noreturn]] void throwUnusable(PyArrayObject* array, const char* name, TypeSet types) {
   const std::string subject = name;
   if (PyArray_TYPE(array) >= 32 || (types & setOf(PyArray_TYPE(array))) == 0) {
@@ -84,7 +84,7 @@ py::object usableCopy(PyArrayObject* array, const char* name, TypeSet types) {
   if (number == NPY_NOTYPE) throwUnusable(array, name, types);
   auto copy = py::reinterpret_steal<py::object>(
       PyArray_FromArray(array, PyArray_DescrFromType(number),
-                        kNative | NPY_ARRAY_ENSURECOPY | NPY_ARRAY_FORCECAST | NPY_ARRAY_WRITEABLE));
+                        nativeLayout | NPY_ARRAY_ENSURECOPY | NPY_ARRAY_FORCECAST | NPY_ARRAY_WRITEABLE));
   if (!copy) throw py::error_already_set();
   return copy;
 }
@@ -118,7 +118,7 @@ Operand Operand::source(Value value, const char* name, TypeSet types, bool mayCo
   return operand;
 }
 
-Operand Operand::mask(Value value, bool mayCopy) { return source(value, "mask", kMaskTypes, mayCopy); }
+Operand Operand::mask(Value value, bool mayCopy) { return source(value, "mask", maskTypes, mayCopy); }
 
 Operand Operand::destination(Value value, const char* name, TypeSet types, bool mayCopy) {
   Operand operand(arrayOf(value, name, mayCopy), name);

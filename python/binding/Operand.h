@@ -11,12 +11,12 @@
 
 namespace Zorvan::Python {
 
-/// A numpy array as an image of the library, in place: two dimensions, rows without a gap, native bytes. Any
-/// other array is refused with an error that says what to do, or replaced by such a copy if the caller allows
-/// it.
+/// A numpy array as an image of the library, in place: two dimensions, rows without gaps, native byte order.
+/// Any other array is refused with an error that explains what to do, or copied into such an array if the
+/// caller allows it.
 class Operand {
  public:
-  /// An array that is read. `types` are the types that it may have.
+  /// An array that is read, of one of `types`.
   static Operand source(Value value, const char* name, TypeSet types, bool mayCopy);
 
   /// An array of bytes or booleans.
@@ -25,36 +25,36 @@ class Operand {
   /// An array that is written.
   static Operand destination(Value value, const char* name, TypeSet types, bool mayCopy);
 
-  /// The array `out` if there is one, and otherwise a new array of `region`'s extent, which the region fills.
-  /// With `cleared`, a new array is of zeros.
+  /// The array `out` if it is given, otherwise a new array of the size of `region`. With `cleared`, a new
+  /// array is filled with zeros.
   static Operand result(Value out, int type, const Region& region, bool mayCopy, bool cleared = false);
 
   int type() const { return PyArray_TYPE(array()); }
   Py_ssize_t rows() const { return PyArray_DIM(array(), 0); }
   Py_ssize_t columns() const { return PyArray_DIM(array(), 1); }
 
-  /// Puts `region` on the array. Throws IppError unless it lies inside.
+  /// Sets the region of the array. Throws IppError unless it lies inside.
   void place(const Region& region);
 
   /// Throws unless the regions of this destination and of `source` share no memory.
   void requireApart(const Operand& source) const;
 
-  /// The same, but that both may be the very same region of one array.
+  /// The same, but both may be the same region of one array.
   void requireApartOrSame(const Operand& source) const;
 
   bool isSameRegion(const Operand& other) const {
     return first_ == other.first_ && columns() == other.columns();
   }
 
-  /// An image that begins at the region's first pixel and has the array's width, as the distance of rows
-  /// follows from it. Only pixels of the region may be used.
+  /// An image that begins at the region's first pixel. It has the array's width, because the stride follows
+  /// from the width. Only pixels of the region may be used.
   template <class T>
   Ipp::Image::IppIMemory<T> view() const {
     return Ipp::Image::IppIMemory<T>::CreateContainer(reinterpret_cast<T*>(first_),
                                                       static_cast<int>(columns()), static_cast<int>(height_));
   }
 
-  /// The array with the result, as a new reference: the caller's own wherever it can be written.
+  /// The array with the result, as a new reference. It is the caller's array if that can be written.
   PyObject* finish();
 
  private:
@@ -64,14 +64,14 @@ class Operand {
   void requireTwoDimensions() const;
 
   py::object array_;
-  py::object original_;  // what a destination was copied from
+  py::object original_;  // the array of which the destination is a copy
   const char* name_;
   char* first_ = nullptr;
   char* last_ = nullptr;  // the end of the region's last row
   Py_ssize_t height_ = 0;
 };
 
-/// The truth of a flag that is False if not given.
+/// The value of a flag that is False by default.
 bool isTrue(Value value);
 
 }  // namespace Zorvan::Python

@@ -1,6 +1,6 @@
 #pragma once
 
-// The pixel types of each family of operations, as the facades export them, and their numpy types.
+// The pixel types of each family of operations in the facades, and their numpy types.
 
 #include <cstdint>
 
@@ -23,7 +23,7 @@ template <class... T>
 struct Pixels {
   static constexpr TypeSet set = (setOf(numpyType<T>) | ...);
 
-  /// Calls `body` with the pixel type of the numpy type `number`, which must be of the list.
+  /// Calls `body` with the pixel type of the numpy type `number`, which must be in the list.
   template <class Body>
   static void with(int number, Body body) {
     static_cast<void>(((number == numpyType<T> && (body.template operator()<T>(), true)) || ...));
@@ -45,7 +45,7 @@ using MorphologyPixels = Pixels<u8, float>;
 using FilteringPixels = Pixels<u8, s16, float>;
 using FloodFillPixels = Pixels<u8, u16, int, float>;
 
-/// A mask's bytes are selected by being nonzero, so numpy's booleans are masks as they are.
-inline constexpr TypeSet kMaskTypes = setOf(numpyType<u8>) | setOf(NPY_BOOL);
+/// A mask selects by bytes that are not zero, so numpy's booleans can be used as masks.
+inline constexpr TypeSet maskTypes = setOf(numpyType<u8>) | setOf(NPY_BOOL);
 
 }  // namespace Zorvan::Python

@@ -41,7 +41,8 @@ Pair readPair(Value value, const char* name, const char* contents) {
 
 void requireInside(const Region& region, const char* name, Py_ssize_t rows, Py_ssize_t columns) {
   const bool empty = region.height < 1 || region.width < 1;
-  // Differences: the sums of what Python hands over could overflow, as could these for an empty region.
+  // Differences, because sums of arguments could overflow. For an empty region the differences could overflow
+  // too.
   const bool inside = !empty && region.row >= 0 && region.column >= 0 && region.row <= rows - region.height &&
                       region.column <= columns - region.width;
   if (inside) return;

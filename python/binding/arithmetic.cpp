@@ -31,8 +31,8 @@ ARITHMETIC(Square)
 ARITHMETIC(SquareRoot)
 #undef ARITHMETIC
 
-/// The library leaves the pixels that the mask does not select without a value, so the sum is formed in an
-/// image of its own, and only the selected pixels are copied back.
+/// In the library, pixels that the mask does not select have no defined result. So the sum is computed in a
+/// separate image, and only the selected pixels are copied back.
 template <class T>
 void addWhereSelected(IppIMemory<T>& image, IppIMemory<u8>& mask, T value, Rect rect) {
   IppIMemory<T> sum(rect.width, rect.height);
@@ -105,17 +105,17 @@ void defineArithmetic(py::module_& module) {
   Function<binary<Add>>::define(module, R"(add(a, b, out=None, region=None, copy=False)
 --
 
-a + b. Sums of uint8 end at 255, they do not wrap.
+a + b. Sums of uint8 saturate to 255, they do not wrap.
 )" PARAMETERS_OF_TWO);
   Function<binary<Subtract>>::define(module, R"(subtract(a, b, out=None, region=None, copy=False)
 --
 
-a - b. Differences of uint8 end at 0, they do not wrap.
+a - b. Differences of uint8 saturate to 0, they do not wrap.
 )" PARAMETERS_OF_TWO);
   Function<binary<Multiply>>::define(module, R"(multiply(a, b, out=None, region=None, copy=False)
 --
 
-a * b. Products of uint8 end at 255, they do not wrap.
+a * b. Products of uint8 saturate to 255, they do not wrap.
 )" PARAMETERS_OF_TWO);
   Function<binary<Divide>>::define(module, R"(divide(a, b, out=None, region=None, copy=False)
 --
@@ -129,10 +129,10 @@ the last place.
   Function<addConstant>::define(module, R"(add_constant(image, value, region=None, mask=None, copy=False)
 --
 
-Adds value to the pixels of image, or to those that mask selects. In place. Sums of uint8 end at 255.
+Adds value to the pixels of image, or to those that mask selects. In place. Sums of uint8 saturate to 255.
 
 image: (rows, columns) of uint8 or float32.
-value: a number that the type holds.
+value: a number that the type can represent.
 region: (row, column, height, width), the same in every array; all of image by default.
 mask: array of uint8 or bool; a pixel is selected where it is not zero. With it the call takes memory of the
       region's size.
@@ -160,7 +160,7 @@ Magnitudes of float32 pixels. Bytes have none: uint8 raises IppError of code -59
   Function<unary<Square>>::define(module, R"(square(src, out=None, region=None, copy=False)
 --
 
-src * src. Squares of uint8 end at 255, they do not wrap.
+src * src. Squares of uint8 saturate to 255, they do not wrap.
 )" PARAMETERS_OF_ONE);
   Function<unary<SquareRoot>>::define(module, R"(square_root(src, out=None, region=None, copy=False)
 --

@@ -18,7 +18,7 @@ PyObject* floodFill(Value image, Value seed, Value value, Value region, Value ma
   const Region area = readRegion(region, filled.rows(), filled.columns());
   filled.place(area);
   const auto [row, column] = readPair(seed, "seed", "(row, column)");
-  // Compared with the region before the places are counted from it, where they fit the library's integers.
+  // Tested before the seed is made relative to the region, where it fits into the library's integers.
   const bool inside = row >= area.row && row - area.row < area.height && column >= area.column &&
                       column - area.column < area.width;
   if (!inside) {
@@ -54,7 +54,7 @@ Sets the pixels that are connected with the pixel at seed, over their four sides
 
 image: (rows, columns) of uint8, uint16, int32 or float32.
 seed: (row, column) of image, also where a region is given. Outside of the region it raises IppError of code -11.
-value: a number that the type holds. If the pixel at seed has it already, nothing is done and all of the result
+value: a number that the type can represent. If the pixel at seed has it already, nothing is done and all of the result
        is 0.
 region: (row, column, height, width) that the fill does not leave; all of image by default.
 copy: an array that cannot be used in place is filled through a copy, instead of being refused.

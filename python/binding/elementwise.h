@@ -1,6 +1,6 @@
 #pragma once
 
-// Bodies of the operations that combine pixels of equal places.
+// Functions for operations in which each pixel of the result depends on one place of the sources.
 
 #include "Operand.h"
 #include "errors.h"
@@ -30,8 +30,8 @@ PyObject* unary(Value src, Value out, Value region, Value mayCopy) {
   return result.finish();
 }
 
-/// Operations of two sources. `apply(a, b, result, rect)` and `apply(a, b, rect)`, which writes b, take them
-/// in the library's order: what is taken away, or divided by, is the first. Python's order is the usual one.
+/// Operations of two sources. `apply(a, b, result, rect)` and `apply(a, b, rect)`, which writes b, use the
+/// library's order: the subtrahend or divisor is the first. Python's order is the usual one.
 template <class Operation>
 PyObject* binary(Value a, Value b, Value out, Value region, Value mayCopy) {
   using Types = typename Operation::Types;

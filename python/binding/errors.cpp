@@ -44,11 +44,11 @@ void setPythonError() {
       setIppError(py::int_(report.code), py::str(report.name), report.message);
     } catch (const std::bad_alloc&) {
       PyErr_NoMemory();
-    } catch (const std::exception& exception) {  // the containers' own, which have a text alone
+    } catch (const std::exception& exception) {  // from the containers, with a text only
       setIppError(py::none(), py::none(), exception.what());
     }
   } catch (
-      py::error_already_set& error) {  // Python's own, also one that came up while another was translated
+      py::error_already_set& error) {  // from Python, also if raised while another exception was translated
     error.restore();
   }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// How failures reach Python. Arguments of the wrong type raise TypeError, arrays that cannot be used as they
-// are ValueError, and what the library reports raises the package's IppError.
+// Failures in Python. Arguments of the wrong type raise TypeError, arrays that cannot be used in place raise
+// ValueError, and failures of the library raise the package's IppError.
 
 #include <string>
 
@@ -10,7 +10,7 @@
 
 namespace Zorvan::Python {
 
-/// What an IppException says, taken apart.
+/// The parts of an IppException's text.
 struct Report {
   int code;
   std::string name;
@@ -19,18 +19,18 @@ struct Report {
 
 Report reportOf(const Ipp::IppException& exception);
 
-/// Throws IppError of `status`, with an explanation behind the status's own message.
+/// Throws IppError of `status`, with an explanation after the message of the status.
 [[noreturn]] void throwIppError(Ipp::eIppResultStatus status, const std::string& explanation);
 
 /// Sets Python's error for the C++ exception that is being handled.
 void setPythonError();
 
 /// Runs `operation` without the interpreter's lock. A status after which all pixels have been written becomes
-/// an IppWarning: as an exception it would withhold the result. Every other failure is thrown on.
+/// an IppWarning, because an exception would lose the result. Every other failure is rethrown.
 template <class Operation>
 void run(Operation operation);
 
-/// Issues the IppWarning of `exception` if all pixels have been written, and throws it on if not.
+/// Issues the IppWarning of `exception` if all pixels have been written, and rethrows it if not.
 void warnOrRethrow(const Ipp::IppException& exception);
 
 template <class Operation>

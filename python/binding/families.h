@@ -4,7 +4,7 @@
 
 namespace Zorvan::Python {
 
-// The functions of each family are added to the module by one of these.
+// Each of these adds the functions of a family to the module.
 void defineInitializer(py::module_& module);
 void defineArithmetic(py::module_& module);
 void defineLogical(py::module_& module);

@@ -64,11 +64,11 @@ The Laplace filter, with the kernel
                       -3  0  6  0 -3
                       -1 -3 -4 -3 -1
 
-src: (rows, columns) of uint8, int16 or float32. Sums of integers end at the limits of their type.
+src: (rows, columns) of uint8, int16 or float32. Sums of integers saturate to the limits of their type.
 size: 3 or 5.
 border: what counts as pixels outside of the region, also inside src: 'replicate' for the region's nearest
         pixel, 'constant' for value.
-value: a number that the type holds, for border='constant'.
+value: a number that the type can represent, for border='constant'.
 out: array of the same type, written in the region; without it a new array of the region's shape. It may not
      share memory with src.
 region: (row, column, height, width), the same in both arrays; all of src by default.

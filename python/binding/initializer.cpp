@@ -11,7 +11,7 @@ namespace {
 using Ipp::Image::Initializer;
 using Ipp::Image::IppIMemory;
 
-/// The numpy type that a dtype argument names.
+/// The numpy type of a dtype argument.
 int readType(Value dtype) {
   PyArray_Descr* descriptor = nullptr;
   if (PyArray_DescrConverter(dtype, &descriptor) == NPY_FAIL) throw py::error_already_set();
@@ -20,7 +20,7 @@ int readType(Value dtype) {
                                                                            : NPY_NOTYPE;
 }
 
-/// The array shares the image's block, which goes with the last array that shows it.
+/// The array shares the image's block, which is freed with the last array that uses it.
 template <class T>
 py::object arrayOfNewImage(Py_ssize_t rows, Py_ssize_t columns) {
   const auto image = Initializer::Allocate<T>(static_cast<int>(columns), static_cast<int>(rows));
@@ -149,7 +149,7 @@ Returns the array that was written.)");
 Sets the pixels of image, or those that mask selects, to value. In place.
 
 image: (rows, columns) of uint8, uint16, int16, int32 or float32.
-value: a number that the type holds; nothing is rounded or wraps.
+value: a number that the type can represent; it is not rounded or wrapped.
 region: (row, column, height, width), the same in every array; all of image by default.
 mask: array of uint8 or bool; a pixel is selected where it is not zero.
 copy: copy arrays that cannot be used in place, instead of refusing them.

@@ -48,7 +48,7 @@ eComparison readComparison(Value value) {
                         std::string(py::repr(py::handle(value))));
 }
 
-/// The library cuts values to the whole numbers of a byte. Here such a value is an error instead.
+/// The library truncates values to whole numbers of 8 bits. Here such a value is an error instead.
 float readConstant(Value value) {
   const double number = PyFloat_AsDouble(value);
   if (number == -1 && PyErr_Occurred() != nullptr) throw py::error_already_set();

@@ -1,4 +1,4 @@
-// The module zorvan_ipp._binding; the package zorvan_ipp shows its functions.
+// The module zorvan_ipp._binding. The package zorvan_ipp exports its functions.
 
 #define ZORVAN_IPP_FILLS_NUMPY_TABLE
 #include "numpy_api.h"

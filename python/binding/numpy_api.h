@@ -1,6 +1,6 @@
 #pragma once
 
-// Numpy's C interface, one table of functions for all sources of the module. module.cpp fills it.
+// Numpy's C interface: one table of functions for all sources of the module, which module.cpp fills.
 
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>

@@ -8,7 +8,7 @@
 
 namespace Zorvan::Python {
 
-/// A number as a pixel of type T. Throws unless the type holds it: nothing is cut off, nothing wraps.
+/// A number as a pixel of type T. Throws unless the type can represent it: nothing is truncated or wrapped.
 template <class T>
 T readPixel(Value value) {
   if constexpr (std::is_floating_point_v<T>) {
@@ -29,7 +29,7 @@ T readPixel(Value value) {
   }
 }
 
-/// A pixel, or another number that is whole for whole pixels, as Python's number.
+/// A pixel, or another number that is an integer for integer pixels, as a Python number.
 template <class T>
 py::object toPython(double value) {
   if constexpr (std::is_floating_point_v<T>) {

@@ -130,8 +130,8 @@ The largest pixel. A NaN may be the result or be passed over.
 
 The mean of the pixels, or of those that mask selects; 0 if there are none.
 
-The result is a pixel of src's type: the mean of integers is cut off to a whole number, that of 1 and 2 is 1.
-mean_std_dev does not cut it off.
+The result is a pixel of src's type: the mean of integers is truncated, that of 1 and 2 is 1.
+mean_std_dev does not truncate it.
 
 src: (rows, columns) of uint8, uint16 or float32.
 region: (row, column, height, width), the same in every array; all of src by default.

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Counts and measures the discs of a picture that no worker could hold.
+"""Counts and measures the discs of a picture that is larger than the memory of each worker.
 
     discs.py [--size 20000] [--tile 2000] [--limit MB] [--kill]
 
-The picture is drawn into tiles on disk by the workers of a local cluster, two processes of bounded memory. They
-count the discs and measure them, across the tiles' seams. The first of them is killed on the way with --kill.
-Then one process alone does the same on a part that fits it, and the two are compared.
+The workers of a local cluster, two processes with limited memory, draw the picture into tiles on disk. They count and
+measure the discs, also those that extend over several tiles. With --kill the first worker is killed during the work.
+Then one process does the same on a part that fits into its memory, and the results are compared.
 """
 
 import argparse
@@ -15,7 +15,7 @@ import signal
 import tempfile
 import time
 
-# Workers say at length how one of them went; here that is done on purpose.
+# Workers log in detail that one of them was lost; here that is intended.
 os.environ["DASK_LOGGING__DISTRIBUTED"] = "critical"
 os.environ["DASK_DISTRIBUTED__COMM__TIMEOUTS__CONNECT"] = "3s"
 
@@ -27,7 +27,7 @@ from distributed import Client, LocalCluster
 import zorvan_ipp as zi
 from zorvan_ipp import chunked
 
-CELL = 250  # one disc in each square of so many pixels, away from its edges
+CELL = 250  # side of the squares; each has one disc, which does not touch the edges
 
 
 def disc_of(row, column):
@@ -39,7 +39,7 @@ def disc_of(row, column):
 
 
 def draw(block_info=None):
-    """One tile: discs on a darker ground, grain, and bright specks that are no discs."""
+    """One tile: discs on a darker background, noise, and bright specks that are not discs."""
     (top, bottom), (left, right) = block_info[None]["array-location"]
     random = np.random.default_rng((top, left))
     tile = random.integers(20, 80, (bottom - top, right - left), dtype=np.uint8)
@@ -56,17 +56,17 @@ def draw(block_info=None):
 
 
 def count(picture):
-    """The discs, lazily: opening removes the specks, what is bright then is a disc."""
+    """The discs, as a lazy result: an opening removes the specks, then each bright area is a disc."""
     return chunked.objects(chunked.open(picture, (5, 5)) > 105, picture)
 
 
 def peak():
-    """The most memory that this process has had, in MB."""
+    """The peak memory of this process, in MB."""
     return resource.getrusage(resource.RUSAGE_SELF).ru_maxrss // 1024
 
 
 def kill_one(client, future):
-    """Ends a worker without notice, once the first chunks are done and long before the last."""
+    """Kills a worker after the first chunks and long before the last one."""
     while not any(client.has_what().values()):
         time.sleep(0.01)
     assert not future.done()
@@ -100,7 +100,7 @@ def draw_and_count(options, size, folder):
 
 
 def count_alone(side, folder):
-    """The discs of the picture's upper left part, cut out as one chunk, and no cluster takes part."""
+    """The discs of the upper left part of the picture, as one chunk, without a cluster."""
     part = dask.array.from_zarr(folder)[:side, :side].compute(scheduler="synchronous")
     return count(dask.array.from_array(part, part.shape)).compute(scheduler="synchronous")
 

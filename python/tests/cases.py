@@ -9,7 +9,7 @@ import zorvan_ipp as zi
 
 
 class Case:
-    """A region, and arrays that contain it, each of a shape of its own."""
+    """A region, and arrays of different shapes that contain it."""
 
     def __init__(self, seed, region, shapes, whole):
         self.random = np.random.default_rng(seed)
@@ -70,7 +70,7 @@ def quietly(function, *arguments, **keywords):
 
 
 def check_written(function, definition, case, sources, out, equal=np.testing.assert_array_equal):
-    """`function(*sources, out=, region=)` writes what `definition` has of the region, and nothing else."""
+    """`function(*sources, out=, region=)` writes the result of `definition` for the region, and nothing else."""
     before = [source.copy() for source in sources]
     expected = out.copy()
     wanted = quietly(definition, *[source[case.inside] for source in sources])

@@ -90,7 +90,7 @@ def test_numpy_numbers_name_regions():
 
 
 def test_rows_beyond_the_library():
-    """The distance of rows has 32 bits. (The pages of these zeros are never touched.)"""
+    """The stride has 32 bits. (The pages of these zeros are never accessed.)"""
     with pytest.raises(ValueError, match="src is too large"):
         zi.minimum(np.zeros((1, 2**29), np.float32))
 
@@ -199,7 +199,7 @@ def test_copied_destination_is_written_back():
 
 
 def test_copies_only_when_asked():
-    """In place means in place: what is read while it changes elsewhere is the caller's memory."""
+    """In place, the call reads the caller's memory, so it reads changes by another thread."""
     src = image()
     result = zi.copy(src, region=(0, 0, 20, 30))
     assert not np.shares_memory(result, src)
@@ -222,7 +222,7 @@ def test_overlap_is_refused():
         zi.add(image(), array[:20], out=array[1:21])
     with pytest.raises(ValueError, match="shares memory with mask"):
         zi.fill(array, 1, mask=array)
-    zi.copy(array[:20], out=array[20:])  # neighbours share nothing
+    zi.copy(array[:20], out=array[20:])  # adjacent rows share no memory
 
 
 def test_same_memory_in_another_shape_is_refused():
@@ -313,7 +313,7 @@ def test_arguments():
 
 @pytest.mark.parametrize("name", functions)
 def test_documentation(name):
-    """Each function says what it takes: all parameters, in its text and in its type hints."""
+    """The documentation and the type hints of each function have all parameters."""
     function = functions[name]
     signature = inspect.signature(function)
     for parameter in signature.parameters:

@@ -1,4 +1,4 @@
-"""Results over chunks are those of the whole picture."""
+"""Results for chunks are equal to those for the whole picture."""
 
 import dask
 import dask.array
@@ -71,7 +71,7 @@ def test_mean_std_dev(chunks, seed, dtype, share):
 @few
 @given(seed=st.integers(0, 10**6), base=st.integers(0, 255), spread=st.integers(0, 255))
 def test_sums_are_restored(seed, base, spread):
-    """Rounding restores the library's sums, whatever mean and deviation are."""
+    """Rounding restores the library's sums for every mean and deviation."""
     random = np.random.default_rng(seed)
     pixels = np.clip(random.integers(base, base + spread + 1, (1500, 1500)), 0, 255).astype(np.uint8)
     mask = random.random(pixels.shape) < 0.9
@@ -96,7 +96,7 @@ def test_min_max_index(chunks, seed, dtype, share):
 @few
 @given(chunks=cut(), seed=st.integers(0, 99), share=st.floats(0.3, 0.8))
 def test_objects(chunks, seed, share):
-    """Around a share of 0.6 areas wind through many chunks."""
+    """At a share of about 0.6, areas extend over many chunks."""
     pixels = random_pixels(chunks, seed)
     mask = np.random.default_rng(seed).random(pixels.shape) < share
     found = chunked.objects(dask.array.from_array(mask, chunks), dask.array.from_array(pixels)).compute()
@@ -106,7 +106,7 @@ def test_objects(chunks, seed, share):
 
 
 def check_objects(found, mask, pixels):
-    """Against areas grown pixel by pixel."""
+    """Compared with areas that are grown pixel by pixel."""
     rest = mask.copy()
     for thing in found:
         stack = [tuple(np.argwhere(rest)[0])]

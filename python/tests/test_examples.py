@@ -17,11 +17,11 @@ def run(*words, folder):
 
 
 def test_tutorial(tmp_path, monkeypatch):
-    """The page's lines as they stand, on the demo's photograph."""
+    """The lines of the page, on the demo's photograph."""
     command = [root / "examples/coins/get_picture", tmp_path / "coins.png"]
     fetched = subprocess.run(command, capture_output=True, text=True)
     if fetched.returncode != 0:
-        pytest.skip("the photograph cannot be had: " + fetched.stderr.strip().splitlines()[-1])
+        pytest.skip("the photograph is not available: " + fetched.stderr.strip().splitlines()[-1])
     (lines,) = re.findall(r"```python\n(.*?)```", (root / "docs/python.md").read_text(), re.DOTALL)
     (tmp_path / "tutorial.py").write_text(lines)
     monkeypatch.setenv("MPLBACKEND", "agg")
@@ -31,6 +31,6 @@ def test_tutorial(tmp_path, monkeypatch):
 
 
 def test_discs(tmp_path):
-    """Small, with a worker killed: the example itself compares what it finds."""
+    """A small picture, with a killed worker. The example itself compares its results."""
     out = run(root / "python/examples/discs.py", "--size", 4000, "--tile", 1000, "--kill", folder=tmp_path)
     assert "killed worker" in out and "found: 256 discs" in out and "the same 256 discs, to the last digit" in out

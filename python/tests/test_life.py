@@ -72,7 +72,7 @@ def test_results_outlive_their_sources():
     gone = weakref.ref(image)
     del image
     gc.collect()
-    assert gone() is not None  # the part keeps it
+    assert gone() is not None  # the view keeps it alive
     assert (part == 5).all()
     del part
     gc.collect()
@@ -103,7 +103,7 @@ def test_the_lock_is_released():
 
     meanwhile = 0
     switch = sys.getswitchinterval()
-    sys.setswitchinterval(100)  # the lock changes hands only where it is let go
+    sys.setswitchinterval(100)  # threads switch only where the lock is released
     try:
         thread = threading.Thread(target=work)
         thread.start()
@@ -143,7 +143,7 @@ def test_different_functions_at_once():
 
 
 def test_interrupt():
-    """Control-C ends a loop of calls between two of them, and the array is whole."""
+    """Control-C ends a loop between two calls, and the array is completely written."""
     program = textwrap.dedent(
         """
         import numpy as np, zorvan_ipp as zi

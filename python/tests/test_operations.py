@@ -1,4 +1,4 @@
-"""Every function against its definition in numpy, on shapes, regions, types and masks drawn at random."""
+"""Every function compared with its definition in numpy, on random shapes, regions, types and masks."""
 
 import operator
 

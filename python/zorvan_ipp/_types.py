@@ -11,7 +11,7 @@ class MeanStdDev(NamedTuple):
 
 
 class MinMaxIndex(NamedTuple):
-    """Extremes of pixels and their first places, as (row, column) of the array."""
+    """Extremes of pixels and their first positions, as (row, column) of the array."""
 
     min: float
     min_index: Tuple[int, int]
@@ -20,7 +20,7 @@ class MinMaxIndex(NamedTuple):
 
 
 class ConnectionInfo(NamedTuple):
-    """What a flood fill has filled: the number of pixels, their new value, and the region around them,
+    """The result of a flood fill: the number of filled pixels, their new value, and the region around them,
     (row, column, height, width) of the array."""
 
     area: int
@@ -29,7 +29,7 @@ class ConnectionInfo(NamedTuple):
 
 
 class _Status:
-    """A status of the library: `code` and `name` are None for its failures that have a text alone."""
+    """A status of the library. `code` and `name` are None for failures that have only a text."""
 
     def __init__(self, code: Optional[int], name: Optional[str], message: str):
         super().__init__(code, name, message)

@@ -1,8 +1,8 @@
 """The operations on dask arrays: pictures in chunks, in several threads, processes or machines.
 
-Pixel by pixel, dask.array.map_blocks does it: map_blocks(zorvan_ipp.add, a, b). This module has what needs more:
-neighbourhoods that reach into the next chunk, reductions whose parts combine exactly, and objects that lie
-across chunks. Results are the same for every chunking, and lazy: compute() them.
+For operations on single pixels use dask.array.map_blocks: map_blocks(zorvan_ipp.add, a, b). This module has the other
+operations: neighbourhoods that extend into the next chunk, reductions whose parts combine exactly, and objects that
+extend over several chunks. Results are the same for every chunking, and lazy: compute() them.
 
 Needs Debian's python3-dask, and python3-distributed for clusters.
 """
@@ -18,9 +18,8 @@ import zorvan_ipp
 
 __all__ = ["Object", "close", "dilate", "erode", "laplace", "mean_std_dev", "min_max_index", "objects", "open"]
 
-# --- neighbourhoods: each chunk is computed with a margin that the operation reaches at most, which is cut off
-# again. At the picture's edge there is no margin, so the operation finds the border there that it finds on the
-# whole picture.
+# --- neighbourhoods: each chunk is computed with a margin as wide as the neighbourhood, which is removed again. At
+# the edge of the picture there is no margin, so the operation uses the same border as for the whole picture.
 
 
 def _with_margin(function, array, reach, *arguments):
@@ -43,7 +42,7 @@ def dilate(array: dask.array.Array, size: Tuple[int, int] = (3, 3)) -> dask.arra
 
 def open(array: dask.array.Array, size: Tuple[int, int] = (3, 3)) -> dask.array.Array:
     """zorvan_ipp.open of the whole picture."""
-    return _with_margin(zorvan_ipp.open, array, [extent - 1 for extent in size], size)  # it reaches twice
+    return _with_margin(zorvan_ipp.open, array, [extent - 1 for extent in size], size)  # two operations
 
 
 def close(array: dask.array.Array, size: Tuple[int, int] = (3, 3)) -> dask.array.Array:
@@ -60,7 +59,7 @@ def laplace(array: dask.array.Array, size: int = 3, border: str = "replicate", v
 
 
 class _Sums(NamedTuple):
-    """Whole numbers, so that they add up to the same in any order."""
+    """Integers, so that the sums do not depend on the order."""
 
     count: int
     total: int
@@ -72,15 +71,15 @@ class _Sums(NamedTuple):
     def result(self):
         if self.count == 0:
             return zorvan_ipp.MeanStdDev(0.0, 0.0)
-        variance = self.count * self.squares - self.total**2  # times the count's square
+        variance = self.count * self.squares - self.total**2  # times the square of the count
         return zorvan_ipp.MeanStdDev(self.total / self.count, math.sqrt(variance) / self.count)
 
 
 def _sums(pixels, mask):
     count = int(numpy.count_nonzero(mask))
     if pixels.dtype == numpy.uint8:
-        # The library forms both from exact sums, to some units in the 16th digit. These sums have at most 13 for
-        # chunks of 2**27 pixels, so rounding restores them.
+        # The library computes both from exact sums, with an error of some units in the 16th digit. The sums have at
+        # most 13 digits for chunks of 2**27 pixels, so rounding restores them.
         mean, deviation = zorvan_ipp.mean_std_dev(pixels, mask)
         return _Sums(count, round(mean * count), round((mean**2 + deviation**2) * count))
     if pixels.dtype == numpy.uint16:
@@ -91,7 +90,7 @@ def _sums(pixels, mask):
 
 
 def _chunks(*arrays):
-    """The chunks of arrays of one shape, which are cut alike: (row, column) of each first pixel, and the chunks."""
+    """The chunks of arrays of one shape, with the same chunking: (row, column) of each first pixel, and the chunks."""
     first = arrays[0]
     others = [array.rechunk(first.chunks) for array in arrays[1:]]
     rows = numpy.cumsum([0, *first.chunks[0]])[:-1]
@@ -135,7 +134,7 @@ def _merge_extremes(parts):
     found = sum(parts, [])
     if not found:
         raise zorvan_ipp.IppError(1, "ippStsNoOperation", "No operation has been executed")
-    # The first place in the order of rows is the smallest pair of row and column.
+    # The first position in row order is the smallest pair of row and column.
     low, *low_place = min(lowest for lowest, _ in found)
     high, *high_place = min(highest for _, highest in found)
     return zorvan_ipp.MinMaxIndex(low, tuple(low_place), -high, tuple(high_place))
@@ -150,7 +149,7 @@ def min_max_index(array: dask.array.Array, mask: dask.array.Array):
 
 
 class Object(NamedTuple):
-    """Connected pixels of a mask: their number, the region around them, their mean place, and mean, standard
+    """Connected pixels of a mask: their number, the region around them, their mean position, and mean, standard
     deviation and extremes of the picture's pixels there."""
 
     area: int
@@ -165,7 +164,7 @@ class Object(NamedTuple):
 class _Part(NamedTuple):
     """The pixels of an object in one chunk, or in several. Rows and columns are those of the picture."""
 
-    first: Tuple[int, int]  # in the order of rows
+    first: Tuple[int, int]  # in row order
     box: Tuple[int, int, int, int]  # top, left, and the row and column after the last
     rows: int
     columns: int
@@ -228,12 +227,12 @@ def _measure(origin, labels, number, info, first, picture):
 
 @dask.delayed
 def _label(origin, mask, picture):
-    """Fills each object of the chunk with a number of its own."""
+    """Fills each object of the chunk with its own number."""
     picture = numpy.ascontiguousarray(picture)
     selected = numpy.ascontiguousarray(mask) != 0
     labels = numpy.zeros(selected.shape, numpy.int32)
     zorvan_ipp.fill(labels, -1, mask=selected)
-    # The first pixel of an object has none of it above, and none to its left.
+    # The pixels above and to the left of an object's first pixel are not selected.
     starts = selected.copy()
     starts[1:] &= ~selected[:-1]
     starts[:, 1:] &= ~selected[:, :-1]
@@ -248,7 +247,7 @@ def _label(origin, mask, picture):
 
 
 def _seams(chunks):
-    """The edges that meet: (chunk, its labels, next chunk, its labels)."""
+    """The common edges of chunks: (chunk, its labels, next chunk, its labels)."""
     by_origin = {chunk.origin: chunk for chunk in chunks}
     for chunk in chunks:
         row, column = chunk.origin
@@ -286,8 +285,8 @@ def _merge_objects(chunks):
 
 
 def objects(mask: dask.array.Array, picture: Optional[dask.array.Array] = None):
-    """A list of Object: the connected areas of `mask`, over the four sides of pixels, in the order of their first
-    pixels. They are measured in `picture`, of uint8; without it in the mask."""
+    """A list of Object: the areas of `mask` connected by the four sides of pixels, in the order of their first
+    pixels. They are measured in `picture`, of uint8, or in the mask if there is no picture."""
     if picture is None:
         picture = (mask != 0).astype(numpy.uint8)
     if picture.dtype != numpy.uint8:
