@@ -24,14 +24,14 @@ struct Area : Operand<T, Access::update> {
   static void prepare(T* pixels, Size size, std::uint32_t seed) {
     const Shape shape(size, seed);
     for (int y = 0; y < size.height; ++y) {
-      for (int x = 0; x < size.width; ++x) *pixels++ = shape.holds(x, y) ? T{1} : T{9};
+      for (int x = 0; x < size.width; ++x) *pixels++ = shape.contains(x, y) ? T{1} : T{9};
     }
   }
 };
 
 struct Constant {
   Constant(Size, std::uint32_t) {}
-  bool holds(int, int) const { return true; }
+  bool contains(int, int) const { return true; }
 };
 
 /// Areas with a diameter of some tens of pixels, connected by thin lines.
@@ -39,7 +39,7 @@ struct Blobs {
   Blobs(Size size, std::uint32_t seed) : width(size.width), mask(static_cast<std::size_t>(pixelsOf(size))) {
     makeBlobMask(mask.data(), size, seed);
   }
-  bool holds(int x, int y) const {
+  bool contains(int x, int y) const {
     return x == 0 || y % 32 == 0 ||
            mask[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + x] != 0;
   }
@@ -50,14 +50,14 @@ struct Blobs {
 /// Every second row, connected at alternating ends.
 struct Serpentine {
   Serpentine(Size size, std::uint32_t) : width(size.width) {}
-  bool holds(int x, int y) const { return y % 2 == 0 || x == (y % 4 == 1 ? width - 1 : 0); }
+  bool contains(int x, int y) const { return y % 2 == 0 || x == (y % 4 == 1 ? width - 1 : 0); }
   int width;
 };
 
 /// Every second column, connected by the first row.
 struct Comb {
   Comb(Size, std::uint32_t) {}
-  bool holds(int x, int y) const { return y == 0 || x % 2 == 0; }
+  bool contains(int x, int y) const { return y == 0 || x % 2 == 0; }
 };
 
 template <class T, class Shape>

@@ -21,7 +21,7 @@ OTHERS = pathlib.Path(__file__).parent / "others.csv"
 # Two minima of the same loop differ by up to this factor between runs, so a smaller difference is not a loss.
 TOLERANCE = 1.03
 
-# A time within this factor of the limit is never behind others.
+# A time within this factor of the limit is never slower than others.
 NEAR_LIMIT = 1.05
 
 # If the minima of the even and the odd rounds differ by more than this, the machine was busy.
@@ -32,8 +32,8 @@ NEIGHBOURS = 1.1
 # The time per pixel may grow by this factor at a limit, because memory gets slower there.
 CLIFF = 1.15
 
-# A variant is behind an older one if its time is longer by more than this factor.
-BEHIND = 1.1
+# A variant is reported as slower than an older one if its time is longer by more than this factor.
+SLOWER = 1.1
 
 MARKS = "<!-- tables begin -->", "<!-- tables end -->"
 VARIANT_MARKS = "<!-- variants begin -->", "<!-- variants end -->"
@@ -91,7 +91,7 @@ def marks(contest):
     if loses_to_plain(contest):
         found.append("slower than plain" + (" by the call" if loses_by_the_call(contest) else ""))
     if misses_others(contest):
-        found.append("behind others")
+        found.append("slower than others")
     if contest.limit_noise > NOISY:
         found.append("noisy limit")
     if contest.noise > NOISY:
@@ -155,17 +155,17 @@ def has_cliff(row):
     return any(cell and float(cell) > CLIFF for cell in row[2:])
 
 
-def behind_rows(contests, variants):
+def slower_rows(contests, variants):
     """Variants slower than an older one, the slowest first."""
     found = []
     for row in grouped(contests, "operation", "pixels", "size").values():
         older = None
         for c in sorted(row, key=lambda c: variants.index(c.variant)):
-            if older and c.ns > BEHIND * older.ns:
+            if older and c.ns > SLOWER * older.ns:
                 found.append((c.ns / older.ns, c, older))
             if older is None or c.ns < older.ns:
                 older = c
-    yield ("operation", "pixels", "size", "variant", "behind", "by")
+    yield ("operation", "pixels", "size", "variant", "slower than", "by")
     for ratio, c, older in sorted(found, key=lambda entry: -entry[0]):
         yield (c.operation, c.pixels, c.size, c.variant, older.variant, f"{ratio:.2f}")
 
@@ -206,7 +206,7 @@ def several_variants(contests):
         yield (f"Time per pixel of {above} over that of {below}, where some variant is above {CLIFF}",
                (row for i, row in enumerate(limit_rows(contests, variants, below, above))
                 if i == 0 or has_cliff(row)))
-    yield f"More than {BEHIND - 1:.0%} behind an older variant", behind_rows(contests, variants)
+    yield f"More than {SLOWER - 1:.0%} slower than an older variant", slower_rows(contests, variants)
 
 
 def report(context, contests, failures, table, heading):
@@ -226,7 +226,7 @@ def report(context, contests, failures, table, heading):
     if sections is one_variant:
         counts[:0] = [f"{sum(map(loses_to_plain, contests))} slower than the plain loop "
                       f"({sum(map(loses_by_the_call, contests))} of them by the call)",
-                      f"{sum(map(misses_others, contests))} behind what others reach"]
+                      f"{sum(map(misses_others, contests))} slower than others"]
     yield f"{len(contests)} contests: {', '.join(counts)}."
     for failure in failures:
         yield f"FAILED {failure}"

@@ -5,10 +5,10 @@
 namespace Snippets {
 namespace {
 
-TEST(Arithmetic, TheFirstImageIsTakenAwayAndDividesBy) {
-  std::vector<u8> behind{1, 2, 3, 4}, all{11, 22, 33, 3}, rest(4);
+TEST(Arithmetic, TheFirstImageIsSubtractedAndIsTheDivisor) {
+  std::vector<u8> beneath{1, 2, 3, 4}, all{11, 22, 33, 3}, rest(4);
   std::vector<float> times{2, 4, 5, 10}, light{4, 4, 10, 5};
-  auto background = wrap(behind, 2, 2), whole = wrap(all, 2, 2), difference = wrap(rest, 2, 2);
+  auto background = wrap(beneath, 2, 2), whole = wrap(all, 2, 2), difference = wrap(rest, 2, 2);
   auto exposure = wrap(times, 2, 2), picture = wrap(light, 2, 2);
   const Rect rect = picture.SizeToRoi();
   // snippet
@@ -43,7 +43,7 @@ TEST(Arithmetic, AWarningIsCaughtAndAWrongRegionIsNot) {
   EXPECT_EQ(raisedCode([&] { divide(weights, sums, means, {0, 0, 0, 2}); }), -6);
 }
 
-TEST(Arithmetic, AnAddendOfOnesOwn) {
+TEST(Arithmetic, AnAddendMadeByTheCaller) {
   std::vector<u8> pixels{1, 2, 250, 4}, selected{0, 1, 255, 0};
   auto image = wrap(pixels, 2, 2), mask = wrap(selected, 2, 2);
   const Rect rect = image.SizeToRoi();

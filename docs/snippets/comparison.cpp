@@ -3,7 +3,7 @@
 namespace Snippets {
 namespace {
 
-TEST(Comparison, WhatLiesBetweenTwoLimits) {
+TEST(Comparison, PixelsBetweenTwoLimits) {
   std::vector<float> pixels{49, 50, 200, 201};
   std::vector<u8> low(4), high(4);
   auto src = wrap(pixels, 2, 2);

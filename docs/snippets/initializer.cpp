@@ -3,7 +3,7 @@
 namespace Snippets {
 namespace {
 
-TEST(Initializer, ACropFromElsewhere) {
+TEST(Initializer, ACropAwayFromTheOrigin) {
   std::vector<u8> pixels{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
   auto picture = wrap(pixels, 6, 2);
   const Area area{3, 0, 2, 2};

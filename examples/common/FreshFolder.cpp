@@ -33,7 +33,7 @@ void requireReplaceable(const fs::path& target, const FreshFolder::Accepts& isRe
   if (!fs::is_directory(target)) throw std::runtime_error(target.string() + ": is not a folder");
   for (const fs::directory_entry& entry : fs::directory_iterator(target)) {
     if (entry.is_regular_file() && isResult(entry.path())) continue;
-    throw std::runtime_error(target.string() + ": would be replaced, and holds " +
+    throw std::runtime_error(target.string() + ": would be replaced, and contains " +
                              entry.path().filename().string() +
                              ", which is not from an earlier run; move that away or name another folder");
   }

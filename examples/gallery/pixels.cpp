@@ -161,7 +161,7 @@ void showComparer(Rows& rows) {
   IppIMemory<float> floats = toFloat(picture);
   const Rect whole = picture.SizeToRoi();
   makeConstant<u8>(mask, picture, 0);
-  ROW("255 where the comparison holds, 0 elsewhere.", rows.inputs("floats", floats), mask,
+  ROW("255 where the comparison is true, 0 elsewhere.", rows.inputs("floats", floats), mask,
       Comparer<float>::Compare(floats, mask, whole, 130, Zorvan::eGreater));
 }
 

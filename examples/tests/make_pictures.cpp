@@ -140,7 +140,7 @@ int main(int argumentCount, char** arguments) {
   const std::string whole = Examples::readText(folder + "noise.png");
   const std::string wholeInterlaced = Examples::readText(folder + "noise_interlaced.png");
   Examples::writeText(folder + "empty.png", "");
-  Examples::writeText(folder + "text.png", "This is a text, whatever its name says.\n");
+  Examples::writeText(folder + "text.png", "This is a text, although its name ends in .png.\n");
   Examples::writeText(folder + "signature_only.png", whole.substr(0, 8));
   Examples::writeText(folder + "cut_header.png", whole.substr(0, 20));
   Examples::writeText(folder + "cut_pixels.png", whole.substr(0, whole.size() / 2));
@@ -153,5 +153,5 @@ int main(int argumentCount, char** arguments) {
   broken[20] = static_cast<char>(~broken[20]);
   Examples::writeText(folder + "broken_header.png", broken);
   Examples::writeText(folder + "huge.png", hugeHeader(whole));
-  Examples::writeText(folder + "file-in-the-way", "A file where a folder is wanted.\n");
+  Examples::writeText(folder + "file-in-the-way", "A file where a folder is needed.\n");
 }

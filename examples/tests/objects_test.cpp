@@ -88,7 +88,7 @@ void checkCsv(const std::string& folder, const std::vector<Coin>& coins) {
         "coin,column,row,width,height,area,diameter,mean,deviation,darkest,darkest_column,darkest_row,"
         "brightest,"
         "brightest_column,brightest_row");
-  // The first plate stands at column 20, row 9.
+  // The first plate is at column 20, row 9.
   CHECK(lines[1].rfind("1,19,8,32,22,704,29.9,", 0) == 0);
   CHECK(endsWith(lines[1], ",7,25,12,180,22,15"));
 }

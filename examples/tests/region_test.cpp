@@ -18,7 +18,7 @@ using Zorvan::Ipp::IppException;
 using Zorvan::Ipp::Image::Initializer;
 using Zorvan::Ipp::Image::IppIMemory;
 
-bool holds(Area area, int column, int row) {
+bool contains(Area area, int column, int row) {
   return column >= area.column && column < area.column + area.width && row >= area.row &&
          row < area.row + area.height;
 }
@@ -37,7 +37,7 @@ void checkAllViews(int width, int height) {
           bool right = true;
           for (int i = 0; i < width * (height + 1); ++i) {
             right =
-                right && pixels[static_cast<std::size_t>(i)] == (holds(area, i % width, i / width) ? 9 : 1);
+                right && pixels[static_cast<std::size_t>(i)] == (contains(area, i % width, i / width) ? 9 : 1);
           }
           CHECK(right);
         }
@@ -66,7 +66,7 @@ void checkWideImage() {
   const Area left{1, 1, 2, 2};
   Initializer::Fill<u8>(image, 9, rectOf(image, left));
   const auto pixels = image.buffer();
-  for (int i = 0; i < 21; ++i) CHECK(pixels[i] == (holds(left, i % 7, i / 7) ? 9 : 1));
+  for (int i = 0; i < 21; ++i) CHECK(pixels[i] == (contains(left, i % 7, i / 7) ? 9 : 1));
 }
 
 void checkViewOutlivesImage() {

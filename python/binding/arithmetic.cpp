@@ -145,8 +145,8 @@ Returns the array that was written.)");
 Adds the pixels of src that mask selects to accumulator. In place.
 
 src: (rows, columns) of uint8 or float32.
-accumulator: array of float32. Where mask selects nothing its pixels keep their values, but -0.0 may become 0.0,
-             and an infinity or NaN of a float32 src may leave NaN.
+accumulator: array of float32. Pixels that mask does not select keep their values, but -0.0 may become 0.0, and
+             they may become NaN if the pixel of a float32 src is infinite or NaN.
 mask: array of uint8 or bool; a pixel is selected where it is not zero.
 region: (row, column, height, width), the same in every array; all of src by default.
 copy: copy arrays that cannot be used in place, instead of refusing them.
@@ -155,7 +155,7 @@ Returns the array that was written.)");
   Function<unary<Absolute>>::define(module, R"(absolute(src, out=None, region=None, copy=False)
 --
 
-Magnitudes of float32 pixels. Bytes have none: uint8 raises IppError of code -59.
+Absolute values of float32 pixels. uint8 raises IppError of code -59.
 )" PARAMETERS_OF_ONE);
   Function<unary<Square>>::define(module, R"(square(src, out=None, region=None, copy=False)
 --

@@ -50,16 +50,16 @@ void defineComputerVision(py::module_& module) {
   Function<floodFill>::define(module, R"(flood_fill(image, seed, value, region=None, copy=False)
 --
 
-Sets the pixels that are connected with the pixel at seed, over their four sides, and equal to it. In place.
+Sets the pixels that are connected with the pixel at seed, by their four sides, and equal to it. In place.
 
 image: (rows, columns) of uint8, uint16, int32 or float32.
-seed: (row, column) of image, also where a region is given. Outside of the region it raises IppError of code -11.
-value: a number that the type can represent. If the pixel at seed has it already, nothing is done and all of the result
-       is 0.
+seed: (row, column) of image, also with a region. Outside the region it raises IppError of code -11.
+value: a number that the type can represent. If the pixel at seed already has it, nothing is done and all fields of
+       the result are 0.
 region: (row, column, height, width) that the fill does not leave; all of image by default.
 copy: an array that cannot be used in place is filled through a copy, instead of being refused.
 
-Returns ConnectionInfo: the number of pixels filled, the value, and the smallest region that has all of them.
+Returns ConnectionInfo: the number of filled pixels, the value, and the smallest region that contains them.
 The call takes memory of about 8 bytes for each pixel of the region.)");
 }
 

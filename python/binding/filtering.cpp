@@ -66,8 +66,8 @@ The Laplace filter, with the kernel
 
 src: (rows, columns) of uint8, int16 or float32. Sums of integers saturate to the limits of their type.
 size: 3 or 5.
-border: what counts as pixels outside of the region, also inside src: 'replicate' for the region's nearest
-        pixel, 'constant' for value.
+border: the pixels outside the region, also inside src: 'replicate' for the region's nearest pixel, 'constant'
+        for value.
 value: a number that the type can represent, for border='constant'.
 out: array of the same type, written in the region; without it a new array of the region's shape. It may not
      share memory with src.

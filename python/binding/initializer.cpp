@@ -123,13 +123,13 @@ void defineInitializer(py::module_& module) {
   Function<empty>::define(module, R"(empty(shape, dtype=None)
 --
 
-A new array, whose pixels are not set.
+A new array. Its pixels are not initialised.
 
-shape: (rows, columns), both 1 and more.
+shape: (rows, columns), both at least 1.
 dtype: uint8 (the default), uint16, int16, int32 or float32.
 
 The memory comes from the library and begins at a multiple of 64 bytes; the array owns it. Any other numpy array
-serves as well.)");
+can be used too.)");
   Function<copy>::define(module, R"(copy(src, out=None, region=None, mask=None, copy=False)
 --
 
@@ -137,7 +137,7 @@ Copies src, or those of its pixels that mask selects.
 
 src: (rows, columns) of uint8, uint16, int16, int32 or float32.
 out: array of the same type, written in the region; the pixels that mask does not select keep their values.
-     Without it a new array of the region's shape, zero where mask selects nothing.
+     Without it a new array of the region's shape, zero where mask does not select.
 region: (row, column, height, width), the same in every array; all of src by default.
 mask: array of uint8 or bool; a pixel is selected where it is not zero.
 copy: copy arrays that cannot be used in place, instead of refusing them.
@@ -158,7 +158,7 @@ Returns the array that was written.)");
   Function<convert>::define(module, R"(convert(src, dtype, out=None, region=None, copy=False)
 --
 
-Converts int32 pixels: to uint8, limited to 0 to 255, or to float32, rounded to nearest.
+Converts int32 pixels: to uint8, saturated to 0 to 255, or to float32, rounded to nearest.
 
 src: (rows, columns) of int32.
 dtype: uint8 or float32.

@@ -112,11 +112,11 @@ Returns the array that was written.)");
   Function<compare>::define(module, R"(compare(src, comparison, value, out=None, region=None, copy=False)
 --
 
-255 where the comparison holds between the pixel and value, 0 elsewhere: a mask for other functions.
+255 where the comparison of the pixel with value is true, 0 elsewhere: a mask for other functions.
 
 src: (rows, columns) of float32.
 comparison: '<', '<=', '==', '>=' or '>'.
-value: a whole number from 0 to 255, as the library compares with no other.
+value: a whole number from 0 to 255; the library cannot compare with others.
 out: array of uint8; without it a new array of the region's shape.
 region: (row, column, height, width), the same in every array; all of src by default.
 copy: copy arrays that cannot be used in place, instead of refusing them; bytes become floats by it.

@@ -83,12 +83,12 @@ The largest pixel of the rectangle around each pixel.
   Function<morphology<Open>>::define(module, R"(open(src, size=(3, 3), out=None, region=None, copy=False)
 --
 
-An erosion, then a dilation by the rectangle rotated by 180 degrees: removes what is bright and smaller.
+An erosion, then a dilation by the rectangle rotated by 180 degrees: removes smaller bright areas.
 )" PARAMETERS);
   Function<morphology<Close>>::define(module, R"(close(src, size=(3, 3), out=None, region=None, copy=False)
 --
 
-A dilation, then an erosion by the rectangle rotated by 180 degrees: removes what is dark and smaller.
+A dilation, then an erosion by the rectangle rotated by 180 degrees: removes smaller dark areas.
 )" PARAMETERS);
 }
 

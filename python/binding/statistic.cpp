@@ -118,12 +118,12 @@ void defineStatistic(py::module_& module) {
   Function<extreme<Min>>::define(module, R"(minimum(src, region=None, copy=False)
 --
 
-The smallest pixel. A NaN may be the result or be passed over.
+The smallest pixel. A NaN may be the result or be ignored.
 )" PARAMETERS_WITHOUT_MASK);
   Function<extreme<Max>>::define(module, R"(maximum(src, region=None, copy=False)
 --
 
-The largest pixel. A NaN may be the result or be passed over.
+The largest pixel. A NaN may be the result or be ignored.
 )" PARAMETERS_WITHOUT_MASK);
   Function<mean>::define(module, R"(mean(src, region=None, mask=None, copy=False)
 --
@@ -142,19 +142,19 @@ copy: copy arrays that cannot be used in place, instead of refusing them.)");
 
 Mean and standard deviation of the pixels that mask selects, as MeanStdDev; 0 and 0 if there are none.
 
-The deviation is that of the pixels themselves: the root of their mean squared distance from the mean.
+It is the population standard deviation: the square root of the mean squared difference from the mean.
 
-src: (rows, columns) of uint8 or float32. The library reads uint16 as bytes: of each row as many bytes as the
-     region is wide, the low one of each pixel first. Use src.astype(numpy.float32) for words.
+src: (rows, columns) of uint8 or float32. The library reads uint16 as bytes: from each row a number of bytes
+     that is the width of the region, the low byte of each pixel first. Use src.astype(numpy.float32) for words.
 mask: array of uint8 or bool; a pixel is selected where it is not zero.
 region: (row, column, height, width), the same in both arrays; all of src by default.
 copy: copy arrays that cannot be used in place, instead of refusing them.)");
   Function<minMaxIndex>::define(module, R"(min_max_index(src, mask, region=None, copy=False)
 --
 
-Smallest and largest of the pixels that mask selects, each with its first place, as MinMaxIndex.
+Smallest and largest of the pixels that mask selects, each with its first position, as MinMaxIndex.
 
-Places are (row, column) of src, also where a region is given.
+Positions are (row, column) of src, also with a region.
 
 src: (rows, columns) of uint8, or of float32 without NaN; uint16 raises IppError of code -59.
 mask: array of uint8 or bool; a pixel is selected where it is not zero. None selected raises IppError of code 1.

@@ -1,6 +1,6 @@
 """Image operations of Zorvan.Ipp on numpy arrays, in place.
 
-Arrays have two dimensions, rows and columns, and rows without gaps. Places are (row, column), sizes
+Arrays have two dimensions, rows and columns, and rows without gaps. Positions are (row, column), sizes
 (rows, columns), regions (row, column, height, width). See docs/python.md.
 """
 
