@@ -24,7 +24,7 @@ T limited(Sum sum) {
   }
 }
 
-/// The pointers are declared free of overlap: the compiler's loops shall be at their best.
+/// The pointers are restrict, so that the compiler can vectorise the loops without tests for overlap.
 template <int extent, class T>
 void filter(const T* __restrict src, T* __restrict dst, Size size, const int (&kernel)[extent][extent]) {
   using Sum = std::conditional_t<std::is_same_v<T, float>, float, int>;

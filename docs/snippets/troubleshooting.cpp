@@ -244,7 +244,7 @@ TEST(Troubleshooting, PixelsThatChange) {
   // snippet
   IppIMemory<u8> image(8, 4), shared;
   shared = image;                // the same pixels
-  IppIMemory<u8> copy = shared;  // pixels of its own
+  IppIMemory<u8> copy = shared;  // its own pixels
   // end of snippet
   EXPECT_EQ(shared.buffer(), image.buffer());
   EXPECT_NE(copy.buffer(), image.buffer());

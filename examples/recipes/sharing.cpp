@@ -22,7 +22,7 @@ int main() {
 
   IppIMemory<u8> shared;
   shared = picture;                 // the same pixels
-  IppIMemory<u8> copied = picture;  // pixels of its own
+  IppIMemory<u8> copied = picture;  // its own pixels
   auto wrapped =
       IppIMemory<u8>::CreateContainer(picture.buffer().get(), picture.size());
 

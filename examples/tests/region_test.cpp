@@ -36,8 +36,8 @@ void checkAllViews(int width, int height) {
           Initializer::Fill<u8>(view, 9, rectOfView(area));
           bool right = true;
           for (int i = 0; i < width * (height + 1); ++i) {
-            right =
-                right && pixels[static_cast<std::size_t>(i)] == (contains(area, i % width, i / width) ? 9 : 1);
+            right = right &&
+                    pixels[static_cast<std::size_t>(i)] == (contains(area, i % width, i / width) ? 9 : 1);
           }
           CHECK(right);
         }
