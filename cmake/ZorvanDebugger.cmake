@@ -12,5 +12,5 @@ if(ZORVAN_IPP_INSTALL)
       string(PREPEND folder \"/usr/share/gdb/auto-load\")
     endif()
     file(INSTALL \"${zorvan_gdb_script}\" DESTINATION \"\${folder}\" TYPE FILE
-      RENAME \"$<TARGET_FILE_NAME:zorvan_ipp>-gdb.py\")")
+      RENAME \"$<TARGET_FILE_NAME:zorvan_ipp>-gdb.py\")" COMPONENT development)
 endif()

@@ -1,5 +1,7 @@
 # Installs the library, its public headers, a CMake package and a pkg-config file. All paths in these are relative to
 # the files themselves, so an installed tree may be moved.
+#
+# Two components: `runtime`, which is all that a program needs to start, and `development`.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -8,13 +10,15 @@ set(zorvan_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZorvanIpp)
 
 # A CMake older than 3.23 has no file sets and finds the headers by the include directory.
 install(TARGETS zorvan_ipp EXPORT ZorvanIpp
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  FILE_SET HEADERS
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  FILE_SET HEADERS COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(EXPORT ZorvanIpp FILE ZorvanIppConfig.cmake NAMESPACE Zorvan:: DESTINATION ${zorvan_package_dir})
+install(EXPORT ZorvanIpp FILE ZorvanIppConfig.cmake NAMESPACE Zorvan:: DESTINATION ${zorvan_package_dir}
+  COMPONENT development)
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZorvanIppConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/ZorvanIppConfigVersion.cmake DESTINATION ${zorvan_package_dir})
+install(FILES ${PROJECT_BINARY_DIR}/ZorvanIppConfigVersion.cmake DESTINATION ${zorvan_package_dir}
+  COMPONENT development)
 
 file(RELATIVE_PATH zorvan_prefix_from_pkgconfig
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
@@ -22,4 +26,5 @@ file(RELATIVE_PATH zorvan_libdir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LI
 file(RELATIVE_PATH zorvan_includedir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 string(REGEX REPLACE "/$" "" zorvan_prefix_from_pkgconfig ${zorvan_prefix_from_pkgconfig})
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zorvan-ipp.pc.in ${PROJECT_BINARY_DIR}/zorvan-ipp.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zorvan-ipp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/zorvan-ipp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT development)
