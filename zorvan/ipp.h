@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The whole public interface of the library.
 
 #include "zorvan/foundation/Geometry.h"
@@ -15,3 +16,19 @@
 #include "zorvan/operations/logical/IppILogical.h"
 #include "zorvan/operations/morphology/IppIMorphology.h"
 #include "zorvan/operations/statistic/Statistic.h"
+
+/// Records of places, sizes and results, and the choices that operations take.
+namespace Zorvan {
+
+/// Status codes, the exception that carries one, and the images with their operations.
+namespace Ipp {
+
+/// Images of one channel, and a class for each family of operations on them.
+namespace Image {}
+
+}  // namespace Ipp
+
+/// Buffers of one dimension.
+namespace IppS {}
+
+}  // namespace Zorvan

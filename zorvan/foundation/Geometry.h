@@ -8,14 +8,14 @@ namespace Zorvan {
 
 /// Extent of an image or region, in pixels.
 struct ZORVAN_IPP_API Size {
-  std::int32_t width;
-  std::int32_t height;
+  std::int32_t width;   ///< pixels of a row
+  std::int32_t height;  ///< rows
 };
 
 /// A position in a region: `x` is the column, `y` the row, both counted from 0.
 struct ZORVAN_IPP_API Point {
-  std::int32_t x;
-  std::int32_t y;
+  std::int32_t x;  ///< column
+  std::int32_t y;  ///< row
 };
 
 /// A region of interest. `width` and `height` are its extent in pixels.
@@ -39,10 +39,10 @@ struct ZORVAN_IPP_API Point {
 /// image's height, and `y + width` its width, and no failure is reported. The caller must keep `x + height`
 /// within the height and `y + width` within the width.
 struct ZORVAN_IPP_API Rect {
-  std::int32_t x;
-  std::int32_t y;
-  std::int32_t width;
-  std::int32_t height;
+  std::int32_t x;       ///< the first row
+  std::int32_t y;       ///< the first column
+  std::int32_t width;   ///< pixels of a row of the region
+  std::int32_t height;  ///< rows of the region
 };
 
 }  // namespace Zorvan

@@ -102,14 +102,18 @@ class ZORVAN_IPP_API IppIArithmetic {
   /// `image = sqrt(image)`, as above.
   static void SquareRoot(IppIMemory<T>& image, Rect rect);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   IppIArithmetic() = default;
   IppIArithmetic(const IppIArithmetic&) = default;
   IppIArithmetic(IppIArithmetic&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   IppIArithmetic& operator=(const IppIArithmetic& other);
   IppIArithmetic& operator=(IppIArithmetic&& other);
+  /// @}
 };
 
 }  // namespace Zorvan::Ipp::Image

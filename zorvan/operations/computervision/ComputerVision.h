@@ -45,14 +45,18 @@ class ZORVAN_IPP_API ComputerVision {
   template <class T>
   static ConnectionInfo FloodFill(IppIMemory<T>& image, Point seed, T value, Rect rect);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   ComputerVision() = default;
   ComputerVision(const ComputerVision&) = default;
   ComputerVision(ComputerVision&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   ComputerVision& operator=(const ComputerVision& other);
   ComputerVision& operator=(ComputerVision&& other);
+  /// @}
 };
 
 }  // namespace Zorvan::Ipp::Image

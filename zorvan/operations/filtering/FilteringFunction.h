@@ -80,14 +80,18 @@ class ZORVAN_IPP_API FilteringFunction {
   template <class T>
   static void LaplaceBorder5x5(IppIMemory<T>& src, IppIMemory<T>& dst, eBorderType border, T borderValue);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   FilteringFunction() = default;
   FilteringFunction(const FilteringFunction&) = default;
   FilteringFunction(FilteringFunction&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   FilteringFunction& operator=(const FilteringFunction& other);
   FilteringFunction& operator=(FilteringFunction&& other);
+  /// @}
 };
 
 }  // namespace Zorvan::Ipp::Image

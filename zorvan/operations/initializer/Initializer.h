@@ -77,14 +77,18 @@ class ZORVAN_IPP_API Initializer {
   template <class T1, class T2>
   static void Convert(IppIMemory<T1>& src, IppIMemory<T2>& dst, Rect rect);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   Initializer() = default;
   Initializer(const Initializer&) = default;
   Initializer(Initializer&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   Initializer& operator=(const Initializer& other);
   Initializer& operator=(Initializer&& other);
+  /// @}
 };
 
 }  // namespace Zorvan::Ipp::Image

@@ -43,14 +43,18 @@ class ZORVAN_IPP_API Comparer {
   static void Compare(IppIMemory<T>& src, IppIMemory<u8>& dst, Rect rect, float value,
                       eComparison comparison);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   Comparer() = default;
   Comparer(const Comparer&) = default;
   Comparer(Comparer&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   Comparer& operator=(const Comparer& other);
   Comparer& operator=(Comparer&& other);
+  /// @}
 };
 
 }  // namespace Ipp::Image

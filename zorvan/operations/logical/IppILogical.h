@@ -82,14 +82,18 @@ class ZORVAN_IPP_API IppILogical {
   /// runs out, it throws IppException -8, or std::exception, "Assign error in IppIMemory".
   static IppIMemory<T> Not(IppIMemory<T>& src, Rect rect, bool sizeFromRect);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   IppILogical() = default;
   IppILogical(const IppILogical&) = default;
   IppILogical(IppILogical&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   IppILogical& operator=(const IppILogical& other);
   IppILogical& operator=(IppILogical&& other);
+  /// @}
 };
 
 }  // namespace Zorvan::Ipp::Image

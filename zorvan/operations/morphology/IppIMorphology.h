@@ -72,14 +72,18 @@ class ZORVAN_IPP_API IppIMorphology {
   /// Writes the region into `dst` without dark areas that are smaller than the rectangle.
   static void Close(IppIMemory<T>& src, IppIMemory<T>& dst, Rect rect, Size maskSize);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   IppIMorphology() = default;
   IppIMorphology(const IppIMorphology&) = default;
   IppIMorphology(IppIMorphology&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   IppIMorphology& operator=(const IppIMorphology& other);
   IppIMorphology& operator=(IppIMorphology&& other);
+  /// @}
 };
 
 }  // namespace Zorvan::Ipp::Image

@@ -9,17 +9,17 @@ namespace Zorvan {
 
 /// Mean and standard deviation of the pixels that a mask selects.
 struct ZORVAN_IPP_API MeanStdDev {
-  double Mean;
-  double StdDev;
+  double Mean;    ///< sum of the selected pixels by their number
+  double StdDev;  ///< root of the mean squared distance from the mean
 };
 
 /// The extremes of the pixels that a mask selects, and where they lie: column (`x`) and row (`y`) from the
 /// region's first pixel.
 struct ZORVAN_IPP_API MinMaxIndex {
-  float Min;
-  Point MinIndex;
-  float Max;
-  Point MaxIndex;
+  float Min;       ///< the smallest selected pixel
+  Point MinIndex;  ///< the first place that holds it
+  float Max;       ///< the largest selected pixel
+  Point MaxIndex;  ///< the first place that holds it
 };
 
 namespace Ipp::Image {
@@ -86,14 +86,18 @@ class ZORVAN_IPP_API Statistic {
   /// can throw it too. For `u16` it throws -59 (ippStsDataTypeErr) for every region that fits.
   static MinMaxIndex MinMaxIndexWithMask(IppIMemory<T>& image, IppIMemory<u8>& mask, Rect rect);
 
+  /// @{
   /// Objects can be constructed, copied and moved, and have no data.
   Statistic() = default;
   Statistic(const Statistic&) = default;
   Statistic(Statistic&&) = default;
+  /// @}
 
+  /// @{
   /// Assignments have no effect.
   Statistic& operator=(const Statistic& other);
   Statistic& operator=(Statistic&& other);
+  /// @}
 };
 
 }  // namespace Ipp::Image
