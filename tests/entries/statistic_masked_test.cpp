@@ -70,7 +70,7 @@ void expectExtremes(const Extremes& found, float low, Point lowAt, float high, P
   EXPECT_EQ(found.highAt.y, highAt.y);
 }
 
-/// Both sides of the narrow path's limit, and rows longer than any set of lanes of 32 bits.
+/// Both sides of the limit of unrolled sums, and rows that overflow lanes of 32 bits.
 void byteMeansAreExact(int variant) {
   const auto routine = ROUTINE(ippiMean_8u_C1MR, variant);
   for (const Size roi : {Size{4096, 2047}, Size{4096, 2048}, Size{4096, 2049}, Size{4099, 2049},
@@ -89,25 +89,25 @@ void byteMeansAreExact(int variant) {
   }
 }
 
-/// Older variants keep a row's sum in 32 bits with a sign. A row of 32767 pixels always fits.
+/// Older variants sum a row in a signed value of 32 bits. A row of 32767 pixels always fits.
 void longRowsOfWords(int variant) {
   const auto routine = ROUTINE(ippiMean_16u_C1MR, variant);
   for (const int width : {32767, 32768, 32769, 40000}) {
     const auto count = static_cast<std::size_t>(width) * 2;
     const auto image = allSelected(std::vector<u16>(count, 65535), {width, 2});
     const double row = width * 65535.0;
-    const double kept = variant < avx2 && row >= 0x1p31 ? row - 0x1p32 : row;
-    EXPECT_EQ(meanOf(routine, image), kept / width) << width;
+    const double summed = variant < avx2 && row >= 0x1p31 ? row - 0x1p32 : row;
+    EXPECT_EQ(meanOf(routine, image), summed / width) << width;
   }
-  // Rows that may share lanes, as many as these hold and more.
+  // Rows that share lanes: as many as fit, and more.
   for (const Size roi : {Size{96, 1000}, Size{1, 33000}, Size{64, 16384}, Size{64, 16385}, Size{65, 8193}}) {
     const auto count = static_cast<std::size_t>(roi.width) * roi.height;
     EXPECT_EQ(meanOf(routine, allSelected(std::vector<u16>(count, 65535), roi)), 65535) << roi.width;
   }
 }
 
-/// Lanes of floats emptied after some hundred additions lose a few units of 2^-24; lanes that are never
-/// emptied lose many.
+/// Lanes of floats that are emptied after some hundred additions err by a few units of 2^-24, lanes that are
+/// never emptied by many.
 void floatMeansAreEmptiedIntoDoubles(int variant) {
   const auto routine = ROUTINE(ippiMean_32f_C1MR, variant);
   for (const Size roi : {Size{1 << 20, 1}, Size{1024, 1024}, Size{40, 26000}, Size{7, 100000}}) {
@@ -129,7 +129,8 @@ void floatMeansAreEmptiedIntoDoubles(int variant) {
     const double tolerance = expected * 0x1p-24 * 4;
     EXPECT_NEAR(meanOf(routine, allSelected(pixels, roi)), expected, tolerance) << roi.width;
     if (roi.width >= 1024) {
-      EXPECT_GT(std::fabs(neverEmptied / count - expected), tolerance) << "the tolerance tells nothing";
+      EXPECT_GT(std::fabs(neverEmptied / count - expected), tolerance)
+          << "the tolerance hides the difference";
     }
   }
 }
@@ -142,11 +143,11 @@ void whatIsNotSelectedDoesNotCount(int variant) {
     const u8 selecting[] = {1, 128, 255};
     double sum = 0, selected = 0;
     for (std::size_t i = 0; i < count; ++i) {
-      const bool chosen = i % 3 == 1 || i + 1 == count;
-      floats.mask[i] = bytes.mask[i] = chosen ? selecting[i / 3 % 3] : 0;
-      floats.pixels[i] = chosen ? static_cast<float>(i % 16) : i % 2 == 0 ? nan : -infinity;
-      bytes.pixels[i] = static_cast<u8>(chosen ? i % 16 : 255);
-      if (chosen) sum += static_cast<double>(i % 16), ++selected;
+      const bool isSelected = i % 3 == 1 || i + 1 == count;
+      floats.mask[i] = bytes.mask[i] = isSelected ? selecting[i / 3 % 3] : 0;
+      floats.pixels[i] = isSelected ? static_cast<float>(i % 16) : i % 2 == 0 ? nan : -infinity;
+      bytes.pixels[i] = static_cast<u8>(isSelected ? i % 16 : 255);
+      if (isSelected) sum += static_cast<double>(i % 16), ++selected;
     }
     EXPECT_EQ(meanOf(ROUTINE(ippiMean_32f_C1MR, variant), floats), sum / selected) << width;
     EXPECT_EQ(meanOf(ROUTINE(ippiMean_8u_C1MR, variant), bytes), sum / selected) << width;
@@ -197,7 +198,7 @@ void smallDeviationsTakeASecondPass(int variant) {
   EXPECT_EQ(deviation({1000000.0f, 1000001.0f}, {2, 1}).stdDev, 0.5);
   EXPECT_EQ(deviation({1.0f, 3.0f}, {2, 1}).mean, 2);
   EXPECT_EQ(deviation({1.0f, 3.0f}, {2, 1}).stdDev, 1);
-  // Wide enough for the vectors of every variant, with some pixels that do not count. Rows add up exactly.
+  // Wide enough for the vectors of every variant, with some unselected pixels. Sums of rows are exact.
   Masked<float> image = allSelected(std::vector<float>(90 * 7, 1000.0f), {90, 7});
   for (std::size_t i = 0; i < image.pixels.size(); ++i) {
     if (i % 2 == 0) image.pixels[i] = 1001.0f;
@@ -224,7 +225,7 @@ void tiesGoToTheFirst(int (*routine)(const T*, int, const u8*, int, Size, float*
       for (int i = 0; i < first; ++i) image.mask[static_cast<std::size_t>(i)] = 0;
       const Point at{first % roi.width, first / roi.width};
       expectExtremes(extremesOf(routine, image), 5, at, 5, at);
-      // One of each kind in front, which do not count, and two behind, of which the first does.
+      // An unselected minimum and maximum before, and two selected ones of each after: the first ones count.
       if (first < 2 || first + 4 >= count) continue;
       image.pixels[0] = 0;
       image.pixels[1] = 99;
@@ -236,8 +237,8 @@ void tiesGoToTheFirst(int (*routine)(const T*, int, const u8*, int, Size, float*
   }
 }
 
-/// Regions that are asked for ahead, from either distance, and searched in many blocks. Small whole numbers
-/// make all sums exact.
+/// Regions that are prefetched, at either distance, and searched in many blocks. Small whole numbers make all
+/// sums exact.
 template <class T>
 void sumsOfLargeRegions(int (*mean)(const T*, int, const u8*, int, Size, double*),
                         int (*deviation)(const T*, int, const u8*, int, Size, double*, double*),
@@ -290,14 +291,14 @@ void ties(int variant) {
   tiesGoToTheFirst<float>(ROUTINE(ippiMinMaxIndx_32f_C1MR, variant));
 }
 
-/// The status, as it follows from what is asked for.
+/// The status depends on which outputs are requested.
 int statusOf(bool anySelected, bool lowAtFirst, bool highAtFirst, bool firstSelected, float low, float high,
-             bool wantLow, bool wantHigh, bool wantLowAt, bool wantHighAt) {
-  if (wantLowAt) return lowAtFirst && !firstSelected ? 1 : 0;
-  if (wantHighAt) return highAtFirst && !firstSelected ? 1 : 0;
-  if (!wantLow && !wantHigh) return 1;
-  if (wantLow && low != 0) return 0;
-  if (wantHigh && high != 0) return 0;
+             bool needsLow, bool needsHigh, bool needsLowAt, bool needsHighAt) {
+  if (needsLowAt) return lowAtFirst && !firstSelected ? 1 : 0;
+  if (needsHighAt) return highAtFirst && !firstSelected ? 1 : 0;
+  if (!needsLow && !needsHigh) return 1;
+  if (needsLow && low != 0) return 0;
+  if (needsHigh && high != 0) return 0;
   return anySelected ? 0 : 1;
 }
 
@@ -315,21 +316,21 @@ void everyCombinationOfOutputs(int (*routine)(const T*, int, const u8*, int, Siz
       EXPECT_EQ(all.status, selected == 0 ? 1 : 0);
       if (selected == 0) expectExtremes(all, 0, {0, 0}, 0, {0, 0}, 1);
       if (selected == 2) expectExtremes(all, other, {19, 2}, other, {19, 2});
-      for (int wanted = 0; wanted < 16; ++wanted) {
+      for (int outputs = 0; outputs < 16; ++outputs) {
         Extremes found;
-        const int status =
-            routine(image.pixels.data(), image.step(), image.mask.data(), 20, {20, 3},
-                    (wanted & 1) != 0 ? &found.low : nullptr, (wanted & 2) != 0 ? &found.high : nullptr,
-                    (wanted & 4) != 0 ? &found.lowAt : nullptr, (wanted & 8) != 0 ? &found.highAt : nullptr);
+        const int status = routine(
+            image.pixels.data(), image.step(), image.mask.data(), 20, {20, 3},
+            (outputs & 1) != 0 ? &found.low : nullptr, (outputs & 2) != 0 ? &found.high : nullptr,
+            (outputs & 4) != 0 ? &found.lowAt : nullptr, (outputs & 8) != 0 ? &found.highAt : nullptr);
         const auto atFirst = [](Point p) { return p.x == 0 && p.y == 0; };
         EXPECT_EQ(status, statusOf(selected != 0, atFirst(all.lowAt), atFirst(all.highAt), selected == 1,
-                                   all.low, all.high, (wanted & 1) != 0, (wanted & 2) != 0, (wanted & 4) != 0,
-                                   (wanted & 8) != 0))
-            << "mask " << selected << ", outputs " << wanted;
-        EXPECT_EQ(found.low, (wanted & 1) != 0 ? all.low : -1);
-        EXPECT_EQ(found.high, (wanted & 2) != 0 ? all.high : -1);
-        EXPECT_EQ(found.lowAt.x, (wanted & 4) != 0 ? all.lowAt.x : -1);
-        EXPECT_EQ(found.highAt.y, (wanted & 8) != 0 ? all.highAt.y : -1);
+                                   all.low, all.high, (outputs & 1) != 0, (outputs & 2) != 0,
+                                   (outputs & 4) != 0, (outputs & 8) != 0))
+            << "mask " << selected << ", outputs " << outputs;
+        EXPECT_EQ(found.low, (outputs & 1) != 0 ? all.low : -1);
+        EXPECT_EQ(found.high, (outputs & 2) != 0 ? all.high : -1);
+        EXPECT_EQ(found.lowAt.x, (outputs & 4) != 0 ? all.lowAt.x : -1);
+        EXPECT_EQ(found.highAt.y, (outputs & 8) != 0 ? all.highAt.y : -1);
       }
     }
   }
@@ -378,12 +379,12 @@ void selectedNans(int variant) {
   for (const Point at : {only.lowAt, only.highAt}) {
     EXPECT_TRUE(at.x >= 0 && at.x < 90 && at.y >= 0 && at.y < 3);
   }
-  // A row of NaN in front of lower pixels takes the running maximum out of its lanes.
+  // A row of NaN before lower pixels removes the current maximum from its lanes.
   const auto lowered = allSelected<float>({9, 9, 9, 9, 9, 9, 9, 9, nan, nan, nan, nan, 5, 5, 5, 5}, {8, 2});
   const Extremes found = extremesOf(routine, lowered);
   if (variant <= sse42) expectExtremes(found, 5, {4, 1}, 5, {4, 1});
   if (variant == avx) expectExtremes(found, 5, {4, 1}, 9, {0, 0});
-  // One that takes an extreme out of its lane leaves it where it was met first.
+  // A NaN that removes an extreme from its lane does not change the place that was found first.
   if (variant >= avx2) {
     std::vector<float> returning(64 * 300, 5);
     returning[0] = returning[64 * 290 + 7] = 1;
@@ -391,7 +392,7 @@ void selectedNans(int variant) {
     for (int column = 0; column < 64; ++column) returning[64 + column] = nan;
     expectExtremes(extremesOf(routine, allSelected(returning, {64, 300})), 1, {0, 0}, 9, {3, 0});
   }
-  // Sums do not hide one.
+  // A sum with a NaN is NaN.
   const auto sum = allSelected<float>({1, nan, 3}, {3, 1});
   EXPECT_TRUE(std::isnan(meanOf(ROUTINE(ippiMean_32f_C1MR, variant), sum)));
   EXPECT_TRUE(std::isnan(deviationOf(ROUTINE(ippiMean_StdDev_32f_C1MR, variant), sum).mean));

@@ -21,7 +21,7 @@ void extremesAverageToThemselves(int (*routine)(const T*, int, Size, double*)) {
     const std::vector<T> pixels(16843010 + 1, value);
     for (const Size roi : limits) {
       EXPECT_EQ(found(routine, pixels, roi), value) << roi.width << " by " << roi.height;
-      // A step past the row's end, also an odd number of bytes: what runs together must not need to.
+      // Rows with a gap of one pixel cannot run as one row.
       const int step = roi.width * static_cast<int>(sizeof(T));
       if (roi.height < 3000) {
         EXPECT_EQ(found(routine, pixels.data(), step + static_cast<int>(sizeof(T)),
@@ -38,7 +38,7 @@ void sumsOfNoiseAreExact(int (*routine)(const T*, int, Size, double*)) {
   std::vector<T> pixels(9000000);
   fillRandom(reinterpret_cast<unsigned char*>(pixels.data()), pixels.size() * sizeof(T), 5);
   for (const Size roi : {Size{99999, 1}, Size{333, 300}, Size{1, 100000}, Size{50001, 1}, Size{17, 5000},
-                         Size{1600, 1001}, Size{3001, 2800}}) {  // the last ones are asked for ahead
+                         Size{1600, 1001}, Size{3001, 2800}}) {  // the last two are prefetched
     std::int64_t sum = 0;
     const std::int64_t count = std::int64_t{roi.width} * roi.height;
     for (std::int64_t i = 0; i < count; ++i) sum += pixels[static_cast<std::size_t>(i)];
@@ -87,7 +87,7 @@ long double meanOf(const std::vector<float>& pixels, int count) {
   return sum / count;
 }
 
-/// Pixels of which no partial sum fits 24 bits.
+/// Pixels whose partial sums need more than 24 bits.
 std::vector<float> pixelsWithManyDigits(int count) {
   std::vector<float> pixels;
   Random random(11);
@@ -97,8 +97,9 @@ std::vector<float> pixelsWithManyDigits(int count) {
   return pixels;
 }
 
-/// Widths around 17 too, below which one hint serves for both. The tolerance is a few units in the last
-/// place of a double times the square root of the additions: single precision is off by 2^29 times that.
+/// Widths around 17 too: narrower regions have the same result for both hints in the newer variants. The
+/// tolerance is a few units in the last place of a double times the square root of the number of additions.
+/// Single precision errs by 2^29 times that.
 void accurateSums(int variant) {
   const auto routine = ROUTINE(ippiMean_32f_C1R, variant);
   for (const Size roi : {Size{16, 4000}, Size{17, 4000}, Size{18, 4000}, Size{5, 999}, Size{64000, 1},
@@ -112,7 +113,8 @@ void accurateSums(int variant) {
     const double fast = found(routine, pixels, roi, 1);
     EXPECT_NEAR(fast, static_cast<double>(expected), static_cast<double>(expected) * 1e-3);
     if (variant >= avx && roi.width >= 17) {
-      EXPECT_GT(std::fabs(fast - static_cast<double>(expected)), tolerance) << "the tolerance tells nothing";
+      EXPECT_GT(std::fabs(fast - static_cast<double>(expected)), tolerance)
+          << "the tolerance hides the difference";
     }
     if (variant >= avx && roi.width < 17) {
       EXPECT_NEAR(fast, static_cast<double>(expected), tolerance);
@@ -120,7 +122,7 @@ void accurateSums(int variant) {
   }
 }
 
-/// Rows end what single precision can lose in the older variants: two rows that cancel leave nothing behind.
+/// The older variants add in single precision within a row only: what two other rows cancel is not lost.
 void fastSumsByRow(int variant) {
   if (variant >= avx) return;
   const int width = 64;

@@ -43,12 +43,12 @@ TEST(SumPlan, TilesHoldAsManyWholeRowsAsTheLimitAllows) {
   expectTile({1, 70000}, signedTilePixels, {1, 65538});
 }
 
-TEST(MaskedSumPlan, TheNarrowPathEndsAt0x800000Pixels) {
-  EXPECT_TRUE(takesNarrowSum({0x7FFFFF, 1}));
-  EXPECT_FALSE(takesNarrowSum({0x800000, 1}));
-  EXPECT_FALSE(takesNarrowSum({4096, 2048}));
-  EXPECT_TRUE(takesNarrowSum({65536, 65536}));  // the count wraps to zero
-  EXPECT_TRUE(takesNarrowSum({65536, 32768}));  // and to a negative number
+TEST(MaskedSumPlan, SumsOfBytesAreUnrolledBelow0x800000Pixels) {
+  EXPECT_TRUE(unrollsByteSum({0x7FFFFF, 1}));
+  EXPECT_FALSE(unrollsByteSum({0x800000, 1}));
+  EXPECT_FALSE(unrollsByteSum({4096, 2048}));
+  EXPECT_TRUE(unrollsByteSum({65536, 65536}));  // the count wraps to zero
+  EXPECT_TRUE(unrollsByteSum({65536, 32768}));  // and to a negative number
 }
 
 TEST(MaskedSumPlan, RowsOfWordsShareLanesThatHoldThem) {

@@ -14,7 +14,7 @@ void registerStatistic(const char* name, const CheckRules& rules, Routine* refer
   registerEntry<typename AgreementOf<Routine>::type>("Statistic", name, rules, reference, row);
 }
 
-/// Rows that older variants let wrap have a test of their own.
+/// Long rows, whose sums wrap in older variants, have a test of their own.
 using WordMean = int(const u16*, int, const u8*, int, Size, double*);
 void registerStatistic(const char* name, CheckRules rules, WordMean* reference,
                        const Primitives::Row<WordMean>& row) {
@@ -22,8 +22,7 @@ void registerStatistic(const char* name, CheckRules rules, WordMean* reference,
   registerEntry("Statistic", name, rules, reference, row);
 }
 
-/// Where a NaN is selected the results are a variant's own, and with them the status: both sides of a
-/// comparison get a number in its place.
+/// With a selected NaN, results and status differ by variant: it is replaced by a number before both calls.
 using FloatExtremes = int(const float*, int, const u8*, int, Size, float*, float*, Point*, Point*);
 template <auto& routine>
 int withoutNans(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, float* minValue,

@@ -138,36 +138,35 @@ constexpr int accumulateAlignFromPixels = imageLimit(180, 16);
 
 // ---- statistics ----
 
-/// Smaller regions lie in the first or second cache, from where loads come in time; asking would only take
-/// their places.
+/// Smaller regions lie in the first or second cache: loads are fast, and prefetches would only compete with
+/// them.
 constexpr auto nearBytes = imageLimit<std::int64_t>(std::int64_t{3} << 19, 256);
 
-/// Smaller regions lie in the third cache, which answers sooner than the memory behind it.
+/// Smaller regions lie in the third cache, which is faster than memory.
 constexpr auto farBytes = imageLimit<std::int64_t>(std::int64_t{8} << 20, 2048);
 
-/// A block of unsigned words: 32768 times 65535 stays below 2^31. Signed words take the same blocks.
+/// Of blocks of words: 32768 times 65535 is below 2^31.
 constexpr int sumBlockPixels = imageLimit(32768, 40);
 
-/// Pixels below which the sum of signed words of a whole region fits one set of 32-bit lanes.
+/// Pixels of a region whose sum of signed words fits one set of 32-bit lanes.
 constexpr auto regionInLanesBelow = imageLimit<std::int64_t>(65536, 200);
 
-/// Limits of tiles. A pair of signed words shares a lane of its own, so their limit is the larger one.
+/// Pixels of a tile. Two signed words share a lane, so their limit is the larger one.
 constexpr int unsignedTilePixels = imageLimit(32768, 90);
 constexpr int signedTilePixels = imageLimit(0x10002, 101);
 
-/// Rows of a tile that may go into the same lanes: a lane gets at most a pair of signed words from each of
-/// them where tiles are narrower than a vector. Only tiles one or two pixels wide have more.
+/// Rows of a tile that may share lanes: where tiles are narrower than a vector, a lane gets at most two
+/// signed words from each row. Only tiles one or two pixels wide have more rows.
 constexpr int stripRows = imageLimit(32767, 5);
 
-/// Regions with fewer pixels than this take the narrow path of byte means: 32 bits are enough. The count
-/// wraps on 32 bits, so an enormous region may come out as a small one.
-constexpr auto narrowSumBelow = imageLimit<std::int32_t>(0x800000, 200);
+/// Masked means of bytes are unrolled in regions with fewer pixels.
+constexpr auto unrolledByteSumBelow = imageLimit<std::int32_t>(0x800000, 200);
 
-/// Iterations over 64 words that fit lanes of 32 bits with a sign: each adds two words to a lane.
-constexpr int wordStepsInLanes = imageLimit(16384, 3);
+/// Iterations over 64 words whose sums fit signed lanes of 32 bits: each adds two words to a lane.
+constexpr int wordIterationsInLanes = imageLimit(16384, 3);
 
-/// Selected pixels of a row whose squares of bytes fit a lane of 32 bits, whatever the vector's width: a lane
-/// takes four squares of each 16 pixels at most. A multiple of the widest vector.
+/// Bytes of a row whose squares fit lanes of 32 bits, whatever the vector's width: a lane gets at most four
+/// squares from each 16 bytes. A multiple of the largest vector.
 constexpr auto squaresInLanes = imageLimit<std::int64_t>(std::int64_t{1} << 17, 128);
 
 /// Pixels of a block: some hundred iterations between two reductions of the lanes, and few enough to be

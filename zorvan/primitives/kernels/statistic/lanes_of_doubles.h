@@ -1,6 +1,6 @@
 #pragma once
 
-// Totals in lanes of doubles: what lanes of integers and floats are emptied into.
+// Totals in lanes of doubles, to which lanes of integers and floats are added.
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 

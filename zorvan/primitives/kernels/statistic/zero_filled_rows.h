@@ -1,10 +1,10 @@
 #pragma once
 
-// Walks a row of integers in vectors for a sum: full vectors from a vector's boundary on, where a pixel
-// starts there, and the row's two ends in vectors that hold zeros in place of what lies outside. Zeros change
-// no sum, so the ends cost one step each, whatever their length. Nothing outside the row is read.
+// Rows of integers as vectors, for sums: full vectors from a vector's boundary on, where a pixel starts on
+// it, and one vector for each end of the row, filled up with zeros, which change no sum. Nothing outside the
+// row is read.
 //
-// `body` takes the full vectors, `end` the others.
+// `body` gets the full vectors, `end` the others.
 
 #include <type_traits>
 
@@ -15,14 +15,14 @@ namespace Zorvan::Primitives {
 namespace {
 
 #ifdef __AVX2__
-/// The bytes of a vector's lanes numbered below `count` set, the others clear; up to 32.
+/// The first `count` bytes set, the others clear; up to 32.
 inline __m256i lowBytes(std::int64_t count) {
   const __m256i numbers = _mm256_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18,
                                            19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31);
   return _mm256_cmpgt_epi8(_mm256_set1_epi8(static_cast<char>(count)), numbers);
 }
 
-/// A row shorter than a vector, zeros behind it.
+/// A row shorter than a vector, followed by zeros.
 inline __m256i loadShort(const unsigned char* p, std::int64_t bytes) {
   alignas(32) unsigned char filled[32] = {};
   unsigned char* to = filled;
@@ -43,7 +43,7 @@ inline __m256i loadShort(const unsigned char* p, std::int64_t bytes) {
 
 struct ZeroFilled32 {
   template <int pixelBytes, class Body, class End>
-  static void walk(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
+  static void forEachVector(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
     if (bytes < 32) return end(loadShort(p, bytes));
     const std::int64_t peel = bytesToBoundary(p, 32);
     if (peel != 0 && peel % pixelBytes == 0) {
@@ -67,10 +67,10 @@ struct ZeroFilled32 {
 #endif
 
 #ifdef __AVX512BW__
-/// Starts full vectors on a 32-byte boundary, and on a 64-byte one after a step of half a vector.
+/// Full vectors start on a 32-byte boundary; those of long rows on a 64-byte one, after half a vector.
 struct ZeroFilled64 {
   template <int pixelBytes, class Body, class End>
-  static void walk(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
+  static void forEachVector(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
     const auto part = [](const unsigned char* at, std::int64_t count) {
       return _mm512_maskz_loadu_epi8(_bzhi_u64(~0ull, static_cast<unsigned>(count)), at);
     };

@@ -1,7 +1,7 @@
 #pragma once
 
-// Count, sum and sum of squares of the selected bytes of a region, in one pass. A row's squares are added in
-// lanes of 32 bits, which are emptied before they are full and at the row's end; the totals are exact.
+// Count, sum and sum of squares of the selected bytes of a region, in one pass. Squares are added in lanes of
+// 32 bits, which are emptied before they overflow; the totals are exact.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
@@ -15,7 +15,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Walks all rows in pieces whose squares fit the lanes.
+/// Calls `piece` for parts of each row whose squares fit the lanes.
 template <class Piece>
 inline void forEachPiece(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                          Size roi, Piece piece) {
@@ -29,15 +29,15 @@ inline void forEachPiece(const std::uint8_t* src, int srcStep, const std::uint8_
   }
 }
 
-/// 16 pixels a step, then 8, then singly.
-class NarrowByteMoments {
+/// 16 pixels per iteration, then 8, then scalar.
+class ByteMoments16 {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
-    NarrowByteMoments held;
+    ByteMoments16 moments;
     forEachPiece(src, srcStep, mask, maskStep, roi,
-                 [&](auto* p, auto* m, std::int64_t pixels) { held.piece(p, m, pixels); });
-    return {static_cast<std::uint32_t>(sumOfLanes64(held.counts_) + held.singleCount_),
-            static_cast<double>(sumOfLanes64(held.sums_) + held.singleSum_), held.squares_};
+                 [&](auto* p, auto* m, std::int64_t pixels) { moments.piece(p, m, pixels); });
+    return {static_cast<std::uint32_t>(sumOfLanes64(moments.counts_) + moments.scalarCount_),
+            static_cast<double>(sumOfLanes64(moments.sums_) + moments.scalarSum_), moments.squares_};
   }
 
  private:
@@ -61,32 +61,33 @@ class NarrowByteMoments {
       add(loadLow<8>(p), loadLow<8>(m), squares);
       p += 8, m += 8, left -= 8;
     }
-    std::int64_t singles = 0;
+    std::int64_t scalarSquares = 0;
     for (; left != 0; ++p, ++m, --left) {
       const std::int32_t pixel = *p & selectedBits(*m);
-      singleSum_ += pixel;
-      singleCount_ += *m != 0;
-      singles += pixel * pixel;
+      scalarSum_ += pixel;
+      scalarCount_ += *m != 0;
+      scalarSquares += pixel * pixel;
     }
     squares = _mm_add_epi64(_mm_unpacklo_epi32(squares, zero), _mm_unpackhi_epi32(squares, zero));
-    squares_ += static_cast<double>(sumOfLanes64(squares) + singles);
+    squares_ += static_cast<double>(sumOfLanes64(squares) + scalarSquares);
   }
 
   __m128i sums_ = _mm_setzero_si128(), counts_ = sums_;
-  std::int64_t singleSum_ = 0, singleCount_ = 0;
+  std::int64_t scalarSum_ = 0, scalarCount_ = 0;
   double squares_ = 0;
 };
 
 #ifdef __AVX2__
-/// 32 pixels a step, the end of a row filled up with zeros.
-class WideByteMoments {
+/// 32 pixels per iteration; the tail is filled up with zeros.
+class ByteMoments32 {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
-    WideByteMoments held;
+    ByteMoments32 moments;
     return readingAhead(roi, 2, [&](auto readAhead) {
       forEachPiece(src, srcStep, mask, maskStep, roi,
-                   [&](auto* p, auto* m, std::int64_t pixels) { held.piece(p, m, pixels, readAhead); });
-      return Moments{held.count_, static_cast<double>(sumOfLanes64(held.sums_)), sumOf(held.squares_)};
+                   [&](auto* p, auto* m, std::int64_t pixels) { moments.piece(p, m, pixels, readAhead); });
+      return Moments{moments.count_, static_cast<double>(sumOfLanes64(moments.sums_)),
+                     sumOf(moments.squares_)};
     });
   }
 
@@ -119,25 +120,25 @@ class WideByteMoments {
 #endif
 
 #ifdef __AVX512BW__
-/// 64 pixels a step, the end of a row masked. Rows go into the same lanes of squares as long as these hold
-/// them: in short rows emptying the lanes would take longer than the sums. Longer rows are cut into strips.
-class RegisterByteMoments {
+/// 64 pixels per iteration; the tail is masked. Short rows share lanes of squares as long as these can hold
+/// them: to empty the lanes would take longer than to sum a short row. Long rows are cut into strips.
+class ByteMoments64 {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
-    RegisterByteMoments held;
+    ByteMoments64 moments;
     return readingAhead(roi, 2, [&](auto readAhead) {
       for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
         const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
-        const std::int64_t together = squaresInLanes / ((pixels + 63) / 64 * 64);
-        ZORVAN_NOTE_PLAN("squares of all rows in the lanes", together >= roi.height);
-        for (std::int64_t r = 0; r < roi.height; r += together) {
-          const std::int64_t rows = roi.height - r < together ? roi.height - r : together;
-          held.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows, pixels,
-                   readAhead);
+        const std::int64_t rowsInLanes = squaresInLanes / ((pixels + 63) / 64 * 64);
+        ZORVAN_NOTE_PLAN("squares of all rows in the lanes", rowsInLanes >= roi.height);
+        for (std::int64_t r = 0; r < roi.height; r += rowsInLanes) {
+          const std::int64_t rows = roi.height - r < rowsInLanes ? roi.height - r : rowsInLanes;
+          moments.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows,
+                      pixels, readAhead);
         }
       }
-      return Moments{held.count_, static_cast<double>(_mm512_reduce_add_epi64(held.sums_)),
-                     sumOf(held.squares_)};
+      return Moments{moments.count_, static_cast<double>(_mm512_reduce_add_epi64(moments.sums_)),
+                     sumOf(moments.squares_)};
     });
   }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 // Sums over the selected floats of a region: count, values and squares in a first pass, squares of the
-// distance from a centre in a second one. Lanes are of single precision within a row; an unselected pixel
-// adds zero, whatever it holds.
+// distance from a centre in a second one. Within a row, lanes have single precision. An unselected pixel adds
+// zero, whatever its value.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/statistic/deviation/deviation.h"
@@ -32,8 +32,8 @@ struct MaskedFloats {
   }
 };
 
-/// 8 pixels a step, then singly. The second pass keeps its lanes over all rows.
-class NarrowFloatMoments {
+/// 8 pixels per iteration, then scalar. The second pass keeps its lanes over all rows.
+class FloatMoments16 {
  public:
   static Moments moments(const MaskedFloats& image) {
     Moments total{0, 0, 0};
@@ -50,16 +50,16 @@ class NarrowFloatMoments {
         const __m128i ones = _mm_andnot_si128(none, _mm_set_epi64x(0, 0x0101010101010101));
         counts = _mm_add_epi64(counts, _mm_sad_epu8(ones, _mm_setzero_si128()));
       }
-      float singles = 0, singleSquares = 0;
+      float scalarSum = 0, scalarSquares = 0;
       for (; left != 0; p += 4, ++m, --left) {
         const float value = selectedOrZero(p, *m);
-        singles += value;
-        singleSquares += value * value;
+        scalarSum += value;
+        scalarSquares += value * value;
         total.count += static_cast<std::uint32_t>(*m != 0);
       }
       total.count += static_cast<std::uint32_t>(_mm_cvtsi128_si32(counts));
-      total.sum += static_cast<double>(foldLanes(sum) + singles);
-      total.squares += static_cast<double>(foldLanes(squares) + singleSquares);
+      total.sum += static_cast<double>(foldLanes(sum) + scalarSum);
+      total.squares += static_cast<double>(foldLanes(squares) + scalarSquares);
     });
     return total;
   }
@@ -67,15 +67,15 @@ class NarrowFloatMoments {
   static double squaresAround(float center, const MaskedFloats& image) {
     const __m128 centers = _mm_set1_ps(center);
     __m128 squares = _mm_setzero_ps();
-    float singles = 0;
+    float scalarSquares = 0;
     image.forEachRow([&](const char* p, const std::uint8_t* m) {
       std::int64_t left = image.roi.width;
       for (; left >= 8; p += 32, m += 8, left -= 8) {
         const __m128i none = unselected(loadLow<8>(m));
         const __m128i words = _mm_unpacklo_epi8(none, none);
         const Eight values = load(p, none);
-        const auto away = [&](__m128 value, __m128i unchosen) {
-          const __m128 filled = _mm_or_ps(value, _mm_and_ps(_mm_castsi128_ps(unchosen), centers));
+        const auto away = [&](__m128 value, __m128i unselectedLanes) {
+          const __m128 filled = _mm_or_ps(value, _mm_and_ps(_mm_castsi128_ps(unselectedLanes), centers));
           return _mm_sub_ps(filled, centers);
         };
         const __m128 low = away(values.low, _mm_unpacklo_epi16(words, words));
@@ -85,10 +85,10 @@ class NarrowFloatMoments {
       }
       for (; left != 0; p += 4, ++m, --left) {
         const float away = (*m != 0 ? loadAs<float>(p) : center) - center;
-        singles += away * away;
+        scalarSquares += away * away;
       }
     });
-    return static_cast<double>(foldLanes(squares) + singles);
+    return static_cast<double>(foldLanes(squares) + scalarSquares);
   }
 
  private:
@@ -98,8 +98,8 @@ class NarrowFloatMoments {
   /// Eight pixels, zeros where `none` has its bytes set.
   static Eight load(const char* p, __m128i none) {
     const __m128i words = _mm_unpacklo_epi8(none, none);
-    const auto part = [](__m128i unchosen, const char* at) {
-      return _mm_castsi128_ps(_mm_andnot_si128(unchosen, Vector16::load(at).bits));
+    const auto part = [](__m128i unselectedLanes, const char* at) {
+      return _mm_castsi128_ps(_mm_andnot_si128(unselectedLanes, Vector16::load(at).bits));
     };
     return {part(_mm_unpacklo_epi16(words, words), p), part(_mm_unpackhi_epi16(words, words), p + 16)};
   }
@@ -110,8 +110,8 @@ inline float foldLanes(__m256 lanes) {
   return foldLanes(_mm_add_ps(_mm256_castps256_ps128(lanes), _mm256_extractf128_ps(lanes, 1)));
 }
 
-/// 16 pixels a step over two accumulators, then singly. Both passes fold their lanes at each row's end.
-class WideFloatMoments {
+/// 16 pixels per iteration over two accumulators, then scalar. Both passes fold their lanes after each row.
+class FloatMoments32 {
  public:
   static Moments moments(const MaskedFloats& image) {
     return readingAhead(image.roi, 5, [&](auto readAhead) {
@@ -133,15 +133,15 @@ class WideFloatMoments {
           const int none = _mm_movemask_epi8(unselected(selection));
           total.count += 16 - static_cast<std::uint32_t>(_mm_popcnt_u32(static_cast<unsigned>(none)));
         }
-        float singles = 0, singleSquares = 0;
+        float scalarSum = 0, scalarSquares = 0;
         for (; left != 0; p += 4, ++m, --left) {
           const float value = selectedOrZero(p, *m);
-          singles += value;
-          singleSquares += value * value;
+          scalarSum += value;
+          scalarSquares += value * value;
           total.count += static_cast<std::uint32_t>(*m != 0);
         }
-        total.sum += static_cast<double>(foldLanes(_mm256_add_ps(sumA, sumB)) + singles);
-        total.squares += static_cast<double>(foldLanes(_mm256_add_ps(squaresA, squaresB)) + singleSquares);
+        total.sum += static_cast<double>(foldLanes(_mm256_add_ps(sumA, sumB)) + scalarSum);
+        total.squares += static_cast<double>(foldLanes(_mm256_add_ps(squaresA, squaresB)) + scalarSquares);
       });
       return total;
     });
@@ -166,12 +166,12 @@ class WideFloatMoments {
           add(a, p, selection);
           add(b, p + 32, _mm_srli_si128(selection, 8));
         }
-        float singles = 0;
+        float scalarSquares = 0;
         for (; left != 0; p += 4, ++m, --left) {
           const float away = (*m != 0 ? loadAs<float>(p) : center) - center;
-          singles += away * away;
+          scalarSquares += away * away;
         }
-        total += static_cast<double>(foldLanes(_mm256_add_ps(a, b)) + singles);
+        total += static_cast<double>(foldLanes(_mm256_add_ps(a, b)) + scalarSquares);
       });
       return total;
     });
@@ -184,8 +184,8 @@ inline float foldLanes(__m512 lanes) {
   return foldLanes(_mm256_add_ps(_mm512_castps512_ps256(lanes), _mm512_extractf32x8_ps(lanes, 1)));
 }
 
-/// Four steps of 16 pixels a turn, each on an accumulator of its own; the rest of a row in a masked turn.
-class RegisterFloatMoments {
+/// 64 pixels per iteration over four accumulators; the tail is masked.
+class FloatMoments64 {
  public:
   static Moments moments(const MaskedFloats& image) {
     return readingAhead(image.roi, 5, [&](auto readAhead) {

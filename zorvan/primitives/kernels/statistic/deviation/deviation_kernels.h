@@ -16,32 +16,33 @@ namespace moments {
 
 #ifdef __AVX2__
 using Once = RoundedOnce;
-using WideBytes = WideByteMoments;
-using WideFloats = WideFloatMoments;
+using Bytes32 = ByteMoments32;
+using Floats32 = FloatMoments32;
 #else
 struct Once;
-class WideBytes;
-class WideFloats;
+class Bytes32;
+class Floats32;
 #endif
 #ifdef __AVX512BW__
-using RegisterBytes = RegisterByteMoments;
-using RegisterFloats = RegisterFloatMoments;
+using Bytes64 = ByteMoments64;
+using Floats64 = FloatMoments64;
 #else
-class RegisterBytes;
-class RegisterFloats;
+class Bytes64;
+class Floats64;
 #endif
 using Twice = RoundedTwice;
-using Bytes = NarrowByteMoments;
-using Floats = NarrowFloatMoments;
+using Bytes = ByteMoments16;
+using Floats = FloatMoments16;
 
 template <class V>
 struct Policy {
   using Rounding = ByVariant<V, Twice, Twice, Twice, Twice, Once, Once>;
-  using OfBytes = ByVariant<V, Bytes, Bytes, Bytes, Bytes, WideBytes, RegisterBytes>;
-  using OfFloats = ByVariant<V, Floats, Floats, Floats, Floats, WideFloats, RegisterFloats>;
+  using OfBytes = ByVariant<V, Bytes, Bytes, Bytes, Bytes, Bytes32, Bytes64>;
+  using OfFloats = ByVariant<V, Floats, Floats, Floats, Floats, Floats32, Floats64>;
 };
 
-/// A deviation this small against the mean has lost its digits in the difference of two large numbers.
+/// So small a deviation, compared with the mean, is mostly the rounding error of two large numbers'
+/// difference.
 inline bool isLostInCancellation(Deviation found) {
   return 0.05 * found.mean * found.mean > found.stdDev * found.stdDev;
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-// Count and exact sum of the selected bytes of a region. Bytes are added by sums of absolute differences
-// against zero, which leave each sum in a lane of 64 bits of its own: nothing can overflow, however large the
-// region or its rows.
+// Count and exact sum of the selected bytes of a region. Bytes are reduced by sums of absolute differences
+// against zero into 64-bit lanes, which no region can overflow.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
@@ -14,9 +13,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The count is a 32-bit figure and wraps.
 struct MaskedSum {
-  std::uint32_t count;
+  std::uint32_t count;  ///< wraps, and is read as signed
   double sum;
 
   double mean() const {
@@ -25,7 +23,7 @@ struct MaskedSum {
 };
 
 /// Sum and count in lanes of 64 bits.
-struct NarrowByteSums {
+struct MaskedByteLanes16 {
   __m128i sum = _mm_setzero_si128(), count = sum;
 
   void add(__m128i pixels, __m128i mask) {
@@ -47,23 +45,23 @@ struct NarrowByteSums {
   }
 };
 
-/// The older variants: 32 pixels a step, then 8, then singly. Larger regions go 4 pixels a step.
-class NarrowMaskedBytes {
+/// 32 pixels per iteration, then 8, then scalar. Large regions: 4 pixels per iteration.
+class MaskedBytes16 {
  public:
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    if (!ZORVAN_PLANNED("takesNarrowSum", takesNarrowSum(roi)))
-      return wide(src, srcStep, mask, maskStep, roi);
+    if (!ZORVAN_PLANNED("unrollsByteSum", unrollsByteSum(roi)))
+      return rolled(src, srcStep, mask, maskStep, roi);
     const bool aligned = isAligned(src, 16) && isAligned(mask, 16) && srcStep % 16 == 0 && maskStep % 16 == 0;
-    return aligned ? narrow<&Vector16::loadAligned>(src, srcStep, mask, maskStep, roi)
-                   : narrow<&Vector16::load>(src, srcStep, mask, maskStep, roi);
+    return aligned ? unrolled<&Vector16::loadAligned>(src, srcStep, mask, maskStep, roi)
+                   : unrolled<&Vector16::load>(src, srcStep, mask, maskStep, roi);
   }
 
  private:
   template <Vector16 (*load)(const void*)>
-  static MaskedSum narrow(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
-                          Size roi) {
-    NarrowByteSums sums;
+  static MaskedSum unrolled(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                            Size roi) {
+    MaskedByteLanes16 sums;
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const std::uint8_t* p = rowAt(src, srcStep, r);
       const std::uint8_t* m = rowAt(mask, maskStep, r);
@@ -78,9 +76,9 @@ class NarrowMaskedBytes {
     return sums.result();
   }
 
-  static MaskedSum wide(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
-                        Size roi) {
-    NarrowByteSums sums;
+  static MaskedSum rolled(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
+                          Size roi) {
+    MaskedByteLanes16 sums;
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const std::uint8_t* p = rowAt(src, srcStep, r);
       const std::uint8_t* m = rowAt(mask, maskStep, r);
@@ -93,8 +91,8 @@ class NarrowMaskedBytes {
 };
 
 #ifdef __AVX2__
-/// 32 pixels a step; each row's lanes are added into lanes of doubles.
-struct WideMaskedBytes {
+/// 32 pixels per iteration; the lanes of each row are added into lanes of doubles.
+struct MaskedBytes32 {
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
     return readingAhead(roi, 2, [&](auto readAhead) {
@@ -124,7 +122,7 @@ struct WideMaskedBytes {
   }
 
  private:
-  /// Exact below 2^52: the number stands in the fraction of a double of 2^52, which is then taken off.
+  /// Exact below 2^52: the number becomes the fraction of a double of 2^52, which is then subtracted.
   static __m256d asDoubles(__m256i lanes) {
     const __m256d offset = _mm256_set1_pd(0x1p52);
     return _mm256_sub_pd(_mm256_or_pd(_mm256_castsi256_pd(lanes), offset), offset);
@@ -133,8 +131,8 @@ struct WideMaskedBytes {
 #endif
 
 #ifdef __AVX512BW__
-/// 64 pixels a step, otherwise the same.
-struct RegisterMaskedBytes {
+/// The same with 64 pixels per iteration.
+struct MaskedBytes64 {
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
     return readingAhead(roi, 2, [&](auto readAhead) {

@@ -1,8 +1,8 @@
 #pragma once
 
-// Count and sum of the selected floats of a region: added in lanes of floats, which are emptied into doubles
-// after some hundred additions, counted across the ends of rows. So single precision loses little, at the
-// speed of its lanes. An unselected pixel adds zero, whatever it holds.
+// Count and sum of the selected floats of a region. Lanes of floats are added to doubles and cleared after
+// some hundred additions, counted across rows: little precision is lost. An unselected pixel adds zero,
+// whatever its value.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/statistic/masked_mean/masked_mean_bytes.h"
@@ -16,7 +16,7 @@ inline float selectedOrZero(const char* p, std::uint8_t mask) {
   return __builtin_bit_cast(float, loadAs<std::int32_t>(p) & selectedBits(mask));
 }
 
-/// The pixels of a row that no vector takes, added singly in single precision.
+/// The tail of a row, added in single precision.
 inline double sumScalar(const char* p, const std::uint8_t* m, std::int64_t left, std::uint32_t& count) {
   float sum = 0;
   for (; left != 0; p += 4, ++m, --left) {
@@ -26,31 +26,31 @@ inline double sumScalar(const char* p, const std::uint8_t* m, std::int64_t left,
   return sum;
 }
 
-/// Of the additions that a lane may take until it is emptied, the share of one row at a time.
+/// Limits the additions to lanes of floats between two times that they are emptied.
 class AdditionBudget {
  public:
-  explicit AdditionBudget(int perStep) : steps_(floatAdditions / perStep) {}
+  explicit AdditionBudget(int perIteration) : iterations_(floatAdditions / perIteration) {}
 
-  /// Steps that may be taken now, of `wanted`.
-  std::int64_t grant(std::int64_t wanted) const {
-    const std::int64_t left = steps_ - used_;
-    return wanted < left ? wanted : left;
+  /// Of `iterations`, those that may run before `spend`.
+  std::int64_t grant(std::int64_t iterations) const {
+    const std::int64_t left = iterations_ - used_;
+    return iterations < left ? iterations : left;
   }
   /// True when the lanes must be emptied.
-  bool spend(std::int64_t steps) {
-    used_ += steps;
-    if (used_ < steps_) return false;
+  bool spend(std::int64_t iterations) {
+    used_ += iterations;
+    if (used_ < iterations_) return false;
     used_ = 0;
     return true;
   }
 
  private:
-  std::int64_t steps_;
+  std::int64_t iterations_;
   std::int64_t used_ = 0;
 };
 
-/// 8 pixels a step into one accumulator of four lanes, the rest of a row singly.
-class NarrowMaskedFloats {
+/// 8 pixels per iteration into one accumulator of four lanes; the tail is scalar.
+class MaskedFloats16 {
  public:
   static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     const bool aligned = isAligned(src, 16) && srcStep % 16 == 0;
@@ -74,8 +74,8 @@ class NarrowMaskedFloats {
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
       const std::uint8_t* m = rowAt(mask, maskStep, r);
-      for (std::int64_t steps = roi.width / 8; steps != 0;) {
-        const std::int64_t granted = budget.grant(steps);
+      for (std::int64_t iterations = roi.width / 8; iterations != 0;) {
+        const std::int64_t granted = budget.grant(iterations);
         for (std::int64_t i = 0; i < granted; ++i, p += 32, m += 8) {
           const __m128i none = unselected(loadLow<8>(m));
           const __m128i words = _mm_unpacklo_epi8(none, none);
@@ -87,23 +87,23 @@ class NarrowMaskedFloats {
           counts = _mm_add_epi64(counts, _mm_sad_epu8(ones, _mm_setzero_si128()));
         }
         if (budget.spend(granted)) empty();
-        steps -= granted;
+        iterations -= granted;
       }
       total = _mm_add_sd(total, _mm_set_sd(sumScalar(p, m, roi.width % 8, count)));
     }
     empty();
-    return {count + static_cast<std::uint32_t>(NarrowByteSums::total(counts)), sumOf(total)};
+    return {count + static_cast<std::uint32_t>(MaskedByteLanes16::total(counts)), sumOf(total)};
   }
 };
 
 #ifdef __AVX2__
-/// 16 pixels a step into two accumulators of eight lanes, then 8, then singly.
-struct WideMaskedFloats {
+/// 16 pixels per iteration into two accumulators of eight lanes, then 8, then scalar.
+struct MaskedFloats32 {
   static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     return readingAhead(roi, 5, [&](auto readAhead) {
       __m256d total = _mm256_setzero_pd();
       __m256 a = _mm256_setzero_ps(), b = a;
-      double singles = 0;
+      double scalarSum = 0;
       std::uint32_t count = 0;
       const auto empty = [&] {
         total = plus(plus(total, a), b);
@@ -121,8 +121,8 @@ struct WideMaskedFloats {
       for (std::int64_t r = 0; r < roi.height; ++r) {
         const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
         const std::uint8_t* m = rowAt(mask, maskStep, r);
-        for (std::int64_t steps = roi.width / 16; steps != 0;) {
-          const std::int64_t granted = budget.grant(steps);
+        for (std::int64_t iterations = roi.width / 16; iterations != 0;) {
+          const std::int64_t granted = budget.grant(iterations);
           for (std::int64_t i = 0; i < granted; ++i, p += 64, m += 16) {
             const __m128i selection = Vector16::load(m).bits;
             readAhead(p);
@@ -131,7 +131,7 @@ struct WideMaskedFloats {
             count += counted(selection, 16);
           }
           if (budget.spend(granted)) empty();
-          steps -= granted;
+          iterations -= granted;
         }
         if ((roi.width & 8) != 0) {
           const __m128i selection = loadLow<8>(m);
@@ -141,42 +141,42 @@ struct WideMaskedFloats {
           m += 8;
           if (budget.spend(1)) empty();
         }
-        singles += sumScalar(p, m, roi.width % 8, count);
+        scalarSum += sumScalar(p, m, roi.width % 8, count);
       }
       empty();
-      return MaskedSum{count, sumOf(total) + singles};
+      return MaskedSum{count, sumOf(total) + scalarSum};
     });
   }
 };
 #endif
 
 #ifdef __AVX512BW__
-/// Four accumulators, 64 pixels a turn, the rest of a row in a masked turn. Rows below 8 pixels go singly.
-class RegisterMaskedFloats {
+/// 64 pixels per iteration into four accumulators; the tail is masked. Rows below 8 pixels are scalar.
+class MaskedFloats64 {
  public:
   static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
-    RegisterMaskedFloats sum;
+    MaskedFloats64 sum;
     return readingAhead(roi, 5, [&](auto readAhead) {
-      double singles = 0;
+      double scalarSum = 0;
       for (std::int64_t r = 0; r < roi.height; ++r) {
         const char* const p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
         const std::uint8_t* const m = rowAt(mask, maskStep, r);
         if (roi.width < 8) {
-          singles += sumScalar(p, m, roi.width, sum.count_);
+          scalarSum += sumScalar(p, m, roi.width, sum.count_);
         } else {
           sum.row(p, m, roi.width, readAhead);
         }
       }
       sum.empty();
-      return MaskedSum{sum.count_, sumOf(sum.total_) + singles};
+      return MaskedSum{sum.count_, sumOf(sum.total_) + scalarSum};
     });
   }
 
  private:
   void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto readAhead) {
     for (std::int64_t c = 0; c < pixels;) {
-      const std::int64_t turns = budget_.grant((pixels - c + 63) / 64);
-      const std::int64_t some = turns * 64 < pixels - c ? turns * 64 : pixels - c;
+      const std::int64_t iterations = budget_.grant((pixels - c + 63) / 64);
+      const std::int64_t some = iterations * 64 < pixels - c ? iterations * 64 : pixels - c;
       forEachSelection(m + c, some, [&, from = p + 4 * c](std::int64_t at, __mmask64 selected) {
         const char* const q = from + 4 * at;
         readAhead(q, 256);
@@ -187,7 +187,7 @@ class RegisterMaskedFloats {
         add(d_, sixteenOf<3>(selected), q + 192);
         count_ += static_cast<std::uint32_t>(countOf(selected));
       });
-      if (budget_.spend(turns)) empty();
+      if (budget_.spend(iterations)) empty();
       c += some;
     }
   }

@@ -16,40 +16,40 @@ namespace {
 namespace masked {
 
 #ifndef __AVX2__
-struct WideBytes;
-struct WideWords;
-struct WideFloats;
+struct Bytes32;
+struct Words32;
+struct Floats32;
 #else
-using WideBytes = WideMaskedBytes;
-using WideWords = WideMaskedWords;
-using WideFloats = WideMaskedFloats;
+using Bytes32 = MaskedBytes32;
+using Words32 = MaskedWords32;
+using Floats32 = MaskedFloats32;
 #endif
 #ifndef __AVX512BW__
-struct RegisterBytes;
-struct RegisterWords;
-struct RegisterFloats;
+struct Bytes64;
+struct Words64;
+struct Floats64;
 #else
-using RegisterBytes = RegisterMaskedBytes;
-using RegisterWords = RegisterMaskedWords;
-using RegisterFloats = RegisterMaskedFloats;
+using Bytes64 = MaskedBytes64;
+using Words64 = MaskedWords64;
+using Floats64 = MaskedFloats64;
 #endif
-using Bytes = NarrowMaskedBytes;
-using Words = NarrowMaskedWords;
-using Floats = NarrowMaskedFloats;
+using Bytes = MaskedBytes16;
+using Words = MaskedWords16;
+using Floats = MaskedFloats16;
 
 template <class V, class T>
 struct MeanPolicy;
 template <class V>
 struct MeanPolicy<V, u8> {
-  using Form = ByVariant<V, Bytes, Bytes, Bytes, Bytes, WideBytes, RegisterBytes>;
+  using Form = ByVariant<V, Bytes, Bytes, Bytes, Bytes, Bytes32, Bytes64>;
 };
 template <class V>
 struct MeanPolicy<V, u16> {
-  using Form = ByVariant<V, Words, Words, Words, Words, WideWords, RegisterWords>;
+  using Form = ByVariant<V, Words, Words, Words, Words, Words32, Words64>;
 };
 template <class V>
 struct MeanPolicy<V, float> {
-  using Form = ByVariant<V, Floats, Floats, Floats, Floats, WideFloats, RegisterFloats>;
+  using Form = ByVariant<V, Floats, Floats, Floats, Floats, Floats32, Floats64>;
 };
 
 }  // namespace masked

@@ -2,9 +2,9 @@
 
 // Count and sum of the selected words of a region, row by row in 32 bits.
 //
-// The older variants keep a row's sum in one figure of 32 bits with a sign: a row that adds up to 2^31 or
-// more enters the total as a negative number. The newer ones keep lanes with a sign, each of which holds
-// 32768 pixels at least.
+// 16-byte vectors: the sum of a row is a signed value of 32 bits, and 2^31 or more wraps to a negative
+// number. 32- and 64-byte vectors: each lane of a row is a signed value of 32 bits, which holds at least
+// 32768 pixels.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
@@ -15,8 +15,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// 64 pixels a step in rows of at least that many, then 4, then singly.
-class NarrowMaskedWords {
+/// 64 pixels per iteration, then 4, then scalar.
+class MaskedWords16 {
  public:
   static MaskedSum of(const std::uint16_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
@@ -71,20 +71,20 @@ class NarrowMaskedWords {
       sum += static_cast<std::uint32_t>(loadAs<std::uint16_t>(p) & bits);
       count += static_cast<std::uint32_t>(1 & bits);
     }
-    count += static_cast<std::uint32_t>(NarrowByteSums::total(lanes.count));
+    count += static_cast<std::uint32_t>(MaskedByteLanes16::total(lanes.count));
     return static_cast<std::int32_t>(
         sum + static_cast<std::uint32_t>(sumOfLanes32(_mm_add_epi32(lanes.even, lanes.odd))));
   }
 };
 
 #ifdef __AVX2__
-/// 16 pixels a step, then 8, then singly.
-struct WideMaskedWords {
+/// 16 pixels per iteration, then 8, then scalar.
+struct MaskedWords32 {
   static MaskedSum of(const std::uint16_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
     return readingAhead(roi, 3, [&](auto readAhead) {
       __m256d total = _mm256_setzero_pd();
-      double singles = 0;
+      double scalarSum = 0;
       std::uint32_t count = 0;
       for (std::int64_t r = 0; r < roi.height; ++r) {
         const auto* p = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
@@ -114,27 +114,27 @@ struct WideMaskedWords {
           count += static_cast<std::uint32_t>(1 & bits);
         }
         total = plus(plus(total, even), odd);
-        singles += sum;
+        scalarSum += sum;
       }
-      return MaskedSum{count, sumOf(total) + singles};
+      return MaskedSum{count, sumOf(total) + scalarSum};
     });
   }
 };
 #endif
 
 #ifdef __AVX512BW__
-/// Four steps of 16 pixels a turn; what is left of a row goes in masked steps. Rows go into the same lanes as
-/// long as these hold them: emptying the lanes takes longer than the sums of a short row.
-struct RegisterMaskedWords {
+/// 64 pixels per iteration; the tail is masked. Short rows share lanes as long as these can hold their sums:
+/// to empty the lanes takes longer than to sum a short row.
+struct MaskedWords64 {
   static MaskedSum of(const std::uint16_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
     return readingAhead(roi, 3, [&](auto readAhead) {
       __m512d total = _mm512_setzero_pd();
       std::uint32_t count = 0;
-      const int together = wordRowsInLanes(roi.width);
-      ZORVAN_NOTE_PLAN("wordRowsInLanes of all rows", together >= roi.height);
-      for (std::int64_t from = 0; from < roi.height; from += together) {
-        const std::int64_t end = roi.height - from < together ? roi.height : from + together;
+      const int rowsInLanes = wordRowsInLanes(roi.width);
+      ZORVAN_NOTE_PLAN("wordRowsInLanes of all rows", rowsInLanes >= roi.height);
+      for (std::int64_t from = 0; from < roi.height; from += rowsInLanes) {
+        const std::int64_t end = roi.height - from < rowsInLanes ? roi.height : from + rowsInLanes;
         __m512i whole = _mm512_setzero_si512(), high = whole;  // see UnsignedPairs32
         const auto add = [&](__m512i words) {
           whole = _mm512_add_epi32(whole, words);

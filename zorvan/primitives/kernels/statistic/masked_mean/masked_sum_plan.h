@@ -1,6 +1,6 @@
 #pragma once
 
-// What masked sums decide by size. Pure, so that each limit can be tested from both sides on any machine.
+// Decisions of masked sums by size. Pure, so that both sides of each limit can be tested on any machine.
 
 #include <cstdint>
 
@@ -11,15 +11,16 @@
 namespace Zorvan::Primitives {
 namespace {
 
-constexpr bool takesNarrowSum(Size roi) { return wrappedCount(roi) < narrowSumBelow; }
+/// The number of pixels wraps: an enormous region may count as a small one.
+constexpr bool unrollsByteSum(Size roi) { return wrappedCount(roi) < unrolledByteSumBelow; }
 
-/// Additions into a lane of floats before it is emptied into a double.
+/// Additions to a lane of floats before it is added to a double and cleared.
 constexpr int floatAdditions = 480;
 
 /// Rows of words whose sums may go into the same lanes; one at least.
 constexpr int wordRowsInLanes(int width) {
-  const int steps = (width - 1) / 64 + 1;
-  return steps < wordStepsInLanes ? wordStepsInLanes / steps : 1;
+  const int iterations = (width - 1) / 64 + 1;
+  return iterations < wordIterationsInLanes ? wordIterationsInLanes / iterations : 1;
 }
 
 }  // namespace

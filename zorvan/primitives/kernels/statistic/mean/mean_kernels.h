@@ -7,8 +7,8 @@
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/statistic/mean/sum_bytes.h"
-#include "zorvan/primitives/kernels/statistic/mean/sum_floats.h"
-#include "zorvan/primitives/kernels/statistic/mean/sum_floats_wide.h"
+#include "zorvan/primitives/kernels/statistic/mean/sum_floats16.h"
+#include "zorvan/primitives/kernels/statistic/mean/sum_floats32_64.h"
 #include "zorvan/primitives/kernels/statistic/mean/sum_tiles.h"
 #include "zorvan/primitives/kernels/statistic/mean/sum_words.h"
 
@@ -18,64 +18,62 @@ namespace {
 namespace sum {
 
 #ifdef __AVX__
-using AccurateWide = PersistentSum<Doubles32>;
-struct FastWide {
+using Accurate32 = RegionSum<Doubles32>;
+struct Fast32 {
   static double of(const float* src, int srcStep, Size roi) {
-    using Sum = PersistentSum<Floats32>;
-    return roi.width < wideFloatRows ? AccurateWide::of(src, srcStep, roi) : Sum::of(src, srcStep, roi);
+    using Sum = RegionSum<Floats32>;
+    return roi.width < floatLanesFromWidth ? Accurate32::of(src, srcStep, roi) : Sum::of(src, srcStep, roi);
   }
 };
 #else
-struct AccurateWide;
-struct FastWide;
+struct Accurate32;
+struct Fast32;
 #endif
 #ifdef __AVX2__
-using WideBytes = WideByteSum;
-using WideWords = TiledSum<Tiles32, UnsignedPairs32, unsignedTilePixels>;
-using WideSignedWords = TiledSum<Tiles32, SignedPairs32, signedTilePixels>;
+using Bytes32 = ByteSum32;
+using Words32 = TiledSum<Tiles32, UnsignedPairs32, unsignedTilePixels>;
+using SignedWords32 = TiledSum<Tiles32, SignedPairs32, signedTilePixels>;
 #else
-struct WideBytes;
-struct WideWords;
-struct WideSignedWords;
+struct Bytes32;
+struct Words32;
+struct SignedWords32;
 #endif
 #ifdef __AVX512BW__
-using RegisterBytes = RegisterByteSum;
-using RegisterWords = TiledSum<Tiles64, UnsignedPairs64, unsignedTilePixels>;
-using RegisterSignedWords = TiledSum<Tiles64, SignedPairs64, signedTilePixels>;
-using AccurateRegister = PersistentSum<Doubles64>;
-struct FastRegister {
+using Bytes64 = ByteSum64;
+using Words64 = TiledSum<Tiles64, UnsignedPairs64, unsignedTilePixels>;
+using SignedWords64 = TiledSum<Tiles64, SignedPairs64, signedTilePixels>;
+using Accurate64 = RegionSum<Doubles64>;
+struct Fast64 {
   static double of(const float* src, int srcStep, Size roi) {
-    using Sum = PersistentSum<Floats64>;
-    return roi.width < wideFloatRows ? AccurateRegister::of(src, srcStep, roi) : Sum::of(src, srcStep, roi);
+    using Sum = RegionSum<Floats64>;
+    return roi.width < floatLanesFromWidth ? Accurate64::of(src, srcStep, roi) : Sum::of(src, srcStep, roi);
   }
 };
 #else
-struct RegisterBytes;
-struct RegisterWords;
-struct RegisterSignedWords;
-struct AccurateRegister;
-struct FastRegister;
+struct Bytes64;
+struct Words64;
+struct SignedWords64;
+struct Accurate64;
+struct Fast64;
 #endif
 
 template <class V>
 struct Policy {
-  using Bytes = ByVariant<V, NarrowByteSum, NarrowByteSum, NarrowByteSum, NarrowByteSum, WideBytes,  //
-                          RegisterBytes>;
-  using Words = ByVariant<V, NarrowWordSum, NarrowWordSum, NarrowWordSum, NarrowWordSum, WideWords,  //
-                          RegisterWords>;
-  using SignedWords = ByVariant<V, NarrowSignedWordSum, NarrowSignedWordSum, NarrowSignedWordSum,
-                                NarrowSignedWordSum, WideSignedWords, RegisterSignedWords>;
-  using Accurate =
-      ByVariant<V, EvenOddSum, ModuloFourSum, EvenOddSum, AccurateWide, AccurateWide, AccurateRegister>;
-  using Fast = ByVariant<V, FastRowSum, FastRowSum, FastRowSum, FastWide, FastWide, FastRegister>;
+  using Bytes = ByVariant<V, ByteSum16, ByteSum16, ByteSum16, ByteSum16, Bytes32,  //
+                          Bytes64>;
+  using Words = ByVariant<V, WordSum16, WordSum16, WordSum16, WordSum16, Words32,  //
+                          Words64>;
+  using SignedWords = ByVariant<V, SignedWordSum16, SignedWordSum16, SignedWordSum16, SignedWordSum16,
+                                SignedWords32, SignedWords64>;
+  using Accurate = ByVariant<V, EvenOddSum, ModuloFourSum, EvenOddSum, Accurate32, Accurate32, Accurate64>;
+  using Fast = ByVariant<V, FastRowSum, FastRowSum, FastRowSum, Fast32, Fast32, Fast64>;
 };
 
-/// The hint that asks for double precision throughout; every other one is the fast sum's.
+/// The hint for double precision throughout. All others select the fast sum.
 constexpr int accurateHint = 2;
 
 }  // namespace sum
 
-/// The count is a 32-bit figure and wraps.
 template <class T, class Sum>
 int findMean(const T* src, Size roi, double* result, Sum sumOf) {
   if (src == nullptr || result == nullptr) return ippStsNullPtrErr;

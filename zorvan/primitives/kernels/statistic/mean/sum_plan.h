@@ -11,7 +11,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The count of a region's pixels as a figure of 32 bits, which wraps.
+/// The number of a region's pixels modulo 2^32, as a signed value.
 constexpr std::int32_t wrappedCount(Size roi) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(roi.width) *
                                    static_cast<std::uint32_t>(roi.height));

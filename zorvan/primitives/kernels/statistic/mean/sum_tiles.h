@@ -1,8 +1,7 @@
 #pragma once
 
-// Exact sums of regions of words in the two newest variants: the region is walked in two-dimensional tiles
-// small enough for 32-bit lanes, and the lanes of each tile are added into lanes of doubles, where any
-// region's sum is exact.
+// Exact sums of regions of words with 32- and 64-byte vectors. A region is cut into tiles small enough for
+// 32-bit lanes. The lanes of each tile are added into lanes of doubles, where the sum of any region is exact.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
@@ -21,9 +20,8 @@ struct SignedPairs32 {
   __m256i sums() const { return lanes; }
 };
 
-/// Both words of a lane are added as one number, the higher words alone beside it: that is one operation less
-/// than taking the words apart first. The lower words' sum is what is left when the higher ones' is taken
-/// off.
+/// One accumulator gets both words of a lane as one number, the other one the high words alone: one operation
+/// less than separating the words first. The difference is the sum of the low words.
 struct UnsignedPairs32 {
   __m256i whole = _mm256_setzero_si256(), high = whole;
   void add(__m256i words) {
@@ -94,15 +92,15 @@ class TiledSum {
   }
 
  private:
-  /// Whole rows without gaps: a tile is one run of pixels.
+  /// A tile of whole rows without gaps between them.
   static auto run(const unsigned char* p, std::int64_t pixels, auto readAhead) {
     Pairs pairs;
     const auto add = [&pairs](auto words) { pairs.add(words); };
-    Tiles::Rows::template walk<2>(p, 2 * pixels, readAhead, add, add);
+    Tiles::Rows::template forEachVector<2>(p, 2 * pixels, readAhead, add, add);
     return pairs.sums();
   }
 
-  /// Strips before the last go into the total by themselves; the last one's lanes are returned.
+  /// Adds all strips but the last to `tiles`; returns the lanes of the last one.
   static auto rowByRow(const unsigned char* corner, int srcStep, std::int64_t rows, std::int64_t columns,
                        auto readAhead, Tiles& tiles) {
     Pairs pairs;
@@ -112,7 +110,7 @@ class TiledSum {
         tiles.add(pairs.sums());
         pairs = Pairs();
       }
-      Tiles::Rows::template walk<2>(rowAt(corner, srcStep, row), 2 * columns, readAhead, add, add);
+      Tiles::Rows::template forEachVector<2>(rowAt(corner, srcStep, row), 2 * columns, readAhead, add, add);
     }
     return pairs.sums();
   }

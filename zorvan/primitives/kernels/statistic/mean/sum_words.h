@@ -1,7 +1,6 @@
 #pragma once
 
-// Exact sums of regions of words with 16-byte vectors: the older variants. Rows are cut into blocks that
-// 32-bit lanes can hold.
+// Exact sums of regions of words with 16-byte vectors. Rows are cut into blocks whose sums fit 32-bit lanes.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
@@ -17,7 +16,7 @@ inline std::int32_t sumOfLanes32(__m128i lanes) {
 }
 
 /// Words widened to 32-bit lanes.
-class NarrowWordSum {
+class WordSum16 {
  public:
   static double of(const std::uint16_t* src, int srcStep, Size roi) {
     std::uint64_t total = 0;
@@ -34,7 +33,7 @@ class NarrowWordSum {
   }
 
  private:
-  static constexpr int vectorsFrom = 23;  // pixels: less would be mostly ends
+  static constexpr int vectorsFrom = 23;  // pixels: shorter rows would be mostly peel and tail
 
   static void add(const unsigned char* p, __m128i& even, __m128i& odd) {
     const __m128i words = Vector16::load(p).bits;
@@ -62,8 +61,8 @@ class NarrowWordSum {
   }
 };
 
-/// Pairs of signed words added into 32-bit lanes. A small region needs one set of lanes for all its rows.
-class NarrowSignedWordSum {
+/// Pairs of signed words are added into 32-bit lanes. A small region needs one set of lanes for all its rows.
+class SignedWordSum16 {
  public:
   static double of(const std::int16_t* src, int srcStep, Size roi) {
     const auto row = [=](std::int64_t r) {
@@ -88,10 +87,10 @@ class NarrowSignedWordSum {
  private:
   struct Sum {
     __m128i lanes = _mm_setzero_si128();
-    std::int32_t singles = 0;
+    std::int32_t scalarSum = 0;
 
     void scalar(const unsigned char* p, std::int64_t count) {
-      for (; count != 0; p += 2, --count) singles += loadAs<std::int16_t>(p);
+      for (; count != 0; p += 2, --count) scalarSum += loadAs<std::int16_t>(p);
     }
     void add(const unsigned char* p, std::int64_t left) {
       const std::int64_t toBoundary = bytesToBoundary(p, 16);
@@ -105,7 +104,7 @@ class NarrowSignedWordSum {
       }
       scalar(p, left);
     }
-    std::int32_t total() const { return sumOfLanes32(lanes) + singles; }
+    std::int32_t total() const { return sumOfLanes32(lanes) + scalarSum; }
   };
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Sums of float regions with 16-byte vectors: the oldest variants.
+// Sums of float regions with 16-byte vectors.
 //
 // The accurate sums convert every pixel to double first and keep two running sums, of the region's even and
 // odd columns. The fast sum adds in single precision within a row only.
@@ -13,12 +13,12 @@ namespace {
 
 inline __m128 loadFloats16(const char* p) { return _mm_castsi128_ps(Vector16::load(p).bits); }
 inline __m128d loadPair(const char* p) { return _mm_cvtps_pd(_mm_castpd_ps(_mm_set_sd(loadAs<double>(p)))); }
-inline __m128d loadSingle(const char* p) { return _mm_set_sd(loadAs<float>(p)); }
+inline __m128d loadScalar(const char* p) { return _mm_set_sd(loadAs<float>(p)); }
 inline double oddPlusEven(__m128d sums) {
   return _mm_cvtsd_f64(_mm_add_sd(_mm_unpackhi_pd(sums, sums), sums));
 }
 
-/// 16 pixels a step over four accumulators, folded into the two running sums at the row's end.
+/// 16 pixels per iteration over four accumulators, folded into the two running sums at the row's end.
 struct EvenOddSum {
   static double of(const float* src, int srcStep, Size roi) {
     __m128d sums = _mm_setzero_pd();
@@ -40,7 +40,7 @@ struct EvenOddSum {
         sums = _mm_add_pd(sums, _mm_add_pd(_mm_add_pd(a, b), _mm_add_pd(c, d)));
       }
       for (; left >= 2; p += 8, left -= 2) sums = _mm_add_pd(sums, loadPair(p));
-      if (left != 0) sums = _mm_add_sd(sums, loadSingle(p));
+      if (left != 0) sums = _mm_add_sd(sums, loadScalar(p));
     }
     return oddPlusEven(sums);
   }
@@ -63,15 +63,15 @@ struct ModuloFourSum {
         p += 8;
         left -= 2;
       }
-      if (left != 0) sums = _mm_add_sd(sums, loadSingle(p));
+      if (left != 0) sums = _mm_add_sd(sums, loadScalar(p));
       sums = _mm_add_pd(sums, extra);
     }
     return oddPlusEven(sums);
   }
 };
 
-/// In single precision within each row: four accumulators, 16 pixels a step from a 16-byte boundary where the
-/// row's pixels reach one. Each row's sum becomes two doubles.
+/// In single precision within each row: four accumulators, 16 pixels per iteration, from a 16-byte boundary
+/// on where a pixel starts on one. Each row's sum becomes two doubles.
 struct FastRowSum {
   static double of(const float* src, int srcStep, Size roi) {
     __m128d sums = _mm_setzero_pd();

@@ -1,11 +1,11 @@
 #pragma once
 
-// Sums of float regions with 32- and 64-byte vectors: the three newest variants.
+// Sums of float regions with 32- and 64-byte vectors.
 //
 // Accumulators persist over all rows of the region and are folded once, at the very end: high lanes onto low
-// lanes, then the two lanes of the last pair. A row of 17 pixels and more takes a scalar head of at most
-// seven pixels to a 32-byte boundary, where its pixels reach one, and goes 16 pixels a step. Narrower regions
-// are added in a plain vector loop, in double whatever the hint.
+// lanes, then the two lanes of the last pair. Rows of 17 pixels and more begin with a scalar peel of at most
+// seven pixels to a 32-byte boundary, where a pixel starts on one. Narrower regions have no peel, and are
+// added in double precision whatever the hint.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
@@ -15,8 +15,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Widths from which the hint counts.
-constexpr int wideFloatRows = 17;
+/// Narrower regions are summed in double precision whatever the hint.
+constexpr int floatLanesFromWidth = 17;
 
 inline __m128d foldHigh(__m256d lanes) {
   return _mm_add_pd(_mm256_castpd256_pd128(lanes), _mm256_extractf128_pd(lanes, 1));
@@ -29,7 +29,7 @@ inline float foldAll(__m128 lanes) {
   return _mm_cvtss_f32(_mm_add_ss(lanes, _mm_shuffle_ps(lanes, lanes, 1)));
 }
 
-/// The pixels of a row that no vector takes.
+/// The next `count` pixels of a row, one after the other.
 template <class Sum>
 inline void addScalar(Sum& sum, const char*& p, std::int64_t& left, std::int64_t count) {
   for (left -= count; count != 0; p += 4, --count) sum += static_cast<Sum>(loadAs<float>(p));
@@ -40,7 +40,7 @@ inline std::int64_t peelPixels(const char* p) {
   return toBoundary % 4 == 0 ? toBoundary / 4 : 0;
 }
 
-/// Lanes of doubles, filled four at a time.
+/// Four lanes of doubles.
 struct Doubles32 {
   static constexpr int pixels = 4;
   __m256d lanes = _mm256_setzero_pd();
@@ -49,13 +49,13 @@ struct Doubles32 {
   void add(Doubles32 other) { lanes = _mm256_add_pd(lanes, other.lanes); }
   double total() const { return foldAll(foldHigh(lanes)); }
 
-  using Single = double;
-  static void addRest(Doubles32&, double& single, const char* p, std::int64_t left) {
-    addScalar(single, p, left, left);
+  using Scalar = double;
+  static void addTail(Doubles32&, double& scalarSum, const char* p, std::int64_t left) {
+    addScalar(scalarSum, p, left, left);
   }
 };
 
-/// Lanes of floats, filled eight at a time.
+/// Eight lanes of floats.
 struct Floats32 {
   static constexpr int pixels = 8;
   __m256 lanes = _mm256_setzero_ps();
@@ -66,16 +66,15 @@ struct Floats32 {
     return foldAll(_mm_add_ps(_mm256_castps256_ps128(lanes), _mm256_extractf128_ps(lanes, 1)));
   }
 
-  using Single = float;
-  static void addRest(Floats32&, float& single, const char* p, std::int64_t left) {
-    addScalar(single, p, left, left);
+  using Scalar = float;
+  static void addTail(Floats32&, float& scalarSum, const char* p, std::int64_t left) {
+    addScalar(scalarSum, p, left, left);
   }
 };
 
 #ifdef __AVX512F__
-/// Lanes of doubles, filled eight at a time, with the rest of a row in a masked load. A product with one is
-/// exact, so that each addition can be a multiply-add: some processors convert where they add and multiply
-/// elsewhere.
+/// Eight lanes of doubles; the tail of a row is a masked load. Additions are multiply-adds with a factor of
+/// one, which is exact: some processors convert and add in the same port, and multiply in another.
 struct Doubles64 {
   static constexpr int pixels = 8;
   __m512d lanes = _mm512_setzero_pd();
@@ -87,12 +86,13 @@ struct Doubles64 {
     return foldAll(foldHigh(_mm256_add_pd(_mm512_castpd512_pd256(lanes), _mm512_extractf64x4_pd(lanes, 1))));
   }
 
-  using Single = double;
-  static void addRest(Doubles64& sum, double&, const char* p, std::int64_t left) {
+  using Scalar = double;
+  static void addTail(Doubles64& sum, double&, const char* p, std::int64_t left) {
     sum.add(_mm256_maskz_loadu_ps(static_cast<__mmask8>((1u << left) - 1), p));
   }
 };
 
+/// Sixteen lanes of floats.
 struct Floats64 {
   static constexpr int pixels = 16;
   __m512 lanes = _mm512_setzero_ps();
@@ -104,28 +104,28 @@ struct Floats64 {
     return foldAll(_mm_add_ps(_mm256_castps256_ps128(eight), _mm256_extractf128_ps(eight, 1)));
   }
 
-  using Single = float;
-  static void addRest(Floats64& sum, float&, const char* p, std::int64_t left) {
-    const auto chosen = static_cast<__mmask16>((1u << left) - 1);
-    sum.lanes = _mm512_add_ps(sum.lanes, _mm512_maskz_loadu_ps(chosen, p));
+  using Scalar = float;
+  static void addTail(Floats64& sum, float&, const char* p, std::int64_t left) {
+    const auto selected = static_cast<__mmask16>((1u << left) - 1);
+    sum.lanes = _mm512_add_ps(sum.lanes, _mm512_maskz_loadu_ps(selected, p));
   }
 };
 #endif
 
-/// A region of any width in lanes of doubles or floats, on eight accumulators. They have names, as the
-/// compiler leaves an array of them in memory between the rows.
+/// The sum of a region in eight accumulators of doubles or floats. The compiler would keep an array of them
+/// in memory between the rows.
 template <class Lanes>
-struct PersistentSum {
+struct RegionSum {
   static double of(const float* src, int srcStep, Size roi) {
-    constexpr std::int64_t width = Lanes::pixels, turn = 8 * width, bytes = 4 * width;
+    constexpr std::int64_t width = Lanes::pixels, unrolled = 8 * width, bytes = 4 * width;
     return readingAhead(roi, sizeof(float), [&](auto readAhead) {
       Lanes a, b, c, d, e, f, g, h;
-      typename Lanes::Single single = 0;
+      typename Lanes::Scalar scalarSum = 0;
       for (std::int64_t r = 0; r < roi.height; ++r) {
         const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
         std::int64_t left = roi.width;
-        if (roi.width >= wideFloatRows) addScalar(single, p, left, peelPixels(p));
-        for (; left >= turn; p += 8 * bytes, left -= turn) {
+        if (roi.width >= floatLanesFromWidth) addScalar(scalarSum, p, left, peelPixels(p));
+        for (; left >= unrolled; p += 8 * bytes, left -= unrolled) {
           readAhead(p, 8 * bytes);
           a.add(p);
           b.add(p + bytes);
@@ -145,7 +145,7 @@ struct PersistentSum {
           p += bytes;
           left -= width;
         }
-        if (left != 0) Lanes::addRest(d, single, p, left);
+        if (left != 0) Lanes::addTail(d, scalarSum, p, left);
       }
       a.add(e);
       b.add(f);
@@ -154,7 +154,7 @@ struct PersistentSum {
       a.add(c);
       b.add(d);
       a.add(b);
-      return static_cast<double>(a.total() + single);
+      return static_cast<double>(a.total() + scalarSum);
     });
   }
 };
