@@ -5,7 +5,7 @@
 #include "zorvan/primitives/kernels/statistic/mean/sum_plan.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 TEST(SumPlan, BytesWithoutGapsRunAsOneRow) {
@@ -106,4 +106,4 @@ TEST(MaskedExtremePlan, BlocksHold8192PixelsOrARow) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -4,7 +4,7 @@
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 inline double sumOf(__m128d total) { return _mm_cvtsd_f64(_mm_add_sd(total, _mm_unpackhi_pd(total, total))); }
@@ -39,4 +39,4 @@ inline __m512d plus(__m512d total, __m512 floats) {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

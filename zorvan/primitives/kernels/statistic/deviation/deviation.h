@@ -4,7 +4,7 @@
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 struct Moments {
@@ -24,6 +24,7 @@ struct RoundedTwice {
     return _mm_sub_sd(meanSquare, _mm_mul_sd(mean, mean));
   }
 };
+struct RoundedOnce;
 #ifdef __FMA__
 struct RoundedOnce {
   static __m128d variance(__m128d meanSquare, __m128d mean) { return _mm_fnmadd_sd(mean, mean, meanSquare); }
@@ -50,4 +51,4 @@ Deviation deviationOf(const Moments& moments) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -12,7 +12,7 @@
 #include "zorvan/primitives/kernels/statistic/selection.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// Calls `piece` for parts of each row whose squares fit the lanes.
@@ -76,6 +76,9 @@ class ByteMoments16 {
   std::int64_t scalarSum_ = 0, scalarCount_ = 0;
   double squares_ = 0;
 };
+
+class ByteMoments32;
+class ByteMoments64;
 
 #ifdef __AVX2__
 /// 32 pixels per iteration; the tail is filled up with zeros.
@@ -172,4 +175,4 @@ class ByteMoments64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

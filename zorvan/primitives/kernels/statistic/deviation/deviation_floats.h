@@ -9,7 +9,7 @@
 #include "zorvan/primitives/kernels/statistic/masked_mean/masked_mean_floats.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 inline float foldLanes(__m128 lanes) {
@@ -35,7 +35,7 @@ struct MaskedFloats {
 /// 8 pixels per iteration, then scalar. The second pass keeps its lanes over all rows.
 class FloatMoments16 {
  public:
-  static Moments moments(const MaskedFloats& image) {
+  static Moments of(const MaskedFloats& image) {
     Moments total{0, 0, 0};
     image.forEachRow([&](const char* p, const std::uint8_t* m) {
       __m128 sum = _mm_setzero_ps(), squares = sum;
@@ -105,6 +105,9 @@ class FloatMoments16 {
   }
 };
 
+class FloatMoments32;
+class FloatMoments64;
+
 #ifdef __AVX2__
 inline float foldLanes(__m256 lanes) {
   return foldLanes(_mm_add_ps(_mm256_castps256_ps128(lanes), _mm256_extractf128_ps(lanes, 1)));
@@ -113,7 +116,7 @@ inline float foldLanes(__m256 lanes) {
 /// 16 pixels per iteration over two accumulators, then scalar. Both passes fold their lanes after each row.
 class FloatMoments32 {
  public:
-  static Moments moments(const MaskedFloats& image) {
+  static Moments of(const MaskedFloats& image) {
     return readingAhead(image.roi, 5, [&](auto readAhead) {
       Moments total{0, 0, 0};
       image.forEachRow([&](const char* p, const std::uint8_t* m) {
@@ -187,7 +190,7 @@ inline float foldLanes(__m512 lanes) {
 /// 64 pixels per iteration over four accumulators; the tail is masked.
 class FloatMoments64 {
  public:
-  static Moments moments(const MaskedFloats& image) {
+  static Moments of(const MaskedFloats& image) {
     return readingAhead(image.roi, 5, [&](auto readAhead) {
       Moments total{0, 0, 0};
       image.forEachRow([&](const char* p, const std::uint8_t* m) {
@@ -251,4 +254,4 @@ class FloatMoments64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

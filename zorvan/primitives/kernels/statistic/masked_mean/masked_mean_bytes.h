@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/statistic/selection.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 struct MaskedSum {
@@ -90,6 +90,9 @@ class MaskedBytes16 {
   }
 };
 
+struct MaskedBytes32;
+struct MaskedBytes64;
+
 #ifdef __AVX2__
 /// 32 pixels per iteration; the lanes of each row are added into lanes of doubles.
 struct MaskedBytes32 {
@@ -158,4 +161,4 @@ struct MaskedBytes64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

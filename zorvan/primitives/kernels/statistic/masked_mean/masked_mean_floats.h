@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/statistic/masked_mean/masked_mean_bytes.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// The value, or zero bits for an unselected pixel.
@@ -95,6 +95,9 @@ class MaskedFloats16 {
     return {count + static_cast<std::uint32_t>(MaskedByteLanes16::total(counts)), sumOf(total)};
   }
 };
+
+struct MaskedFloats32;
+class MaskedFloats64;
 
 #ifdef __AVX2__
 /// 16 pixels per iteration into two accumulators of eight lanes, then 8, then scalar.
@@ -209,4 +212,4 @@ class MaskedFloats64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -12,7 +12,7 @@
 #include "zorvan/primitives/kernels/statistic/mean/sum_words.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// 64 pixels per iteration, then 4, then scalar.
@@ -76,6 +76,9 @@ class MaskedWords16 {
         sum + static_cast<std::uint32_t>(sumOfLanes32(_mm_add_epi32(lanes.even, lanes.odd))));
   }
 };
+
+struct MaskedWords32;
+struct MaskedWords64;
 
 #ifdef __AVX2__
 /// 16 pixels per iteration, then 8, then scalar.
@@ -161,4 +164,4 @@ struct MaskedWords64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

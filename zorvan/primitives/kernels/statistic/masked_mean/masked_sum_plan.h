@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/common/image_limits.h"
 #include "zorvan/primitives/kernels/statistic/mean/sum_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// The number of pixels wraps: an enormous region may count as a small one.
@@ -24,4 +24,4 @@ constexpr int wordRowsInLanes(int width) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

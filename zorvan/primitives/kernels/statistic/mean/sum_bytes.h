@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/statistic/mean/sum_plan.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 inline std::int64_t sumOfLanes64(__m128i lanes) {
@@ -38,6 +38,9 @@ struct ByteSum16 {
     return static_cast<double>(sumOfLanes64(lanes) + scalarSum);
   }
 };
+
+struct ByteSum32;
+struct ByteSum64;
 
 #ifdef __AVX2__
 inline std::int64_t sumOfLanes64(__m256i lanes) {
@@ -94,4 +97,4 @@ struct ByteSum64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 inline __m128 loadFloats16(const char* p) { return _mm_castsi128_ps(Vector16::load(p).bits); }
@@ -100,4 +100,4 @@ struct FastRowSum {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -11,9 +11,19 @@
 #include "zorvan/primitives/kernels/simd/vectors.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
-#ifdef __AVX__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
+
+struct Doubles32;
+struct Floats32;
+struct Doubles64;
+struct Floats64;
+template <class Lanes>
+struct RegionSum;
+template <class Floats, class Doubles>
+struct FastRegionSum;
+
+#ifdef __AVX__
 
 /// Narrower regions are summed in double precision whatever the hint.
 constexpr int floatLanesFromWidth = 17;
@@ -159,6 +169,14 @@ struct RegionSum {
   }
 };
 
-}  // namespace
-}  // namespace Zorvan::Primitives
+template <class Floats, class Doubles>
+struct FastRegionSum {
+  static double of(const float* src, int srcStep, Size roi) {
+    return roi.width < floatLanesFromWidth ? RegionSum<Doubles>::of(src, srcStep, roi)
+                                           : RegionSum<Floats>::of(src, srcStep, roi);
+  }
+};
 #endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives::Statistic

@@ -8,7 +8,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// The number of a region's pixels modulo 2^32, as a signed value.
@@ -38,4 +38,4 @@ constexpr Size planTile(Size roi, int limit) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -9,9 +9,15 @@
 #include "zorvan/primitives/kernels/statistic/mean/sum_plan.h"
 #include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
 
-#ifdef __AVX2__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
+
+class WordSum32;
+class WordSum64;
+class SignedWordSum32;
+class SignedWordSum64;
+
+#ifdef __AVX2__
 
 /// Sums of pairs of words in the 32-bit lanes they share.
 struct SignedPairs32 {
@@ -116,6 +122,13 @@ class TiledSum {
   }
 };
 
-}  // namespace
-}  // namespace Zorvan::Primitives
+class WordSum32 : public TiledSum<Tiles32, UnsignedPairs32, unsignedTilePixels> {};
+class SignedWordSum32 : public TiledSum<Tiles32, SignedPairs32, signedTilePixels> {};
 #endif
+#ifdef __AVX512BW__
+class WordSum64 : public TiledSum<Tiles64, UnsignedPairs64, unsignedTilePixels> {};
+class SignedWordSum64 : public TiledSum<Tiles64, SignedPairs64, signedTilePixels> {};
+#endif
+
+}  // namespace
+}  // namespace Zorvan::Primitives::Statistic

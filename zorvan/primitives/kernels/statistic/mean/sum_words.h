@@ -7,7 +7,7 @@
 #include "zorvan/primitives/kernels/simd/vectors.h"
 #include "zorvan/primitives/kernels/statistic/mean/sum_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 inline std::int32_t sumOfLanes32(__m128i lanes) {
@@ -109,4 +109,4 @@ class SignedWordSum16 {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic
