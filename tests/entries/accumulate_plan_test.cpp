@@ -10,7 +10,7 @@ namespace {
 using Fours = AccumulateLimits<16, 32>;
 using Masked = AccumulateLimits<180, 64>;
 
-TEST(AccumulateRow, SelectingRowsReachTheBoundaryOrHaveNoHead) {
+TEST(AccumulateRow, SelectingRowsReachTheBoundaryOrHaveNoPeel) {
   EXPECT_EQ(planSelectingRow(0x1000, 20).peel, 0);
   EXPECT_EQ(planSelectingRow(0x1004, 20).peel, 3);
   EXPECT_EQ(planSelectingRow(0x100C, 20).peel, 1);
@@ -20,32 +20,32 @@ TEST(AccumulateRow, SelectingRowsReachTheBoundaryOrHaveNoHead) {
 }
 
 TEST(AccumulateRow, WeightingRowsNeedALengthAndAnAddress) {
-  for (const int n : {15, 16, 17}) EXPECT_EQ(planWeightingRow<Fours>(0x1000, n).byPixels, n < 16);
+  for (const int n : {15, 16, 17}) EXPECT_EQ(planWeightingRow<Fours>(0x1000, n).scalar, n < 16);
   using Eights = AccumulateLimits<32, 32>;
-  for (const int n : {31, 32, 33}) EXPECT_EQ(planWeightingRow<Eights>(0x1000, n).byPixels, n < 32);
+  for (const int n : {31, 32, 33}) EXPECT_EQ(planWeightingRow<Eights>(0x1000, n).scalar, n < 32);
   for (const std::uintptr_t off : {1, 2, 3, 4, 5}) {
-    EXPECT_EQ(planWeightingRow<Fours>(0x1000 + off, 100).byPixels, off != 4) << off;
+    EXPECT_EQ(planWeightingRow<Fours>(0x1000 + off, 100).scalar, off != 4) << off;
   }
   EXPECT_EQ(planWeightingRow<Fours>(0x1004, 100).peel, 7);
   EXPECT_EQ(planWeightingRow<Fours>(0x101C, 100).peel, 1);
 }
 
-TEST(AccumulateRow, MaskedStepsReachACacheLineInLongRows) {
+TEST(AccumulateRow, MaskedPeelsReachACacheLineInLongRows) {
   for (const int n : {179, 180, 181}) {
-    EXPECT_EQ(planMaskedSteps<Masked>(0x1004, n), n < 180 ? 0 : 15) << n;
-    EXPECT_EQ(planMaskedSteps<Masked>(0x1005, n), 0) << n;
-    EXPECT_EQ(planMaskedSteps<Masked>(0x1000, n), 0) << n;
+    EXPECT_EQ(planMaskedPeel<Masked>(0x1004, n), n < 180 ? 0 : 15) << n;
+    EXPECT_EQ(planMaskedPeel<Masked>(0x1005, n), 0) << n;
+    EXPECT_EQ(planMaskedPeel<Masked>(0x1000, n), 0) << n;
   }
 }
 
-TEST(AccumulateRow, WholePassesNeedNoHeadInAnyRow) {
-  EXPECT_TRUE(areWholePasses<Masked>(0x1005, 13, 32));  // short rows have no head anywhere
-  EXPECT_TRUE(areWholePasses<Masked>(0x1004, 640, 160));
-  for (const int n : {31, 33, 48}) EXPECT_FALSE(areWholePasses<Masked>(0x1000, 256, n)) << n;
-  EXPECT_TRUE(areWholePasses<Masked>(0x1000, 768, 192));
-  EXPECT_FALSE(areWholePasses<Masked>(0x1004, 768, 192));
-  EXPECT_FALSE(areWholePasses<Masked>(0x1000, 772, 192));
-  EXPECT_FALSE(areWholePasses<Masked>(0x1000, 768, 191));
+TEST(AccumulateRow, FullVectorsNeedRowsWithoutPeel) {
+  EXPECT_TRUE(areFullVectors<Masked>(0x1005, 13, 32));  // short rows have no peel at any address
+  EXPECT_TRUE(areFullVectors<Masked>(0x1004, 640, 160));
+  for (const int n : {31, 33, 48}) EXPECT_FALSE(areFullVectors<Masked>(0x1000, 256, n)) << n;
+  EXPECT_TRUE(areFullVectors<Masked>(0x1000, 768, 192));
+  EXPECT_FALSE(areFullVectors<Masked>(0x1004, 768, 192));
+  EXPECT_FALSE(areFullVectors<Masked>(0x1000, 772, 192));
+  EXPECT_FALSE(areFullVectors<Masked>(0x1000, 768, 191));
 }
 
 TEST(AccumulateSteps, AreTestedInTheEntrysOrder) {

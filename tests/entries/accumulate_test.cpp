@@ -11,8 +11,8 @@
 namespace Zorvan::Test {
 namespace {
 
-constexpr int kFirstWeighting = 3;  // the index of the first variant that adds every pixel with a weight
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr int firstWeighting = 3;  // the index of the first variant that adds every pixel with a weight
+constexpr float infinity = std::numeric_limits<float>::infinity();
 
 template <class T>
 using Accumulate = int(const T* src, int srcStep, const u8* mask, int maskStep, float* srcDst, int srcDstStep,
@@ -20,7 +20,7 @@ using Accumulate = int(const T* src, int srcStep, const u8* mask, int maskStep, 
 
 template <class T>
 Accumulate<T>* referenceOf(int variant) {
-  return variant < kFirstWeighting ? &Reference::accumulateSelecting<T> : &Reference::accumulateWeighting<T>;
+  return variant < firstWeighting ? &Reference::accumulateSelecting<T> : &Reference::accumulateWeighting<T>;
 }
 
 Accumulate<float>* floatsOf(int variant) { return Primitives::table.ippiAdd_32f_C1IMR.routine[1 + variant]; }
@@ -37,14 +37,14 @@ void registerAccumulation(const std::string& name, const CheckRules& rules,
 
 bool isNegativeZero(float x) { return x == 0 && std::signbit(x); }
 
-/// What an unselected pixel becomes, in every place of rows of all lengths up to two of the longest passes.
+/// Unselected pixels in every place of rows of all lengths up to two of the longest iterations.
 void unselectedPixels(int variant) {
   struct Pixel {
     float src, before;
   };
-  const Pixel pixels[] = {{1, -0.0F}, {-1, -0.0F}, {0.0F, -0.0F}, {-0.0F, -0.0F},    {kInfinity, 5},
-                          {NAN, 5},   {-1, 0.0F},  {7, NAN},      {kInfinity, -0.0F}};
-  const bool weighting = variant >= kFirstWeighting;
+  const Pixel pixels[] = {{1, -0.0F}, {-1, -0.0F}, {0.0F, -0.0F}, {-0.0F, -0.0F},   {infinity, 5},
+                          {NAN, 5},   {-1, 0.0F},  {7, NAN},      {infinity, -0.0F}};
+  const bool weighting = variant >= firstWeighting;
   for (int width = 1; width <= 70; ++width) {
     for (int shift = 0; shift < 16; ++shift) {
       for (const auto& [src, before] : pixels) {
@@ -76,9 +76,9 @@ void unselectedPixels(int variant) {
   }
 }
 
-/// Signalling NaNs that a zero mask skips keep their bits; the others would come back quiet.
+/// Signalling NaNs that a zero mask skips keep their bits; an addition would make them quiet.
 void skippedPixelsKeepTheirBits(int variant) {
-  if (variant >= kFirstWeighting) GTEST_SKIP() << "adds every pixel with a weight";
+  if (variant >= firstWeighting) GTEST_SKIP() << "adds every pixel with a weight";
   constexpr std::uint32_t signalling = 0x7F800001;
   alignas(16) std::uint32_t accumulator[8];
   std::fill_n(accumulator, 8, signalling);
@@ -91,7 +91,7 @@ void skippedPixelsKeepTheirBits(int variant) {
   for (const std::uint32_t word : accumulator) EXPECT_EQ(word, signalling);
 }
 
-/// The extremes of both integer types count in full; a sum rounds as a float.
+/// The extremes of both integer types are converted exactly; a sum rounds as a float.
 void exactConversion(int variant) {
   for (const int width : {1, 15, 16, 33, 200}) {
     const auto n = static_cast<std::size_t>(width);
@@ -112,7 +112,7 @@ void exactConversion(int variant) {
   }
 }
 
-/// Steps, from both sides of their minima, and what is told first where several are bad.
+/// Steps on both sides of their minima, and the status that comes first where several are invalid.
 void badSteps(int variant) {
   constexpr int w = 6;
   const std::vector<u8> bytes(200, 1), mask(200, 1);
@@ -148,14 +148,14 @@ void badSteps(int variant) {
   }
   EXPECT_EQ(ofWords(2 * w - 1, w, 4 * w), -16);
   EXPECT_EQ(ofWords(2 * w - 2, w, 4 * w), -16);
-  EXPECT_EQ(ofWords(2 * w + 1, w - 1, 4 * w - 4), -108);  // the source's step is done with first
+  EXPECT_EQ(ofWords(2 * w + 1, w - 1, 4 * w - 4), -108);  // the source's step is tested first
   EXPECT_EQ(sums, std::vector<float>(200, 3));
   EXPECT_EQ(ofBytes(w + 1, w + 3, 4 * w + 4), 0);
   EXPECT_EQ(ofWords(2 * w + 2, w + 1, 4 * w), 0);
   EXPECT_EQ(ofFloats(4 * w + 4, w + 1, 4 * w + 8), 0);
 }
 
-/// Four times the width does not fit into 32 bits: no step is long enough, and none is taken for it.
+/// Four times the width does not fit into 32 bits: every step is too short.
 void widthsBeyondAnyStep(int variant) {
   float pixel = 3;
   const u8 mask = 1;

@@ -1,5 +1,5 @@
-// Square roots of floats: estimates within their steps' error, true roots where those are due, the status and
-// the floating-point control state.
+// Square roots of floats: the error of the estimates, the pixels that take true roots, the status and the
+// floating-point control state.
 
 #include <immintrin.h>
 
@@ -15,8 +15,8 @@
 namespace Zorvan::Test {
 namespace {
 
-constexpr int kFused = 5;  // the index of the variant with the finer estimate and fused multiply-adds
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr int fusing = 5;  // the index of the variant with the finer estimate and fused multiply-adds
+constexpr float infinity = std::numeric_limits<float>::infinity();
 
 using TwoImages = int(const float* src, int srcStep, float* dst, int dstStep, Size roi);
 using InPlace = int(float* srcDst, int srcDstStep, Size roi);
@@ -24,12 +24,12 @@ using InPlace = int(float* srcDst, int srcDstStep, Size roi);
 TwoImages* rootOf(int variant) { return Primitives::table.ippiSqrt_32f_C1R.routine[1 + variant]; }
 InPlace* rootInPlaceOf(int variant) { return Primitives::table.ippiSqrt_32f_C1IR.routine[1 + variant]; }
 
-/// What the steps reach, relative to the root. An estimate with the relative error e leaves 3/2 e^2 after the
-/// refinement: 3.4 * 2^-24 for 1.5 * 2^-12, next to nothing for 2^-14. The roundings add up to 3 * 2^-24 at
-/// most where product and difference round each, 2.5 * 2^-24 where they do so once.
-double toleranceOf(int variant) { return (variant == kFused ? 2.6 : 6.4) / (1 << 24); }
+/// The relative error. A relative error e of the estimate becomes 3/2 e^2 by the refinement: 3.4 * 2^-24 for
+/// 1.5 * 2^-12, negligible for 2^-14. The roundings add 3 * 2^-24 at most; 2.5 * 2^-24 where a fused
+/// multiply-add rounds product and difference once.
+double toleranceOf(int variant) { return (variant == fusing ? 2.6 : 6.4) / (1 << 24); }
 
-/// Roots of an exactly known figure, the reference's own rounding allowed for.
+/// Compares with the reference, whose own rounding is added to the tolerance.
 template <int variant>
 struct Estimated {
   static bool agree(float expected, float actual) {
@@ -42,8 +42,8 @@ struct Estimated {
 
 template <class Routine>
 void checkRoots(Routine* reference, Routine* actual, const CheckRules& rules, int variant) {
-  if (variant == kFused) {
-    checkEntry<FloatsAgree<Estimated<kFused>>>(reference, actual, rules);
+  if (variant == fusing) {
+    checkEntry<FloatsAgree<Estimated<fusing>>>(reference, actual, rules);
   } else {
     checkEntry<FloatsAgree<Estimated<0>>>(reference, actual, rules);
   }
@@ -74,23 +74,23 @@ void estimatesWithinTheirError(int variant) {
   EXPECT_LE(worst, toleranceOf(variant));
 }
 
-/// Pixels in front of the boundary and behind the last pass, short rows, and passes in which one pixel has no
-/// estimate are rounded correctly.
-void trueRootsWhereDue(int variant) {
+/// The peel, the tail, short rows, and all pixels of an iteration that has a pixel without an estimate are
+/// rounded correctly.
+void trueRoots(int variant) {
   constexpr int most = 64;
   alignas(64) float src[most + 16], dst[most + 16];
   for (int i = 0; i < most + 16; ++i) src[i] = 1.0F + static_cast<float>(i) * 0.37F;
   for (int shift = 0; shift < 8; ++shift) {
     for (int n = 1; n <= most; ++n) {
-      const int peel = std::min(n, (16 - shift) % 4), passes = (n - peel) / 16 * 16;
+      const int peel = std::min(n, (16 - shift) % 4), estimated = (n - peel) / 16 * 16;
       ASSERT_EQ(rootOf(variant)(src + 3, 4 * n, dst + shift, 4 * n, {n, 1}), 0);
       for (int i = 0; i < n; ++i) {
-        if (i >= peel && i < peel + passes) continue;
+        if (i >= peel && i < peel + estimated) continue;
         ASSERT_EQ(dst[shift + i], std::sqrt(src[3 + i])) << i << " of " << n << ", shift " << shift;
       }
     }
   }
-  for (const float special : {0.0F, -0.0F, kInfinity, NAN}) {
+  for (const float special : {0.0F, -0.0F, infinity, NAN}) {
     for (int place = 16; place < 32; ++place) {
       float row[48];
       std::copy_n(src, 48, row);
@@ -109,15 +109,15 @@ struct Special {
   std::uint32_t root;
   bool negative;
 };
-constexpr std::uint32_t kAnyNan = 0x7FC00000;
+constexpr std::uint32_t anyNan = 0x7FC00000;
 constexpr Special specials[] = {
     {0x00000000, 0x00000000, false}, {0x80000000, 0x80000000, false}, {0x7F800000, 0x7F800000, false},
-    {0xFF800000, kAnyNan, true},     {0x7FC00000, kAnyNan, false},    {0xFFC00001, kAnyNan, false},
-    {0x7F800001, kAnyNan, false},    {0xFF800001, kAnyNan, false},    {0xBF800000, kAnyNan, true},
-    {0x80000001, kAnyNan, true},     {0x80800000, kAnyNan, true},     {0xFF7FFFFF, kAnyNan, true},
+    {0xFF800000, anyNan, true},      {0x7FC00000, anyNan, false},     {0xFFC00001, anyNan, false},
+    {0x7F800001, anyNan, false},     {0xFF800001, anyNan, false},     {0xBF800000, anyNan, true},
+    {0x80000001, anyNan, true},      {0x80800000, anyNan, true},      {0xFF7FFFFF, anyNan, true},
     {0x00800000, 0x20000000, false}, {0x40800000, 0x40000000, false}};
 
-/// Every special pixel in every place of images whose rows take heads, passes and ends.
+/// Every special pixel in every place of images whose rows have a peel, full vectors and a tail.
 void specialsInEveryPlace(int variant) {
   constexpr int width = 53, height = 2;
   for (const auto& [bits, root, negative] : specials) {
@@ -135,7 +135,7 @@ void specialsInEveryPlace(int variant) {
           std::memcpy(&resultBits, &result, 4);
           if (j != i) {
             ASSERT_NEAR(result, 2.0F, 1e-6F) << j;
-          } else if (root == kAnyNan) {
+          } else if (root == anyNan) {
             ASSERT_TRUE(std::isnan(result)) << std::hex << bits;
           } else if (result != 0 && !std::isinf(result)) {
             ASSERT_NEAR(result / floatOf(root), 1.0F, 1e-6F) << std::hex << bits;
@@ -149,7 +149,7 @@ void specialsInEveryPlace(int variant) {
   }
 }
 
-/// Sets the control state for a while.
+/// Sets the control state for its lifetime.
 class ControlState {
  public:
   explicit ControlState(unsigned state) : before_(_mm_getcsr()) { _mm_setcsr(state); }
@@ -161,11 +161,11 @@ class ControlState {
   unsigned before_;
 };
 
-constexpr unsigned kInvalid = 0x01, kDenormal = 0x02, kDivide = 0x04, kOverflow = 0x08, kPrecision = 0x20,
-                   kAllMasks = 0x1F80;
+constexpr unsigned invalid = 0x01, denormalOperand = 0x02, divideByZero = 0x04, overflow = 0x08,
+                   precision = 0x20, allMasks = 0x1F80;
 
-/// With any exception unmasked: no trap, and afterwards the flags that were set before and those of the row,
-/// invalid operations and divisions left out.
+/// With any exception unmasked there is no trap, and afterwards the flags are those set before and those of
+/// the row, without invalid operations and divisions by zero.
 void controlState(int variant) {
   struct Row {
     std::vector<float> pixels;
@@ -175,18 +175,18 @@ void controlState(int variant) {
   const float denormal = floatOf(1U << 9);  // 2^-140
   const Row rows[] = {
       {{4, 9, 16}, 0, 0},
-      {{2, 3}, kPrecision, 0},
-      {{denormal}, kDenormal, 0},
+      {{2, 3}, precision, 0},
+      {{denormal}, denormalOperand, 0},
       {{-1, -4}, 0, 3},
-      {{-1, 2}, kPrecision, 3},
-      {{0, kInfinity, NAN, -0.0F, -kInfinity}, 0, 3},
-      {std::vector<float>(40, 2.0F), kPrecision, 0},
+      {{-1, 2}, precision, 3},
+      {{0, infinity, NAN, -0.0F, -infinity}, 0, 3},
+      {std::vector<float>(40, 2.0F), precision, 0},
       {std::vector<float>(40, -2.0F), 0, 3},
       {std::vector<float>(48, 0.0F), 0, 0},
       {std::vector<float>(48, floatOf(0x7F800001)), 0, 0},
   };
   for (const unsigned masks : {0U, 0x1F00U, 0x0F80U, 0x1000U}) {
-    for (const unsigned flags : {0U, kInvalid, kOverflow | kDivide}) {
+    for (const unsigned flags : {0U, invalid, overflow | divideByZero}) {
       for (const unsigned mode : {0x0000U, 0x6000U, 0x8000U}) {  // to nearest, to zero, flush to zero
         const unsigned state = masks | flags | mode;
         for (const auto& [pixels, raised, expectedStatus] : rows) {
@@ -208,22 +208,22 @@ void controlState(int variant) {
   }
 }
 
-/// With all exceptions masked the control state is not touched: what the row raises, invalid operations too,
-/// comes to what was set before.
+/// With all exceptions masked the control state is not changed: all flags that the row raises are added to
+/// those set before.
 void maskedControlState(int variant) {
   const struct {
     std::vector<float> pixels;
     unsigned raised;
-  } rows[] = {{{2, 3}, kPrecision},
-              {std::vector<float>(40, 2.0F), kPrecision},
-              {{-1, -4}, kInvalid},
-              {{-1, 2}, kInvalid | kPrecision},
-              {std::vector<float>(40, -2.0F), kInvalid},
-              {{4, floatOf(0x7F800001)}, kInvalid}};
+  } rows[] = {{{2, 3}, precision},
+              {std::vector<float>(40, 2.0F), precision},
+              {{-1, -4}, invalid},
+              {{-1, 2}, invalid | precision},
+              {std::vector<float>(40, -2.0F), invalid},
+              {{4, floatOf(0x7F800001)}, invalid}};
   for (const unsigned mode : {0x0000U, 0x2000U, 0x4000U, 0x6000U, 0x8000U, 0x0040U}) {
-    for (const unsigned flags : {0U, kDivide, kOverflow | kDivide}) {
+    for (const unsigned flags : {0U, divideByZero, overflow | divideByZero}) {
       for (const auto& [pixels, raised] : rows) {
-        const unsigned state = kAllMasks | mode | flags;
+        const unsigned state = allMasks | mode | flags;
         const int n = static_cast<int>(pixels.size());
         alignas(64) float dst[64];
         unsigned after;
@@ -271,7 +271,7 @@ void Zorvan::Test::registerEntryTests() {
   });
 
   registerForEachVariant("FloatRoot", "EstimatesWithinTheirError", estimatesWithinTheirError);
-  registerForEachVariant("FloatRoot", "TrueRootsWhereDue", trueRootsWhereDue);
+  registerForEachVariant("FloatRoot", "TrueRoots", trueRoots);
   registerForEachVariant("FloatRoot", "SpecialsInEveryPlace", specialsInEveryPlace);
   registerForEachVariant("FloatRoot", "ControlState", controlState);
   registerForEachVariant("FloatRoot", "MaskedControlState", maskedControlState);

@@ -12,7 +12,7 @@
 namespace Zorvan::Test {
 namespace {
 
-constexpr int kFirstFrame = 3;  // the index of the first variant that squares floats in one frame
+constexpr int firstSquareImage = 3;  // the index of the first variant whose squares take steps in bytes
 
 using TwoImages = int(const float* src, int srcStep, float* dst, int dstStep, Size roi);
 using InPlace = int(float* srcDst, int srcDstStep, Size roi);
@@ -23,10 +23,10 @@ TwoImages* absoluteOf(int variant) { return Primitives::table.ippiAbs_32f_C1R.ro
 InPlace* absoluteInPlaceOf(int variant) { return Primitives::table.ippiAbs_32f_C1IR.routine[1 + variant]; }
 
 TwoImages* squareReferenceOf(int variant) {
-  return variant < kFirstFrame ? &Reference::squareAtWholePixels : &Reference::ippiSqr_32f_C1R;
+  return variant < firstSquareImage ? &Reference::squareAtWholePixels : &Reference::ippiSqr_32f_C1R;
 }
 InPlace* squareInPlaceReferenceOf(int variant) {
-  return variant < kFirstFrame ? &Reference::squareAtWholePixelsInPlace : &Reference::ippiSqr_32f_C1IR;
+  return variant < firstSquareImage ? &Reference::squareAtWholePixelsInPlace : &Reference::ippiSqr_32f_C1IR;
 }
 
 std::uint32_t bitsOf(float x) {
@@ -40,8 +40,8 @@ float floatOf(std::uint32_t bits) {
   return x;
 }
 
-/// Every sign, exponent and a few mantissas, also signalling NaNs, in all places of a pass.
-void absoluteOfAllKinds(int variant) {
+/// Every sign, exponent and a few mantissas, also signalling NaNs, in all lanes of a vector.
+void absoluteOfAllValues(int variant) {
   std::vector<float> pixels;
   for (std::uint32_t high = 0; high < 0x200; ++high) {
     for (const std::uint32_t low : {0U, 1U, 0x400000U, 0x7FFFFFU, 0x155555U}) {
@@ -64,7 +64,7 @@ void absoluteOfAllKinds(int variant) {
   }
 }
 
-/// Every step below 1 is refused, behind pointers and sizes, and nothing is written.
+/// Every step below 1 is refused, after the tests of pointers and sizes, and nothing is written.
 void badSteps(int variant) {
   const float src[4] = {1, 2, 3, 4};
   float dst[4] = {9, 9, 9, 9};
@@ -83,7 +83,7 @@ void badSteps(int variant) {
   for (const float pixel : dst) EXPECT_EQ(pixel, 9);
 }
 
-/// A step of 10 bytes is one of 8 where rows are walked in whole pixels, and stands where they are not.
+/// A step of 10 bytes counts as 8 where steps are taken in whole pixels, and as 10 elsewhere.
 void stepsBetweenPixels(int variant) {
   const float rows[5] = {2, 3, 4, 5, 6};
   float dst[5] = {9, 9, 9, 9, 9};
@@ -95,18 +95,18 @@ void stepsBetweenPixels(int variant) {
   unsigned char src[20] = {}, result[20] = {};
   const float squares[2] = {4, 9};
   std::memcpy(src, rows, 8);
-  std::memcpy(src + (variant < kFirstFrame ? 8 : 10), rows, 8);
+  std::memcpy(src + (variant < firstSquareImage ? 8 : 10), rows, 8);
   ASSERT_EQ(
       squareOf(variant)(reinterpret_cast<float*>(src), 10, reinterpret_cast<float*>(result), 10, {2, 2}), 0);
   EXPECT_EQ(std::memcmp(result, squares, 8), 0);
-  EXPECT_EQ(std::memcmp(result + (variant < kFirstFrame ? 8 : 10), squares, 8), 0);
+  EXPECT_EQ(std::memcmp(result + (variant < firstSquareImage ? 8 : 10), squares, 8), 0);
 }
 
-/// From both sides of the totals at which prefetch and streaming begin, in rows that run together and in rows
-/// that do not, at places that streaming stores do and do not reach.
+/// Both sides of the sizes at which prefetches and streaming begin, with joined and separate rows, at
+/// addresses with and without streaming stores.
 void aroundTheLimits(int variant) {
   constexpr int most = 0x600000 / 8;
-  const ForcedCache told(1 << 20);
+  const ForcedCache cache(1 << 20);
   std::vector<float> src(most + 1024), dst(most + 1024);
   for (std::size_t i = 0; i < src.size(); ++i) src[i] = static_cast<float>(static_cast<int>(i % 4099) - 2000);
   for (const Size roi : {Size{4096, 1}, Size{4097, 1}, Size{64, 64}, Size{17, 241}, Size{most - 1, 1},
@@ -146,7 +146,7 @@ void Zorvan::Test::registerEntryTests() {
   registerEntry("FloatUnary", "ippiAbs_32f_C1IR", rules, &Reference::ippiAbs_32f_C1IR,
                 Primitives::table.ippiAbs_32f_C1IR);
 
-  registerForEachVariant("FloatUnary", "AbsoluteOfAllKinds", absoluteOfAllKinds);
+  registerForEachVariant("FloatUnary", "AbsoluteOfAllValues", absoluteOfAllValues);
   registerForEachVariant("FloatUnary", "BadSteps", badSteps);
   registerForEachVariant("FloatUnary", "StepsBetweenPixels", stepsBetweenPixels);
   registerForEachVariant("FloatUnary", "AroundTheLimits", aroundTheLimits);

@@ -21,7 +21,7 @@ using TwoImagesRow = Primitives::Row<TwoImages<T>>;
 template <class T>
 using InPlaceRow = Primitives::Row<InPlace<T>>;
 
-/// All ways of scaling and their limits from both sides, and what cannot be negated.
+/// All forms of scaling, their limits from both sides, and a factor that cannot be negated.
 std::vector<int> scaleFactors() {
   std::vector<int> factors(73);
   std::iota(factors.begin(), factors.end(), -36);
@@ -52,7 +52,7 @@ void allPixelsOfAllFactors(TwoImages<T>* reference, TwoImages<T>* entry, InPlace
     ASSERT_EQ(inPlace(result.data(), step, {n, 1}, f), status) << f;
     ASSERT_EQ(result, expected) << f;
 
-    // One by one, by whatever a row ends with.
+    // One pixel at a time, computed as the tail of a row.
     for (std::size_t i = 0; i < pixels.size(); i += sizeof(T) == 1 ? 1 : 97) {
       T guarded[3] = {1, 2, 3};
       entry(&pixels[i], 4, guarded + 1, 4, {1, 1}, f);
@@ -184,7 +184,7 @@ void negativeWordsAnywhere(int variant) {
   }
 }
 
-/// Behind pointers and sizes every step below 1 is refused, and nothing is written.
+/// Every step below 1 is refused, after the tests of pointers and sizes, and nothing is written.
 template <class T>
 void badSteps(TwoImages<T>* entry, InPlace<T>* inPlace) {
   const T src[4] = {1, 2, 3, 4};
@@ -202,12 +202,11 @@ void badSteps(TwoImages<T>* entry, InPlace<T>* inPlace) {
   for (const T pixel : dst) EXPECT_EQ(pixel, 9);
 }
 
-/// From both sides of the size at which bytes go past the cache, at places that such stores reach and at
-/// others.
+/// Both sides of the size at which streaming begins, with aligned and misaligned destinations.
 void largeBytes(int variant) {
   const auto entry = Primitives::table.ippiSqr_8u_C1RSfs.routine[1 + variant];
   constexpr int most = 0x180000;
-  const ForcedCache told(1 << 20);
+  const ForcedCache cache(1 << 20);
   std::vector<u8> src(most + 2000), dst(most + 2100);
   for (std::size_t i = 0; i < src.size(); ++i) src[i] = static_cast<u8>(i % 19);
   for (const Size roi : {Size{most, 1}, Size{most + 1, 1}, Size{most / 1024, 1025}}) {

@@ -17,7 +17,7 @@ Answer knownCache() { return {true, 1 << 20}; }
 Answer unknownCache() { return {false, -1}; }
 
 SquarePlan planOf(Size roi, int gap, bool place) {
-  return planSquareFrame(roi, 4 * roi.width + gap, 4 * roi.width + gap, place);
+  return planSquareImage(roi, 4 * roi.width + gap, 4 * roi.width + gap, place);
 }
 
 void expectPlan(const SquarePlan& plan, std::int64_t rows, int prefetchBytes, bool streaming) {
@@ -26,10 +26,10 @@ void expectPlan(const SquarePlan& plan, std::int64_t rows, int prefetchBytes, bo
   EXPECT_EQ(plan.streaming, streaming);
 }
 
-TEST(SquareFrame, RowsFuseOnlyWithoutAGapOnBothSides) {
+TEST(SquareImage, RowsJoinOnlyWithoutAGapInBothImages) {
   for (const int src : {39, 40, 41}) {
     for (const int dst : {39, 40, 41}) {
-      const SquarePlan plan = planSquareFrame({10, 3}, src, dst, !inPlace);
+      const SquarePlan plan = planSquareImage({10, 3}, src, dst, !inPlace);
       const bool fused = src == 40 && dst == 40;
       EXPECT_EQ(plan.rows, fused ? 1 : 3) << src << " " << dst;
       EXPECT_EQ(plan.rowPixels, fused ? 30 : 10) << src << " " << dst;
@@ -37,8 +37,8 @@ TEST(SquareFrame, RowsFuseOnlyWithoutAGapOnBothSides) {
   }
 }
 
-TEST(SquareFrame, ATotalOf32KiBIsNotPrefetched) {
-  // The totals are 32768 and the next that pixels give, in one row, fused rows and rows apart.
+TEST(SquareImage, ATotalOf32KiBIsNotPrefetched) {
+  // 32768 bytes and the next larger image: of one row, of joined and of separate rows.
   expectPlan(planOf({8192, 1}, 0, inPlace), 1, 0, false);
   expectPlan(planOf({8193, 1}, 0, inPlace), 1, 256, false);
   expectPlan(planOf({4096, 1}, 0, !inPlace), 1, 0, false);
@@ -51,7 +51,7 @@ TEST(SquareFrame, ATotalOf32KiBIsNotPrefetched) {
   expectPlan(planOf({64, 65}, 0, !inPlace), 1, 256, false);
 }
 
-TEST(SquareFrame, AboveSixMebibytesTheDistanceIsARowAndTwoImagesStream) {
+TEST(SquareImage, AboveSixMebibytesTheDistanceIsARowAndTwoImagesStream) {
   constexpr int one = 0x600000 / 4, two = 0x600000 / 8;
   expectPlan(planOf({one, 1}, 0, inPlace), 1, 256, false);
   expectPlan(planOf({one + 1, 1}, 0, inPlace), 1, 4 * (one + 1), false);
@@ -66,18 +66,18 @@ TEST(SquareFrame, AboveSixMebibytesTheDistanceIsARowAndTwoImagesStream) {
   expectPlan(planOf({two / 1024 + 1, 1024}, 8, !inPlace), 1024, 4 * (two / 1024 + 1) + 8, true);
 }
 
-TEST(SquareFrame, TheDistanceIsTheSourcesStep) {
-  expectPlan(planSquareFrame({1000, 1000}, 4004, 4008, !inPlace), 1000, 4004, true);
-  expectPlan(planSquareFrame({100, 100}, 404, 400, !inPlace), 100, 404, false);
+TEST(SquareImage, TheDistanceIsTheSourcesStep) {
+  expectPlan(planSquareImage({1000, 1000}, 4004, 4008, !inPlace), 1000, 4004, true);
+  expectPlan(planSquareImage({100, 100}, 404, 400, !inPlace), 100, 404, false);
 }
 
-TEST(SquareFrame, TheTotalWraps) {
-  // 2^31 bytes are negative and 2^32 are none: neither is prefetched, but the row has all its pixels.
+TEST(SquareImage, TheTotalWraps) {
+  // 2^31 bytes become negative and 2^32 become 0: neither is prefetched, but the row has all its pixels.
   expectPlan(planOf({1 << 15, 1 << 14}, 0, inPlace), 1, 0, false);
   expectPlan(planOf({1 << 15, 1 << 14}, 0, !inPlace), 1, 0, false);
   EXPECT_EQ(planOf({1 << 20, 1 << 13}, 0, inPlace).rowPixels, std::int64_t{1} << 33);
-  // A step that the width's bytes reach by wrapping only is no fit.
-  EXPECT_EQ(planSquareFrame({(1 << 30) + 1, 2}, 4, 4, !inPlace).rows, 2);
+  // Rows are not joined where the width in bytes equals the step only after wrapping.
+  EXPECT_EQ(planSquareImage({(1 << 30) + 1, 2}, 4, 4, !inPlace).rows, 2);
 }
 
 TEST(Streaming, BeginsAboveTheLimitOfThePixels) {
@@ -88,14 +88,14 @@ TEST(Streaming, BeginsAboveTheLimitOfThePixels) {
   EXPECT_TRUE(planStreaming<4>(std::int64_t{INT_MAX} * INT_MAX, knownCache));
 }
 
-TEST(Streaming, BeginsLaterWhereTheCacheIsNotTold) {
+TEST(Streaming, BeginsLaterWhereTheCacheIsNotKnown) {
   EXPECT_FALSE(planStreaming<4>(0x1800000 / 8, unknownCache));
   EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, unknownCache));
   EXPECT_FALSE(planStreaming<1>(0x1800000 / 2, unknownCache));
   EXPECT_TRUE(planStreaming<1>(0x1800000 / 2 + 1, unknownCache));
 }
 
-TEST(Streaming, AsksForTheCacheBetweenTheLimitsAlone) {
+TEST(Streaming, QueriesTheCacheBetweenTheLimitsOnly) {
   Cache cache{{true, 1}};
   EXPECT_FALSE(planStreaming<4>(0x600000 / 8, cache.query()));
   EXPECT_TRUE(planStreaming<4>(0x1800000 / 8 + 1, cache.query()));
@@ -104,10 +104,10 @@ TEST(Streaming, AsksForTheCacheBetweenTheLimitsAlone) {
   EXPECT_EQ(cache.queries, 1);
 }
 
-TEST(FloatRows, FuseWithoutAGapInWholePixels) {
+TEST(FloatRows, JoinWithoutAGapInWholePixels) {
   for (const int src : {39, 40, 43, 44}) {
     for (const int dst : {39, 40, 43, 44}) {
-      const FloatRows rows = planFloatRows({10, 3}, src, dst);
+      const FloatRowsPlan rows = planFloatRows({10, 3}, src, dst);
       const bool fused = src / 4 == 10 && dst / 4 == 10;
       EXPECT_EQ(rows.rows, fused ? 1 : 3) << src << " " << dst;
       EXPECT_EQ(rows.rowPixels, fused ? 30 : 10) << src << " " << dst;
@@ -117,7 +117,7 @@ TEST(FloatRows, FuseWithoutAGapInWholePixels) {
   EXPECT_EQ(planFloatRows({(1 << 30) + 1, 2}, 4, 4).rows, 2);
 }
 
-TEST(FloatHead, EndsAtTheBoundaryOrWithTheRow) {
+TEST(FloatPeel, EndsAtTheBoundaryOrWithTheRow) {
   for (const int boundary : {16, 32, 64}) {
     const auto b = static_cast<std::uintptr_t>(boundary);
     EXPECT_EQ(planPeel(0x1000, 100, boundary), 0);
@@ -129,13 +129,13 @@ TEST(FloatHead, EndsAtTheBoundaryOrWithTheRow) {
   }
 }
 
-TEST(WholePixels, DropTheBytesLeft) {
+TEST(WholePixels, DropTheOtherBytes) {
   for (const int step : {1, 2, 3}) EXPECT_EQ(wholePixels(step), 0);
   for (const int step : {4, 5, 6, 7}) EXPECT_EQ(wholePixels(step), 4);
   EXPECT_EQ(wholePixels(INT_MAX), INT_MAX - 3);
 }
 
-TEST(ByteRows, FuseOnlyWithoutAGapOnBothSides) {
+TEST(ByteRows, JoinOnlyWithoutAGapInBothImages) {
   for (const int src : {9, 10, 11}) {
     for (const int dst : {9, 10, 11}) {
       const ByteRowsPlan plan = planByteRows({10, 3}, src, dst, !inPlace, knownCache);

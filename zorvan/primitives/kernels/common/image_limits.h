@@ -122,18 +122,17 @@ constexpr auto floatRowStreamAboveBlocks = imageLimit<std::int64_t>(0x2AAA, 3);
 /// While images of so many pixels stay near the processor, loads and stores are what the time goes into.
 constexpr auto widestFloatsUpToPixels = imageLimit<std::int64_t>(0x10000, 512);
 
-/// Below the first number of bytes in all images nothing is prefetched; above the second a destination of its
-/// own is written past the cache.
-constexpr auto prefetchFromBytes = imageLimit<std::int32_t>(32769, 128);
-constexpr auto streamAboveBytes = imageLimit<std::int32_t>(0x600000, 512);
-constexpr auto streamByteImagesAbove =
-    imageLimit<std::int32_t>(0x300000, 128);  // the same for images of bytes
+/// Bytes of source and destination together. Streaming stores need a destination other than the source.
+/// Processors that report their largest cache stream without loss as soon as the second level is full; the
+/// others would lose what still fits into the last level.
+struct UnaryLimits {
+  static constexpr auto prefetchFromBytes = imageLimit<std::int32_t>(32769, 128);
+  static constexpr auto streamAboveBytes = imageLimit<std::int32_t>(0x600000, 512);
+  static constexpr auto streamByteImagesAboveBytes = imageLimit<std::int32_t>(0x300000, 128);
+  static constexpr auto streamUnknownCacheAboveBytes = imageLimit<std::int32_t>(0x1800000, 2048);
+};
 
-/// The same where the processor does not report its largest cache. Those that do write past the cache at
-/// no cost as soon as the second level is full; the others lose by it what still fits into the last one.
-constexpr auto streamUnknownCacheAboveBytes = imageLimit<std::int32_t>(0x1800000, 2048);
-
-/// Long rows of masked accumulations start on a cache line, which lies within 16 pixels.
+/// Masked accumulations peel rows of this length up to a cache line, by 15 pixels at most.
 constexpr int accumulateAlignFromPixels = imageLimit(180, 16);
 
 // ---- statistics ----

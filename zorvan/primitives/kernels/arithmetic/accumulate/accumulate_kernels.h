@@ -1,6 +1,6 @@
 #pragma once
 
-// Accumulation under a mask: the entries, and which variant adds a row how. Rows never run together.
+// Accumulation under a mask: the entries and the policy of the variants. Rows are never joined.
 
 #include <cstdint>
 
@@ -15,7 +15,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The images of an accumulation as bytes: pixels may start at any address.
+/// The images as bytes, as pixels may start at any address.
 struct AccumulateImages {
   const unsigned char* src;
   int srcStep;
@@ -40,15 +40,16 @@ struct AccumulateByRow {
   }
 };
 
-/// Rows of whole passes have no head and no tail to look for: in narrow images a row is a pass or two.
+/// Rows of full vectors without peel and tail have a loop of their own: in narrow images a row takes only one
+/// or two iterations.
 struct AccumulateMasked {
 #ifdef __AVX512F__
   template <class Source>
   static void run(const AccumulateImages& images, Size roi) {
     using Row = WeightedMaskedRow;
     const auto first = reinterpret_cast<std::uintptr_t>(images.srcDst);
-    if (ZORVAN_PLANNED("areWholePasses", areWholePasses<Row::Limits>(first, images.srcDstStep, roi.width))) {
-      images.eachRow(roi, Row::addWhole<Source>);
+    if (ZORVAN_PLANNED("areFullVectors", areFullVectors<Row::Limits>(first, images.srcDstStep, roi.width))) {
+      images.eachRow(roi, Row::addFullVectors<Source>);
     } else {
       images.eachRow(roi, Row::add<Source>);
     }

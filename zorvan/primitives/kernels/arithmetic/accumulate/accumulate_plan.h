@@ -1,7 +1,7 @@
 #pragma once
 
-// What a masked accumulation decides before it touches a pixel: whether the steps are good, and how a row is
-// cut. Pure, so that each limit can be tested from both sides on any machine.
+// The decisions of a masked accumulation before it reads a pixel: whether the steps are valid, and how a row
+// is divided. Pure, so that each limit can be tested from both sides on any machine.
 
 #include <cstdint>
 
@@ -15,12 +15,12 @@ struct AccumulateSteps {
   int src, mask, srcDst;
 };
 
-/// The figures are formed in 64 bits: four times a width need not fit into an `int`.
+/// In 64 bits: four times a width may exceed an `int`.
 constexpr bool holdsRow(int step, int width, int pixelBytes) {
   return step >= std::int64_t{width} * pixelBytes;
 }
 
-/// All minima before the multiples. The entry of 16-bit pixels finishes with its source first.
+/// Minima are tested before multiples, except that both tests of a 16-bit source come first.
 template <int srcPixelBytes>
 constexpr int testAccumulateSteps(AccumulateSteps steps, int width) {
   if (!holdsRow(steps.src, width, srcPixelBytes)) return Ipp::ippStsStepErr;
@@ -31,11 +31,11 @@ constexpr int testAccumulateSteps(AccumulateSteps steps, int width) {
 }
 
 struct AccumulateRowPlan {
-  bool byPixels;      ///< the whole row without a pass
-  std::int64_t peel;  ///< pixels in front of the first pass
+  bool scalar;        ///< no vectors in this row
+  std::int64_t peel;  ///< pixels before the first vector
 };
 
-/// The limits of a form: the shortest row with passes and the boundary that they start on.
+/// The shortest row with vectors, or with a peel, and the boundary of the first vector in bytes.
 template <int leastPixels, int boundaryBytes>
 struct AccumulateLimits {
   static constexpr int least = leastPixels;
@@ -46,31 +46,32 @@ constexpr std::int64_t pixelsToAccumulatorBoundary(std::uintptr_t srcDst, int bo
   return static_cast<std::int64_t>(-srcDst & static_cast<std::uintptr_t>(boundary - 1)) / 4;
 }
 
-/// Passes wherever there are pixels for one: an accumulator that lies across the boundary never reaches it,
-/// and has no head.
+/// Vectors in rows of every length and at every address. A misaligned accumulator never reaches the boundary
+/// and has no peel.
 constexpr AccumulateRowPlan planSelectingRow(std::uintptr_t srcDst, std::int64_t pixels) {
   const std::int64_t peel = srcDst % 4 == 0 ? pixelsToAccumulatorBoundary(srcDst, 16) : 0;
   return {false, peel < pixels ? peel : pixels};
 }
 
-/// Passes in long rows alone, and only where they can start on the boundary, which lies within the shortest
-/// of them.
+/// Vectors only in rows of at least `Limits::least` pixels, and only from the boundary on, which the peel of
+/// these rows reaches.
 template <class Limits>
 constexpr AccumulateRowPlan planWeightingRow(std::uintptr_t srcDst, std::int64_t pixels) {
   if (pixels < Limits::least || srcDst % 4 != 0) return {true, 0};
   return {false, pixelsToAccumulatorBoundary(srcDst, Limits::boundary)};
 }
 
-/// Whether a row of masked steps starts its passes on a boundary, after `peel` pixels.
+/// The peel of a row whose peel and tail are masked vectors. 0 in short rows and where the boundary cannot be
+/// reached.
 template <class Limits>
-constexpr std::int64_t planMaskedSteps(std::uintptr_t srcDst, std::int64_t pixels) {
+constexpr std::int64_t planMaskedPeel(std::uintptr_t srcDst, std::int64_t pixels) {
   const bool peeled = pixels >= Limits::least && srcDst % 4 == 0;
   return peeled ? pixelsToAccumulatorBoundary(srcDst, Limits::boundary) : 0;
 }
 
-/// Whether all rows are passes of 32 pixels alone, so that none has a step of its own.
+/// Whether no row has a peel or a tail: all consist of iterations of 32 pixels.
 template <class Limits>
-constexpr bool areWholePasses(std::uintptr_t srcDst, int srcDstStep, std::int64_t pixels) {
+constexpr bool areFullVectors(std::uintptr_t srcDst, int srcDstStep, std::int64_t pixels) {
   if (pixels % 32 != 0) return false;
   return pixels < Limits::least || (srcDst % Limits::boundary == 0 && srcDstStep % Limits::boundary == 0);
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-// Adds the selected pixels of a row to a float accumulator: the oldest three variants.
+// Adds the selected pixels of a row to a float accumulator: the oldest three variants. Any address.
 //
-// A pixel alone is left as it is where the mask is zero. A pass masks its sources to +0.0 instead and stores
-// all sums, so that a zero mask turns -0.0 into +0.0. Reads and writes the row only, at any address.
+// Scalar code skips pixels whose mask is zero. Vector code replaces their sources by +0.0 and stores all
+// sums, so that -0.0 becomes +0.0 there.
 
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_source.h"
@@ -41,25 +41,25 @@ inline void addSelectedFour(const unsigned char* src, const unsigned char* mask,
 
 /// `pixels`, a multiple of four, of a row.
 template <class Source, bool aligned>
-inline void addSelectedBlock(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+inline void addSelectedFours(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                              std::int64_t pixels) {
   for (std::int64_t i = 0; i < pixels; i += 4) {
     addSelectedFour<Source, aligned>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i);
   }
 }
 
-/// Blocks of 16 pixels, then one of 12, 8 or 4, then the last three at most.
+/// 16 pixels per iteration, then 12, 8 or 4, then at most three.
 template <class Source, bool aligned>
 inline void addSelectedBody(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                             std::int64_t pixels) {
   for (; pixels >= 16; pixels -= 16) {
-    addSelectedBlock<Source, aligned>(src, mask, srcDst, 16);
+    addSelectedFours<Source, aligned>(src, mask, srcDst, 16);
     src += 16 * Source::pixelBytes;
     mask += 16;
     srcDst += 64;
   }
   const std::int64_t rest = pixels & ~std::int64_t{3};
-  addSelectedBlock<Source, aligned>(src, mask, srcDst, rest);
+  addSelectedFours<Source, aligned>(src, mask, srcDst, rest);
   addSelectedScalar<Source>(src + rest * Source::pixelBytes, mask + rest, srcDst + 4 * rest, pixels - rest);
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
-// Pixels of a source as floats, in every width that the variant being built has. All conversions are exact.
-// Reads the pixels asked for and nothing else, at any address.
+// Loads pixels of a source as floats, in vectors of every width that the variant being built has. All
+// conversions are exact. Any address.
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// What an accumulation reads: a pixel of type `Pixel` as a float, or as many of them as a vector holds.
 template <class Pixel>
 struct FloatSource {
   static constexpr int pixelBytes = sizeof(Pixel);

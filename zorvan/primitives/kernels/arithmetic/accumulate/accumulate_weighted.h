@@ -1,10 +1,10 @@
 #pragma once
 
-// Adds the pixels of a row to a float accumulator with a weight: 1.0 where the mask selects a pixel and 0.0
-// where it does not. The newest three variants.
+// Adds the pixels of a row to a float accumulator with the weight 1.0 where the mask selects a pixel and 0.0
+// where it does not. The newest three variants. Any address.
 //
-// No pixel is left out, so that a zero mask still adds 0.0 with the source's sign, and NaN for a source that
-// is infinite or NaN. Reads and writes the row only, at any address.
+// Pixels with the weight 0.0 are added too: they add 0.0 with the source's sign, and NaN if the source is
+// infinite or NaN.
 
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_source.h"
@@ -52,26 +52,27 @@ inline void addWeightedEight(const unsigned char* src, const unsigned char* mask
   Vector32{_mm256_castps_si256(sum)}.store(srcDst);
 }
 
-/// Passes of `passPixels` from a 32-byte boundary on, then groups of `restPixels`, 4 or 8, then singly.
-template <int passPixels, int restPixels>
+/// Iterations of `unrolledPixels` from a 32-byte boundary on, then vectors of `tailPixels`, 4 or 8, then
+/// scalar.
+template <int unrolledPixels, int tailPixels>
 struct WeightedRow {
   template <class Source>
   static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                   std::int64_t pixels) {
-    using Limits = AccumulateLimits<passPixels, Vector32::size>;
+    using Limits = AccumulateLimits<unrolledPixels, Vector32::size>;
     const auto plan = planWeightingRow<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
-    if (ZORVAN_PLANNED("planWeightingRow by pixels", plan.byPixels))
+    if (ZORVAN_PLANNED("planWeightingRow scalar", plan.scalar))
       return addWeightedScalar<Source>(src, mask, srcDst, pixels);
 
     addWeightedScalar<Source>(src, mask, srcDst, plan.peel);
     std::int64_t i = plan.peel;
-    for (; i + passPixels <= pixels; i += passPixels) {
-      for (int at = 0; at < passPixels; at += 8) {
+    for (; i + unrolledPixels <= pixels; i += unrolledPixels) {
+      for (int at = 0; at < unrolledPixels; at += 8) {
         addWeightedEight<Source>(src + (i + at) * Source::pixelBytes, mask + i + at, srcDst + 4 * (i + at));
       }
     }
-    for (; i + restPixels <= pixels; i += restPixels) {
-      if constexpr (restPixels == 8) {
+    for (; i + tailPixels <= pixels; i += tailPixels) {
+      if constexpr (tailPixels == 8) {
         addWeightedEight<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i);
       } else {
         addWeightedFour<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i);
@@ -81,7 +82,7 @@ struct WeightedRow {
   }
 };
 #else
-template <int passPixels, int restPixels>
+template <int unrolledPixels, int tailPixels>
 struct WeightedRow;
 #endif
 
@@ -90,7 +91,7 @@ inline __m512 weightSixteen(__mmask16 selected) {
   return _mm512_maskz_mov_ps(selected, _mm512_set1_ps(1.0F));
 }
 
-/// The first `pixels`, 16 at most, of what lies ahead.
+/// At most 16 pixels.
 template <class Source>
 inline void addWeightedUpTo16(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                               std::int64_t pixels) {
@@ -101,35 +102,36 @@ inline void addWeightedUpTo16(const unsigned char* src, const unsigned char* mas
   _mm512_mask_storeu_ps(srcDst, lanes, _mm512_fmadd_ps(Source::sixteen(src, lanes), weight, before));
 }
 
-/// Two vectors a pass. Long rows, from 16 pixels on, start on a line. Masked steps come first: what lies
-/// beside bytes that one of them has just written is slow to read, and the next row may begin there.
+/// Two vectors per iteration, in long rows from a cache line on. Peel and tail are masked vectors and come
+/// before the loop: loads next to bytes that a masked store has just written are slow, and the next row may
+/// begin there.
 struct WeightedMaskedRow {
   using Limits = AccumulateLimits<accumulateAlignFromPixels, Vector64::size>;
 
   template <class Source>
   static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                   std::int64_t pixels) {
-    const std::int64_t peel = planMaskedSteps<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
+    const std::int64_t peel = planMaskedPeel<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
     const std::int64_t end = peel + ((pixels - peel) & ~31);
-    if (ZORVAN_PLANNED("planMaskedSteps with a peel", peel != 0))
+    if (ZORVAN_PLANNED("planMaskedPeel with a peel", peel != 0))
       addWeightedUpTo16<Source>(src, mask, srcDst, peel);
     for (std::int64_t i = end; i < pixels; i += 16) {
       addWeightedUpTo16<Source>(src + i * Source::pixelBytes, mask + i, srcDst + 4 * i,
                                 pixels - i < 16 ? pixels - i : 16);
     }
-    addPasses<Source>(src, mask, srcDst, peel, end);
+    addIterations<Source>(src, mask, srcDst, peel, end);
   }
-  /// A row of passes and nothing else.
+  /// A row without peel and tail.
   template <class Source>
-  static void addWhole(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
-                       std::int64_t pixels) {
-    addPasses<Source>(src, mask, srcDst, 0, pixels);
+  static void addFullVectors(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                             std::int64_t pixels) {
+    addIterations<Source>(src, mask, srcDst, 0, pixels);
   }
 
  private:
   template <class Source>
-  static void addPasses(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
-                        std::int64_t i, std::int64_t end) {
+  static void addIterations(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
+                            std::int64_t i, std::int64_t end) {
     for (; i != end; i += 32) {
       const __m256i maskBytes = Vector32::load(mask + i).bits;
       const __mmask32 selected = _mm256_test_epi8_mask(maskBytes, maskBytes);

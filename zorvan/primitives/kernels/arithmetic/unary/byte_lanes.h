@@ -1,7 +1,6 @@
 #pragma once
 
-// What squares and roots of bytes need beyond the common operations on lanes: minima and plain sums of bytes,
-// and all of it at the widest width.
+// Operations on lanes that squares and roots of bytes need beyond the common ones.
 
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
 

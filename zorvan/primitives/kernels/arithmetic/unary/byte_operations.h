@@ -1,14 +1,14 @@
 #pragma once
 
-// Squares of bytes, and the roots of bytes that a few compares decide: what becomes of one pixel and of a
-// vector of them. No operation leaves 16 bits.
+// Operations on bytes: squares, and the roots that a few compares decide. `pixel` computes one pixel, `lanes`
+// a vector of them. All of them fit into 16 bits.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_lanes.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// Scaled up so far that all but 0 saturates: the same for a square and for a root.
+/// Scaled up so far that every result but 0 saturates: the same for squares and roots.
 struct BytesOtherThanZero {
   u8 pixel(u8 x) const { return x != 0 ? 255 : 0; }
   template <class I>
@@ -17,7 +17,7 @@ struct BytesOtherThanZero {
   }
 };
 
-/// Scaled down so far that nothing is left.
+/// Scaled down so far that every result rounds to 0.
 struct BytesOfZero {
   u8 pixel(u8) const { return 0; }
   template <class I>
@@ -26,8 +26,9 @@ struct BytesOfZero {
   }
 };
 
-/// A square of bytes in words, scaled by `Scaling`: `pixel(s)` of a square and `lanes(s)` of vectors of them
-/// give what saturates to the result. Bytes above `limit`, whose results saturate all, count as `limit`.
+/// Squares of bytes, computed in words. `Scaling` scales a square by `pixel(s)` and a vector of them by
+/// `lanes(s)`; the result is saturated here. Bytes above `limit` saturate as `limit` does and are replaced by
+/// it.
 template <class Scaling>
 struct SquareOfBytes {
   Scaling scaling;
@@ -71,8 +72,8 @@ struct SquareRaised {
   }
 };
 
-/// f from 1 to 3. Odd squares are 1 modulo 8: what is shifted out is below half, or half behind an even
-/// figure.
+/// f from 1 to 3. Odd squares are 1 modulo 8: the bits that are shifted out are less than half, or half after
+/// an even value.
 struct SquareTruncated {
   int f;
   int pixel(int s) const { return s >> f; }
@@ -82,8 +83,8 @@ struct SquareTruncated {
   }
 };
 
-/// f from 4 to 9: half is added, or one less for odd f, where alone there are ties; they are behind even
-/// figures and go down.
+/// f from 4 to 9: half is added, or one less than half for odd f. Only odd f have ties, all of them after
+/// even values: they round down.
 struct SquareRounded {
   int f;
   int term() const { return (1 << (f - 1)) - (f & 1); }
@@ -94,22 +95,22 @@ struct SquareRounded {
   }
 };
 
-/// f from 10 on, where the sum with half would saturate: the one is subtracted, and half is the carry of an
-/// average with 0.
+/// f from 10 on, where adding half would saturate. The 1 for odd f is subtracted first, and the rounding
+/// average with 0 adds the half.
 struct SquareAveraged {
   int f;
   int pixel(int s) const {
-    const int below = f <= 17 ? (s - (s > 0 ? f & 1 : 0)) >> (f - 1) : 0;
-    return (below + 1) >> 1;
+    const int twice = f <= 17 ? (s - (s > 0 ? f & 1 : 0)) >> (f - 1) : 0;
+    return (twice + 1) >> 1;
   }
   template <class I>
   I lanes(I s) const {
-    const I below = srl_epi16(subs_epu16(s, everyWord<I>(f & 1)), _mm_cvtsi32_si128(f - 1));
-    return avg_epu16(below, everyWord<I>(0));
+    const I twice = srl_epi16(subs_epu16(s, everyWord<I>(f & 1)), _mm_cvtsi32_si128(f - 1));
+    return avg_epu16(twice, everyWord<I>(0));
   }
 };
 
-/// The number of `limits` that a byte is above.
+/// The number of `limits` that a byte exceeds.
 template <int count>
 struct BytesAbove {
   u8 limits[count];

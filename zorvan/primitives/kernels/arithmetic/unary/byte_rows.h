@@ -1,9 +1,7 @@
 #pragma once
 
-// Rows of bytes from one image to another or in place through an operation on a pixel and on vectors, or
-// through a table.
-//
-// Reads and writes the rows only, at any address.
+// Rows of bytes, from one image to another or in place: by an operation on pixels and vectors, or by a table
+// in memory. Any address.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_operations.h"
 
@@ -28,8 +26,8 @@ inline void bytesScalar(const Operation& operation, const unsigned char* src, un
 
 /// Fewer pixels than a vector holds.
 template <class Vector, class Operation>
-inline void bytesFewer(const Operation& operation, const unsigned char* src, unsigned char* dst,
-                       std::int64_t n) {
+inline void bytesPartial(const Operation& operation, const unsigned char* src, unsigned char* dst,
+                         std::int64_t n) {
 #ifdef __AVX512BW__
   const __mmask64 lanes = _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(n));
   _mm512_mask_storeu_epi8(dst, lanes, operation.lanes(_mm512_maskz_loadu_epi8(lanes, src)));
@@ -46,7 +44,7 @@ inline void bytesFewer(const Operation& operation, const unsigned char* src, uns
 #endif
 }
 
-/// One vector a turn. Streaming starts on the vector's boundary.
+/// One vector per iteration. Streaming stores start on the vector's boundary.
 template <class Vector, bool streaming, class Operation>
 inline void bytesRow(const Operation& operation, const unsigned char* src, unsigned char* dst,
                      std::int64_t n) {
@@ -54,15 +52,15 @@ inline void bytesRow(const Operation& operation, const unsigned char* src, unsig
   if constexpr (streaming) {
     const std::int64_t peel = bytesToBoundary(dst, Vector::size);
     i = peel < n ? peel : n;
-    bytesFewer<Vector>(operation, src, dst, i);
+    bytesPartial<Vector>(operation, src, dst, i);
   }
   for (; i + Vector::size <= n; i += Vector::size) {
     bytesVector<Vector, streaming>(operation, src + i, dst + i);
   }
-  if (i < n) bytesFewer<Vector>(operation, src + i, dst + i, n - i);
+  if (i < n) bytesPartial<Vector>(operation, src + i, dst + i, n - i);
 }
 
-/// A table of all bytes, eight at a time: all reads before the first write.
+/// A table of all bytes. Unrolled by 8, with all loads before the first store.
 inline void lookUpRow(const u8* table, const unsigned char* src, unsigned char* dst, std::int64_t n) {
   for (; n >= 8; src += 8, dst += 8, n -= 8) {
     const u8 a = table[src[0]], b = table[src[1]], c = table[src[2]], d = table[src[3]];
@@ -79,7 +77,7 @@ inline void lookUpRow(const u8* table, const unsigned char* src, unsigned char* 
   for (std::int64_t i = 0; i < n; ++i) dst[i] = table[src[i]];
 }
 
-/// A table up to `last`; bytes above it give 255.
+/// A table that ends at `last`. The result of higher bytes is 255.
 inline void lookUpRowUpTo(const u8* table, int last, const unsigned char* src, unsigned char* dst,
                           std::int64_t n) {
   for (std::int64_t i = 0; i < n; ++i) dst[i] = src[i] > last ? u8{255} : table[src[i]];

@@ -1,11 +1,11 @@
 #pragma once
 
-// Square, square root and absolute value of floats: the entries, and which variant goes about them how.
+// Square, square root and absolute value of floats: the entries and the policies of the variants.
 
 #include "zorvan/primitives/frame/Routines.h"
-#include "zorvan/primitives/kernels/arithmetic/unary/root_floats.h"
-#include "zorvan/primitives/kernels/arithmetic/unary/square_frame.h"
-#include "zorvan/primitives/kernels/arithmetic/unary/unary_float_rows.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/float_roots.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/float_rows.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/float_squares.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_images.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
@@ -21,8 +21,8 @@ struct Vector32;
 struct Vector64;
 
 template <class V>
-using SquareFloatPolicy = ByVariant<V, SquareByRow, SquareByRow, SquareByRow, SquareFrame<Vector32>,
-                                    SquareFrame<Vector32>, SquareFrame<Vector64>>;
+using SquareFloatPolicy = ByVariant<V, SquareRows16, SquareRows16, SquareRows16, SquareImage<Vector32>,
+                                    SquareImage<Vector32>, SquareImage<Vector64>>;
 
 template <class V>
 int squareFloats(const UnaryImages& images, Size roi) {
@@ -34,10 +34,10 @@ int squareFloats(const UnaryImages& images, Size roi) {
 
 template <class V>
 using RootFloatPolicy =
-    ByVariant<V, NarrowRoots, NarrowRoots, NarrowRoots, NarrowRoots, NarrowRoots, WideRoots>;
+    ByVariant<V, FloatRoots16, FloatRoots16, FloatRoots16, FloatRoots16, FloatRoots16, FloatRoots64>;
 
-/// 16 bytes at a time, whatever the size.
-struct AbsoluteNarrow {
+/// 16-byte vectors, for images of every size.
+struct Absolute16 {
   static constexpr bool streams = false;
   static constexpr bool fuses = false;
   template <bool streaming>
@@ -47,9 +47,10 @@ struct AbsoluteNarrow {
   }
 };
 
-/// 32 bytes at a time. What streams fetches one row ahead. In place one pointer serves for both images.
+/// 32-byte vectors. Streaming goes with a prefetch of the next row. In place, one pointer is enough for both
+/// images.
 template <bool inPlace>
-struct AbsoluteWide {
+struct Absolute32 {
 #ifdef __AVX__
   static constexpr bool streams = !inPlace;
   static constexpr bool fuses = true;
@@ -62,43 +63,43 @@ struct AbsoluteWide {
 };
 
 template <class V>
-using AbsoluteInPlace = ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteWide<true>,
-                                  AbsoluteWide<true>, AbsoluteWide<true>>;
+using AbsoluteInPlacePolicy =
+    ByVariant<V, Absolute16, Absolute16, Absolute16, Absolute32<true>, Absolute32<true>, Absolute32<true>>;
 template <class V>
-using AbsoluteOfTwo = ByVariant<V, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow, AbsoluteNarrow,
-                                AbsoluteWide<false>, AbsoluteWide<false>>;
+using AbsolutePolicy =
+    ByVariant<V, Absolute16, Absolute16, Absolute16, Absolute16, Absolute32<false>, Absolute32<false>>;
 
-/// Walks the rows at whole pixels. A row's routine tells whether there was a negative pixel that has no root.
-template <class Form, bool streaming>
-bool walkFloatRows(const UnaryImages& call, Size roi) {
+/// Computes the rows, with steps in whole pixels. Returns whether a pixel was negative and has no root.
+template <class Row, bool streaming>
+bool runFloatRows(const UnaryImages& call, Size roi) {
   const UnaryImages images{call.src, wholePixels(call.srcStep), call.dst, wholePixels(call.dstStep),
                            call.inPlace};
-  const FloatRows rows =
-      Form::fuses ? planFloatRows(roi, images.srcStep, images.dstStep) : FloatRows{roi.height, roi.width};
-  if constexpr (Form::fuses) ZORVAN_NOTE_ONE_ROW("planFloatRows as one row", rows.rows, roi.height);
+  const FloatRowsPlan rows =
+      Row::fuses ? planFloatRows(roi, images.srcStep, images.dstStep) : FloatRowsPlan{roi.height, roi.width};
+  if constexpr (Row::fuses) ZORVAN_NOTE_ONE_ROW("planFloatRows as one row", rows.rows, roi.height);
   bool negative = false;
   images.eachRow(rows.rows, [&](const unsigned char* src, unsigned char* dst) {
-    negative |= Form::template row<streaming>(src, dst, rows.rowPixels, images.srcStep);
+    negative |= Row::template row<streaming>(src, dst, rows.rowPixels, images.srcStep);
   });
   if constexpr (streaming) fenceStores();
   return negative;
 }
 
-/// What cannot stay in the cache goes past it, in the forms that can.
-template <class Form>
-int eachFloatRow(const UnaryImages& images, Size roi) {
+/// Streams large images, if `Row` can.
+template <class Row>
+int runFloats(const UnaryImages& images, Size roi) {
   const int status = testUnary(images, roi);
   if (status != ippStsNoErr) return status;
   bool streaming = false;
-  if constexpr (Form::streams) {
+  if constexpr (Row::streams) {
     streaming = !images.inPlace && planStreaming<4>(std::int64_t{roi.width} * roi.height, queryCacheSize);
     ZORVAN_NOTE_PLAN("planStreaming of floats", streaming);
   }
   bool negative;
   if (streaming) {
-    negative = walkFloatRows<Form, Form::streams>(images, roi);
+    negative = runFloatRows<Row, Row::streams>(images, roi);
   } else {
-    negative = walkFloatRows<Form, false>(images, roi);
+    negative = runFloatRows<Row, false>(images, roi);
   }
   return negative ? ippStsSqrtNegArg : ippStsNoErr;
 }
@@ -106,7 +107,7 @@ int eachFloatRow(const UnaryImages& images, Size roi) {
 template <class V>
 int rootsOfFloats(const UnaryImages& images, Size roi) {
   const ControlState state = maskExceptions();
-  int status = eachFloatRow<RootFloatPolicy<V>>(images, roi);
+  int status = runFloats<RootFloatPolicy<V>>(images, roi);
   restore(state, status);
   return status;
 }
@@ -133,11 +134,11 @@ int Routines<V>::ippiSqrt_32f_C1R(const float* src, int srcStep, float* dst, int
 
 template <class V>
 int Routines<V>::ippiAbs_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
-  return eachFloatRow<AbsoluteInPlace<V>>(unaryInPlace(srcDst, srcDstStep), roi);
+  return runFloats<AbsoluteInPlacePolicy<V>>(unaryInPlace(srcDst, srcDstStep), roi);
 }
 template <class V>
 int Routines<V>::ippiAbs_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
-  return eachFloatRow<AbsoluteOfTwo<V>>(unaryImages(src, srcStep, dst, dstStep), roi);
+  return runFloats<AbsolutePolicy<V>>(unaryImages(src, srcStep, dst, dstStep), roi);
 }
 
 }  // namespace Zorvan::Primitives

@@ -1,6 +1,6 @@
 #pragma once
 
-// Roots of bytes, scaled up by 2^k and saturated: table k for k from 0 to 7. From k = 5 on a table ends where
+// Roots of bytes, scaled up by 2^k and saturated: table k for k from 0 to 7. Tables from k = 5 on end where
 // the results begin to saturate.
 
 #include "zorvan/foundation/PixelTypes.h"
@@ -8,7 +8,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// min(255, sqrt(x) * 2^k to nearest). There are no ties: the square of a half-integer is no integer.
+/// min(255, sqrt(x) * 2^k to nearest). There are no ties: the square of half an odd integer is not an
+/// integer.
 constexpr u8 scaledRoot(int x, int k) {
   const int square = x << (2 * k);
   int root = 0;

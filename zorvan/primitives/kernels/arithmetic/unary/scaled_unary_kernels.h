@@ -1,10 +1,10 @@
 #pragma once
 
-// Scaled squares and square roots of integer pixels: the entries, and which scale factor takes which way. The
-// variants differ in the width of their registers alone.
+// Scaled squares and square roots of integer pixels: the entries and the operation for each scale factor. The
+// variants differ in the width of their vectors only.
 
 #include "zorvan/primitives/frame/Routines.h"
-#include "zorvan/primitives/kernels/arithmetic/unary/byte_look_up.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/byte_lookup.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_rows.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/root_tables.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_images.h"
@@ -23,7 +23,7 @@ using Ipp::ippStsSqrtNegArg;
 struct Vector32;
 struct Vector64;
 
-/// 16-bit pixels go through 32-bit lanes: wider registers than these gain nothing on them.
+/// 16-bit pixels are widened to 32-bit lanes, where 64-byte vectors gain nothing.
 template <class V>
 using WordVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32, Vector32>;
 template <class V>
@@ -45,37 +45,37 @@ void eachByteRow(const Operation& operation, const UnaryImages& images, Size roi
 
 template <class Vector>
 void squareBytes(const UnaryImages& images, Size roi, int f) {
-  const auto by = [&](const auto& operation) { eachByteRow<Vector>(operation, images, roi); };
-  if (f < -7) return by(BytesOtherThanZero{});
-  if (f == -7) return by(SquareOfBytes<SquareRaised>{{7}, 8});
-  if (f < 0) return by(SquareOfBytes<SquareRaised>{{-f}, 16});
-  if (f == 0) return by(SquareOfBytes<SquareKept>{{}, 16});
-  if (f <= 3) return by(SquareOfBytes<SquareTruncated>{{f}});
-  if (f <= 9) return by(SquareOfBytes<SquareRounded>{{f}});
-  by(SquareOfBytes<SquareAveraged>{{f}});
+  const auto run = [&](const auto& operation) { eachByteRow<Vector>(operation, images, roi); };
+  if (f < -7) return run(BytesOtherThanZero{});
+  if (f == -7) return run(SquareOfBytes<SquareRaised>{{7}, 8});
+  if (f < 0) return run(SquareOfBytes<SquareRaised>{{-f}, 16});
+  if (f == 0) return run(SquareOfBytes<SquareKept>{{}, 16});
+  if (f <= 3) return run(SquareOfBytes<SquareTruncated>{{f}});
+  if (f <= 9) return run(SquareOfBytes<SquareRounded>{{f}});
+  run(SquareOfBytes<SquareAveraged>{{f}});
 }
 
 template <class Vector>
 void rootsOfBytes(const UnaryImages& images, Size roi, int f) {
-  const auto by = [&](const auto& operation) { eachByteRow<Vector>(operation, images, roi); };
-  if (f < -7) return by(BytesOtherThanZero{});
+  const auto run = [&](const auto& operation) { eachByteRow<Vector>(operation, images, roi); };
+  if (f < -7) return run(BytesOtherThanZero{});
   if (f <= 0) {
     const int k = -f;
     const u8* const table = rootTables()[k];
 #ifdef __AVX2__
-    if (k < 5) return by(LookUpOfBytes{table});
+    if (k < 5) return run(ByteLookup{table});
 #endif
     return images.eachRow(roi.height, [&](const unsigned char* src, unsigned char* dst) {
       if (k < 5) return lookUpRow(table, src, dst, roi.width);
       lookUpRowUpTo(table, lastOfRootTable(k), src, dst, roi.width);
     });
   }
-  // The bytes above which the root is nearer to the next figure; a tie is so where that is even.
-  if (f == 1) return by(BytesAbove<8>{{1, 8, 25, 48, 81, 120, 169, 224}});
-  if (f == 2) return by(BytesAbove<4>{{4, 35, 100, 195}});
-  if (f == 3) return by(BytesAbove<2>{{16, 143}});
-  if (f == 4) return by(BytesAbove<1>{{64}});
-  by(BytesOfZero{});
+  // The last bytes before the next result. A tie belongs to the even one of the two.
+  if (f == 1) return run(BytesAbove<8>{{1, 8, 25, 48, 81, 120, 169, 224}});
+  if (f == 2) return run(BytesAbove<4>{{4, 35, 100, 195}});
+  if (f == 3) return run(BytesAbove<2>{{16, 143}});
+  if (f == 4) return run(BytesAbove<1>{{64}});
+  run(BytesOfZero{});
 }
 
 template <class V>

@@ -5,8 +5,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The images of an operation with one source, as bytes: pixels may start at any address. In place both are
-/// the same.
+/// Source and destination as bytes, as pixels may start at any address. In place both are the same.
 struct UnaryImages {
   const unsigned char* src;
   int srcStep;
@@ -32,7 +31,7 @@ inline UnaryImages unaryInPlace(T* srcDst, int step) {
   return {pixels, step, pixels, step, true};
 }
 
-/// The tests that all entries of the family share, in their order.
+/// The argument tests of all entries of the family, in their order.
 inline int testUnary(const UnaryImages& images, Size roi) {
   if (images.src == nullptr || images.dst == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;

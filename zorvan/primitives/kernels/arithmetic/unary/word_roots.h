@@ -1,11 +1,10 @@
 #pragma once
 
 // Square roots of 16-bit pixels by the processor's estimate of the reciprocal root, from one image to another
-// or in place.
+// or in place. Any address.
 //
-// The truncated product of a pixel and its estimate is the root's integer part, or one beside it where the
-// root is close to an integer; a compare in integers then finds which of it and the next figure is nearest.
-// Reads and writes the row only, at any address.
+// The truncated product of a pixel and its estimate is the root's integer part; where the root is close to an
+// integer it may differ by one. A comparison of integers then selects the nearest of this value and the next.
 
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
 
@@ -39,7 +38,7 @@ inline bool anyNegativeWord(__m256i x) {
 }
 #endif
 
-/// Pixels as floats, 1 for 0: the estimate of 0 is infinite.
+/// Pixels as floats, 1 instead of 0: the estimate of 0 is infinite.
 template <class I>
 inline auto oneAtLeast(I x) {
   return toFloats(sub_epi32(x, above(broadcastDwords<I>(1), x)));
@@ -49,7 +48,7 @@ inline I unlessZero(I x, I result) {
   return result & above(x, zeroes<I>());
 }
 
-// The roots of 32-bit lanes that hold pixels, by how they are scaled.
+// Roots of pixels in 32-bit lanes, one class for each form of scaling.
 
 /// f = 0.
 struct PlainRoot {
@@ -62,8 +61,8 @@ struct PlainRoot {
   }
 };
 
-/// f from -1 on downward. Results of up to 16 bits need the estimate refined. The pixel is scaled by 4^k, so
-/// that the compare is the same; beyond 32 bits all results saturate.
+/// f from -1 down to -14, k = -f. Results have up to 16 bits, for which the estimate is refined. The
+/// comparison takes the pixel times 4^k; where that exceeds 32 bits the result saturates.
 class RaisedRoot {
  public:
   RaisedRoot(int f, int highest)
@@ -87,7 +86,7 @@ class RaisedRoot {
   }
 
  private:
-  /// The last pixel whose root is nearer to a figure below the highest.
+  /// The last pixel whose root is nearest to a value below the highest.
   static int lastBelow(std::int64_t highest, int k) {
     return static_cast<int>((highest * highest - highest) >> (2 * k));
   }
@@ -96,7 +95,8 @@ class RaisedRoot {
   float scale_;
 };
 
-/// f from 1 on. Half between two results is an integer here, and can be a root: ties go to even.
+/// f from 1 to 8. The middle between two results is an integer before scaling, so that there are ties: they
+/// go to even.
 class LoweredRoot {
  public:
   explicit LoweredRoot(int f) : f_(f), scale_(1.0F / static_cast<float>(1 << f)) {}
@@ -122,10 +122,10 @@ inline I rootLanes(const Root& root, I pixels) {
   return packUnsigned_epi32(root.of(unpacklo_epi16(x, zeroes<I>())), root.of(unpackhi_epi16(x, zeroes<I>())));
 }
 
-// Far out of the range of estimates.
+// Scale factors for which no root has to be computed.
 
 struct AllPositiveSaturate {};
-struct AllVanish {};
+struct AllRoundToZero {};
 
 template <class T, class I>
 inline I rootLanes(AllPositiveSaturate, I pixels) {
@@ -137,32 +137,32 @@ inline I rootLanes(AllPositiveSaturate, I pixels) {
   }
 }
 template <class T, class I>
-inline I rootLanes(AllVanish, I) {
+inline I rootLanes(AllRoundToZero, I) {
   return zeroes<I>();
 }
 
-/// True where a pixel of the row is negative.
+/// Returns whether a pixel of the row is negative.
 template <class Vector, class T, class Root>
 inline bool rootWordsRow(const Root& root, const unsigned char* src, unsigned char* dst, std::int64_t n) {
   constexpr std::int64_t lanes = Vector::size / 2;
-  auto seen = Vector::broadcast(std::uint16_t{0}).bits;
+  auto signs = Vector::broadcast(std::uint16_t{0}).bits;
   for (; n >= lanes; src += Vector::size, dst += Vector::size, n -= lanes) {
     const auto pixels = Vector::load(src).bits;
-    seen |= pixels;
+    signs |= pixels;
     Vector{rootLanes<T>(root, pixels)}.store(dst);
   }
-  if (n > 0) {  // the same on a vector that is filled up with zeros
+  if (n > 0) {  // on a vector that is filled up with zeros
     T rest[lanes] = {};
     for (std::int64_t i = 0; i < n; ++i) rest[i] = loadAs<T>(src + 2 * i);
     const auto pixels = Vector::load(rest).bits;
-    seen |= pixels;
+    signs |= pixels;
     Vector{rootLanes<T>(root, pixels)}.store(rest);
     for (std::int64_t i = 0; i < n; ++i) storeAs(dst + 2 * i, rest[i]);
   }
-  return std::is_signed_v<T> && anyNegativeWord(seen);
+  return std::is_signed_v<T> && anyNegativeWord(signs);
 }
 
-/// `use(root)` with the root scaled by `f`; returns what it returns.
+/// Returns `use(root)` for the root scaled by `f`.
 template <class T, class Use>
 inline bool withRootScaling(int f, Use use) {
   constexpr int highest = std::is_signed_v<T> ? 32767 : 65535;
@@ -170,7 +170,7 @@ inline bool withRootScaling(int f, Use use) {
   if (f < 0) return use(RaisedRoot(f, highest));
   if (f == 0) return use(PlainRoot{});
   if (f <= 8) return use(LoweredRoot(f));
-  return use(AllVanish{});
+  return use(AllRoundToZero{});
 }
 
 }  // namespace

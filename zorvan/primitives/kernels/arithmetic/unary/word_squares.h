@@ -1,15 +1,13 @@
 #pragma once
 
-// Squares of 16-bit pixels, scaled in 32-bit lanes, from one image to another or in place.
-//
-// Reads and writes the row only, at any address.
+// Squares of 16-bit pixels, scaled in 32-bit lanes, from one image to another or in place. Any address.
 
 #include "zorvan/primitives/kernels/arithmetic/binary/scaling.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// The scaling takes exact squares, or such as are saturated to the pixel already.
+/// An exact scaling takes exact squares, the others take squares that are saturated to the pixel type.
 template <class T, class Scaling, class I>
 inline I squareLanes(const Scaling& scaling, I x) {
   constexpr bool isSigned = std::is_signed_v<T>;
@@ -37,7 +35,7 @@ inline void squareWordsRow(const Scaling& scaling, const unsigned char* src, uns
   }
 }
 
-/// Scaled down so far that nothing is left.
+/// Scaled down so far that every result rounds to 0.
 template <class T>
 struct WordsOfZero {
   static constexpr bool exact = false;
@@ -48,11 +46,11 @@ struct WordsOfZero {
   }
 };
 
-/// `use(scaling)` with the scaling by `f`. The figure is tested before its sign is changed.
+/// Calls `use(scaling)` with the scaling by `f`. INT_MIN is handled before any `f` is negated.
 template <class T, class Use>
 inline void withSquareScaling(int f, Use use) {
   constexpr bool isSigned = std::is_signed_v<T>;
-  // With the rounding term the largest square, 2^30 or close to 2^32, stays below 2^31 or 2^32 up to this f.
+  // Up to this f the largest square, 2^30 or close to 2^32, plus the rounding term fits 32 bits.
   constexpr int fitsUpTo = isSigned ? 31 : 17;
   if (f < -15) return use(SignOnly<T>{});
   if (f < 0) return use(Enlarged<T>(f));

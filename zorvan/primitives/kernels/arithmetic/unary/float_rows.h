@@ -1,9 +1,7 @@
 #pragma once
 
-// A row of floats from one image to another or in place, pixel by pixel through an operation: what to do with
-// the bits of a pixel and with vectors of every width that the variant being built has.
-//
-// Reads and writes the row only, at any address.
+// Rows of floats, from one image to another or in place, by an operation on the bits of a pixel and on
+// vectors. Any address.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
@@ -34,7 +32,7 @@ struct SquareFloats {
 #endif
 };
 
-/// Clears the sign bit, also that of a NaN.
+/// Clears the sign bit, also of NaN.
 struct AbsoluteFloats {
   static std::uint32_t of(std::uint32_t bits) { return bits & 0x7FFFFFFF; }
   static Vector16 of(Vector16 v) { return {_mm_and_si128(v.bits, _mm_set1_epi32(0x7FFFFFFF))}; }
@@ -56,11 +54,11 @@ inline void floatsVector(const unsigned char* src, unsigned char* dst) {
   Operation::of(Vector::load(src)).store(dst);
 }
 
-/// Passes of so many pixels with loads and stores of 16 bytes, then singly.
-template <class Operation, int passPixels, bool alignedSrc, bool alignedDst>
+/// Vectors of 16 bytes, unrolled to `unrolledPixels` per iteration, then scalar.
+template <class Operation, int unrolledPixels, bool alignedSrc, bool alignedDst>
 inline void floatsBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  for (; n >= passPixels; src += 4 * passPixels, dst += 4 * passPixels, n -= passPixels) {
-    for (int at = 0; at < 4 * passPixels; at += Vector16::size) {
+  for (; n >= unrolledPixels; src += 4 * unrolledPixels, dst += 4 * unrolledPixels, n -= unrolledPixels) {
+    for (int at = 0; at < 4 * unrolledPixels; at += Vector16::size) {
       const Vector16 pixels = alignedSrc ? Vector16::loadAligned(src + at) : Vector16::load(src + at);
       if constexpr (alignedDst) {
         Operation::of(pixels).storeAligned(dst + at);
@@ -72,8 +70,8 @@ inline void floatsBody16(const unsigned char* src, unsigned char* dst, std::int6
   floatsScalar<Operation>(src, dst, n);
 }
 
-/// Singly up to a 16-byte boundary, then in passes, by how the two pointers lie.
-template <class Operation, int passPixels>
+/// Scalar up to a 16-byte boundary of the destination, then vectors with aligned access where possible.
+template <class Operation, int unrolledPixels>
 inline void floatsRow16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
   floatsScalar<Operation>(src, dst, peel);
@@ -82,17 +80,17 @@ inline void floatsRow16(const unsigned char* src, unsigned char* dst, std::int64
   n -= peel;
   const bool srcIsAligned = isAligned(src, Vector16::size);
   if (isAligned(dst, Vector16::size)) {
-    if (srcIsAligned) return floatsBody16<Operation, passPixels, true, true>(src, dst, n);
-    return floatsBody16<Operation, passPixels, false, true>(src, dst, n);
+    if (srcIsAligned) return floatsBody16<Operation, unrolledPixels, true, true>(src, dst, n);
+    return floatsBody16<Operation, unrolledPixels, false, true>(src, dst, n);
   }
-  if (srcIsAligned) return floatsBody16<Operation, passPixels, true, false>(src, dst, n);
-  floatsBody16<Operation, passPixels, false, false>(src, dst, n);
+  if (srcIsAligned) return floatsBody16<Operation, unrolledPixels, true, false>(src, dst, n);
+  floatsBody16<Operation, unrolledPixels, false, false>(src, dst, n);
 }
 
 #ifdef __AVX__
-/// Fewer than 16 pixels: 8, then 4, then singly.
+/// Fewer than 16 pixels: 8, then 4, then scalar.
 template <class Operation>
-inline void floatsFewer(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+inline void floatsPartial(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   if (n & 8) {
     floatsVector<Operation, Vector32>(src, dst);
     src += 32;
@@ -106,8 +104,9 @@ inline void floatsFewer(const unsigned char* src, unsigned char* dst, std::int64
   floatsScalar<Operation>(src, dst, n & 3);
 }
 
+/// 16 pixels, as many bytes as a cache line.
 template <class Operation, class Vector, bool streaming>
-inline void floatsPass16(const unsigned char* src, unsigned char* dst) {
+inline void floatsLine(const unsigned char* src, unsigned char* dst) {
   for (int at = 0; at < 64; at += Vector::size) {
     const Vector pixels = Operation::of(Vector::load(src + at));
     if constexpr (streaming) {
@@ -118,14 +117,14 @@ inline void floatsPass16(const unsigned char* src, unsigned char* dst) {
   }
 }
 
-/// Fetches what lies so many bytes ahead of `src`, which may be outside the image.
-inline void prefetchAhead(const unsigned char* src, std::int64_t bytes) {
-  const auto ahead = reinterpret_cast<std::uintptr_t>(src) + static_cast<std::uintptr_t>(bytes);
-  _mm_prefetch(reinterpret_cast<const char*>(ahead), _MM_HINT_T0);
+/// The line `distance` bytes after `src`, which may be outside the image.
+inline void prefetchFloats(const unsigned char* src, std::int64_t distance) {
+  const auto address = reinterpret_cast<std::uintptr_t>(src) + static_cast<std::uintptr_t>(distance);
+  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
 }
 
-/// Rows of at least 16 pixels go in 32-byte vectors from a 32-byte boundary on, two cache lines a turn;
-/// shorter ones, and those whose pixels lie across the boundary, go singly.
+/// Rows of at least 16 aligned pixels take 32-byte vectors from a 32-byte boundary on, two cache lines per
+/// iteration. Shorter rows and rows of misaligned pixels are scalar.
 template <class Operation, bool streaming>
 inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64_t n,
                         std::int64_t prefetchBytes) {
@@ -137,13 +136,13 @@ inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64
   n -= peel;
   const std::int64_t bytes = 4 * n;
   std::int64_t i = 0;
-  const auto pass = [&](std::int64_t at) {
-    if constexpr (streaming) prefetchAhead(src + at, prefetchBytes);
-    floatsPass16<Operation, Vector32, streaming>(src + at, dst + at);
+  const auto line = [&](std::int64_t at) {
+    if constexpr (streaming) prefetchFloats(src + at, prefetchBytes);
+    floatsLine<Operation, Vector32, streaming>(src + at, dst + at);
   };
-  for (; i + 128 <= bytes; i += 128) pass(i), pass(i + 64);
-  if (i + 64 <= bytes) pass(i), i += 64;
-  floatsFewer<Operation>(src + i, dst + i, (bytes - i) / 4);
+  for (; i + 128 <= bytes; i += 128) line(i), line(i + 64);
+  if (i + 64 <= bytes) line(i), i += 64;
+  floatsPartial<Operation>(src + i, dst + i, (bytes - i) / 4);
 }
 #endif
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// Look-up in a table of all bytes by shuffles of registers that hold it, where they take more bytes at once
-// than single loads do: what becomes of a vector, as an operation on rows of bytes.
+// An operation on bytes that looks each byte up in a table of 256. The table is held in registers and indexed
+// by shuffles, which is faster than a load per byte.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_lanes.h"
 
@@ -9,11 +9,11 @@ namespace Zorvan::Primitives {
 namespace {
 
 #if defined(__AVX512BW__)
-/// Two tables of 64 words are indexed by the low six bits of a byte; the bit above chooses the byte of the
-/// word, and the highest bit the table.
-class LookUpOfBytes {
+/// Two tables of 64 words are indexed by the low six bits of a byte. Bit 6 selects the byte of the word, bit
+/// 7 the table.
+class ByteLookup {
  public:
-  explicit LookUpOfBytes(const u8* table)
+  explicit ByteLookup(const u8* table)
       : table_(table),
         low_{pairs(table, table + 64), pairs(table + 32, table + 96)},
         high_{pairs(table + 128, table + 192), pairs(table + 160, table + 224)} {}
@@ -31,8 +31,8 @@ class LookUpOfBytes {
 
  private:
   static __m512i pairs(const u8* first, const u8* second) {
-    const __m512i above = _mm512_slli_epi16(_mm512_cvtepu8_epi16(loadAs<__m256i>(second)), 8);
-    return _mm512_or_si512(_mm512_cvtepu8_epi16(loadAs<__m256i>(first)), above);
+    const __m512i high = _mm512_slli_epi16(_mm512_cvtepu8_epi16(loadAs<__m256i>(second)), 8);
+    return _mm512_or_si512(_mm512_cvtepu8_epi16(loadAs<__m256i>(first)), high);
   }
   __m512i words(__m512i index, __mmask32 highest) const {
     return _mm512_mask_blend_epi16(highest, _mm512_permutex2var_epi16(low_[0], index, low_[1]),
@@ -48,11 +48,12 @@ inline __m256i shuffle_epi8(__m256i table, __m256i index) { return _mm256_shuffl
 inline __m128i subs_epi8(__m128i a, __m128i b) { return _mm_subs_epi8(a, b); }
 inline __m256i subs_epi8(__m256i a, __m256i b) { return _mm256_subs_epi8(a, b); }
 
-/// Sixteen slices of the table, each but the first of a half combined with the one before it. An index that
-/// goes down by a slice at a time takes part until it is negative, so that the slice of the byte is left.
-class LookUpOfBytes {
+/// The table in sixteen slices of 16 bytes, two halves of eight. Each slice but the first of a half is stored
+/// as its XOR with the slice before it. The index is lowered by 16 per slice, and a shuffle returns 0 for a
+/// negative index. The XOR of all shuffles up to the byte's own slice is therefore that slice's entry.
+class ByteLookup {
  public:
-  explicit LookUpOfBytes(const u8* table) : table_(table) {
+  explicit ByteLookup(const u8* table) : table_(table) {
     for (int i = 0; i < 16; ++i) {
       __m128i slice = loadAs<__m128i>(table + 16 * i);
       if (i % 8 != 0) slice = _mm_xor_si128(slice, loadAs<__m128i>(table + 16 * (i - 1)));
@@ -70,12 +71,12 @@ class LookUpOfBytes {
  private:
   template <class I>
   static I half(I index, const __m256i* slices) {
-    I found = everyByte<I>(0);
+    I entry = everyByte<I>(0);
     for (int i = 0; i < 8; ++i) {
-      found ^= shuffle_epi8(loadAs<I>(slices + i), index);
+      entry ^= shuffle_epi8(loadAs<I>(slices + i), index);
       index = subs_epi8(index, everyByte<I>(16));
     }
-    return found;
+    return entry;
   }
 
   const u8* table_;

@@ -1,18 +1,18 @@
 #pragma once
 
-// Square roots of floats: 16 pixels a pass by the processor's estimate of the reciprocal root and one step of
-// refinement, from a 16-byte boundary on; the pixels before and behind the passes by true roots.
+// Square roots of floats. From a 16-byte boundary of the destination on, each iteration computes 16 pixels by
+// the processor's estimate of the reciprocal root with one refinement. The peel and the tail take true roots.
 //
-// A pass whose results are not all finite is done again by true roots: the estimate fails for 0, infinity,
-// NaN and negative pixels. A negative pixel becomes NaN; -0.0 is its own root.
+// If a result of an iteration is not finite, its 16 pixels are computed again by true roots: the estimate
+// fails for 0, infinity, NaN and negative pixels. A negative pixel becomes NaN; -0.0 is its own root.
 //
-// Where a caller has any exception unmasked, all are masked while the roots are computed; then the control
-// state is restored, with the flags of overflow, underflow, denormals and precision that the roots raised, so
-// that invalid operations leave no trace. Where all are masked the control state is not touched, and the
-// roots leave the flags that their arithmetic raises. It is read once for all rows, as that costs more than a
-// short row.
+// If the caller has any exception unmasked, all are masked while the roots are computed. Afterwards the
+// control state is restored, with the flags for overflow, underflow, denormals and precision that the roots
+// raised; the flags for invalid operations and divisions by zero are dropped. If all are masked already, the
+// control state is not changed, and the roots leave all flags that they raise. The state is read once per
+// image, since reading it takes longer than a short row.
 //
-// Reads and writes the row only, at any address; prefetches may name places behind it.
+// Any address; prefetches may lie outside the row.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
@@ -26,9 +26,9 @@ struct ControlState {
   bool changed;
 };
 
-/// Masks all exceptions and clears the flags, if any exception is not masked. What is computed from here to
-/// `restore` has to come from memory and to go there: the compiler knows of no other order between the
-/// control state and arithmetic.
+/// Masks all exceptions and clears the flags, if any exception is not masked. Arithmetic between this and
+/// `restore` must load its operands and store its results there: memory is the only order between the control
+/// state and arithmetic that the compiler observes.
 inline ControlState maskExceptions() {
   constexpr unsigned allMasks = 0x1F80, allFlags = 0x3F;
   const unsigned before = _mm_getcsr();
@@ -38,23 +38,23 @@ inline ControlState maskExceptions() {
   return {before, changed};
 }
 
-/// Puts the control state back, with the flags that the roots have raised but those of invalid operations and
-/// divisions by zero. `result` is computed by then.
+/// Restores the control state, together with the flags that the roots raised, without invalid operations and
+/// divisions by zero. The compiler computes `result` before.
 inline void restore(ControlState state, int& result) {
   constexpr unsigned keptFlags = 0x08 | 0x10 | 0x02 | 0x20;  // overflow, underflow, denormal, precision
   asm volatile("" : "+r"(result) : : "memory");
   if (state.changed) _mm_setcsr(state.before | (_mm_getcsr() & keptFlags));
 }
 
-constexpr std::int64_t rootAheadBytes = 96;
-constexpr std::int64_t rootPassPixels = 16;
+constexpr std::int64_t rootPrefetchBytes = 96;
+constexpr std::int64_t rootUnrolledPixels = 16;
 
 inline void prefetchRoots(const unsigned char* src) {
-  const auto ahead = reinterpret_cast<std::uintptr_t>(src) + rootAheadBytes;
-  _mm_prefetch(reinterpret_cast<const char*>(ahead), _MM_HINT_T0);
+  const auto address = reinterpret_cast<std::uintptr_t>(src) + rootPrefetchBytes;
+  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
 }
 
-/// True roots. Not zero where a pixel is negative: a root that is NaN although its pixel is not.
+/// True roots. Returns non-zero if a pixel is negative: its root is NaN although the pixel is not.
 inline int trueRootsScalar(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   int negative = 0;
   for (; n > 0; src += 4, dst += 4, --n) {
@@ -72,7 +72,7 @@ inline int trueRootsFour(__m128 x, __m128& root) {
 }
 
 template <bool alignedSrc, bool alignedDst>
-inline int rootPass16(const unsigned char* src, unsigned char* dst) {
+inline int rootLine16(const unsigned char* src, unsigned char* dst) {
   const __m128i exponent = _mm_set1_epi32(0x7F800000);
   __m128 x[4], root[4];
   __m128i notFinite = _mm_setzero_si128();
@@ -103,19 +103,19 @@ inline int rootPass16(const unsigned char* src, unsigned char* dst) {
 template <bool alignedSrc, bool alignedDst>
 inline int rootBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   int negative = 0;
-  for (; n >= rootPassPixels; src += 64, dst += 64, n -= rootPassPixels) {
+  for (; n >= rootUnrolledPixels; src += 64, dst += 64, n -= rootUnrolledPixels) {
     prefetchRoots(src);
-    negative |= rootPass16<alignedSrc, alignedDst>(src, dst);
+    negative |= rootLine16<alignedSrc, alignedDst>(src, dst);
   }
   return negative | trueRootsScalar(src, dst, n);
 }
 
-/// In 16-byte registers.
-struct NarrowRoots {
+/// 16-byte vectors.
+struct FloatRoots16 {
   static constexpr bool streams = false;
-  static constexpr bool fuses = false;  // estimates and true roots differ
+  static constexpr bool fuses = false;  // true roots of peels and tails differ from estimates
 
-  /// True where a pixel of the row is negative.
+  /// Returns whether a pixel of the row is negative.
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
     const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
@@ -141,7 +141,7 @@ inline __mmask16 negativeRoots(__m512 x, __m512 root) {
 }
 
 /// Fewer than 16 pixels by true roots.
-inline int trueRootsFewer(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+inline int trueRootsPartial(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   const auto lanes = static_cast<__mmask16>(_bzhi_u32(0xFFFF, static_cast<unsigned>(n)));
   const __m512 x = _mm512_maskz_loadu_ps(lanes, src);
   const __m512 root = _mm512_maskz_sqrt_ps(lanes, x);
@@ -149,8 +149,8 @@ inline int trueRootsFewer(const unsigned char* src, unsigned char* dst, std::int
   return negativeRoots(x, root);
 }
 
-/// In 64-byte registers with fused multiply-adds. Rows that reach a cache line may go past the cache.
-struct WideRoots {
+/// 64-byte vectors with fused multiply-adds. Streaming stores in rows whose first vector starts a cache line.
+struct FloatRoots64 {
   static constexpr bool streams = true;
   static constexpr bool fuses = false;
 
@@ -158,7 +158,7 @@ struct WideRoots {
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
     int negative = 0;
     const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
-    if (peel != 0) negative |= trueRootsFewer(src, dst, peel);
+    if (peel != 0) negative |= trueRootsPartial(src, dst, peel);
     src += 4 * peel;
     dst += 4 * peel;
     n -= peel;
@@ -173,9 +173,9 @@ struct WideRoots {
  private:
   template <bool streaming>
   static int body(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-    constexpr int notFinite = 0x01 | 0x08 | 0x10 | 0x80;  // both kinds of NaN, both infinities
+    constexpr int notFinite = 0x01 | 0x08 | 0x10 | 0x80;  // quiet and signalling NaN, both infinities
     int negative = 0;
-    for (; n >= rootPassPixels; src += 64, dst += 64, n -= rootPassPixels) {
+    for (; n >= rootUnrolledPixels; src += 64, dst += 64, n -= rootUnrolledPixels) {
       prefetchRoots(src);
       const __m512 x = _mm512_castsi512_ps(Vector64::load(src).bits);
       const __m512 y = _mm512_rsqrt14_ps(x);
@@ -193,12 +193,12 @@ struct WideRoots {
         result.store(dst);
       }
     }
-    if (n != 0) negative |= trueRootsFewer(src, dst, n);
+    if (n != 0) negative |= trueRootsPartial(src, dst, n);
     return negative;
   }
 };
 #else
-struct WideRoots;
+struct FloatRoots64;
 #endif
 
 }  // namespace
