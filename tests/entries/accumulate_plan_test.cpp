@@ -4,7 +4,7 @@
 
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Accumulate {
 namespace {
 
 using Fours = AccumulateLimits<16, 32>;
@@ -71,4 +71,4 @@ TEST(AccumulateSteps, MinimaDoNotWrap) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Accumulate

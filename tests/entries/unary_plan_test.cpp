@@ -5,7 +5,7 @@
 #include "tests/support/CacheQueries.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 constexpr bool inPlace = true;
@@ -159,4 +159,4 @@ TEST(ByteRows, StreamFromOneLargeImageToAnother) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

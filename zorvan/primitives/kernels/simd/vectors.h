@@ -77,6 +77,8 @@ struct Vector32 {
   static Vector32 broadcast(std::uint16_t value) { return {_mm256_set1_epi16(static_cast<short>(value))}; }
   static Vector32 broadcast(std::uint32_t value) { return {_mm256_set1_epi32(static_cast<int>(value))}; }
 };
+#else
+struct Vector32;  // for policy tables
 #endif
 
 #ifdef __AVX512F__
@@ -94,6 +96,8 @@ struct Vector64 {
   static Vector64 broadcast(std::uint16_t value) { return {_mm512_set1_epi16(static_cast<short>(value))}; }
   static Vector64 broadcast(std::uint32_t value) { return {_mm512_set1_epi32(static_cast<int>(value))}; }
 };
+#else
+struct Vector64;
 #endif
 
 }  // namespace

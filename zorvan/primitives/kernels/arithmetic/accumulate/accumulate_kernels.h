@@ -4,7 +4,6 @@
 
 #include <cstdint>
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_selected.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_weighted.h"
@@ -12,7 +11,7 @@
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Accumulate {
 namespace {
 
 /// The images as bytes, as pixels may start at any address.
@@ -76,22 +75,12 @@ int accumulate(const T* src, int srcStep, const u8* mask, int maskStep, float* s
   return ippStsNoErr;
 }
 
+template <class V>
+struct Bodies {
+  static constexpr auto ippiAdd_8u32f_C1IMR = accumulate<V, u8>;
+  static constexpr auto ippiAdd_16u32f_C1IMR = accumulate<V, u16>;
+  static constexpr auto ippiAdd_32f_C1IMR = accumulate<V, float>;
+};
+
 }  // namespace
-
-template <class V>
-int Routines<V>::ippiAdd_8u32f_C1IMR(const u8* src, int srcStep, const u8* mask, int maskStep, float* srcDst,
-                                     int srcDstStep, Size roi) {
-  return accumulate<V>(src, srcStep, mask, maskStep, srcDst, srcDstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiAdd_16u32f_C1IMR(const u16* src, int srcStep, const u8* mask, int maskStep,
-                                      float* srcDst, int srcDstStep, Size roi) {
-  return accumulate<V>(src, srcStep, mask, maskStep, srcDst, srcDstStep, roi);
-}
-template <class V>
-int Routines<V>::ippiAdd_32f_C1IMR(const float* src, int srcStep, const u8* mask, int maskStep, float* srcDst,
-                                   int srcDstStep, Size roi) {
-  return accumulate<V>(src, srcStep, mask, maskStep, srcDst, srcDstStep, roi);
-}
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Accumulate

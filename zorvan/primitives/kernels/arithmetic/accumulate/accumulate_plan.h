@@ -8,7 +8,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/Status.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Accumulate {
 namespace {
 
 struct AccumulateSteps {
@@ -77,4 +77,4 @@ constexpr bool areFullVectors(std::uintptr_t srcDst, int srcDstStep, std::int64_
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Accumulate

@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_plan.h"
 #include "zorvan/primitives/kernels/arithmetic/accumulate/accumulate_source.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Accumulate {
 namespace {
 
 template <class Source>
@@ -81,4 +81,4 @@ struct SelectedRow {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Accumulate

@@ -5,7 +5,7 @@
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Accumulate {
 namespace {
 
 template <class Pixel>
@@ -68,4 +68,4 @@ struct FloatSource {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Accumulate

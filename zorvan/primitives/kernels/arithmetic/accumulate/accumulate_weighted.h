@@ -11,7 +11,7 @@
 #include "zorvan/primitives/kernels/common/image_limits.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Accumulate {
 namespace {
 
 #if defined(__AVX__) && !defined(__AVX512F__)
@@ -152,4 +152,4 @@ struct WeightedMaskedRow;
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Accumulate

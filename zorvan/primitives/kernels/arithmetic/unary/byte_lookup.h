@@ -5,7 +5,7 @@
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_lanes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 #if defined(__AVX512BW__)
@@ -85,4 +85,4 @@ class ByteLookup {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -5,7 +5,7 @@
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_lanes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 /// Scaled up so far that every result but 0 saturates: the same for squares and roots.
@@ -131,4 +131,4 @@ struct BytesAbove {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

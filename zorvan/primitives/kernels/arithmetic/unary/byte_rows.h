@@ -5,7 +5,7 @@
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_operations.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 template <class Vector, bool streaming, class Operation>
@@ -84,4 +84,4 @@ inline void lookUpRowUpTo(const u8* table, int last, const unsigned char* src, u
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -17,7 +17,7 @@
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 /// The control state before the roots of an image.
@@ -202,4 +202,4 @@ struct FloatRoots64;
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -6,7 +6,7 @@
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 struct SquareFloats {
@@ -147,4 +147,4 @@ inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -7,7 +7,7 @@
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 #ifdef __AVX__
@@ -68,4 +68,4 @@ struct SquareRows16 {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -1,8 +1,7 @@
 #pragma once
 
-// Square, square root and absolute value of floats: the entries and the policies of the variants.
+// Square, square root and absolute value of floats: the policies of the variants.
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/float_roots.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/float_rows.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/float_squares.h"
@@ -12,13 +11,10 @@
 #include "zorvan/primitives/kernels/common/cache_query.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 using Ipp::ippStsSqrtNegArg;
-
-struct Vector32;
-struct Vector64;
 
 template <class V>
 using SquareFloatPolicy = ByVariant<V, SquareRows16, SquareRows16, SquareRows16, SquareImage<Vector32>,
@@ -26,8 +22,6 @@ using SquareFloatPolicy = ByVariant<V, SquareRows16, SquareRows16, SquareRows16,
 
 template <class V>
 int squareFloats(const UnaryImages& images, Size roi) {
-  const int status = testUnary(images, roi);
-  if (status != ippStsNoErr) return status;
   SquareFloatPolicy<V>::run(images.src, images.srcStep, images.dst, images.dstStep, roi, images.inPlace);
   return ippStsNoErr;
 }
@@ -88,8 +82,6 @@ bool runFloatRows(const UnaryImages& call, Size roi) {
 /// Streams large images, if `Row` can.
 template <class Row>
 int runFloats(const UnaryImages& images, Size roi) {
-  const int status = testUnary(images, roi);
-  if (status != ippStsNoErr) return status;
   bool streaming = false;
   if constexpr (Row::streams) {
     streaming = !images.inPlace && planStreaming<4>(std::int64_t{roi.width} * roi.height, queryCacheSize);
@@ -105,7 +97,7 @@ int runFloats(const UnaryImages& images, Size roi) {
 }
 
 template <class V>
-int rootsOfFloats(const UnaryImages& images, Size roi) {
+int rootFloats(const UnaryImages& images, Size roi) {
   const ControlState state = maskExceptions();
   int status = runFloats<RootFloatPolicy<V>>(images, roi);
   restore(state, status);
@@ -113,32 +105,4 @@ int rootsOfFloats(const UnaryImages& images, Size roi) {
 }
 
 }  // namespace
-
-template <class V>
-int Routines<V>::ippiSqr_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
-  return squareFloats<V>(unaryInPlace(srcDst, srcDstStep), roi);
-}
-template <class V>
-int Routines<V>::ippiSqr_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
-  return squareFloats<V>(unaryImages(src, srcStep, dst, dstStep), roi);
-}
-
-template <class V>
-int Routines<V>::ippiSqrt_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
-  return rootsOfFloats<V>(unaryInPlace(srcDst, srcDstStep), roi);
-}
-template <class V>
-int Routines<V>::ippiSqrt_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
-  return rootsOfFloats<V>(unaryImages(src, srcStep, dst, dstStep), roi);
-}
-
-template <class V>
-int Routines<V>::ippiAbs_32f_C1IR(float* srcDst, int srcDstStep, Size roi) {
-  return runFloats<AbsoluteInPlacePolicy<V>>(unaryInPlace(srcDst, srcDstStep), roi);
-}
-template <class V>
-int Routines<V>::ippiAbs_32f_C1R(const float* src, int srcStep, float* dst, int dstStep, Size roi) {
-  return runFloats<AbsolutePolicy<V>>(unaryImages(src, srcStep, dst, dstStep), roi);
-}
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

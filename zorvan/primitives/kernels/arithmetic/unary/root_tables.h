@@ -5,7 +5,7 @@
 
 #include "zorvan/foundation/PixelTypes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 /// min(255, sqrt(x) * 2^k to nearest). There are no ties: the square of half an odd integer is not an
@@ -45,4 +45,4 @@ inline const u8* const* rootTables() {
 constexpr int lastOfRootTable(int k) { return (1 << (2 * (8 - k))) - 1; }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -1,9 +1,8 @@
 #pragma once
 
-// Scaled squares and square roots of integer pixels: the entries and the operation for each scale factor. The
+// Scaled squares and square roots of integer pixels: the operation for each scale factor. The
 // variants differ in the width of their vectors only.
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_lookup.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_rows.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/root_tables.h"
@@ -15,13 +14,10 @@
 #include "zorvan/primitives/kernels/common/cache_query.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 using Ipp::ippStsSqrtNegArg;
-
-struct Vector32;
-struct Vector64;
 
 /// 16-bit pixels are widened to 32-bit lanes, where 64-byte vectors gain nothing.
 template <class V>
@@ -30,7 +26,7 @@ template <class V>
 using ByteVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32, Vector64>;
 
 template <class Vector, class Operation>
-void eachByteRow(const Operation& operation, const UnaryImages& images, Size roi) {
+void eachByteRow(Operation operation, const UnaryImages& images, Size roi) {
   const ByteRowsPlan plan = planByteRows(roi, images.srcStep, images.dstStep, images.inPlace, queryCacheSize);
   ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
   if (ZORVAN_PLANNED("planByteRows streaming", plan.streaming)) {
@@ -78,109 +74,34 @@ void rootsOfBytes(const UnaryImages& images, Size roi, int f) {
   run(BytesOfZero{});
 }
 
-template <class V>
-int squareOf(const UnaryImages& images, Size roi, int f, u8) {
-  squareBytes<ByteVector<V>>(images, roi, f);
-  return ippStsNoErr;
-}
 template <class V, class T>
-int squareOf(const UnaryImages& images, Size roi, int f, T) {
-  withSquareScaling<T>(f, [&](const auto& scaling) {
-    images.eachRow(roi.height, [&](auto* src, auto* dst) {
-      squareWordsRow<WordVector<V>, T>(scaling, src, dst, roi.width);
+int squarePixels(const UnaryImages& images, Size roi, int f) {
+  if constexpr (sizeof(T) == 1) {
+    squareBytes<ByteVector<V>>(images, roi, f);
+  } else {
+    withSquareScaling<T>(f, [&](const auto& scaling) {
+      images.eachRow(roi.height, [&](auto* src, auto* dst) {
+        squareWordsRow<WordVector<V>, T>(scaling, src, dst, roi.width);
+      });
     });
-  });
+  }
   return ippStsNoErr;
 }
 
-template <class V>
-int rootOf(const UnaryImages& images, Size roi, int f, u8) {
-  rootsOfBytes<ByteVector<V>>(images, roi, f);
-  return ippStsNoErr;
-}
 template <class V, class T>
-int rootOf(const UnaryImages& images, Size roi, int f, T) {
-  const bool negative = withRootScaling<T>(f, [&](const auto& root) {
-    bool anyNegative = false;
-    images.eachRow(roi.height, [&](auto* src, auto* dst) {
-      anyNegative |= rootWordsRow<WordVector<V>, T>(root, src, dst, roi.width);
+int rootPixels(const UnaryImages& images, Size roi, int f) {
+  bool negative = false;
+  if constexpr (sizeof(T) == 1) {
+    rootsOfBytes<ByteVector<V>>(images, roi, f);
+  } else {
+    withRootScaling<T>(f, [&](const auto& root) {
+      images.eachRow(roi.height, [&](auto* src, auto* dst) {
+        negative |= rootWordsRow<WordVector<V>, T>(root, src, dst, roi.width);
+      });
     });
-    return anyNegative;
-  });
+  }
   return negative ? ippStsSqrtNegArg : ippStsNoErr;
 }
 
-template <class V, class T>
-int squarePixels(const UnaryImages& images, Size roi, int f) {
-  const int status = testUnary(images, roi);
-  return status != ippStsNoErr ? status : squareOf<V>(images, roi, f, T{});
-}
-template <class V, class T>
-int rootPixels(const UnaryImages& images, Size roi, int f) {
-  const int status = testUnary(images, roi);
-  return status != ippStsNoErr ? status : rootOf<V>(images, roi, f, T{});
-}
-
 }  // namespace
-
-template <class V>
-int Routines<V>::ippiSqr_8u_C1IRSfs(u8* srcDst, int srcDstStep, Size roi, int scaleFactor) {
-  return squarePixels<V, u8>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiSqr_8u_C1RSfs(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
-                                   int scaleFactor) {
-  return squarePixels<V, u8>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
-}
-
-template <class V>
-int Routines<V>::ippiSqr_16u_C1IRSfs(u16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
-  return squarePixels<V, u16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiSqr_16u_C1RSfs(const u16* src, int srcStep, u16* dst, int dstStep, Size roi,
-                                    int scaleFactor) {
-  return squarePixels<V, u16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
-}
-
-template <class V>
-int Routines<V>::ippiSqr_16s_C1IRSfs(s16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
-  return squarePixels<V, s16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiSqr_16s_C1RSfs(const s16* src, int srcStep, s16* dst, int dstStep, Size roi,
-                                    int scaleFactor) {
-  return squarePixels<V, s16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
-}
-
-template <class V>
-int Routines<V>::ippiSqrt_8u_C1IRSfs(u8* srcDst, int srcDstStep, Size roi, int scaleFactor) {
-  return rootPixels<V, u8>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiSqrt_8u_C1RSfs(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
-                                    int scaleFactor) {
-  return rootPixels<V, u8>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
-}
-
-template <class V>
-int Routines<V>::ippiSqrt_16u_C1IRSfs(u16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
-  return rootPixels<V, u16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiSqrt_16u_C1RSfs(const u16* src, int srcStep, u16* dst, int dstStep, Size roi,
-                                     int scaleFactor) {
-  return rootPixels<V, u16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
-}
-
-template <class V>
-int Routines<V>::ippiSqrt_16s_C1IRSfs(s16* srcDst, int srcDstStep, Size roi, int scaleFactor) {
-  return rootPixels<V, s16>(unaryInPlace(srcDst, srcDstStep), roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiSqrt_16s_C1RSfs(const s16* src, int srcStep, s16* dst, int dstStep, Size roi,
-                                     int scaleFactor) {
-  return rootPixels<V, s16>(unaryImages(src, srcStep, dst, dstStep), roi, scaleFactor);
-}
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

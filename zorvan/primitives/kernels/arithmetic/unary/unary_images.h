@@ -2,7 +2,7 @@
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 /// Source and destination as bytes, as pixels may start at any address. In place both are the same.
@@ -20,24 +20,31 @@ struct UnaryImages {
   }
 };
 
-template <class T>
-inline UnaryImages unaryImages(const T* src, int srcStep, T* dst, int dstStep) {
-  return {reinterpret_cast<const unsigned char*>(src), srcStep, reinterpret_cast<unsigned char*>(dst),
-          dstStep, false};
-}
-template <class T>
-inline UnaryImages unaryInPlace(T* srcDst, int step) {
-  auto* const pixels = reinterpret_cast<unsigned char*>(srcDst);
-  return {pixels, step, pixels, step, true};
-}
+/// Two entries with the same operation on images, a region and, for integers, a scale factor: from one image
+/// to another and in place.
+template <auto operation>
+struct Entry {
+  template <class T, class... Scale>
+  int operator()(const T* src, int srcStep, T* dst, int dstStep, Size roi, Scale... scaleFactor) const {
+    return run({reinterpret_cast<const unsigned char*>(src), srcStep, reinterpret_cast<unsigned char*>(dst),
+                dstStep, false},
+               roi, scaleFactor...);
+  }
+  template <class T, class... Scale>
+  int operator()(T* srcDst, int step, Size roi, Scale... scaleFactor) const {
+    auto* const pixels = reinterpret_cast<unsigned char*>(srcDst);
+    return run({pixels, step, pixels, step, true}, roi, scaleFactor...);
+  }
 
-/// The argument tests of all entries of the family, in their order.
-inline int testUnary(const UnaryImages& images, Size roi) {
-  if (images.src == nullptr || images.dst == nullptr) return ippStsNullPtrErr;
-  if (isEmpty(roi)) return ippStsSizeErr;
-  if (images.srcStep < 1 || images.dstStep < 1) return ippStsStepErr;
-  return ippStsNoErr;
-}
+ private:
+  template <class... Scale>
+  static int run(const UnaryImages& images, Size roi, Scale... scaleFactor) {
+    if (images.src == nullptr || images.dst == nullptr) return ippStsNullPtrErr;
+    if (isEmpty(roi)) return ippStsSizeErr;
+    if (images.srcStep < 1 || images.dstStep < 1) return ippStsStepErr;
+    return operation(images, roi, scaleFactor...);
+  }
+};
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -8,7 +8,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 /// Whether pixels of `pixelBytes` are written to another image by streaming stores. Squares of floats have a
@@ -84,4 +84,4 @@ constexpr ByteRowsPlan planByteRows(Size roi, int srcStep, int dstStep, bool inP
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

@@ -8,7 +8,7 @@
 
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 inline __m128 toFloats(__m128i x) { return _mm_cvtepi32_ps(x); }
@@ -162,16 +162,16 @@ inline bool rootWordsRow(const Root& root, const unsigned char* src, unsigned ch
   return std::is_signed_v<T> && anyNegativeWord(signs);
 }
 
-/// Returns `use(root)` for the root scaled by `f`.
+/// Calls `use(root)` with the root scaled by `f`.
 template <class T, class Use>
-inline bool withRootScaling(int f, Use use) {
+inline void withRootScaling(int f, Use use) {
   constexpr int highest = std::is_signed_v<T> ? 32767 : 65535;
   if (f < -14) return use(AllPositiveSaturate{});
   if (f < 0) return use(RaisedRoot(f, highest));
   if (f == 0) return use(PlainRoot{});
   if (f <= 8) return use(LoweredRoot(f));
-  return use(AllRoundToZero{});
+  use(AllRoundToZero{});
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary

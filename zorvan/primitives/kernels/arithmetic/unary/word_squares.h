@@ -4,7 +4,7 @@
 
 #include "zorvan/primitives/kernels/arithmetic/binary/scaling.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Unary {
 namespace {
 
 /// An exact scaling takes exact squares, the others take squares that are saturated to the pixel type.
@@ -64,4 +64,4 @@ inline void withSquareScaling(int f, Use use) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Unary
