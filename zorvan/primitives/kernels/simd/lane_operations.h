@@ -1,8 +1,8 @@
 #pragma once
 
-// Operations on vectors of integers under one name for every width that the variant being built has, so that
-// an algorithm is written once. They are called by what the instructions are called: the operation and the
-// lanes it works on. Bitwise operations are the language's own operators on the vectors.
+// Operations on vectors under one name for every width that the variant being built has, so that an algorithm
+// is written once. They are named as the instructions: the operation and its lanes. Bitwise operations on
+// integers and + - * of floats are the language's own operators on the vectors.
 //
 // Interleaving and packing work within 16 bytes each; packing puts back in order what interleaving with
 // `unpacklo` and `unpackhi` took apart, at every width.
@@ -12,25 +12,29 @@
 namespace Zorvan::Primitives {
 namespace {
 
+#define ZORVAN_LANES_SHIFT(name) ZORVAN_LANES_SHIFT_UP_TO_32(name) ZORVAN_LANES_SHIFT_OF_64(name)
 #define ZORVAN_LANES_PAIR(name) ZORVAN_LANES_PAIR_UP_TO_32(name) ZORVAN_LANES_PAIR_OF_64(name)
 #ifdef __AVX2__
 #define ZORVAN_LANES_PAIR_UP_TO_32(name)                                 \
   inline __m128i name(__m128i a, __m128i b) { return _mm_##name(a, b); } \
   inline __m256i name(__m256i a, __m256i b) { return _mm256_##name(a, b); }
-#define ZORVAN_LANES_SHIFT(name)                                                 \
+#define ZORVAN_LANES_SHIFT_UP_TO_32(name)                                        \
   inline __m128i name(__m128i a, __m128i count) { return _mm_##name(a, count); } \
   inline __m256i name(__m256i a, __m128i count) { return _mm256_##name(a, count); }
 #else
 #define ZORVAN_LANES_PAIR_UP_TO_32(name) \
   inline __m128i name(__m128i a, __m128i b) { return _mm_##name(a, b); }
-#define ZORVAN_LANES_SHIFT(name) \
+#define ZORVAN_LANES_SHIFT_UP_TO_32(name) \
   inline __m128i name(__m128i a, __m128i count) { return _mm_##name(a, count); }
 #endif
 #ifdef __AVX512BW__
 #define ZORVAN_LANES_PAIR_OF_64(name) \
   inline __m512i name(__m512i a, __m512i b) { return _mm512_##name(a, b); }
+#define ZORVAN_LANES_SHIFT_OF_64(name) \
+  inline __m512i name(__m512i a, __m128i count) { return _mm512_##name(a, count); }
 #else
 #define ZORVAN_LANES_PAIR_OF_64(name)
+#define ZORVAN_LANES_SHIFT_OF_64(name)
 #endif
 
 ZORVAN_LANES_PAIR(adds_epu8)
@@ -39,16 +43,26 @@ ZORVAN_LANES_PAIR(adds_epi16)
 ZORVAN_LANES_PAIR(subs_epu8)
 ZORVAN_LANES_PAIR(subs_epu16)
 ZORVAN_LANES_PAIR(subs_epi16)
+ZORVAN_LANES_PAIR(subs_epi8)
+ZORVAN_LANES_PAIR(add_epi8)
 ZORVAN_LANES_PAIR(add_epi16)
 ZORVAN_LANES_PAIR(add_epi32)
 ZORVAN_LANES_PAIR(add_epi64)
+ZORVAN_LANES_PAIR(sub_epi8)
 ZORVAN_LANES_PAIR(sub_epi32)
 ZORVAN_LANES_PAIR(avg_epu16)
 ZORVAN_LANES_PAIR(mullo_epi16)
 ZORVAN_LANES_PAIR(mulhi_epi16)
 ZORVAN_LANES_PAIR(mulhi_epu16)
+ZORVAN_LANES_PAIR(madd_epi16)
+ZORVAN_LANES_PAIR(min_epu8)
+ZORVAN_LANES_PAIR(max_epi16)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi8)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi16)
+ZORVAN_LANES_PAIR_UP_TO_32(cmpgt_epi32)
+#ifdef __SSSE3__
+ZORVAN_LANES_PAIR(shuffle_epi8)
+#endif
 ZORVAN_LANES_PAIR(unpacklo_epi8)
 ZORVAN_LANES_PAIR(unpackhi_epi8)
 ZORVAN_LANES_PAIR(unpacklo_epi16)
@@ -67,6 +81,31 @@ ZORVAN_LANES_SHIFT(sra_epi32)
 #undef ZORVAN_LANES_PAIR_UP_TO_32
 #undef ZORVAN_LANES_PAIR_OF_64
 #undef ZORVAN_LANES_SHIFT
+#undef ZORVAN_LANES_SHIFT_UP_TO_32
+#undef ZORVAN_LANES_SHIFT_OF_64
+
+inline __m128 asFloats(__m128i x) { return _mm_castsi128_ps(x); }
+inline __m128i asIntegers(__m128 x) { return _mm_castps_si128(x); }
+inline __m128 min_ps(__m128 a, __m128 b) { return _mm_min_ps(a, b); }
+inline __m128 rsqrt_ps(__m128 x) { return _mm_rsqrt_ps(x); }
+inline __m128 cvtepi32_ps(__m128i x) { return _mm_cvtepi32_ps(x); }
+inline __m128i cvttps_epi32(__m128 x) { return _mm_cvttps_epi32(x); }
+inline unsigned movemask_epi8(__m128i x) { return static_cast<unsigned>(_mm_movemask_epi8(x)); }
+#ifdef __AVX__
+inline __m256 asFloats(__m256i x) { return _mm256_castsi256_ps(x); }
+inline __m256i asIntegers(__m256 x) { return _mm256_castps_si256(x); }
+inline __m256 min_ps(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
+inline __m256 rsqrt_ps(__m256 x) { return _mm256_rsqrt_ps(x); }
+inline __m256 cvtepi32_ps(__m256i x) { return _mm256_cvtepi32_ps(x); }
+inline __m256i cvttps_epi32(__m256 x) { return _mm256_cvttps_epi32(x); }
+#endif
+#ifdef __AVX2__
+inline unsigned movemask_epi8(__m256i x) { return static_cast<unsigned>(_mm256_movemask_epi8(x)); }
+#endif
+#ifdef __AVX512F__
+inline __m512 asFloats(__m512i x) { return _mm512_castsi512_ps(x); }
+inline __m512i asIntegers(__m512 x) { return _mm512_castps_si512(x); }
+#endif
 
 inline __m128i signs_epi16(__m128i x) { return _mm_srai_epi16(x, 15); }
 /// The low halves of the 64-bit lanes of two vectors, in the order that `unpacklo_epi32` and
@@ -82,6 +121,16 @@ inline __m256i packLow_epi64(__m256i a, __m256i b) {
 }
 #endif
 
+template <class I>
+inline I broadcastBytes(int value) {
+  if constexpr (sizeof(I) == 16) return _mm_set1_epi8(static_cast<char>(value));
+#ifdef __AVX2__
+  if constexpr (sizeof(I) == 32) return _mm256_set1_epi8(static_cast<char>(value));
+#endif
+#ifdef __AVX512F__
+  if constexpr (sizeof(I) == 64) return _mm512_set1_epi8(static_cast<char>(value));
+#endif
+}
 template <class I>
 inline I broadcastWords(int value) {
   if constexpr (sizeof(I) == 16) return _mm_set1_epi16(static_cast<short>(value));
@@ -100,6 +149,16 @@ inline I broadcastDwords(int value) {
 #endif
 #ifdef __AVX512F__
   if constexpr (sizeof(I) == 64) return _mm512_set1_epi32(value);
+#endif
+}
+template <class F>
+inline F broadcastFloats(float value) {
+  if constexpr (sizeof(F) == 16) return _mm_set1_ps(value);
+#ifdef __AVX__
+  if constexpr (sizeof(F) == 32) return _mm256_set1_ps(value);
+#endif
+#ifdef __AVX512F__
+  if constexpr (sizeof(F) == 64) return _mm512_set1_ps(value);
 #endif
 }
 template <class I>
@@ -133,7 +192,7 @@ inline I lower_epu16(I a, I b) {
 }
 
 /// Packs signed 32-bit lanes to unsigned words with saturation; the instruction for it came after SSE2. Lanes
-/// lie 32768 at least above the lowest figure.
+/// lie 32768 at least above the lowest value.
 template <class I>
 inline I packUnsigned_epi32(I a, I b) {
 #ifdef __SSE4_1__

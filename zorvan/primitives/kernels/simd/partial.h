@@ -86,13 +86,22 @@ inline void storeFirst(void* address, Vector32 vector, std::int64_t bytes) {
 }
 #endif
 
+/// The first `bytes` bytes, fewer than the vector has; the rest is zero.
+template <class Vector>
+inline Vector loadFirst(const void* address, std::int64_t bytes) {
+  if constexpr (Vector::size == 16) return {loadFirst16(address, bytes)};
+#ifdef __AVX2__
+  if constexpr (Vector::size == 32) return {loadFirst32(address, bytes)};
+#endif
+}
+
 #ifdef __AVX512BW__
 /// The first `count` lanes of a mask register of type `Mask`, from none to all.
 template <class Mask>
 inline Mask firstLanes(std::int64_t count) {
   const auto n = static_cast<unsigned>(count);
   if constexpr (sizeof(Mask) == 8) return _bzhi_u64(~std::uint64_t{0}, n);
-  return static_cast<Mask>(_bzhi_u32((std::uint64_t{1} << (8 * sizeof(Mask))) - 1, n));
+  if constexpr (sizeof(Mask) < 8) return static_cast<Mask>(_bzhi_u32(static_cast<Mask>(~Mask{0}), n));
 }
 
 /// The chosen lanes of bytes, words or dwords, by the width of the mask register; the others are zero.
@@ -102,6 +111,8 @@ inline __m512i loadMasked(__mmask16 lanes, const void* p) { return _mm512_maskz_
 inline void storeMasked(__mmask64 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi8(p, lanes, x); }
 inline void storeMasked(__mmask32 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi16(p, lanes, x); }
 inline void storeMasked(__mmask16 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi32(p, lanes, x); }
+inline __m128i loadMaskedBytes(__mmask16 lanes, const void* p) { return _mm_maskz_loadu_epi8(lanes, p); }
+inline __m256i loadMaskedWords(__mmask16 lanes, const void* p) { return _mm256_maskz_loadu_epi16(lanes, p); }
 inline __m512 loadMaskedFloats(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_ps(lanes, p); }
 inline void storeMasked(__mmask16 lanes, void* p, __m512 x) { _mm512_mask_storeu_ps(p, lanes, x); }
 #endif

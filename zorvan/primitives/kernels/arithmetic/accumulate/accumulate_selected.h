@@ -21,17 +21,16 @@ inline void addSelectedScalar(const unsigned char* src, const unsigned char* mas
 
 /// All ones in the lanes that the next four bytes of the mask do not select.
 inline __m128 unselectedFour(const unsigned char* mask) {
-  const __m128i zero = _mm_setzero_si128();
-  __m128i lanes = _mm_cmpeq_epi8(_mm_cvtsi32_si128(loadAs<int>(mask)), zero);
-  lanes = _mm_unpacklo_epi8(lanes, lanes);
-  return _mm_castsi128_ps(_mm_unpacklo_epi16(lanes, lanes));
+  __m128i lanes = cmpeq_epi8(loadLow<4>(mask), zeroes<__m128i>());
+  lanes = unpacklo_epi8(lanes, lanes);
+  return asFloats(unpacklo_epi16(lanes, lanes));
 }
 
 template <class Source, bool aligned>
 inline void addSelectedFour(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst) {
   const __m128 addend = _mm_andnot_ps(unselectedFour(mask), Source::four(src));
   const Vector16 before = aligned ? Vector16::loadAligned(srcDst) : Vector16::load(srcDst);
-  const Vector16 sum{_mm_castps_si128(_mm_add_ps(_mm_castsi128_ps(before.bits), addend))};
+  const Vector16 sum{asIntegers(asFloats(before.bits) + addend)};
   if constexpr (aligned) {
     sum.storeAligned(srcDst);
   } else {

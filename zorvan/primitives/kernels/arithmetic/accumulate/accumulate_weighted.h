@@ -26,30 +26,27 @@ inline void addWeightedScalar(const unsigned char* src, const unsigned char* mas
 
 template <class Source>
 inline void addWeightedFour(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst) {
-  const __m128i unselected =
-      _mm_cvtepi8_epi32(_mm_cmpeq_epi8(_mm_cvtsi32_si128(loadAs<int>(mask)), _mm_setzero_si128()));
-  const __m128 weight = _mm_andnot_ps(_mm_castsi128_ps(unselected), _mm_set1_ps(1.0F));
-  const __m128 before = _mm_castsi128_ps(Vector16::load(srcDst).bits);
-  const __m128 sum = _mm_add_ps(before, _mm_mul_ps(Source::four(src), weight));
-  Vector16{_mm_castps_si128(sum)}.store(srcDst);
+  const __m128i unselected = _mm_cvtepi8_epi32(cmpeq_epi8(loadLow<4>(mask), zeroes<__m128i>()));
+  const __m128 weight = _mm_andnot_ps(asFloats(unselected), broadcastFloats<__m128>(1.0F));
+  const __m128 before = asFloats(Vector16::load(srcDst).bits);
+  Vector16{asIntegers(before + Source::four(src) * weight)}.store(srcDst);
 }
 
 inline __m256 weightEight(const unsigned char* mask) {
-  const __m128i unselected = _mm_cmpeq_epi8(_mm_loadu_si64(mask), _mm_setzero_si128());
+  const __m128i unselected = cmpeq_epi8(loadLow<8>(mask), zeroes<__m128i>());
 #ifdef __AVX2__
   const __m256i lanes = _mm256_cvtepi8_epi32(unselected);
 #else
   const __m256i lanes = _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_cvtepi8_epi32(unselected)),
                                                 _mm_cvtepi8_epi32(_mm_srli_si128(unselected, 4)), 1);
 #endif
-  return _mm256_andnot_ps(_mm256_castsi256_ps(lanes), _mm256_set1_ps(1.0F));
+  return _mm256_andnot_ps(asFloats(lanes), broadcastFloats<__m256>(1.0F));
 }
 
 template <class Source>
 inline void addWeightedEight(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst) {
-  const __m256 before = _mm256_castsi256_ps(Vector32::load(srcDst).bits);
-  const __m256 sum = _mm256_add_ps(before, _mm256_mul_ps(Source::eight(src), weightEight(mask)));
-  Vector32{_mm256_castps_si256(sum)}.store(srcDst);
+  const __m256 before = asFloats(Vector32::load(srcDst).bits);
+  Vector32{asIntegers(before + Source::eight(src) * weightEight(mask))}.store(srcDst);
 }
 
 /// Iterations of `unrolledPixels` from a 32-byte boundary on, then vectors of `tailPixels`, 4 or 8, then
@@ -88,18 +85,18 @@ struct WeightedRow;
 
 #ifdef __AVX512F__
 inline __m512 weightSixteen(__mmask16 selected) {
-  return _mm512_maskz_mov_ps(selected, _mm512_set1_ps(1.0F));
+  return _mm512_maskz_mov_ps(selected, broadcastFloats<__m512>(1.0F));
 }
 
 /// At most 16 pixels.
 template <class Source>
 inline void addWeightedUpTo16(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                               std::int64_t pixels) {
-  const auto lanes = static_cast<__mmask16>(_bzhi_u32(0xFFFF, static_cast<unsigned>(pixels)));
-  const __m128i maskBytes = _mm_maskz_loadu_epi8(lanes, mask);
+  const auto lanes = firstLanes<__mmask16>(pixels);
+  const __m128i maskBytes = loadMaskedBytes(lanes, mask);
   const __m512 weight = weightSixteen(_mm_test_epi8_mask(maskBytes, maskBytes));
-  const __m512 before = _mm512_maskz_loadu_ps(lanes, srcDst);
-  _mm512_mask_storeu_ps(srcDst, lanes, _mm512_fmadd_ps(Source::sixteen(src, lanes), weight, before));
+  const __m512 before = loadMaskedFloats(lanes, srcDst);
+  storeMasked(lanes, srcDst, _mm512_fmadd_ps(Source::sixteen(src, lanes), weight, before));
 }
 
 /// Two vectors per iteration, in long rows from a cache line on. Peel and tail are masked vectors and come
@@ -142,9 +139,9 @@ struct WeightedMaskedRow {
   }
   template <class Source>
   static void addWeighted16(const unsigned char* src, __mmask16 selected, unsigned char* srcDst) {
-    const __m512 before = _mm512_castsi512_ps(Vector64::load(srcDst).bits);
+    const __m512 before = asFloats(Vector64::load(srcDst).bits);
     const __m512 sum = _mm512_fmadd_ps(Source::sixteen(src), weightSixteen(selected), before);
-    Vector64{_mm512_castps_si512(sum)}.store(srcDst);
+    Vector64{asIntegers(sum)}.store(srcDst);
   }
 };
 #else

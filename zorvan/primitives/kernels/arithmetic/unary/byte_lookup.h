@@ -3,7 +3,7 @@
 // An operation on bytes that looks each byte up in a table of 256. The table is held in registers and indexed
 // by shuffles, which is faster than a load per byte.
 
-#include "zorvan/primitives/kernels/arithmetic/unary/byte_lanes.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {
@@ -32,7 +32,7 @@ class ByteLookup {
  private:
   static __m512i pairs(const u8* first, const u8* second) {
     const __m512i high = _mm512_slli_epi16(_mm512_cvtepu8_epi16(loadAs<__m256i>(second)), 8);
-    return _mm512_or_si512(_mm512_cvtepu8_epi16(loadAs<__m256i>(first)), high);
+    return _mm512_cvtepu8_epi16(loadAs<__m256i>(first)) | high;
   }
   __m512i words(__m512i index, __mmask32 highest) const {
     return _mm512_mask_blend_epi16(highest, _mm512_permutex2var_epi16(low_[0], index, low_[1]),
@@ -43,11 +43,6 @@ class ByteLookup {
   __m512i low_[2], high_[2];
 };
 #elif defined(__AVX2__)
-inline __m128i shuffle_epi8(__m128i table, __m128i index) { return _mm_shuffle_epi8(table, index); }
-inline __m256i shuffle_epi8(__m256i table, __m256i index) { return _mm256_shuffle_epi8(table, index); }
-inline __m128i subs_epi8(__m128i a, __m128i b) { return _mm_subs_epi8(a, b); }
-inline __m256i subs_epi8(__m256i a, __m256i b) { return _mm256_subs_epi8(a, b); }
-
 /// The table in sixteen slices of 16 bytes, two halves of eight. Each slice but the first of a half is stored
 /// as its XOR with the slice before it. The index is lowered by 16 per slice, and a shuffle returns 0 for a
 /// negative index. The XOR of all shuffles up to the byte's own slice is therefore that slice's entry.
@@ -56,7 +51,7 @@ class ByteLookup {
   explicit ByteLookup(const u8* table) : table_(table) {
     for (int i = 0; i < 16; ++i) {
       __m128i slice = loadAs<__m128i>(table + 16 * i);
-      if (i % 8 != 0) slice = _mm_xor_si128(slice, loadAs<__m128i>(table + 16 * (i - 1)));
+      if (i % 8 != 0) slice ^= loadAs<__m128i>(table + 16 * (i - 1));
       slices_[i] = _mm256_broadcastsi128_si256(slice);
     }
   }
@@ -65,16 +60,16 @@ class ByteLookup {
 
   template <class I>
   I lanes(I x) const {
-    return half(x, slices_) | half(x ^ everyByte<I>(0x80), slices_ + 8);
+    return half(x, slices_) | half(x ^ broadcastBytes<I>(0x80), slices_ + 8);
   }
 
  private:
   template <class I>
   static I half(I index, const __m256i* slices) {
-    I entry = everyByte<I>(0);
+    I entry = zeroes<I>();
     for (int i = 0; i < 8; ++i) {
       entry ^= shuffle_epi8(loadAs<I>(slices + i), index);
-      index = subs_epi8(index, everyByte<I>(16));
+      index = subs_epi8(index, broadcastBytes<I>(16));
     }
     return entry;
   }

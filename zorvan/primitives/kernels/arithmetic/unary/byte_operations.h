@@ -3,7 +3,7 @@
 // Operations on bytes: squares, and the roots that a few compares decide. `pixel` computes one pixel, `lanes`
 // a vector of them. All of them fit into 16 bits.
 
-#include "zorvan/primitives/kernels/arithmetic/unary/byte_lanes.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {
@@ -13,7 +13,7 @@ struct BytesOtherThanZero {
   u8 pixel(u8 x) const { return x != 0 ? 255 : 0; }
   template <class I>
   I lanes(I x) const {
-    return sub_epi8(everyByte<I>(0), min_epu8(x, everyByte<I>(1)));
+    return sub_epi8(zeroes<I>(), min_epu8(x, broadcastBytes<I>(1)));
   }
 };
 
@@ -22,7 +22,7 @@ struct BytesOfZero {
   u8 pixel(u8) const { return 0; }
   template <class I>
   I lanes(I) const {
-    return everyByte<I>(0);
+    return zeroes<I>();
   }
 };
 
@@ -41,9 +41,8 @@ struct SquareOfBytes {
   }
   template <class I>
   I lanes(I x) const {
-    const I least = min_epu8(x, everyByte<I>(limit));
-    return packus_epi16(square(unpacklo_epi8(least, everyByte<I>(0))),
-                        square(unpackhi_epi8(least, everyByte<I>(0))));
+    const I least = min_epu8(x, broadcastBytes<I>(limit));
+    return packus_epi16(square(unpacklo_epi8(least, zeroes<I>())), square(unpackhi_epi8(least, zeroes<I>())));
   }
 
  private:
@@ -91,7 +90,7 @@ struct SquareRounded {
   int pixel(int s) const { return (s + term()) >> f; }
   template <class I>
   I lanes(I s) const {
-    return srl_epi16(adds_epu16(s, everyWord<I>(term())), _mm_cvtsi32_si128(f));
+    return srl_epi16(adds_epu16(s, broadcastWords<I>(term())), _mm_cvtsi32_si128(f));
   }
 };
 
@@ -105,8 +104,8 @@ struct SquareAveraged {
   }
   template <class I>
   I lanes(I s) const {
-    const I twice = srl_epi16(subs_epu16(s, everyWord<I>(f & 1)), _mm_cvtsi32_si128(f - 1));
-    return avg_epu16(twice, everyWord<I>(0));
+    const I twice = srl_epi16(subs_epu16(s, broadcastWords<I>(f & 1)), _mm_cvtsi32_si128(f - 1));
+    return avg_epu16(twice, zeroes<I>());
   }
 };
 
@@ -122,9 +121,9 @@ struct BytesAbove {
   }
   template <class I>
   I lanes(I x) const {
-    I above = everyByte<I>(0);
+    I above = zeroes<I>();
     for (const u8 limit : limits) {
-      above = add_epi8(above, min_epu8(subs_epu8(x, everyByte<I>(limit)), everyByte<I>(1)));
+      above = add_epi8(above, min_epu8(subs_epu8(x, broadcastBytes<I>(limit)), broadcastBytes<I>(1)));
     }
     return above;
   }

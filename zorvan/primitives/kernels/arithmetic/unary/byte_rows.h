@@ -4,6 +4,7 @@
 // in memory. Any address.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_operations.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {
@@ -29,8 +30,8 @@ template <class Vector, class Operation>
 inline void bytesPartial(const Operation& operation, const unsigned char* src, unsigned char* dst,
                          std::int64_t n) {
 #ifdef __AVX512BW__
-  const __mmask64 lanes = _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(n));
-  _mm512_mask_storeu_epi8(dst, lanes, operation.lanes(_mm512_maskz_loadu_epi8(lanes, src)));
+  const auto lanes = firstLanes<__mmask64>(n);
+  storeMasked(lanes, dst, operation.lanes(loadMasked(lanes, src)));
 #else
   if constexpr (Vector::size == 32) {
     if (n >= 16) {

@@ -15,7 +15,9 @@
 // Any address; prefetches may lie outside the row.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
-#include "zorvan/primitives/kernels/simd/vectors.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {
@@ -49,11 +51,6 @@ inline void restore(ControlState state, int& result) {
 constexpr std::int64_t rootPrefetchBytes = 96;
 constexpr std::int64_t rootUnrolledPixels = 16;
 
-inline void prefetchRoots(const unsigned char* src) {
-  const auto address = reinterpret_cast<std::uintptr_t>(src) + rootPrefetchBytes;
-  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
-}
-
 /// True roots. Returns non-zero if a pixel is negative: its root is NaN although the pixel is not.
 inline int trueRootsScalar(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   int negative = 0;
@@ -73,24 +70,24 @@ inline int trueRootsFour(__m128 x, __m128& root) {
 
 template <bool alignedSrc, bool alignedDst>
 inline int rootLine16(const unsigned char* src, unsigned char* dst) {
-  const __m128i exponent = _mm_set1_epi32(0x7F800000);
+  const __m128i exponent = broadcastDwords<__m128i>(0x7F800000);
   __m128 x[4], root[4];
-  __m128i notFinite = _mm_setzero_si128();
+  __m128i notFinite = zeroes<__m128i>();
   for (int i = 0; i < 4; ++i) {
     const Vector16 pixels = alignedSrc ? Vector16::loadAligned(src + 16 * i) : Vector16::load(src + 16 * i);
-    x[i] = _mm_castsi128_ps(pixels.bits);
-    const __m128 y = _mm_rsqrt_ps(x[i]);
-    const __m128 t = _mm_mul_ps(x[i], y);
-    root[i] = _mm_mul_ps(_mm_mul_ps(t, _mm_set1_ps(-0.5F)), _mm_sub_ps(_mm_mul_ps(y, t), _mm_set1_ps(3.0F)));
-    notFinite = _mm_or_si128(notFinite,
-                             _mm_cmpeq_epi32(_mm_and_si128(_mm_castps_si128(root[i]), exponent), exponent));
+    x[i] = asFloats(pixels.bits);
+    const __m128 y = rsqrt_ps(x[i]);
+    const __m128 t = x[i] * y;
+    root[i] = t * -0.5F * (y * t - 3.0F);
+    notFinite =
+        _mm_or_si128(notFinite, _mm_cmpeq_epi32(_mm_and_si128(asIntegers(root[i]), exponent), exponent));
   }
   int negative = 0;
-  if (_mm_movemask_epi8(notFinite) != 0) {
+  if (movemask_epi8(notFinite) != 0) {
     for (int i = 0; i < 4; ++i) negative |= trueRootsFour(x[i], root[i]);
   }
   for (int i = 0; i < 4; ++i) {
-    const Vector16 result{_mm_castps_si128(root[i])};
+    const Vector16 result{asIntegers(root[i])};
     if constexpr (alignedDst) {
       result.storeAligned(dst + 16 * i);
     } else {
@@ -104,7 +101,7 @@ template <bool alignedSrc, bool alignedDst>
 inline int rootBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
   int negative = 0;
   for (; n >= rootUnrolledPixels; src += 64, dst += 64, n -= rootUnrolledPixels) {
-    prefetchRoots(src);
+    prefetch(src, rootPrefetchBytes);
     negative |= rootLine16<alignedSrc, alignedDst>(src, dst);
   }
   return negative | trueRootsScalar(src, dst, n);
@@ -142,10 +139,10 @@ inline __mmask16 negativeRoots(__m512 x, __m512 root) {
 
 /// Fewer than 16 pixels by true roots.
 inline int trueRootsPartial(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  const auto lanes = static_cast<__mmask16>(_bzhi_u32(0xFFFF, static_cast<unsigned>(n)));
-  const __m512 x = _mm512_maskz_loadu_ps(lanes, src);
+  const auto lanes = firstLanes<__mmask16>(n);
+  const __m512 x = loadMaskedFloats(lanes, src);
   const __m512 root = _mm512_maskz_sqrt_ps(lanes, x);
-  _mm512_mask_storeu_ps(dst, lanes, root);
+  storeMasked(lanes, dst, root);
   return negativeRoots(x, root);
 }
 
@@ -176,17 +173,16 @@ struct FloatRoots64 {
     constexpr int notFinite = 0x01 | 0x08 | 0x10 | 0x80;  // quiet and signalling NaN, both infinities
     int negative = 0;
     for (; n >= rootUnrolledPixels; src += 64, dst += 64, n -= rootUnrolledPixels) {
-      prefetchRoots(src);
-      const __m512 x = _mm512_castsi512_ps(Vector64::load(src).bits);
+      prefetch(src, rootPrefetchBytes);
+      const __m512 x = asFloats(Vector64::load(src).bits);
       const __m512 y = _mm512_rsqrt14_ps(x);
-      const __m512 t = _mm512_mul_ps(x, y);
-      __m512 root =
-          _mm512_mul_ps(_mm512_mul_ps(t, _mm512_set1_ps(-0.5F)), _mm512_fmsub_ps(y, t, _mm512_set1_ps(3.0F)));
+      const __m512 t = x * y;
+      __m512 root = t * -0.5F * _mm512_fmsub_ps(y, t, broadcastFloats<__m512>(3.0F));
       if (_mm512_fpclass_ps_mask(root, notFinite) != 0) {
         root = _mm512_sqrt_ps(x);
         negative |= negativeRoots(x, root);
       }
-      const Vector64 result{_mm512_castps_si512(root)};
+      const Vector64 result{asIntegers(root)};
       if constexpr (streaming) {
         result.stream(dst);
       } else {

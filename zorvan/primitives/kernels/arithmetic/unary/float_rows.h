@@ -4,7 +4,8 @@
 // vectors. Any address.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
-#include "zorvan/primitives/kernels/simd/vectors.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {
@@ -14,34 +15,21 @@ struct SquareFloats {
     const float x = __builtin_bit_cast(float, bits);
     return __builtin_bit_cast(std::uint32_t, x * x);
   }
-  static Vector16 of(Vector16 v) {
-    const __m128 x = _mm_castsi128_ps(v.bits);
-    return {_mm_castps_si128(_mm_mul_ps(x, x))};
+  template <class Vector>
+  static Vector of(Vector pixels) {
+    const auto x = asFloats(pixels.bits);
+    return {asIntegers(x * x)};
   }
-#ifdef __AVX__
-  static Vector32 of(Vector32 v) {
-    const __m256 x = _mm256_castsi256_ps(v.bits);
-    return {_mm256_castps_si256(_mm256_mul_ps(x, x))};
-  }
-#endif
-#ifdef __AVX512F__
-  static Vector64 of(Vector64 v) {
-    const __m512 x = _mm512_castsi512_ps(v.bits);
-    return {_mm512_castps_si512(_mm512_mul_ps(x, x))};
-  }
-#endif
 };
 
 /// Clears the sign bit, also of NaN.
 struct AbsoluteFloats {
-  static std::uint32_t of(std::uint32_t bits) { return bits & 0x7FFFFFFF; }
-  static Vector16 of(Vector16 v) { return {_mm_and_si128(v.bits, _mm_set1_epi32(0x7FFFFFFF))}; }
-#ifdef __AVX__
-  static Vector32 of(Vector32 v) {
-    const __m256 withoutSign = _mm256_castsi256_ps(_mm256_set1_epi32(0x7FFFFFFF));
-    return {_mm256_castps_si256(_mm256_and_ps(_mm256_castsi256_ps(v.bits), withoutSign))};
+  static constexpr std::uint32_t withoutSign = 0x7FFFFFFF;
+  static std::uint32_t of(std::uint32_t bits) { return bits & withoutSign; }
+  template <class Vector>
+  static Vector of(Vector pixels) {
+    return {pixels.bits & Vector::broadcast(withoutSign).bits};
   }
-#endif
 };
 
 template <class Operation>
@@ -117,12 +105,6 @@ inline void floatsLine(const unsigned char* src, unsigned char* dst) {
   }
 }
 
-/// The line `distance` bytes after `src`, which may be outside the image.
-inline void prefetchFloats(const unsigned char* src, std::int64_t distance) {
-  const auto address = reinterpret_cast<std::uintptr_t>(src) + static_cast<std::uintptr_t>(distance);
-  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
-}
-
 /// Rows of at least 16 aligned pixels take 32-byte vectors from a 32-byte boundary on, two cache lines per
 /// iteration. Shorter rows and rows of misaligned pixels are scalar.
 template <class Operation, bool streaming>
@@ -137,7 +119,7 @@ inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64
   const std::int64_t bytes = 4 * n;
   std::int64_t i = 0;
   const auto line = [&](std::int64_t at) {
-    if constexpr (streaming) prefetchFloats(src + at, prefetchBytes);
+    if constexpr (streaming) prefetch(src + at, prefetchBytes);
     floatsLine<Operation, Vector32, streaming>(src + at, dst + at);
   };
   for (; i + 128 <= bytes; i += 128) line(i), line(i + 64);

@@ -21,7 +21,7 @@ inline void squareRow(const unsigned char* src, unsigned char* dst, std::int64_t
   dst += 4 * peel;
   n -= peel;
   const auto line = [&](int at) {
-    if constexpr (prefetched) prefetchFloats(src + at, prefetchBytes);
+    if constexpr (prefetched) prefetch(src + at, prefetchBytes);
     floatsLine<SquareFloats, Vector, streaming>(src + at, dst + at);
   };
   for (; n >= 64; src += 256, dst += 256, n -= 64) line(0), line(64), line(128), line(192);

@@ -7,45 +7,19 @@
 // integer it may differ by one. A comparison of integers then selects the nearest of this value and the next.
 
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {
 
-inline __m128 toFloats(__m128i x) { return _mm_cvtepi32_ps(x); }
-inline __m128i truncated(__m128 x) { return _mm_cvttps_epi32(x); }
-inline __m128 reciprocalRoot(__m128 x) { return _mm_rsqrt_ps(x); }
-inline __m128 lower(__m128 x, float limit) { return _mm_min_ps(x, _mm_set1_ps(limit)); }
-inline __m128 times(__m128 x, float factor) { return _mm_mul_ps(x, _mm_set1_ps(factor)); }
-inline __m128 times(__m128 x, __m128 y) { return _mm_mul_ps(x, y); }
-inline __m128 plus(__m128 x, float term) { return _mm_add_ps(x, _mm_set1_ps(term)); }
-inline __m128i above(__m128i a, __m128i b) { return _mm_cmpgt_epi32(a, b); }
-inline __m128i squared(__m128i low15Bits) { return _mm_madd_epi16(low15Bits, low15Bits); }
-inline __m128i positive_epi16(__m128i x) { return _mm_max_epi16(x, _mm_setzero_si128()); }
-inline bool anyNegativeWord(__m128i x) { return (_mm_movemask_epi8(x) & 0xAAAA) != 0; }
-#ifdef __AVX2__
-inline __m256 toFloats(__m256i x) { return _mm256_cvtepi32_ps(x); }
-inline __m256i truncated(__m256 x) { return _mm256_cvttps_epi32(x); }
-inline __m256 reciprocalRoot(__m256 x) { return _mm256_rsqrt_ps(x); }
-inline __m256 lower(__m256 x, float limit) { return _mm256_min_ps(x, _mm256_set1_ps(limit)); }
-inline __m256 times(__m256 x, float factor) { return _mm256_mul_ps(x, _mm256_set1_ps(factor)); }
-inline __m256 times(__m256 x, __m256 y) { return _mm256_mul_ps(x, y); }
-inline __m256 plus(__m256 x, float term) { return _mm256_add_ps(x, _mm256_set1_ps(term)); }
-inline __m256i above(__m256i a, __m256i b) { return _mm256_cmpgt_epi32(a, b); }
-inline __m256i squared(__m256i low15Bits) { return _mm256_madd_epi16(low15Bits, low15Bits); }
-inline __m256i positive_epi16(__m256i x) { return _mm256_max_epi16(x, _mm256_setzero_si256()); }
-inline bool anyNegativeWord(__m256i x) {
-  return (static_cast<unsigned>(_mm256_movemask_epi8(x)) & 0xAAAAAAAAU) != 0;
-}
-#endif
-
 /// Pixels as floats, 1 instead of 0: the estimate of 0 is infinite.
 template <class I>
 inline auto oneAtLeast(I x) {
-  return toFloats(sub_epi32(x, above(broadcastDwords<I>(1), x)));
+  return cvtepi32_ps(sub_epi32(x, cmpgt_epi32(broadcastDwords<I>(1), x)));
 }
 template <class I>
 inline I unlessZero(I x, I result) {
-  return result & above(x, zeroes<I>());
+  return result & cmpgt_epi32(x, zeroes<I>());
 }
 
 // Roots of pixels in 32-bit lanes, one class for each form of scaling.
@@ -55,8 +29,8 @@ struct PlainRoot {
   template <class I>
   I of(I x) const {
     const auto pixels = oneAtLeast(x);
-    const I q = truncated(times(pixels, reciprocalRoot(pixels)));
-    const I up = above(sub_epi32(x, squared(q)), q);
+    const I q = cvttps_epi32(pixels * rsqrt_ps(pixels));
+    const I up = cmpgt_epi32(sub_epi32(x, madd_epi16(q, q)), q);  // `q` has fewer than 16 bits
     return unlessZero(x, sub_epi32(q, up));
   }
 };
@@ -74,13 +48,14 @@ class RaisedRoot {
   template <class I>
   I of(I x) const {
     const auto pixels = oneAtLeast(x);
-    const auto y = reciprocalRoot(pixels);
-    const auto t = times(pixels, y);
-    const auto root = times(times(t, -0.5F), plus(times(y, t), -3.0F));
-    const I q = truncated(lower(times(root, scale_), static_cast<float>(highest_)));
+    const auto y = rsqrt_ps(pixels);
+    const auto t = pixels * y;
+    const auto root = t * -0.5F * (y * t - 3.0F);
+    const auto highest = broadcastFloats<decltype(y)>(static_cast<float>(highest_));
+    const I q = cvttps_epi32(min_ps(root * scale_, highest));
     const I square = mullo_epi16(q, q) | sll_epi32(mulhi_epu16(q, q), _mm_cvtsi32_si128(16));
-    const I up = above(sub_epi32(sll_epi32(x, _mm_cvtsi32_si128(2 * k_)), square), q);
-    const I saturates = above(x, broadcastDwords<I>(saturatesAbove_));
+    const I up = cmpgt_epi32(sub_epi32(sll_epi32(x, _mm_cvtsi32_si128(2 * k_)), square), q);
+    const I saturates = cmpgt_epi32(x, broadcastDwords<I>(saturatesAbove_));
     const I nearest = sub_epi32(q, up);
     return unlessZero(x, (nearest & (saturates ^ allOnes<I>())) | (saturates & broadcastDwords<I>(highest_)));
   }
@@ -104,10 +79,10 @@ class LoweredRoot {
   template <class I>
   I of(I x) const {
     const auto pixels = oneAtLeast(x);
-    const I q = truncated(times(times(pixels, reciprocalRoot(pixels)), scale_));
+    const I q = cvttps_epi32(pixels * rsqrt_ps(pixels) * scale_);
     const I one = broadcastDwords<I>(1);
     const I half = sll_epi32(add_epi32(add_epi32(q, q), one), _mm_cvtsi32_si128(f_ - 1));
-    const I up = above(x, sub_epi32(squared(half), q & one));
+    const I up = cmpgt_epi32(x, sub_epi32(madd_epi16(half, half), q & one));
     return unlessZero(x, sub_epi32(q, up));
   }
 
@@ -118,7 +93,7 @@ class LoweredRoot {
 
 template <class T, class Root, class I>
 inline I rootLanes(const Root& root, I pixels) {
-  const I x = std::is_signed_v<T> ? positive_epi16(pixels) : pixels;
+  const I x = std::is_signed_v<T> ? max_epi16(pixels, zeroes<I>()) : pixels;
   return packUnsigned_epi32(root.of(unpacklo_epi16(x, zeroes<I>())), root.of(unpackhi_epi16(x, zeroes<I>())));
 }
 
@@ -130,7 +105,7 @@ struct AllRoundToZero {};
 template <class T, class I>
 inline I rootLanes(AllPositiveSaturate, I pixels) {
   if constexpr (std::is_signed_v<T>) {
-    const I none = cmpeq_epi16(positive_epi16(pixels), zeroes<I>());
+    const I none = cmpeq_epi16(max_epi16(pixels, zeroes<I>()), zeroes<I>());
     return (none ^ allOnes<I>()) & broadcastWords<I>(32767);
   } else {
     return cmpeq_epi16(pixels, zeroes<I>()) ^ allOnes<I>();
@@ -151,15 +126,12 @@ inline bool rootWordsRow(const Root& root, const unsigned char* src, unsigned ch
     signs |= pixels;
     Vector{rootLanes<T>(root, pixels)}.store(dst);
   }
-  if (n > 0) {  // on a vector that is filled up with zeros
-    T rest[lanes] = {};
-    for (std::int64_t i = 0; i < n; ++i) rest[i] = loadAs<T>(src + 2 * i);
-    const auto pixels = Vector::load(rest).bits;
+  if (n > 0) {
+    const auto pixels = loadFirst<Vector>(src, 2 * n).bits;
     signs |= pixels;
-    Vector{rootLanes<T>(root, pixels)}.store(rest);
-    for (std::int64_t i = 0; i < n; ++i) storeAs(dst + 2 * i, rest[i]);
+    storeFirst(dst, Vector{rootLanes<T>(root, pixels)}, 2 * n);
   }
-  return std::is_signed_v<T> && anyNegativeWord(signs);
+  return std::is_signed_v<T> && (movemask_epi8(signs) & 0xAAAAAAAA) != 0;
 }
 
 /// Calls `use(root)` with the root scaled by `f`.
