@@ -28,14 +28,6 @@ inline void storeLanes(void* p, Lanes x) {
   }
 }
 
-template <class F>
-inline F broadcastFloats(float value) {
-  if constexpr (sizeof(F) == 16) return _mm_set1_ps(value);
-#ifdef __AVX__
-  if constexpr (sizeof(F) == 32) return _mm256_set1_ps(value);
-#endif
-}
-
 template <class T>
 struct RowSource {
   const unsigned char* bytes;
