@@ -23,6 +23,10 @@ struct Plane {
   operator Plane<const T>() const { return {pixels, step}; }
 };
 
+/// Pixels of any type as bytes.
+inline const unsigned char* bytesOf(const void* pixels) { return static_cast<const unsigned char*>(pixels); }
+inline unsigned char* bytesOf(void* pixels) { return static_cast<unsigned char*>(pixels); }
+
 /// Calls `f` with the address of each row in turn, one argument for each plane.
 template <class F, class... T>
 [[gnu::always_inline]] inline void forEachRow(std::int64_t rows, F f, Plane<T>... planes) {

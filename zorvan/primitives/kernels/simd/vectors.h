@@ -35,6 +35,8 @@ inline void storeAs(void* address, T value) {
   __builtin_memcpy(address, &value, sizeof value);
 }
 
+inline std::uintptr_t addressOf(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
+
 /// Bytes from `address` up to the next multiple of `boundary`, a power of two.
 inline std::int64_t bytesToBoundary(const void* address, std::int64_t boundary) {
   return static_cast<std::int64_t>(-reinterpret_cast<std::uintptr_t>(address) &

@@ -10,24 +10,20 @@
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 
 namespace Zorvan::Primitives::Accumulate {
 namespace {
 
 /// The images as bytes, as pixels may start at any address.
 struct AccumulateImages {
-  const unsigned char* src;
-  int srcStep;
-  const unsigned char* mask;
-  int maskStep;
-  unsigned char* srcDst;
-  int srcDstStep;
+  Plane<const u8> src, mask;
+  Plane<u8> srcDst;
 
   template <class Row>
   void eachRow(Size roi, Row add) const {
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      add(rowAt(src, srcStep, r), rowAt(mask, maskStep, r), rowAt(srcDst, srcDstStep, r), roi.width);
-    }
+    const auto row = [&](const u8* s, const u8* m, u8* d) { add(s, m, d, roi.width); };
+    forEachRow(roi.height, row, src, mask, srcDst);
   }
 };
 
@@ -46,8 +42,8 @@ struct AccumulateMasked {
   template <class Source>
   static void run(const AccumulateImages& images, Size roi) {
     using Row = WeightedMaskedRow;
-    const auto first = reinterpret_cast<std::uintptr_t>(images.srcDst);
-    if (ZORVAN_PLANNED("areFullVectors", areFullVectors<Row::Limits>(first, images.srcDstStep, roi.width))) {
+    const auto [pixels, step] = images.srcDst;
+    if (ZORVAN_PLANNED("areFullVectors", areFullVectors<Row::Limits>(addressOf(pixels), step, roi.width))) {
       images.eachRow(roi, Row::addFullVectors<Source>);
     } else {
       images.eachRow(roi, Row::add<Source>);
@@ -69,9 +65,7 @@ int accumulate(const T* src, int srcStep, const u8* mask, int maskStep, float* s
   const int status = testAccumulateSteps<sizeof(T)>({srcStep, maskStep, srcDstStep}, roi.width);
   if (status != ippStsNoErr) return status;
   AccumulatePolicy<V>::template run<FloatSource<T>>(
-      {reinterpret_cast<const unsigned char*>(src), srcStep, mask, maskStep,
-       reinterpret_cast<unsigned char*>(srcDst), srcDstStep},
-      roi);
+      {{bytesOf(src), srcStep}, {mask, maskStep}, {bytesOf(srcDst), srcDstStep}}, roi);
   return ippStsNoErr;
 }
 

@@ -71,7 +71,7 @@ constexpr std::int64_t planMaskedPeel(std::uintptr_t srcDst, std::int64_t pixels
 
 /// Whether no row has a peel or a tail: all consist of iterations of 32 pixels.
 template <class Limits>
-constexpr bool areFullVectors(std::uintptr_t srcDst, int srcDstStep, std::int64_t pixels) {
+constexpr bool areFullVectors(std::uintptr_t srcDst, std::int64_t srcDstStep, std::int64_t pixels) {
   if (pixels % 32 != 0) return false;
   return pixels < Limits::least || (srcDst % Limits::boundary == 0 && srcDstStep % Limits::boundary == 0);
 }

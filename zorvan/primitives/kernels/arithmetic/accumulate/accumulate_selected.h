@@ -66,7 +66,7 @@ struct SelectedRow {
   template <class Source>
   static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                   std::int64_t pixels) {
-    const std::int64_t peel = planSelectingRow(reinterpret_cast<std::uintptr_t>(srcDst), pixels).peel;
+    const std::int64_t peel = planSelectingRow(addressOf(srcDst), pixels).peel;
     addSelectedScalar<Source>(src, mask, srcDst, peel);
     src += peel * Source::pixelBytes;
     mask += peel;

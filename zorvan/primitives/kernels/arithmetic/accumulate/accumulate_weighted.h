@@ -57,7 +57,7 @@ struct WeightedRow {
   static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                   std::int64_t pixels) {
     using Limits = AccumulateLimits<unrolledPixels, Vector32::size>;
-    const auto plan = planWeightingRow<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
+    const auto plan = planWeightingRow<Limits>(addressOf(srcDst), pixels);
     if (ZORVAN_PLANNED("planWeightingRow scalar", plan.scalar))
       return addWeightedScalar<Source>(src, mask, srcDst, pixels);
 
@@ -108,7 +108,7 @@ struct WeightedMaskedRow {
   template <class Source>
   static void add(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst,
                   std::int64_t pixels) {
-    const std::int64_t peel = planMaskedPeel<Limits>(reinterpret_cast<std::uintptr_t>(srcDst), pixels);
+    const std::int64_t peel = planMaskedPeel<Limits>(addressOf(srcDst), pixels);
     const std::int64_t end = peel + ((pixels - peel) & ~31);
     if (ZORVAN_PLANNED("planMaskedPeel with a peel", peel != 0))
       addWeightedUpTo16<Source>(src, mask, srcDst, peel);

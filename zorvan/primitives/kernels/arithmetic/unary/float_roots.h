@@ -115,7 +115,7 @@ struct FloatRoots16 {
   /// Returns whether a pixel of the row is negative.
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
-    const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
+    const std::int64_t peel = planPeel(addressOf(dst), n, Vector16::size);
     int negative = trueRootsScalar(src, dst, peel);
     negative |= body(src + 4 * peel, dst + 4 * peel, n - peel);
     return negative != 0;
@@ -154,7 +154,7 @@ struct FloatRoots64 {
   template <bool streaming>
   static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
     int negative = 0;
-    const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
+    const std::int64_t peel = planPeel(addressOf(dst), n, Vector16::size);
     if (peel != 0) negative |= trueRootsPartial(src, dst, peel);
     src += 4 * peel;
     dst += 4 * peel;

@@ -61,7 +61,7 @@ inline void floatsBody16(const unsigned char* src, unsigned char* dst, std::int6
 /// Scalar up to a 16-byte boundary of the destination, then vectors with aligned access where possible.
 template <class Operation, int unrolledPixels>
 inline void floatsRow16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector16::size);
+  const std::int64_t peel = planPeel(addressOf(dst), n, Vector16::size);
   floatsScalar<Operation>(src, dst, peel);
   src += 4 * peel;
   dst += 4 * peel;
@@ -111,7 +111,7 @@ template <class Operation, bool streaming>
 inline void floatsRow32(const unsigned char* src, unsigned char* dst, std::int64_t n,
                         std::int64_t prefetchBytes) {
   if (n < 16 || !isAligned(dst, 4)) return floatsScalar<Operation>(src, dst, n);
-  const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, Vector32::size);
+  const std::int64_t peel = planPeel(addressOf(dst), n, Vector32::size);
   floatsScalar<Operation>(src, dst, peel);
   src += 4 * peel;
   dst += 4 * peel;

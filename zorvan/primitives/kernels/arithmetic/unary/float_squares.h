@@ -3,8 +3,8 @@
 // Squares of float images. Any address; prefetches may lie outside the image.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/float_rows.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/unary_images.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
-#include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
 namespace Zorvan::Primitives::Unary {
@@ -15,7 +15,7 @@ namespace {
 template <class Vector, bool prefetched, bool streaming>
 inline void squareRow(const unsigned char* src, unsigned char* dst, std::int64_t n,
                       std::int64_t prefetchBytes) {
-  const std::int64_t peel = planPeel(reinterpret_cast<std::uintptr_t>(dst), n, 64);
+  const std::int64_t peel = planPeel(addressOf(dst), n, 64);
   floatsPartial<SquareFloats>(src, dst, peel);
   src += 4 * peel;
   dst += 4 * peel;
@@ -35,21 +35,19 @@ inline void squareRow(const unsigned char* src, unsigned char* dst, std::int64_t
 /// vectors.
 template <class Vector>
 struct SquareImage {
-  static void run(const unsigned char* src, int srcStep, unsigned char* dst, int dstStep, Size roi,
-                  bool inPlace) {
-    const SquarePlan plan = planSquareImage(roi, srcStep, dstStep, inPlace);
+  static void run(const UnaryImages& images, Size roi) {
+    const SquarePlan plan = planSquareImage(roi, images.src.step, images.dst.step, images.inPlace);
     ZORVAN_NOTE_ONE_ROW("planSquareImage as one row", plan.rows, roi.height);
-    for (std::int64_t r = 0; r < plan.rows; ++r) {
-      const unsigned char* const from = rowAt(src, srcStep, r);
-      unsigned char* const to = rowAt(dst, dstStep, r);
+    const auto square = [&](const u8* src, u8* dst) {
       if (ZORVAN_PLANNED("planSquareImage near", plan.prefetchBytes == 0)) {
-        squareRow<Vector, false, false>(from, to, plan.rowPixels, 0);
-      } else if (ZORVAN_PLANNED("planSquareImage streaming", plan.streaming && isAligned(to, 4))) {
-        squareRow<Vector, true, true>(from, to, plan.rowPixels, plan.prefetchBytes);
+        squareRow<Vector, false, false>(src, dst, plan.rowPixels, 0);
+      } else if (ZORVAN_PLANNED("planSquareImage streaming", plan.streaming && isAligned(dst, 4))) {
+        squareRow<Vector, true, true>(src, dst, plan.rowPixels, plan.prefetchBytes);
       } else {
-        squareRow<Vector32, true, false>(from, to, plan.rowPixels, plan.prefetchBytes);
+        squareRow<Vector32, true, false>(src, dst, plan.rowPixels, plan.prefetchBytes);
       }
-    }
+    };
+    forEachRow(plan.rows, square, images.src, images.dst);
   }
 };
 #else
@@ -59,11 +57,10 @@ struct SquareImage;
 
 /// Row by row with 16-byte vectors, for images of every size.
 struct SquareRows16 {
-  static void run(const unsigned char* src, int srcStep, unsigned char* dst, int dstStep, Size roi, bool) {
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      floatsRow16<SquareFloats, 8>(rowAt(src, wholePixels(srcStep), r), rowAt(dst, wholePixels(dstStep), r),
-                                   roi.width);
-    }
+  static void run(const UnaryImages& call, Size roi) {
+    const UnaryImages images = call.atWholePixels();
+    const auto square = [&](const u8* src, u8* dst) { floatsRow16<SquareFloats, 8>(src, dst, roi.width); };
+    forEachRow(roi.height, square, images.src, images.dst);
   }
 };
 

@@ -22,7 +22,7 @@ using SquareFloatPolicy = ByVariant<V, SquareRows16, SquareRows16, SquareRows16,
 
 template <class V>
 int squareFloats(const UnaryImages& images, Size roi) {
-  SquareFloatPolicy<V>::run(images.src, images.srcStep, images.dst, images.dstStep, roi, images.inPlace);
+  SquareFloatPolicy<V>::run(images, roi);
   return ippStsNoErr;
 }
 
@@ -66,15 +66,15 @@ using AbsolutePolicy =
 /// Computes the rows, with steps in whole pixels. Returns whether a pixel was negative and has no root.
 template <class Row, bool streaming>
 bool runFloatRows(const UnaryImages& call, Size roi) {
-  const UnaryImages images{call.src, wholePixels(call.srcStep), call.dst, wholePixels(call.dstStep),
-                           call.inPlace};
-  const FloatRowsPlan rows =
-      Row::fuses ? planFloatRows(roi, images.srcStep, images.dstStep) : FloatRowsPlan{roi.height, roi.width};
+  const UnaryImages images = call.atWholePixels();
+  const FloatRowsPlan rows = Row::fuses ? planFloatRows(roi, images.src.step, images.dst.step)
+                                        : FloatRowsPlan{roi.height, roi.width};
   if constexpr (Row::fuses) ZORVAN_NOTE_ONE_ROW("planFloatRows as one row", rows.rows, roi.height);
   bool negative = false;
-  images.eachRow(rows.rows, [&](const unsigned char* src, unsigned char* dst) {
-    negative |= Row::template row<streaming>(src, dst, rows.rowPixels, images.srcStep);
-  });
+  const auto row = [&](const u8* src, u8* dst) {
+    negative |= Row::template row<streaming>(src, dst, rows.rowPixels, images.src.step);
+  };
+  forEachRow(rows.rows, row, images.src, images.dst);
   if constexpr (streaming) fenceStores();
   return negative;
 }

@@ -27,16 +27,20 @@ using ByteVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32
 
 template <class Vector, class Operation>
 void eachByteRow(Operation operation, const UnaryImages& images, Size roi) {
-  const ByteRowsPlan plan = planByteRows(roi, images.srcStep, images.dstStep, images.inPlace, queryCacheSize);
+  const ByteRowsPlan plan =
+      planByteRows(roi, images.src.step, images.dst.step, images.inPlace, queryCacheSize);
   ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
+  const auto row = [&](const u8* src, u8* dst) {
+    bytesRow<Vector, false>(operation, src, dst, plan.rowPixels);
+  };
+  const auto streamedRow = [&](const u8* src, u8* dst) {
+    bytesRow<Vector, true>(operation, src, dst, plan.rowPixels);
+  };
   if (ZORVAN_PLANNED("planByteRows streaming", plan.streaming)) {
-    images.eachRow(plan.rows, [&](auto* src, auto* dst) {
-      bytesRow<Vector, true>(operation, src, dst, plan.rowPixels);
-    });
+    forEachRow(plan.rows, streamedRow, images.src, images.dst);
     return fenceStores();
   }
-  images.eachRow(plan.rows,
-                 [&](auto* src, auto* dst) { bytesRow<Vector, false>(operation, src, dst, plan.rowPixels); });
+  forEachRow(plan.rows, row, images.src, images.dst);
 }
 
 template <class Vector>
@@ -61,10 +65,11 @@ void rootsOfBytes(const UnaryImages& images, Size roi, int f) {
 #ifdef __AVX2__
     if (k < 5) return run(ByteLookup{table});
 #endif
-    return images.eachRow(roi.height, [&](const unsigned char* src, unsigned char* dst) {
+    const auto row = [&](const u8* src, u8* dst) {
       if (k < 5) return lookUpRow(table, src, dst, roi.width);
       lookUpRowUpTo(table, lastOfRootTable(k), src, dst, roi.width);
-    });
+    };
+    return forEachRow(roi.height, row, images.src, images.dst);
   }
   // The last bytes before the next result. A tie belongs to the even one of the two.
   if (f == 1) return run(BytesAbove<8>{{1, 8, 25, 48, 81, 120, 169, 224}});
@@ -80,9 +85,10 @@ int squarePixels(const UnaryImages& images, Size roi, int f) {
     squareBytes<ByteVector<V>>(images, roi, f);
   } else {
     withSquareScaling<T>(f, [&](const auto& scaling) {
-      images.eachRow(roi.height, [&](auto* src, auto* dst) {
+      const auto row = [&](const u8* src, u8* dst) {
         squareWordsRow<WordVector<V>, T>(scaling, src, dst, roi.width);
-      });
+      };
+      forEachRow(roi.height, row, images.src, images.dst);
     });
   }
   return ippStsNoErr;
@@ -95,9 +101,10 @@ int rootPixels(const UnaryImages& images, Size roi, int f) {
     rootsOfBytes<ByteVector<V>>(images, roi, f);
   } else {
     withRootScaling<T>(f, [&](const auto& root) {
-      images.eachRow(roi.height, [&](auto* src, auto* dst) {
+      const auto row = [&](const u8* src, u8* dst) {
         negative |= rootWordsRow<WordVector<V>, T>(root, src, dst, roi.width);
-      });
+      };
+      forEachRow(roi.height, row, images.src, images.dst);
     });
   }
   return negative ? ippStsSqrtNegArg : ippStsNoErr;

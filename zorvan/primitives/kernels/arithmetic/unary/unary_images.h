@@ -1,22 +1,21 @@
 #pragma once
 
+#include "zorvan/foundation/PixelTypes.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {
 
 /// Source and destination as bytes, as pixels may start at any address. In place both are the same.
 struct UnaryImages {
-  const unsigned char* src;
-  int srcStep;
-  unsigned char* dst;
-  int dstStep;
+  Plane<const u8> src;
+  Plane<u8> dst;
   bool inPlace;
 
-  /// `use(src, dst)` for every row.
-  template <class Use>
-  void eachRow(std::int64_t rows, Use use) const {
-    for (std::int64_t r = 0; r < rows; ++r) use(rowAt(src, srcStep, r), rowAt(dst, dstStep, r));
+  UnaryImages atWholePixels() const {
+    return {{src.pixels, wholePixels(src.step)}, {dst.pixels, wholePixels(dst.step)}, inPlace};
   }
 };
 
@@ -26,22 +25,19 @@ template <auto operation>
 struct Entry {
   template <class T, class... Scale>
   int operator()(const T* src, int srcStep, T* dst, int dstStep, Size roi, Scale... scaleFactor) const {
-    return run({reinterpret_cast<const unsigned char*>(src), srcStep, reinterpret_cast<unsigned char*>(dst),
-                dstStep, false},
-               roi, scaleFactor...);
+    return run({{bytesOf(src), srcStep}, {bytesOf(dst), dstStep}, false}, roi, scaleFactor...);
   }
   template <class T, class... Scale>
   int operator()(T* srcDst, int step, Size roi, Scale... scaleFactor) const {
-    auto* const pixels = reinterpret_cast<unsigned char*>(srcDst);
-    return run({pixels, step, pixels, step, true}, roi, scaleFactor...);
+    return run({{bytesOf(srcDst), step}, {bytesOf(srcDst), step}, true}, roi, scaleFactor...);
   }
 
  private:
   template <class... Scale>
-  static int run(const UnaryImages& images, Size roi, Scale... scaleFactor) {
-    if (images.src == nullptr || images.dst == nullptr) return ippStsNullPtrErr;
+  [[gnu::noinline]] static int run(const UnaryImages& images, Size roi, Scale... scaleFactor) {
+    if (images.src.pixels == nullptr || images.dst.pixels == nullptr) return ippStsNullPtrErr;
     if (isEmpty(roi)) return ippStsSizeErr;
-    if (images.srcStep < 1 || images.dstStep < 1) return ippStsStepErr;
+    if (images.src.step < 1 || images.dst.step < 1) return ippStsStepErr;
     return operation(images, roi, scaleFactor...);
   }
 };

@@ -22,18 +22,18 @@ constexpr bool planStreaming(std::int64_t pixels, Query queryCache) {
 }
 
 /// The step in whole pixels: entries that compute row by row ignore the bytes beyond them.
-constexpr int wholePixels(int step) { return step & ~3; }
+constexpr std::int64_t wholePixels(std::int64_t step) { return step & ~3; }
 
 struct SquarePlan {
   std::int64_t rows;
   std::int64_t rowPixels;
-  int prefetchBytes;  ///< distance from the pixels that are read; 0: no prefetch
+  std::int64_t prefetchBytes;  ///< distance from the pixels that are read; 0: no prefetch
   bool streaming;
 };
 
 /// Rows without a gap run as one. The number of bytes that decides on prefetches and streaming wraps on 32
 /// bits, which for regions beyond 2 GiB costs speed only; the number of pixels does not wrap.
-constexpr SquarePlan planSquareImage(Size roi, int srcStep, int dstStep, bool inPlace) {
+constexpr SquarePlan planSquareImage(Size roi, std::int64_t srcStep, std::int64_t dstStep, bool inPlace) {
   const std::int64_t width = roi.width;
   const auto total = static_cast<std::int32_t>(static_cast<std::uint32_t>(roi.width) * (inPlace ? 4U : 8U) *
                                                static_cast<std::uint32_t>(roi.height));
@@ -54,7 +54,7 @@ struct FloatRowsPlan {
 
 /// Rows without a gap in whole pixels run as one. For operations whose results do not depend on a pixel's
 /// position in its row.
-constexpr FloatRowsPlan planFloatRows(Size roi, int srcStep, int dstStep) {
+constexpr FloatRowsPlan planFloatRows(Size roi, std::int64_t srcStep, std::int64_t dstStep) {
   const std::int64_t tight = 4 * std::int64_t{roi.width};
   if (wholePixels(srcStep) != tight || wholePixels(dstStep) != tight) return {roi.height, roi.width};
   return {1, std::int64_t{roi.width} * roi.height};
@@ -76,7 +76,8 @@ struct ByteRowsPlan {
 
 /// Rows without a gap run as one.
 template <class Query>
-constexpr ByteRowsPlan planByteRows(Size roi, int srcStep, int dstStep, bool inPlace, Query queryCache) {
+constexpr ByteRowsPlan planByteRows(Size roi, std::int64_t srcStep, std::int64_t dstStep, bool inPlace,
+                                    Query queryCache) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   const bool fused = srcStep == roi.width && dstStep == roi.width;
   const bool streaming = !inPlace && planStreaming<1>(pixels, queryCache);
