@@ -63,35 +63,35 @@ TEST(MaskedSumPlan, RowsOfWordsShareLanesThatHoldThem) {
   EXPECT_EQ(wordRowsInLanes(0x7FFFFFFF), 1);
 }
 
-TEST(ReadAheadPlan, RegionsOfTheNearCachesAreNotAskedFor) {
-  EXPECT_EQ(planReadAhead({0x17FFFF, 1}, 1), 0);
-  EXPECT_EQ(planReadAhead({0x180000, 1}, 1), 2048);
-  EXPECT_EQ(planReadAhead({0x180001, 1}, 1), 2048);
-  EXPECT_EQ(planReadAhead({1, 0x5FFFF}, 4), 0);
-  EXPECT_EQ(planReadAhead({1024, 384}, 4), 2048);
+TEST(PrefetchPlan, RegionsInTheNearCachesAreNotPrefetched) {
+  EXPECT_EQ(planPrefetch({0x17FFFF, 1}, 1), 0);
+  EXPECT_EQ(planPrefetch({0x180000, 1}, 1), 2048);
+  EXPECT_EQ(planPrefetch({0x180001, 1}, 1), 2048);
+  EXPECT_EQ(planPrefetch({1, 0x5FFFF}, 4), 0);
+  EXPECT_EQ(planPrefetch({1024, 384}, 4), 2048);
 }
 
-TEST(ReadAheadPlan, RegionsBeyondTheThirdCacheAreAskedForEarlier) {
-  EXPECT_EQ(planReadAhead({0x7FFFFF, 1}, 1), 2048);
-  EXPECT_EQ(planReadAhead({0x800000, 1}, 1), 8192);
-  EXPECT_EQ(planReadAhead({1, 0x1FFFFF}, 4), 2048);
-  EXPECT_EQ(planReadAhead({2048, 1024}, 4), 8192);
-  EXPECT_EQ(planReadAhead({65536, 65536}, 4), 8192);  // a product that wraps to zero
+TEST(PrefetchPlan, RegionsBeyondTheThirdCacheHaveALongerDistance) {
+  EXPECT_EQ(planPrefetch({0x7FFFFF, 1}, 1), 2048);
+  EXPECT_EQ(planPrefetch({0x800000, 1}, 1), 8192);
+  EXPECT_EQ(planPrefetch({1, 0x1FFFFF}, 4), 2048);
+  EXPECT_EQ(planPrefetch({2048, 1024}, 4), 8192);
+  EXPECT_EQ(planPrefetch({65536, 65536}, 4), 8192);  // a product that wraps to zero
 }
 
-TEST(ReadAheadPlan, LightLoopsLeaveRegionsBeyondTheThirdCacheToTheProcessor) {
-  EXPECT_EQ(planReadAhead({0x17FFFF, 1}, 1, lightDistances), 0);
-  EXPECT_EQ(planReadAhead({0x180000, 1}, 1, lightDistances), 4096);
-  EXPECT_EQ(planReadAhead({0x3FFFFF, 1}, 2, lightDistances), 4096);
-  EXPECT_EQ(planReadAhead({0x400000, 1}, 2, lightDistances), 0);
-  EXPECT_EQ(planReadAhead({65536, 65536}, 2, lightDistances), 0);
+TEST(PrefetchPlan, LightLoopsDoNotPrefetchRegionsBeyondTheThirdCache) {
+  EXPECT_EQ(planPrefetch({0x17FFFF, 1}, 1, lightDistances), 0);
+  EXPECT_EQ(planPrefetch({0x180000, 1}, 1, lightDistances), 4096);
+  EXPECT_EQ(planPrefetch({0x3FFFFF, 1}, 2, lightDistances), 4096);
+  EXPECT_EQ(planPrefetch({0x400000, 1}, 2, lightDistances), 0);
+  EXPECT_EQ(planPrefetch({65536, 65536}, 2, lightDistances), 0);
 }
 
-TEST(ReadAheadPlan, SumsOfWordsAskForRegionsBeyondTheThirdCacheEarliest) {
-  EXPECT_EQ(planReadAhead({0xBFFFF, 1}, 2, wordSumDistances), 0);
-  EXPECT_EQ(planReadAhead({0xC0000, 1}, 2, wordSumDistances), 2048);
-  EXPECT_EQ(planReadAhead({0x3FFFFF, 1}, 2, wordSumDistances), 2048);
-  EXPECT_EQ(planReadAhead({0x400000, 1}, 2, wordSumDistances), 16384);
+TEST(PrefetchPlan, SumsOfWordsHaveTheLongestDistanceBeyondTheThirdCache) {
+  EXPECT_EQ(planPrefetch({0xBFFFF, 1}, 2, wordSumDistances), 0);
+  EXPECT_EQ(planPrefetch({0xC0000, 1}, 2, wordSumDistances), 2048);
+  EXPECT_EQ(planPrefetch({0x3FFFFF, 1}, 2, wordSumDistances), 2048);
+  EXPECT_EQ(planPrefetch({0x400000, 1}, 2, wordSumDistances), 16384);
 }
 
 TEST(MaskedExtremePlan, BlocksHold8192PixelsOrARow) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// The tests that masked statistics make of their arguments, before anything else is done.
+// Tests of the arguments of masked statistics.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 
@@ -9,8 +9,8 @@ namespace {
 
 using Ipp::ippStsNotEvenStepErr;
 
-/// A step must cover a row, and of words and floats be a multiple of the pixel. Words differ from floats in
-/// the order: their image's step is tested to the end before the mask's.
+/// A step covers a row at least, and steps of words and floats are multiples of the pixel. The order of the
+/// tests differs: words test both properties of the image's step before the mask's step.
 template <class T>
 int testMasked(const T* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
   if (src == nullptr || mask == nullptr) return ippStsNullPtrErr;

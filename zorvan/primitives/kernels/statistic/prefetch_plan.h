@@ -1,6 +1,7 @@
 #pragma once
 
-// How far ahead of its reading a region is asked for. Pure, so that the limits can be tested on any machine.
+// How far after the loads of a reduction its prefetches lie. Pure, so that the limits can be tested on any
+// machine.
 
 #include <cstdint>
 
@@ -10,22 +11,22 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// In bytes; 0 where nothing is asked for.
-struct ReadAheadDistances {
+/// In bytes; 0 for no prefetch.
+struct PrefetchDistances {
   int near;  ///< for regions from `nearBytes` on
   int far;   ///< for regions from `farBytes` on
 };
 
-constexpr ReadAheadDistances usualDistances{2048, 8192};
+constexpr PrefetchDistances usualDistances{2048, 8192};
 
-/// For loops with an operation or two for each vector: so many of their loads are under way at once that the
-/// memory has no gaps to fill, and asking would only take turns from them.
-constexpr ReadAheadDistances lightDistances{4096, 0};
+/// For loops with one or two operations for each vector: enough of their loads are in flight to keep the
+/// memory busy, and prefetches would only compete with them.
+constexpr PrefetchDistances lightDistances{4096, 0};
 
-/// For sums of words, which take more operations for each vector than other loops at the memory's pace.
-constexpr ReadAheadDistances wordSumDistances{2048, 16384};
+/// For sums of words, which take more operations for each vector than other loops that wait for memory.
+constexpr PrefetchDistances wordSumDistances{2048, 16384};
 
-constexpr int planReadAhead(Size roi, int pixelBytes, ReadAheadDistances distances = usualDistances) {
+constexpr int planPrefetch(Size roi, int pixelBytes, PrefetchDistances distances = usualDistances) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   if (pixels >= farBytes / pixelBytes) return distances.far;
   return pixels >= nearBytes / pixelBytes ? distances.near : 0;

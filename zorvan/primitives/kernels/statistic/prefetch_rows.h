@@ -1,6 +1,6 @@
 #pragma once
 
-// Reductions that ask for what they come to some steps later.
+// Prefetches of reductions.
 
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/simd/prefetch.h"
@@ -9,12 +9,12 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Asks for lines of the image.
-class ReadAhead {
+/// Prefetches the lines that lie a distance after what is loaded.
+class Prefetch {
  public:
-  explicit ReadAhead(std::int64_t distance) : distance_(distance) {}
+  explicit Prefetch(std::int64_t distance) : distance_(distance) {}
 
-  /// For what is read from `p` on.
+  /// `bytes` are loaded from `p` on.
   void operator()(const void* p, int bytes = 64) const {
     for (int line = 0; line < bytes; line += 64) prefetch(p, distance_ + line);
   }
@@ -23,21 +23,20 @@ class ReadAhead {
   std::int64_t distance_;
 };
 
-struct NoReadAhead {
+struct NoPrefetch {
   void operator()(const void*, int = 64) const {}
 };
 
-/// `walk` with what it calls at each step for what it reads there: short rows feel even the question whether
-/// there is anything to ask for. `pixelBytes` are those of all images that are read.
-template <class Walk>
-inline auto readingAhead(ReadAheadDistances distances, Size roi, int pixelBytes, Walk walk) {
-  const int distance = planReadAhead(roi, pixelBytes, distances);
-  return ZORVAN_PLANNED("planReadAhead not at all", distance == 0) ? walk(NoReadAhead())
-                                                                   : walk(ReadAhead(distance));
+/// Calls `loop` with a `Prefetch` or a `NoPrefetch`, since even a test for each vector slows short rows down.
+/// `pixelBytes` is the sum over all images that are read.
+template <class Loop>
+inline auto withPrefetch(PrefetchDistances distances, Size roi, int pixelBytes, Loop loop) {
+  const int distance = planPrefetch(roi, pixelBytes, distances);
+  return ZORVAN_PLANNED("planPrefetch none", distance == 0) ? loop(NoPrefetch()) : loop(Prefetch(distance));
 }
-template <class Walk>
-inline auto readingAhead(Size roi, int pixelBytes, Walk walk) {
-  return readingAhead(usualDistances, roi, pixelBytes, walk);
+template <class Loop>
+inline auto withPrefetch(Size roi, int pixelBytes, Loop loop) {
+  return withPrefetch(usualDistances, roi, pixelBytes, loop);
 }
 
 }  // namespace

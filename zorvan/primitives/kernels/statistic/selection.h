@@ -2,7 +2,7 @@
 
 // Which pixels a mask selects, as lanes and as bits. A pixel is selected where its mask byte is not zero.
 //
-// Nothing branches on the mask: statistics of scattered masks take as long as those of solid ones.
+// Nothing branches on the mask, so statistics take the same time for scattered and for solid masks.
 
 #include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
@@ -17,7 +17,7 @@ inline __m128i unselected(__m128i mask) { return _mm_cmpeq_epi8(mask, _mm_setzer
 /// The 16 bytes, each 0 or 255, as bits.
 inline unsigned bitsOf(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
 
-/// All bits set for a selected pixel, none for another.
+/// All bits set where the pixel is selected, else none.
 inline std::int32_t selectedBits(std::uint8_t mask) { return -static_cast<std::int32_t>(mask != 0); }
 
 /// The first four bytes, each 0 or 255, as lanes of 32 bits.
@@ -28,19 +28,19 @@ inline __m128i bytesToDwords(__m128i bytes) {
 
 #ifdef __AVX2__
 inline __m256i unselected(__m256i mask) { return _mm256_cmpeq_epi8(mask, _mm256_setzero_si256()); }
-/// How many of the 32 bytes, each 0 or 255, are 0.
+/// The number of zeros among 32 bytes, each 0 or 255.
 inline int countClear(__m256i bytes) {
   return 32 - _mm_popcnt_u32(static_cast<unsigned>(_mm256_movemask_epi8(bytes)));
 }
-/// Selected pixels of the first eight mask bytes, as lanes of 32 bits.
+/// All bits of a 32-bit lane set where the byte is zero, for the first eight mask bytes.
 inline __m256i unselectedDwords(__m128i mask) {
   return _mm256_cmpeq_epi32(_mm256_cvtepu8_epi32(mask), _mm256_setzero_si256());
 }
 #endif
 
 #ifdef __AVX512BW__
-/// Goes along a row 64 pixels a step: `use(column, bits)` gets the selected ones of each step. The last step
-/// may be a part; bits behind the row's end are clear.
+/// Calls `use(column, bits)` for every 64 pixels of a row, with a bit for each selected pixel. Bits after the
+/// row's end are clear.
 template <class Use>
 inline void forEachSelection(const std::uint8_t* mask, std::int64_t pixels, Use use) {
   std::int64_t c = 0;
@@ -57,7 +57,7 @@ inline void forEachSelection(const std::uint8_t* mask, std::int64_t pixels, Use 
 
 inline int countOf(__mmask64 selected) { return static_cast<int>(_mm_popcnt_u64(selected)); }
 
-/// Sixteen of a step's bits.
+/// Sixteen of the 64 bits.
 template <int part>
 inline __mmask16 sixteenOf(__mmask64 selected) {
   return static_cast<__mmask16>(selected >> (16 * part));

@@ -43,7 +43,7 @@ inline __m256i loadShort(const unsigned char* p, std::int64_t bytes) {
 
 struct ZeroFilled32 {
   template <int pixelBytes, class Body, class End>
-  static void forEachVector(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
+  static void forEachVector(const unsigned char* p, std::int64_t bytes, auto prefetchAfter, Body body, End end) {
     if (bytes < 32) return end(loadShort(p, bytes));
     const std::int64_t peel = bytesToBoundary(p, 32);
     if (peel != 0 && peel % pixelBytes == 0) {
@@ -52,7 +52,7 @@ struct ZeroFilled32 {
       bytes -= peel;
     }
     for (; bytes >= 128; p += 128, bytes -= 128) {
-      readAhead(p, 128);
+      prefetchAfter(p, 128);
       body(Vector32::load(p).bits);
       body(Vector32::load(p + 32).bits);
       body(Vector32::load(p + 64).bits);
@@ -70,7 +70,7 @@ struct ZeroFilled32 {
 /// Full vectors start on a 32-byte boundary; those of long rows on a 64-byte one, after half a vector.
 struct ZeroFilled64 {
   template <int pixelBytes, class Body, class End>
-  static void forEachVector(const unsigned char* p, std::int64_t bytes, auto readAhead, Body body, End end) {
+  static void forEachVector(const unsigned char* p, std::int64_t bytes, auto prefetchAfter, Body body, End end) {
     const auto part = [](const unsigned char* at, std::int64_t count) {
       return _mm512_maskz_loadu_epi8(_bzhi_u64(~0ull, static_cast<unsigned>(count)), at);
     };
@@ -87,7 +87,7 @@ struct ZeroFilled64 {
       bytes -= 32;
     }
     const auto full = [&](const unsigned char* at) {
-      readAhead(at);
+      prefetchAfter(at);
       body(_mm512_loadu_si512(at));
     };
     for (; bytes >= 512; p += 512, bytes -= 512) {

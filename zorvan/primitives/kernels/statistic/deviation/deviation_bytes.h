@@ -86,16 +86,16 @@ class ByteMoments32 {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     ByteMoments32 moments;
-    return readingAhead(roi, 2, [&](auto readAhead) {
+    return withPrefetch(roi, 2, [&](auto prefetchAfter) {
       forEachPiece(src, srcStep, mask, maskStep, roi,
-                   [&](auto* p, auto* m, std::int64_t pixels) { moments.piece(p, m, pixels, readAhead); });
+                   [&](auto* p, auto* m, std::int64_t pixels) { moments.piece(p, m, pixels, prefetchAfter); });
       return Moments{moments.count_, static_cast<double>(sumOfLanes64(moments.sums_)),
                      sumOf(moments.squares_)};
     });
   }
 
  private:
-  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto readAhead) {
+  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto prefetchAfter) {
     __m256i even = _mm256_setzero_si256(), odd = even;
     const auto add = [&](__m256i pixels, __m256i mask) {
       const __m256i none = unselected(mask);
@@ -108,8 +108,8 @@ class ByteMoments32 {
       odd = _mm256_add_epi32(odd, _mm256_madd_epi16(high, high));
     };
     for (; left >= 32; p += 32, m += 32, left -= 32) {
-      readAhead(p);
-      readAhead(m);
+      prefetchAfter(p);
+      prefetchAfter(m);
       add(Vector32::load(p).bits, Vector32::load(m).bits);
     }
     if (left != 0) add(loadShort(p, left), loadShort(m, left));
@@ -129,7 +129,7 @@ class ByteMoments64 {
  public:
   static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     ByteMoments64 moments;
-    return readingAhead(roi, 2, [&](auto readAhead) {
+    return withPrefetch(roi, 2, [&](auto prefetchAfter) {
       for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
         const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
         const std::int64_t rowsInLanes = squaresInLanes / ((pixels + 63) / 64 * 64);
@@ -137,7 +137,7 @@ class ByteMoments64 {
         for (std::int64_t r = 0; r < roi.height; r += rowsInLanes) {
           const std::int64_t rows = roi.height - r < rowsInLanes ? roi.height - r : rowsInLanes;
           moments.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows,
-                      pixels, readAhead);
+                      pixels, prefetchAfter);
         }
       }
       return Moments{moments.count_, static_cast<double>(_mm512_reduce_add_epi64(moments.sums_)),
@@ -147,13 +147,13 @@ class ByteMoments64 {
 
  private:
   void add(const std::uint8_t* p, std::int64_t srcStep, const std::uint8_t* m, std::int64_t maskStep,
-           std::int64_t rows, std::int64_t pixels, auto readAhead) {
+           std::int64_t rows, std::int64_t pixels, auto prefetchAfter) {
     __m512i even = _mm512_setzero_si512(), odd = even, sums = sums_;
     std::uint32_t count = count_;
     for (; rows != 0; p += srcStep, m += maskStep, --rows) {
       forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
-        readAhead(p + c);
-        readAhead(m + c);
+        prefetchAfter(p + c);
+        prefetchAfter(m + c);
         const __m512i bytes = _mm512_maskz_loadu_epi8(selected, p + c);
         count += static_cast<std::uint32_t>(countOf(selected));
         sums = _mm512_add_epi64(sums, _mm512_sad_epu8(bytes, _mm512_setzero_si512()));

@@ -117,7 +117,7 @@ inline float foldLanes(__m256 lanes) {
 class FloatMoments32 {
  public:
   static Moments of(const MaskedFloats& image) {
-    return readingAhead(image.roi, 5, [&](auto readAhead) {
+    return withPrefetch(image.roi, 5, [&](auto prefetchAfter) {
       Moments total{0, 0, 0};
       image.forEachRow([&](const char* p, const std::uint8_t* m) {
         __m256 sumA = _mm256_setzero_ps(), sumB = sumA, squaresA = sumA, squaresB = sumA;
@@ -130,7 +130,7 @@ class FloatMoments32 {
         std::int64_t left = image.roi.width;
         for (; left >= 16; p += 64, m += 16, left -= 16) {
           const __m128i selection = Vector16::load(m).bits;
-          readAhead(p);
+          prefetchAfter(p);
           add(sumA, squaresA, p, selection);
           add(sumB, squaresB, p + 32, _mm_srli_si128(selection, 8));
           const int none = _mm_movemask_epi8(unselected(selection));
@@ -151,7 +151,7 @@ class FloatMoments32 {
   }
 
   static double squaresAround(float center, const MaskedFloats& image) {
-    return readingAhead(image.roi, 5, [&](auto readAhead) {
+    return withPrefetch(image.roi, 5, [&](auto prefetchAfter) {
       const __m256 centers = _mm256_set1_ps(center);
       double total = 0;
       image.forEachRow([&](const char* p, const std::uint8_t* m) {
@@ -165,7 +165,7 @@ class FloatMoments32 {
         std::int64_t left = image.roi.width;
         for (; left >= 16; p += 64, m += 16, left -= 16) {
           const __m128i selection = Vector16::load(m).bits;
-          readAhead(p);
+          prefetchAfter(p);
           add(a, p, selection);
           add(b, p + 32, _mm_srli_si128(selection, 8));
         }
@@ -191,7 +191,7 @@ inline float foldLanes(__m512 lanes) {
 class FloatMoments64 {
  public:
   static Moments of(const MaskedFloats& image) {
-    return readingAhead(image.roi, 5, [&](auto readAhead) {
+    return withPrefetch(image.roi, 5, [&](auto prefetchAfter) {
       Moments total{0, 0, 0};
       image.forEachRow([&](const char* p, const std::uint8_t* m) {
         Lanes sum, squares;
@@ -203,8 +203,8 @@ class FloatMoments64 {
         std::uint32_t count = 0;
         forEachSelection(m, image.roi.width, [&](std::int64_t c, __mmask64 selected) {
           const char* const at = p + 4 * c;
-          readAhead(at, 256);
-          readAhead(m + c);
+          prefetchAfter(at, 256);
+          prefetchAfter(m + c);
           add(sum.a, squares.a, sixteenOf<0>(selected), at);
           add(sum.b, squares.b, sixteenOf<1>(selected), at + 64);
           add(sum.c, squares.c, sixteenOf<2>(selected), at + 128);
@@ -220,7 +220,7 @@ class FloatMoments64 {
   }
 
   static double squaresAround(float center, const MaskedFloats& image) {
-    return readingAhead(image.roi, 5, [&](auto readAhead) {
+    return withPrefetch(image.roi, 5, [&](auto prefetchAfter) {
       const __m512 centers = _mm512_set1_ps(center);
       double total = 0;
       image.forEachRow([&](const char* p, const std::uint8_t* m) {
@@ -232,8 +232,8 @@ class FloatMoments64 {
         };
         forEachSelection(m, image.roi.width, [&](std::int64_t c, __mmask64 selected) {
           const char* const at = p + 4 * c;
-          readAhead(at, 256);
-          readAhead(m + c);
+          prefetchAfter(at, 256);
+          prefetchAfter(m + c);
           add(squares.a, sixteenOf<0>(selected), at);
           add(squares.b, sixteenOf<1>(selected), at + 64);
           add(squares.c, sixteenOf<2>(selected), at + 128);

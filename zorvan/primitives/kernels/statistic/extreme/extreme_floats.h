@@ -112,9 +112,9 @@ class WideFloatExtreme {
     const auto first = loadAs<float>(src);
     if (roi.width < 8) return scalar(first, src, srcStep, roi);
     __m256 a = _mm256_set1_ps(first), b = a;
-    return readingAhead(roi, sizeof(float), [&](auto readAhead) {
+    return withPrefetch(roi, sizeof(float), [&](auto prefetchAfter) {
       for (std::int64_t r = 0; r < roi.height; ++r) {
-        row(rowBytes(src, srcStep, r), std::int64_t{roi.width} * 4, a, b, readAhead);
+        row(rowBytes(src, srcStep, r), std::int64_t{roi.width} * 4, a, b, prefetchAfter);
       }
       return Lanes::bestOf(Lanes::better(a, b));
     });
@@ -130,7 +130,7 @@ class WideFloatExtreme {
   }
   static __m256 load(const char* p) { return _mm256_castsi256_ps(Vector32::load(p).bits); }
 
-  static void row(const char* p, std::int64_t bytes, __m256& a, __m256& b, auto readAhead) {
+  static void row(const char* p, std::int64_t bytes, __m256& a, __m256& b, auto prefetchAfter) {
     const char* const end = p + bytes;
     const std::int64_t toBoundary = bytesToBoundary(p, 32);
     if (toBoundary != 0 && toBoundary % 4 == 0) {
@@ -138,7 +138,7 @@ class WideFloatExtreme {
       p += toBoundary;
     }
     for (; end - p >= 64; p += 64) {
-      readAhead(p);
+      prefetchAfter(p);
       a = Lanes::better(a, load(p));
       b = Lanes::better(b, load(p + 32));
     }
@@ -161,13 +161,13 @@ class RegisterFloatExtreme {
  public:
   static float find(const float* src, int srcStep, Size roi) {
     __m512 a = _mm512_set1_ps(loadAs<float>(src)), b = a, c = a, d = a;
-    return readingAhead(roi, sizeof(float), [&](auto readAhead) {
+    return withPrefetch(roi, sizeof(float), [&](auto prefetchAfter) {
       const __mmask16 rest = static_cast<__mmask16>((1u << (roi.width % 16)) - 1);
       for (std::int64_t r = 0; r < roi.height; ++r) {
         const char* p = rowBytes(src, srcStep, r);
         std::int64_t left = roi.width;
         for (; left >= 64; p += 256, left -= 64) {
-          readAhead(p, 256);
+          prefetchAfter(p, 256);
           a = Lanes::better(a, _mm512_loadu_ps(p));
           b = Lanes::better(b, _mm512_loadu_ps(p + 64));
           c = Lanes::better(c, _mm512_loadu_ps(p + 128));

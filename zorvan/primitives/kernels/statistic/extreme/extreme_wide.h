@@ -76,15 +76,15 @@ struct ManyVectors {
   static constexpr bool inFours = false;
 
   template <class Lanes>
-  static auto bestOf(const unsigned char* p, std::int64_t bytes, auto readAhead) {
+  static auto bestOf(const unsigned char* p, std::int64_t bytes, auto prefetchAfter) {
     constexpr int size = Vector::size, pixel = sizeof(typename Lanes::Pixel);
-    readAhead(p);
+    prefetchAfter(p);
     const unsigned char* const last = p + bytes - size;
     auto a = Vector::load(p).bits, b = a;
     const std::int64_t toBoundary = bytesToBoundary(p, size);
     p += toBoundary != 0 && toBoundary % pixel == 0 ? toBoundary : size;
     const auto two = [&](const unsigned char* at) {
-      readAhead(at, 2 * size);
+      prefetchAfter(at, 2 * size);
       a = Lanes::better(a, Vector::load(at).bits);
       b = Lanes::better(b, Vector::load(at + size).bits);
     };
@@ -95,8 +95,8 @@ struct ManyVectors {
       two(p + 6 * size);
     }
     for (; last - p > 2 * size; p += 2 * size) two(p);
-    readAhead(p);
-    readAhead(last);
+    prefetchAfter(p);
+    prefetchAfter(last);
     a = Lanes::better(a, Vector::load(p).bits);
     if (last - p > size) b = Lanes::better(b, Vector::load(p + size).bits);
     b = Lanes::better(b, Vector::load(last).bits);
@@ -113,17 +113,17 @@ class WideExtreme {
     if (roi.width < Lanes::lanes32) return ShortRows::template find<Lanes>(src, srcStep, roi);
     const Rows rows{reinterpret_cast<const unsigned char*>(src), srcStep,
                     std::int64_t{roi.width} * std::int64_t{sizeof(T)}, roi.height};
-    if (rows.bytes <= 64) return find<FewVectors<Vector32, 2>>(rows, NoReadAhead());
+    if (rows.bytes <= 64) return find<FewVectors<Vector32, 2>>(rows, NoPrefetch());
 #ifdef __AVX512BW__
-    if (rows.bytes <= 128) return find<FewVectors<Vector64, 2>>(rows, NoReadAhead());
-    if (rows.bytes <= 256) return find<FewVectors<Vector64, 4>>(rows, NoReadAhead());
+    if (rows.bytes <= 128) return find<FewVectors<Vector64, 2>>(rows, NoPrefetch());
+    if (rows.bytes <= 256) return find<FewVectors<Vector64, 4>>(rows, NoPrefetch());
     using Many = ManyVectors<Vector64>;
 #else
-    if (rows.bytes <= 128) return find<FewVectors<Vector32, 4>>(rows, NoReadAhead());
+    if (rows.bytes <= 128) return find<FewVectors<Vector32, 4>>(rows, NoPrefetch());
     using Many = ManyVectors<Vector32>;
 #endif
-    return readingAhead(lightDistances, roi, sizeof(T),
-                        [&](auto readAhead) { return find<Many>(rows, readAhead); });
+    return withPrefetch(lightDistances, roi, sizeof(T),
+                        [&](auto prefetchAfter) { return find<Many>(rows, prefetchAfter); });
   }
 
  private:
@@ -137,11 +137,11 @@ class WideExtreme {
   /// Each row has a test of its own, also where a turn takes four: short rows feel the turns. Long ones stay
   /// with one loop, whose loads the processor can follow.
   template <class Row>
-  static T find(const Rows& rows, auto readAhead) {
+  static T find(const Rows& rows, auto prefetchAfter) {
     auto held = Lanes::template spread<typename Row::Vector>(Lanes::neutral);
     const unsigned char* p = rows.first;
     const auto over = [&] {
-      const auto row = Row::template bestOf<Lanes>(p, rows.bytes, readAhead);
+      const auto row = Row::template bestOf<Lanes>(p, rows.bytes, prefetchAfter);
       held = Lanes::better(held, row);
       p += rows.step;
       return Lanes::holds(row, Lanes::best);

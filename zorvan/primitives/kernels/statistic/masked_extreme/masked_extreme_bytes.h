@@ -36,11 +36,11 @@ class ByteBlock {
  public:
   explicit ByteBlock(ByteExtremes running) : a_(running), b_(running), rest_(running), single_(running) {}
 
-  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto readAhead) {
+  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto prefetchAfter) {
     constexpr int size = Vector::size;
     for (; left >= 2 * size; p += 2 * size, m += 2 * size, left -= 2 * size) {
-      readAhead(p);
-      readAhead(m);
+      prefetchAfter(p);
+      prefetchAfter(m);
       a_.add(Vector::load(p), Vector::load(m));
       b_.add(Vector::load(p + size), Vector::load(m + size));
     }
@@ -106,10 +106,10 @@ class RegisterByteBlock {
   explicit RegisterByteBlock(ByteExtremes running)
       : low_(Vector64::broadcast(running.low).bits), high_(Vector64::broadcast(running.high).bits) {}
 
-  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t pixels, auto readAhead) {
+  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t pixels, auto prefetchAfter) {
     forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
-      readAhead(p + c);
-      readAhead(m + c);
+      prefetchAfter(p + c);
+      prefetchAfter(m + c);
       const __m512i chosen = _mm512_maskz_loadu_epi8(selected, p + c);
       low_ = _mm512_mask_min_epu8(low_, selected, low_, chosen);
       high_ = _mm512_max_epu8(high_, chosen);  // zeros of the others are no better
@@ -146,14 +146,14 @@ class ExtremesByBlock {
     const std::uint8_t start = rowAt(src, srcStep, first.row)[first.column];
     ByteExtremes running{start, start};
     int lowFrom = first.row, highFrom = first.row;  // the first rows of the blocks with the extremes
-    return readingAhead(roi, 2, [&](auto readAhead) {
+    return withPrefetch(roi, 2, [&](auto prefetchAfter) {
       const int together = rowsOfBlock(roi.width);
       ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", together >= roi.height);
       for (int from = first.row, rows; from < roi.height; from += rows) {
         rows = roi.height - from < together ? roi.height - from : together;
         Block block(running);
         for (int r = from; r < from + rows; ++r) {
-          block.row(rowAt(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, readAhead);
+          block.row(rowAt(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, prefetchAfter);
         }
         const ByteExtremes found = block.found();
         if (found.low < running.low) lowFrom = from;

@@ -79,7 +79,7 @@ class ExtremePlaces {
 template <class Held>
 inline ExtremePlaces findExtremes(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
                                   Size roi) {
-  return readingAhead(roi, 5, [&](auto readAhead) {
+  return withPrefetch(roi, 5, [&](auto prefetchAfter) {
     Held held;
     ExtremePlaces places;
     const int together = rowsOfBlock(roi.width);
@@ -87,7 +87,7 @@ inline ExtremePlaces findExtremes(const float* src, int srcStep, const std::uint
     for (int from = 0, rows; from < roi.height; from += rows) {
       rows = roi.height - from < together ? roi.height - from : together;
       for (int r = from; r < from + rows; ++r) {
-        held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, readAhead);
+        held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, prefetchAfter);
       }
       places.note(held.low(), held.high(), from);
     }
@@ -124,10 +124,10 @@ class WideMaskedExtremes {
     return findInTwoPasses<WideMaskedExtremes>(src, srcStep, mask, maskStep, roi);
   }
 
-  void row(const char* p, const std::uint8_t* m, std::int64_t left, auto readAhead) {
+  void row(const char* p, const std::uint8_t* m, std::int64_t left, auto prefetchAfter) {
     for (; left >= 64; p += 256, m += 64, left -= 64) {
       for (int i = 0; i < 8; ++i) {
-        if (i % 2 == 0) readAhead(p + 32 * i);
+        if (i % 2 == 0) prefetchAfter(p + 32 * i);
         add(i % 4, p + 32 * i, loadLow<8>(m + 8 * i));
       }
     }
@@ -213,11 +213,11 @@ class RegisterMaskedExtremes {
     return findInTwoPasses<RegisterMaskedExtremes>(src, srcStep, mask, maskStep, roi);
   }
 
-  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto readAhead) {
+  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto prefetchAfter) {
     forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
       const char* const at = p + 4 * c;
-      readAhead(at, 256);
-      readAhead(m + c);
+      prefetchAfter(at, 256);
+      prefetchAfter(m + c);
       a_.add(sixteenOf<0>(selected), at);
       b_.add(sixteenOf<1>(selected), at + 64);
       c_.add(sixteenOf<2>(selected), at + 128);

@@ -98,7 +98,7 @@ struct MaskedBytes64;
 struct MaskedBytes32 {
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    return readingAhead(roi, 2, [&](auto readAhead) {
+    return withPrefetch(roi, 2, [&](auto prefetchAfter) {
       const __m256i zero = _mm256_setzero_si256();
       __m256d total = _mm256_setzero_pd();
       std::uint32_t count = 0;
@@ -113,8 +113,8 @@ struct MaskedBytes32 {
         };
         int c = 0;
         for (; roi.width - c >= 32; c += 32) {
-          readAhead(p + c);
-          readAhead(m + c);
+          prefetchAfter(p + c);
+          prefetchAfter(m + c);
           add(Vector32::load(p + c).bits, Vector32::load(m + c).bits);
         }
         if (c != roi.width) add(loadShort(p + c, roi.width - c), loadShort(m + c, roi.width - c));
@@ -138,7 +138,7 @@ struct MaskedBytes32 {
 struct MaskedBytes64 {
   static MaskedSum of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    return readingAhead(roi, 2, [&](auto readAhead) {
+    return withPrefetch(roi, 2, [&](auto prefetchAfter) {
       __m512d total = _mm512_setzero_pd();
       std::uint32_t count = 0;
       for (std::int64_t r = 0; r < roi.height; ++r) {
@@ -146,8 +146,8 @@ struct MaskedBytes64 {
         const std::uint8_t* m = rowAt(mask, maskStep, r);
         __m512i lanes = _mm512_setzero_si512();
         forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
-          readAhead(p + c);
-          readAhead(m + c);
+          prefetchAfter(p + c);
+          prefetchAfter(m + c);
           const __m512i pixels = _mm512_maskz_loadu_epi8(selected, p + c);
           lanes = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, _mm512_setzero_si512()));
           count += static_cast<std::uint32_t>(countOf(selected));

@@ -103,7 +103,7 @@ class MaskedFloats64;
 /// 16 pixels per iteration into two accumulators of eight lanes, then 8, then scalar.
 struct MaskedFloats32 {
   static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
-    return readingAhead(roi, 5, [&](auto readAhead) {
+    return withPrefetch(roi, 5, [&](auto prefetchAfter) {
       __m256d total = _mm256_setzero_pd();
       __m256 a = _mm256_setzero_ps(), b = a;
       double scalarSum = 0;
@@ -128,7 +128,7 @@ struct MaskedFloats32 {
           const std::int64_t granted = budget.grant(iterations);
           for (std::int64_t i = 0; i < granted; ++i, p += 64, m += 16) {
             const __m128i selection = Vector16::load(m).bits;
-            readAhead(p);
+            prefetchAfter(p);
             add(a, p, selection);
             add(b, p + 32, _mm_srli_si128(selection, 8));
             count += counted(selection, 16);
@@ -159,7 +159,7 @@ class MaskedFloats64 {
  public:
   static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
     MaskedFloats64 sum;
-    return readingAhead(roi, 5, [&](auto readAhead) {
+    return withPrefetch(roi, 5, [&](auto prefetchAfter) {
       double scalarSum = 0;
       for (std::int64_t r = 0; r < roi.height; ++r) {
         const char* const p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
@@ -167,7 +167,7 @@ class MaskedFloats64 {
         if (roi.width < 8) {
           scalarSum += sumScalar(p, m, roi.width, sum.count_);
         } else {
-          sum.row(p, m, roi.width, readAhead);
+          sum.row(p, m, roi.width, prefetchAfter);
         }
       }
       sum.empty();
@@ -176,14 +176,14 @@ class MaskedFloats64 {
   }
 
  private:
-  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto readAhead) {
+  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto prefetchAfter) {
     for (std::int64_t c = 0; c < pixels;) {
       const std::int64_t iterations = budget_.grant((pixels - c + 63) / 64);
       const std::int64_t some = iterations * 64 < pixels - c ? iterations * 64 : pixels - c;
       forEachSelection(m + c, some, [&, from = p + 4 * c](std::int64_t at, __mmask64 selected) {
         const char* const q = from + 4 * at;
-        readAhead(q, 256);
-        readAhead(m + c + at);
+        prefetchAfter(q, 256);
+        prefetchAfter(m + c + at);
         add(a_, sixteenOf<0>(selected), q);
         add(b_, sixteenOf<1>(selected), q + 64);
         add(c_, sixteenOf<2>(selected), q + 128);

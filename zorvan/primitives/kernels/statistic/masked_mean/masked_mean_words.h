@@ -85,7 +85,7 @@ struct MaskedWords64;
 struct MaskedWords32 {
   static MaskedSum of(const std::uint16_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    return readingAhead(roi, 3, [&](auto readAhead) {
+    return withPrefetch(roi, 3, [&](auto prefetchAfter) {
       __m256d total = _mm256_setzero_pd();
       double scalarSum = 0;
       std::uint32_t count = 0;
@@ -103,7 +103,7 @@ struct MaskedWords32 {
               16 - static_cast<std::uint32_t>(_mm_popcnt_u32(static_cast<unsigned>(_mm_movemask_epi8(none))));
         };
         for (; left >= 16; p += 32, m += 16, left -= 16) {
-          readAhead(p);
+          prefetchAfter(p);
           add(Vector32::load(p).bits, Vector16::load(m).bits);
         }
         if (left >= 8) {
@@ -131,7 +131,7 @@ struct MaskedWords32 {
 struct MaskedWords64 {
   static MaskedSum of(const std::uint16_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
                       Size roi) {
-    return readingAhead(roi, 3, [&](auto readAhead) {
+    return withPrefetch(roi, 3, [&](auto prefetchAfter) {
       __m512d total = _mm512_setzero_pd();
       std::uint32_t count = 0;
       const int rowsInLanes = wordRowsInLanes(roi.width);
@@ -147,8 +147,8 @@ struct MaskedWords64 {
           const auto* p = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
           const std::uint8_t* m = rowAt(mask, maskStep, r);
           forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
-            readAhead(p + 2 * c, 128);
-            readAhead(m + c);
+            prefetchAfter(p + 2 * c, 128);
+            prefetchAfter(m + c);
             add(_mm512_maskz_loadu_epi16(static_cast<__mmask32>(selected), p + 2 * c));
             add(_mm512_maskz_loadu_epi16(static_cast<__mmask32>(selected >> 32), p + 2 * c + 64));
             count += static_cast<std::uint32_t>(countOf(selected));

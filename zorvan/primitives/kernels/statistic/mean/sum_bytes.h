@@ -52,13 +52,13 @@ struct ByteSum32 {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
     ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
-    return readingAhead(lightDistances, roi, 1, [&](auto readAhead) {
+    return withPrefetch(lightDistances, roi, 1, [&](auto prefetchAfter) {
       const __m256i zero = _mm256_setzero_si256();
       __m256i lanes = zero;
       for (std::int64_t r = 0; r < plan.rows; ++r) {
         __m256i ends = zero;
         ZeroFilled32::forEachVector<1>(
-            rowAt(src, srcStep, r), plan.pixels, readAhead,
+            rowAt(src, srcStep, r), plan.pixels, prefetchAfter,
             [&](__m256i pixels) { lanes = _mm256_add_epi64(lanes, _mm256_sad_epu8(pixels, zero)); },
             [&](__m256i pixels) { ends = _mm256_add_epi32(ends, _mm256_sad_epu8(pixels, zero)); });
         lanes = _mm256_add_epi64(lanes, ends);
@@ -75,13 +75,13 @@ struct ByteSum64 {
   static double of(const std::uint8_t* src, int srcStep, Size roi) {
     const SumRows plan = planByteRows(roi, srcStep);
     ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
-    return readingAhead(lightDistances, roi, 1, [&](auto readAhead) {
+    return withPrefetch(lightDistances, roi, 1, [&](auto prefetchAfter) {
       const __m512i zero = _mm512_setzero_si512();
       __m512i lanes = zero, others = zero;  // used in turn: additions to one would wait for each other
       for (std::int64_t r = 0; r < plan.rows; ++r) {
         __m512i ends = zero;
         ZeroFilled64::forEachVector<1>(
-            rowAt(src, srcStep, r), plan.pixels, readAhead,
+            rowAt(src, srcStep, r), plan.pixels, prefetchAfter,
             [&](__m512i pixels) {
               const __m512i sums = _mm512_add_epi64(lanes, _mm512_sad_epu8(pixels, zero));
               lanes = others;

@@ -128,7 +128,7 @@ template <class Lanes>
 struct RegionSum {
   static double of(const float* src, int srcStep, Size roi) {
     constexpr std::int64_t width = Lanes::pixels, unrolled = 8 * width, bytes = 4 * width;
-    return readingAhead(roi, sizeof(float), [&](auto readAhead) {
+    return withPrefetch(roi, sizeof(float), [&](auto prefetchAfter) {
       Lanes a, b, c, d, e, f, g, h;
       typename Lanes::Scalar scalarSum = 0;
       for (std::int64_t r = 0; r < roi.height; ++r) {
@@ -136,7 +136,7 @@ struct RegionSum {
         std::int64_t left = roi.width;
         if (roi.width >= floatLanesFromWidth) addScalar(scalarSum, p, left, peelPixels(p));
         for (; left >= unrolled; p += 8 * bytes, left -= unrolled) {
-          readAhead(p, 8 * bytes);
+          prefetchAfter(p, 8 * bytes);
           a.add(p);
           b.add(p + bytes);
           c.add(p + 2 * bytes);

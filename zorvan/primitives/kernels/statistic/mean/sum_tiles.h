@@ -82,15 +82,15 @@ class TiledSum {
     ZORVAN_NOTE_PLAN("planTile narrower than the region", tile.width < roi.width);
     ZORVAN_NOTE_PLAN("planTile lower than the region", tile.height < roi.height);
     const bool runTogether = tile.width == roi.width && srcStep == std::int64_t{2} * roi.width;
-    return readingAhead(wordSumDistances, roi, 2, [&](auto readAhead) {
+    return withPrefetch(wordSumDistances, roi, 2, [&](auto prefetchAfter) {
       Tiles tiles;
       for (std::int64_t r = 0; r < roi.height; r += tile.height) {
         const std::int64_t rows = roi.height - r < tile.height ? roi.height - r : tile.height;
         for (std::int64_t c = 0; c < roi.width; c += tile.width) {
           const std::int64_t columns = roi.width - c < tile.width ? roi.width - c : tile.width;
           const auto* corner = rowAt(static_cast<const unsigned char*>(src), srcStep, r) + 2 * c;
-          tiles.add(runTogether ? run(corner, rows * columns, readAhead)
-                                : rowByRow(corner, srcStep, rows, columns, readAhead, tiles));
+          tiles.add(runTogether ? run(corner, rows * columns, prefetchAfter)
+                                : rowByRow(corner, srcStep, rows, columns, prefetchAfter, tiles));
         }
       }
       return tiles.sum();
@@ -99,16 +99,16 @@ class TiledSum {
 
  private:
   /// A tile of whole rows without gaps between them.
-  static auto run(const unsigned char* p, std::int64_t pixels, auto readAhead) {
+  static auto run(const unsigned char* p, std::int64_t pixels, auto prefetchAfter) {
     Pairs pairs;
     const auto add = [&pairs](auto words) { pairs.add(words); };
-    Tiles::Rows::template forEachVector<2>(p, 2 * pixels, readAhead, add, add);
+    Tiles::Rows::template forEachVector<2>(p, 2 * pixels, prefetchAfter, add, add);
     return pairs.sums();
   }
 
   /// Adds all strips but the last to `tiles`; returns the lanes of the last one.
   static auto rowByRow(const unsigned char* corner, int srcStep, std::int64_t rows, std::int64_t columns,
-                       auto readAhead, Tiles& tiles) {
+                       auto prefetchAfter, Tiles& tiles) {
     Pairs pairs;
     const auto add = [&pairs](auto words) { pairs.add(words); };
     for (std::int64_t row = 0; row < rows; ++row) {
@@ -116,7 +116,7 @@ class TiledSum {
         tiles.add(pairs.sums());
         pairs = Pairs();
       }
-      Tiles::Rows::template forEachVector<2>(rowAt(corner, srcStep, row), 2 * columns, readAhead, add, add);
+      Tiles::Rows::template forEachVector<2>(rowAt(corner, srcStep, row), 2 * columns, prefetchAfter, add, add);
     }
     return pairs.sums();
   }
