@@ -1,7 +1,7 @@
 #pragma once
 
-// When two results of a statistic stand for the same. Integers and exact sums: byte for byte. What a NaN in
-// an extreme does, and what infinities do, differs by variant and has tests of its own.
+// When two results of a statistic agree. Integers and exact sums: byte for byte. The effects of NaNs and
+// infinities on extremes differ by variant and have their own tests.
 
 #include <cmath>
 #include <cstring>
@@ -21,13 +21,13 @@ T valueOf(const Block& block) {
   return value;
 }
 
-/// True for two results of type T of which everything around is the same as before the call.
+/// Whether the block is a result of type T; the others are images.
 template <class T>
 bool isResult(const Block& block) {
   return block.size() == sizeof(T);
 }
 
-/// A float extreme. Older variants know nothing beyond the finite values; zeros compare equal.
+/// A float extreme. Older variants return the largest finite value instead of infinity; zeros are equal.
 struct SameExtreme {
   static bool agree(const Block& expected, const Block& actual) {
     if (!isResult<float>(expected) || expected.sameBytes(actual)) return expected.sameBytes(actual);
@@ -37,7 +37,7 @@ struct SameExtreme {
   }
 };
 
-/// A float value, of which zeros compare equal.
+/// A float value; zeros are equal.
 struct SameValue {
   static bool agree(const Block& expected, const Block& actual) {
     if (!isResult<float>(expected)) return expected.sameBytes(actual);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Calls of one variant's routines, for the tests of what the general cases cannot show.
+// Calls of one variant's routines, for rules that the general cases do not test.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@
 
 namespace Zorvan::Test {
 
-/// The indices of the variants, as the lists of variants are ordered.
+/// The indices of the variants in the order of their list.
 enum Variant { sse2, ssse3, sse42, avx, avx2, avx512 };
 
 /// The result of a routine without a mask.

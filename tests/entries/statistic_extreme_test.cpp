@@ -1,4 +1,4 @@
-// Minimum and maximum: where the search ends, and what float pixels do that are no ordinary numbers.
+// Minimum and maximum: where the search ends, and the effect of NaNs, infinities and zeros.
 
 #include <cmath>
 
@@ -11,15 +11,15 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr float largest = std::numeric_limits<float>::max();
 const float nan = std::numeric_limits<float>::quiet_NaN();
 
-/// The rows behind the one that decides lie in unreadable memory.
+/// The rows after the one with the type's limit lie in unreadable memory.
 template <class T>
-void expectEnd(int (*routine)(const T*, int, Size, T*), T best, T other) {
+void expectEnd(int (*routine)(const T*, int, Size, T*), T limit, T other) {
   for (const int width : {1, 3, 10, 11, 15, 16, 17, 31, 32, 33, 64, 65, 128, 129, 200, 256, 257, 700}) {
     for (const int place : {0, width / 2, width - 1}) {
       for (const int row : {0, 1, 2, 3, 4}) {
         const int step = width * static_cast<int>(sizeof(T));
         std::vector<T> pixels(static_cast<std::size_t>(width) * (row + 1), other);
-        pixels[static_cast<std::size_t>(row) * width + place] = best;
+        pixels[static_cast<std::size_t>(row) * width + place] = limit;
         const Block rows(0, pixels.size() * sizeof(T), {Placement::Edge::back, 0}, 1);
         std::memcpy(rows.data(), pixels.data(), pixels.size() * sizeof(T));
         for (const int height : {row + 1, 100, 101}) {
@@ -28,20 +28,20 @@ void expectEnd(int (*routine)(const T*, int, Size, T*), T best, T other) {
             EXPECT_EQ(routine(reinterpret_cast<const T*>(rows.data()), step, {width, height}, &result), 0);
           });
           EXPECT_EQ(fault, "") << width << " " << place << " " << row;
-          EXPECT_EQ(result, best) << width << " " << place << " " << row;
+          EXPECT_EQ(result, limit) << width << " " << place << " " << row;
         }
       }
     }
   }
 }
 
-/// Without the best value the search goes on: the memory behind is met.
+/// Without the type's limit the search reads the unreadable memory after the row.
 template <class T>
-void expectNoEnd(int (*routine)(const T*, int, Size, T*), T nearlyBest) {
+void expectNoEnd(int (*routine)(const T*, int, Size, T*), T nearLimit) {
   for (const int width : {1, 11, 16, 40}) {
     const auto bytes = static_cast<std::size_t>(width) * sizeof(T);
     const Block row(0, bytes, {Placement::Edge::back, 0}, 1);
-    const std::vector<T> pixels(static_cast<std::size_t>(width), nearlyBest);
+    const std::vector<T> pixels(static_cast<std::size_t>(width), nearLimit);
     std::memcpy(row.data(), pixels.data(), bytes);
     T result{};
     const std::string fault = faultOf([&] {
@@ -68,7 +68,7 @@ void integers(int variant) {
   expectNoEnd<float>(ROUTINE(ippiMax_32f_C1R, variant), infinity);
 }
 
-/// Regions that are asked for ahead, from either distance, with the extreme in their last row.
+/// Regions that are prefetched, at either distance, with the extreme in their last row.
 template <class T>
 void expectLast(int (*routine)(const T*, int, Size, T*), T best) {
   for (const Size roi : {Size{1600, 1001}, Size{3001, 2800}}) {
@@ -106,20 +106,20 @@ void infinities(int variant) {
   }
 }
 
-/// One column: every row's pixel falls into the same lane, so that the order of the pixels is the lane's.
+/// One column: all pixels share a lane.
 void nansInOneLane(int variant) {
-  // Forgotten with the next pixel, whichever that is, and so is all that the lane held before. Only where the
-  // other lanes start at the region's first pixel too does that one come back.
-  const bool firstComesBack = variant == avx512;
+  // The next pixel replaces the NaN, and the values before the NaN are lost. The first pixel is not, where
+  // all lanes start with it.
+  const bool firstIsKept = variant == avx512;
   EXPECT_EQ(found(ROUTINE(ippiMin_32f_C1R, variant), std::vector<float>{3, nan, 5}, {1, 3}),
-            firstComesBack ? 3 : 5);
+            firstIsKept ? 3 : 5);
   EXPECT_EQ(found(ROUTINE(ippiMax_32f_C1R, variant), std::vector<float>{9, nan, 5}, {1, 3}),
-            firstComesBack ? 9 : 5);
-  // As the last pixel it enters the fold with the other lanes: none in a region without vectors.
+            firstIsKept ? 9 : 5);
+  // A NaN as the last pixel is the result where there are no other lanes.
   if (variant == avx2) {
     EXPECT_TRUE(std::isnan(found(ROUTINE(ippiMin_32f_C1R, variant), std::vector<float>{3, nan}, {1, 2})));
   }
-  // A whole vector of them behind a whole vector of numbers: in whichever lane, the numbers are forgotten.
+  // A row of NaNs after a row of numbers: every lane loses its number.
   std::vector<float> rows(128, 1.0f);
   for (std::size_t i = 64; i < 128; ++i) rows[i] = nan;
   EXPECT_TRUE(std::isnan(found(ROUTINE(ippiMax_32f_C1R, variant), rows, {64, 2})));
@@ -127,7 +127,7 @@ void nansInOneLane(int variant) {
   EXPECT_EQ(found(ROUTINE(ippiMin_32f_C1R, variant), rows, {64, 2}), 2.0f);
 }
 
-void zerosKeepTheLater(int variant) {
+void equalZeros(int variant) {
   for (const auto routine : {ROUTINE(ippiMin_32f_C1R, variant), ROUTINE(ippiMax_32f_C1R, variant)}) {
     const float later = found(routine, std::vector<float>(64, -0.0f), {64, 1});
     EXPECT_TRUE(later == 0 && std::signbit(later));
@@ -142,11 +142,11 @@ void zerosKeepTheLater(int variant) {
 }  // namespace
 
 void registerEntryTests() {
-  registerForEachVariant("Extreme", "endsBehindTheRowThatDecides", integers);
+  registerForEachVariant("Extreme", "endsAfterTheRowWithTheLimit", integers);
   registerForEachVariant("Extreme", "ofLargeRegions", largeRegions);
   registerForEachVariant("Extreme", "infinities", infinities);
-  registerForEachVariant("Extreme", "nansGoWithTheNextPixel", nansInOneLane);
-  registerForEachVariant("Extreme", "ofEqualZerosTheLaterStays", zerosKeepTheLater);
+  registerForEachVariant("Extreme", "nextPixelReplacesNaN", nansInOneLane);
+  registerForEachVariant("Extreme", "keepsTheLaterOfEqualZeros", equalZeros);
 }
 
 }  // namespace Zorvan::Test

@@ -1,10 +1,10 @@
 #pragma once
 
-// Minimum and maximum of floats. No row ends the search.
+// Minimum and maximum of floats. The search reads every row.
 //
-// The processor's comparison decides: a held lane stays only where it is strictly better than the pixel from
-// memory. So a NaN takes its lane and leaves it again to the next pixel of that lane, and of equal zeros the
-// later one stays. Which lane a pixel falls into is a variant's own affair.
+// A lane keeps its value only where that is strictly better than the pixel, as the processor compares. So a
+// NaN replaces a lane's value, and the lane's next pixel replaces the NaN; of equal zeros the later one
+// stays. Which pixels share a lane depends on the variant.
 
 #include <limits>
 
@@ -21,27 +21,28 @@ struct FloatLanes : ExtremeOf<seek, float> {
   using ExtremeOf<seek, float>::low;
   using ExtremeOf<seek, float>::better;
 
-  static __m128 better(__m128 held, __m128 met) {
-    return low ? _mm_min_ps(held, met) : _mm_max_ps(held, met);
+  static __m128 better(__m128 current, __m128 candidate) {
+    return low ? _mm_min_ps(current, candidate) : _mm_max_ps(current, candidate);
   }
   static float bestOf(__m128 lanes) {
     lanes = better(lanes, _mm_movehl_ps(lanes, lanes));
     return _mm_cvtss_f32(better(lanes, _mm_shuffle_ps(lanes, lanes, 1)));
   }
 #ifdef __AVX__
-  static __m256 better(__m256 held, __m256 met) {
-    return low ? _mm256_min_ps(held, met) : _mm256_max_ps(held, met);
+  static __m256 better(__m256 current, __m256 candidate) {
+    return low ? _mm256_min_ps(current, candidate) : _mm256_max_ps(current, candidate);
   }
   static float bestOf(__m256 lanes) {
     return bestOf(better(_mm256_castps256_ps128(lanes), _mm256_extractf128_ps(lanes, 1)));
   }
 #endif
 #ifdef __AVX512F__
-  static __m512 better(__m512 held, __m512 met) {
-    return low ? _mm512_min_ps(held, met) : _mm512_max_ps(held, met);
+  static __m512 better(__m512 current, __m512 candidate) {
+    return low ? _mm512_min_ps(current, candidate) : _mm512_max_ps(current, candidate);
   }
-  static __m512 better(__m512 held, __mmask16 chosen, __m512 met) {
-    return low ? _mm512_mask_min_ps(held, chosen, held, met) : _mm512_mask_max_ps(held, chosen, held, met);
+  static __m512 better(__m512 current, __mmask16 chosen, __m512 candidate) {
+    return low ? _mm512_mask_min_ps(current, chosen, current, candidate)
+               : _mm512_mask_max_ps(current, chosen, current, candidate);
   }
   static float bestOf(__m512 lanes) {
     return bestOf(better(_mm512_castps512_ps256(lanes), _mm512_extractf32x8_ps(lanes, 1)));
@@ -53,17 +54,17 @@ inline const char* rowBytes(const float* src, int srcStep, std::int64_t r) {
   return reinterpret_cast<const char*>(rowAt(src, srcStep, r));
 }
 
-/// 16-byte vectors on two accumulators, started at the farthest finite value: a region of nothing but the
-/// infinity beyond it gives that value. Rows start at a 16-byte boundary where their pixels reach one.
+/// 16-byte vectors on two accumulators, which start at the largest or lowest finite value: it is the result
+/// of a region that has only the infinity beyond it. Pixels before a 16-byte boundary are peeled.
 template <Seek seek>
-class NarrowFloatExtreme {
+class FloatExtreme16 {
   using Lanes = FloatLanes<seek>;
 
  public:
   static float find(const float* src, int srcStep, Size roi) {
-    NarrowFloatExtreme held;
-    for (std::int64_t r = 0; r < roi.height; ++r) held.row(rowBytes(src, srcStep, r), roi.width);
-    return Lanes::bestOf(Lanes::better(held.a_, held.b_));
+    FloatExtreme16 search;
+    for (std::int64_t r = 0; r < roi.height; ++r) search.row(rowBytes(src, srcStep, r), roi.width);
+    return Lanes::bestOf(Lanes::better(search.a_, search.b_));
   }
 
  private:
@@ -101,10 +102,10 @@ class NarrowFloatExtreme {
 };
 
 #ifdef __AVX2__
-/// 32-byte vectors on two accumulators, started at the region's first pixel. Rows below a vector go pixel by
-/// pixel; the others end in a step that may reread pixels.
+/// 32-byte vectors on two accumulators, which start at the region's first pixel. Rows shorter than a vector
+/// are searched pixel by pixel. The last vector of a longer row may overlap the one before.
 template <Seek seek>
-class WideFloatExtreme {
+class FloatExtreme32 {
   using Lanes = FloatLanes<seek>;
 
  public:
@@ -121,12 +122,12 @@ class WideFloatExtreme {
   }
 
  private:
-  static float scalar(float held, const float* src, int srcStep, Size roi) {
+  static float scalar(float current, const float* src, int srcStep, Size roi) {
     for (std::int64_t r = 0; r < roi.height; ++r) {
       const char* const row = rowBytes(src, srcStep, r);
-      for (int c = 0; c < roi.width; ++c) held = Lanes::better(held, loadAs<float>(row + 4 * c));
+      for (int c = 0; c < roi.width; ++c) current = Lanes::better(current, loadAs<float>(row + 4 * c));
     }
-    return held;
+    return current;
   }
   static __m256 load(const char* p) { return _mm256_castsi256_ps(Vector32::load(p).bits); }
 
@@ -152,10 +153,10 @@ class WideFloatExtreme {
 #endif
 
 #ifdef __AVX512F__
-/// 64-byte vectors on four accumulators, started at the region's first pixel. A row's end is a masked load
-/// whose other lanes keep what they hold.
+/// 64-byte vectors on four accumulators, which start at the region's first pixel. The tail is a masked load
+/// that leaves the other lanes as they are.
 template <Seek seek>
-class RegisterFloatExtreme {
+class FloatExtreme64 {
   using Lanes = FloatLanes<seek>;
 
  public:

@@ -1,14 +1,14 @@
 #pragma once
 
-// Minimum and maximum of a region: the entries, and which variant searches how.
+// Minimum and maximum of a region: the entries, and the search that each variant uses.
 
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_floats.h"
-#include "zorvan/primitives/kernels/statistic/extreme/extreme_rows.h"
-#include "zorvan/primitives/kernels/statistic/extreme/extreme_wide.h"
-#include "zorvan/primitives/kernels/statistic/extreme/extreme_words.h"
+#include "zorvan/primitives/kernels/statistic/extreme/extreme_integers16.h"
+#include "zorvan/primitives/kernels/statistic/extreme/extreme_integers32.h"
+#include "zorvan/primitives/kernels/statistic/extreme/extreme_words16.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -16,52 +16,52 @@ namespace {
 namespace extreme {
 
 template <Seek seek, class T>
-using Rows = RowExtreme<ExtremeLanes<seek, T>>;
+using Rows = IntegerExtreme16<ExtremeLanes<seek, T>>;
 template <Seek seek>
-using Shifted = WordExtreme<seek, ShiftedWords>;
+using Shifted = WordExtreme16<seek, ShiftedWords>;
 #ifdef __SSE4_1__
 template <Seek seek>
-using Plain = WordExtreme<seek, PlainWords>;
+using Plain = WordExtreme16<seek, PlainWords>;
 #else
 template <Seek seek>
 class Plain;
 #endif
 #ifdef __AVX2__
 template <Seek seek, class T>
-using Wide = WideExtreme<ExtremeLanes<seek, T>, ShortRowsScalar>;
+using Wide = IntegerExtreme32<ExtremeLanes<seek, T>, ShortRowsScalar>;
 template <Seek seek>
-using WideFloats = WideFloatExtreme<seek>;
+using Floats32 = FloatExtreme32<seek>;
 #else
 template <Seek seek, class T>
 class Wide;
 template <Seek seek>
-class WideFloats;
+class Floats32;
 #endif
 #ifdef __AVX512BW__
-using WideMaximumOfBytes = WideExtreme<ExtremeLanes<Seek::maximum, std::uint8_t>, ShortRowsMasked>;
+using MaximumOfBytes64 = IntegerExtreme32<ExtremeLanes<Seek::maximum, std::uint8_t>, ShortRowsMasked>;
 template <Seek seek>
-using RegisterFloats = RegisterFloatExtreme<seek>;
+using Floats64 = FloatExtreme64<seek>;
 #else
-class WideMaximumOfBytes;
+class MaximumOfBytes64;
 template <Seek seek>
-class RegisterFloats;
+class Floats64;
 #endif
 template <Seek seek>
-using NarrowFloats = NarrowFloatExtreme<seek>;
+using Floats16 = FloatExtreme16<seek>;
 
 template <class V, Seek seek, class T>
 struct Policy;
 template <class V>
 struct Policy<V, Seek::minimum, u8> {
-  using Rows8 = Rows<Seek::minimum, u8>;
-  using Wide8 = Wide<Seek::minimum, u8>;
-  using Form = ByVariant<V, Rows8, Rows8, Rows8, Rows8, Wide8, Wide8>;
+  using Bytes16 = Rows<Seek::minimum, u8>;
+  using Bytes32 = Wide<Seek::minimum, u8>;
+  using Form = ByVariant<V, Bytes16, Bytes16, Bytes16, Bytes16, Bytes32, Bytes32>;
 };
 template <class V>
 struct Policy<V, Seek::maximum, u8> {
-  using Rows8 = Rows<Seek::maximum, u8>;
-  using Wide8 = Wide<Seek::maximum, u8>;
-  using Form = ByVariant<V, Rows8, Rows8, Rows8, Rows8, Wide8, WideMaximumOfBytes>;
+  using Bytes16 = Rows<Seek::maximum, u8>;
+  using Bytes32 = Wide<Seek::maximum, u8>;
+  using Form = ByVariant<V, Bytes16, Bytes16, Bytes16, Bytes16, Bytes32, MaximumOfBytes64>;
 };
 template <class V, Seek seek>
 struct Policy<V, seek, u16> {
@@ -75,8 +75,8 @@ struct Policy<V, seek, s16> {
 };
 template <class V, Seek seek>
 struct Policy<V, seek, float> {
-  using Form = ByVariant<V, NarrowFloats<seek>, NarrowFloats<seek>, NarrowFloats<seek>, NarrowFloats<seek>,
-                         WideFloats<seek>, RegisterFloats<seek>>;
+  using Form = ByVariant<V, Floats16<seek>, Floats16<seek>, Floats16<seek>, Floats16<seek>, Floats32<seek>,
+                         Floats64<seek>>;
 };
 
 }  // namespace extreme

@@ -1,7 +1,7 @@
 #pragma once
 
-// One direction of search over one pixel type: which of two values is the better one, as pixels and in
-// vectors of every width that the variant being built has.
+// One direction of search over one pixel type: the better of two values, as pixels and in vectors of every
+// width that the variant being built has.
 
 #include <limits>
 #include <type_traits>
@@ -18,21 +18,22 @@ struct ExtremeOf {
   using Pixel = T;
   static constexpr bool low = seek == Seek::minimum;
 
-  /// Nothing is better: a search that has met it is over.
-  static constexpr T best = low ? std::numeric_limits<T>::lowest() : std::numeric_limits<T>::max();
-  /// Everything else is better: where a search starts, and what fills lanes without a pixel.
+  /// No value is better: the search ends where it is found.
+  static constexpr T limit = low ? std::numeric_limits<T>::lowest() : std::numeric_limits<T>::max();
+  /// Every other value is better: accumulators and lanes without a pixel start with it.
   static constexpr T neutral = low ? std::numeric_limits<T>::max() : std::numeric_limits<T>::lowest();
 
-  /// A held float stays only where it is strictly better, as the processor's own comparison has it: a NaN in
-  /// memory takes its place, and so does an equal value.
-  static T better(T held, T met) { return (low ? held < met : held > met) ? held : met; }
+  /// A candidate that is equal or NaN replaces the current float, as in the processor's instructions.
+  static T better(T current, T candidate) {
+    return (low ? current < candidate : current > candidate) ? current : candidate;
+  }
 };
 
 /// Vectors of integers; the pixel type decides what a lane is.
 template <Seek seek, class T>
 struct ExtremeLanes : ExtremeOf<seek, T> {
   using ExtremeOf<seek, T>::low;
-  using ExtremeOf<seek, T>::best;
+  using ExtremeOf<seek, T>::limit;
   using ExtremeOf<seek, T>::better;
   static constexpr int lanes16 = 16 / sizeof(T);
 
@@ -60,11 +61,11 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
   }
   static T bestOf(__m128i lanes) {
 #ifdef __SSE4_1__
-    // One instruction finds the least of eight unsigned words. With the type's best value as 0, better is
-    // less; of two bytes in a word the lower one takes the lesser, and the higher one becomes 0.
-    lanes = _mm_xor_si128(lanes, spread<Vector16>(best));
+    // One instruction finds the lowest of eight unsigned words. `xor` with the limit makes the better value
+    // the lower one. Of the two bytes in a word the low byte becomes the lower one, and the high byte 0.
+    lanes = _mm_xor_si128(lanes, spread<Vector16>(limit));
     if constexpr (sizeof(T) == 1) lanes = _mm_min_epu8(lanes, _mm_srli_epi16(lanes, 8));
-    return static_cast<T>(_mm_cvtsi128_si32(_mm_minpos_epu16(lanes)) ^ best);
+    return static_cast<T>(_mm_cvtsi128_si32(_mm_minpos_epu16(lanes)) ^ limit);
 #else
     lanes = better(lanes, _mm_srli_si128(lanes, 8));
     lanes = better(lanes, _mm_srli_si128(lanes, 4));

@@ -1,7 +1,6 @@
 #pragma once
 
-// What searches for masked extremes share: the result, where a row or a region has its first selected pixel,
-// and the status.
+// Shared by all searches for masked extremes: the result, the first selected pixel, and the status.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/simd/bits.h"
@@ -17,16 +16,16 @@ struct MaskedExtremes {
   Point minIndex = {0, 0}, maxIndex = {0, 0};
 };
 
-/// The first column of a row that is met: `bitsFrom` tells 16 columns as bits, `is` a single one of the rest.
-/// -1 if there is none.
-template <class BitsFrom, class Is>
-inline int firstColumn(int width, BitsFrom bitsFrom, Is is) {
+/// The first matching column of a row, or -1: `match16` returns a bit for each of 16 columns, `match` tests
+/// one column of the tail.
+template <class Match16, class Match>
+inline int firstColumn(int width, Match16 match16, Match match) {
   int c = 0;
   for (; width - c >= 16; c += 16) {
-    if (const unsigned bits = bitsFrom(c); bits != 0) return c + lowestSetBit(bits);
+    if (const unsigned bits = match16(c); bits != 0) return c + lowestSetBit(bits);
   }
   for (; c < width; ++c) {
-    if (is(c)) return c;
+    if (match(c)) return c;
   }
   return -1;
 }
@@ -50,8 +49,8 @@ inline FirstSelected firstSelected(const std::uint8_t* mask, int maskStep, Size 
   return {roi.height, 0};
 }
 
-/// Whether nothing was selected, told from the outputs that were asked for: a position away from the region's
-/// first pixel or a value other than zero settles it without the mask.
+/// `ippStsNoOperation` if no pixel was selected, as far as the outputs that are not null show: a position
+/// away from the region's first pixel or a value other than zero proves a selected pixel without the mask.
 inline int statusOfExtremes(const MaskedExtremes& found, const float* minValue, const float* maxValue,
                             const Point* minIndex, const Point* maxIndex, const std::uint8_t* mask,
                             int maskStep, Size roi) {

@@ -1,11 +1,11 @@
 #pragma once
 
-// Masked extremes of bytes, block of rows by block of rows.
+// Masked extremes of bytes in blocks of rows.
 //
-// The first selected pixel starts both running values. From its row on, the lanes of each block start at the
-// running values, unselected lanes take a neutral value, and a block that is better takes the running value
-// over with its place. So the place kept is that of the first block with the extreme, and only that block is
-// walked again for the position. Of several pixels with the extreme value the first in raster order counts.
+// Both current values start at the first selected pixel. From its row on, the lanes of each block start at
+// the current values, and unselected pixels count as neutral ones. A block with a better value replaces the
+// current value and its place, so the place is the first block with the extreme. Only that block is searched
+// again for the position: the first pixel with the extreme in raster order.
 
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
@@ -19,7 +19,7 @@ struct ByteExtremes {
   std::uint8_t low, high;
 };
 
-/// Pixels, or all bits set where there is none.
+/// The selected pixels; the others neutral for a minimum, all bits set, or for a maximum, zero.
 inline __m128i selectedOrOnes(__m128i none, __m128i pixels) { return _mm_or_si128(none, pixels); }
 inline __m128i selectedOrZeros(__m128i none, __m128i pixels) { return _mm_andnot_si128(none, pixels); }
 #ifdef __AVX2__
@@ -27,14 +27,14 @@ inline __m256i selectedOrOnes(__m256i none, __m256i pixels) { return _mm256_or_s
 inline __m256i selectedOrZeros(__m256i none, __m256i pixels) { return _mm256_andnot_si256(none, pixels); }
 #endif
 
-/// Two vectors a turn on accumulators of their own, then 16 pixels a step, 8, and singly.
+/// Two vectors with an accumulator each in an iteration, then groups of 16, 8 and 1 pixels.
 template <class Vector>
 class ByteBlock {
   using Low = ExtremeLanes<Seek::minimum, std::uint8_t>;
   using High = ExtremeLanes<Seek::maximum, std::uint8_t>;
 
  public:
-  explicit ByteBlock(ByteExtremes running) : a_(running), b_(running), rest_(running), single_(running) {}
+  explicit ByteBlock(ByteExtremes current) : a_(current), b_(current), rest_(current), scalar_(current) {}
 
   void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto prefetchAfter) {
     constexpr int size = Vector::size;
@@ -56,7 +56,7 @@ class ByteBlock {
     const std::uint8_t low = Low::better(Low::bestOf(Low::better(a_.low, b_.low)), Low::bestOf(rest_.low));
     const std::uint8_t high =
         High::better(High::bestOf(High::better(a_.high, b_.high)), High::bestOf(rest_.high));
-    return {Low::better(low, single_.low), High::better(high, single_.high)};
+    return {Low::better(low, scalar_.low), High::better(high, scalar_.high)};
   }
 
   /// The first selected pixel of a row with the value; -1 if there is none.
@@ -75,8 +75,8 @@ class ByteBlock {
   struct Lanes {
     decltype(V::bits) low, high;
 
-    explicit Lanes(ByteExtremes running)
-        : low(V::broadcast(running.low).bits), high(V::broadcast(running.high).bits) {}
+    explicit Lanes(ByteExtremes current)
+        : low(V::broadcast(current.low).bits), high(V::broadcast(current.high).bits) {}
 
     void add(V pixels, V mask) {
       const auto none = unselected(mask.bits);
@@ -86,33 +86,33 @@ class ByteBlock {
   };
 
   void addOne(std::uint8_t pixel, std::uint8_t mask) {
-    const std::int32_t chosen = selectedBits(mask);
-    single_.low = Low::better(single_.low, static_cast<std::uint8_t>(pixel | ~chosen));
-    single_.high = High::better(single_.high, static_cast<std::uint8_t>(pixel & chosen));
+    const std::int32_t selected = selectedBits(mask);
+    scalar_.low = Low::better(scalar_.low, static_cast<std::uint8_t>(pixel | ~selected));
+    scalar_.high = High::better(scalar_.high, static_cast<std::uint8_t>(pixel & selected));
   }
 
   Lanes<Vector> a_, b_;
   Lanes<Vector16> rest_;
-  ByteExtremes single_;
+  ByteExtremes scalar_;
 };
 
 #ifdef __AVX512BW__
-/// 64 pixels a step with selected ones as bits of a mask register, the end of a row masked.
-class RegisterByteBlock {
+/// 64 pixels in an iteration, the selected ones as bits of a mask register.
+class MaskedByteBlock64 {
   using Low = ExtremeLanes<Seek::minimum, std::uint8_t>;
   using High = ExtremeLanes<Seek::maximum, std::uint8_t>;
 
  public:
-  explicit RegisterByteBlock(ByteExtremes running)
-      : low_(Vector64::broadcast(running.low).bits), high_(Vector64::broadcast(running.high).bits) {}
+  explicit MaskedByteBlock64(ByteExtremes current)
+      : low_(Vector64::broadcast(current.low).bits), high_(Vector64::broadcast(current.high).bits) {}
 
-  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t pixels, auto prefetchAfter) {
-    forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
+  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t width, auto prefetchAfter) {
+    forEachSelection(m, width, [&](std::int64_t c, __mmask64 selected) {
       prefetchAfter(p + c);
       prefetchAfter(m + c);
-      const __m512i chosen = _mm512_maskz_loadu_epi8(selected, p + c);
-      low_ = _mm512_mask_min_epu8(low_, selected, low_, chosen);
-      high_ = _mm512_max_epu8(high_, chosen);  // zeros of the others are no better
+      const __m512i pixels = _mm512_maskz_loadu_epi8(selected, p + c);
+      low_ = _mm512_mask_min_epu8(low_, selected, low_, pixels);
+      high_ = _mm512_max_epu8(high_, pixels);  // the other lanes are zero, which is no better
     });
   }
 
@@ -124,8 +124,8 @@ class RegisterByteBlock {
       const __mmask64 inRow = width - c < 64 ? _bzhi_u64(~0ull, static_cast<unsigned>(width - c)) : ~0ull;
       const __m512i selection = _mm512_maskz_loadu_epi8(inRow, mask + c);
       const __mmask64 selected = _mm512_test_epi8_mask(selection, selection);
-      const __m512i chosen = _mm512_maskz_loadu_epi8(selected, row + c);
-      const __mmask64 equal = _mm512_mask_cmpeq_epi8_mask(selected, chosen, values);
+      const __m512i pixels = _mm512_maskz_loadu_epi8(selected, row + c);
+      const __mmask64 equal = _mm512_mask_cmpeq_epi8_mask(selected, pixels, values);
       if (equal != 0) return static_cast<int>(c) + __builtin_ctzll(equal);
     }
     return -1;
@@ -144,21 +144,21 @@ class ExtremesByBlock {
     const FirstSelected first = firstSelected(mask, maskStep, roi);
     if (first.row == roi.height) return {};
     const std::uint8_t start = rowAt(src, srcStep, first.row)[first.column];
-    ByteExtremes running{start, start};
+    ByteExtremes current{start, start};
     int lowFrom = first.row, highFrom = first.row;  // the first rows of the blocks with the extremes
     return withPrefetch(roi, 2, [&](auto prefetchAfter) {
-      const int together = rowsOfBlock(roi.width);
-      ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", together >= roi.height);
+      const int blockRows = rowsOfBlock(roi.width);
+      ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", blockRows >= roi.height);
       for (int from = first.row, rows; from < roi.height; from += rows) {
-        rows = roi.height - from < together ? roi.height - from : together;
-        Block block(running);
+        rows = roi.height - from < blockRows ? roi.height - from : blockRows;
+        Block block(current);
         for (int r = from; r < from + rows; ++r) {
           block.row(rowAt(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, prefetchAfter);
         }
         const ByteExtremes found = block.found();
-        if (found.low < running.low) lowFrom = from;
-        if (found.high > running.high) highFrom = from;
-        running = found;
+        if (found.low < current.low) lowFrom = from;
+        if (found.high > current.high) highFrom = from;
+        current = found;
       }
       const auto place = [&](std::uint8_t value, int row) {
         for (;; ++row) {
@@ -167,8 +167,8 @@ class ExtremesByBlock {
           if (column >= 0) return Point{column, row};
         }
       };
-      return MaskedExtremes{static_cast<float>(running.low), static_cast<float>(running.high),
-                            place(running.low, lowFrom), place(running.high, highFrom)};
+      return MaskedExtremes{static_cast<float>(current.low), static_cast<float>(current.high),
+                            place(current.low, lowFrom), place(current.high, highFrom)};
     });
   }
 };

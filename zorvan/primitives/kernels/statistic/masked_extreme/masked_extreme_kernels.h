@@ -1,49 +1,47 @@
 #pragma once
 
-// Extremes of the selected pixels of a region with their positions: the entries, and which variant searches
-// how. Every output may be null; what is asked for decides how an empty mask is told.
+// Extremes of the selected pixels of a region with their positions: the entries, and the search that each
+// variant uses. Every output may be null; those that are not decide the status of an empty mask.
 
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/statistic/masked_arguments.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_bytes.h"
-#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_rows.h"
-#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_wide.h"
+#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_float_rows.h"
+#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_two_passes.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
 namespace masked {
 
-using NarrowByteExtremes = ExtremesByBlock<ByteBlock<Vector16>>;
-using FloatExtremes = ExtremesByRow<FloatRows<Different>>;
-using StrictFloatExtremes = ExtremesByRow<FloatRows<StrictlyBetter>>;
+using Bytes16 = ExtremesByBlock<ByteBlock<Vector16>>;
+using Floats16 = ExtremesByRow<FloatRows<Different>>;
+using StrictFloats16 = ExtremesByRow<FloatRows<StrictlyBetter>>;
 #ifdef __AVX2__
-using WideByteExtremes = ExtremesByBlock<ByteBlock<Vector32>>;
-using WideFloatExtremes = WideMaskedExtremes;
+using Bytes32 = ExtremesByBlock<ByteBlock<Vector32>>;
+using Floats32 = FloatsInTwoPasses32;
 #else
-class WideByteExtremes;
-class WideFloatExtremes;
+class Bytes32;
+class Floats32;
 #endif
 #ifdef __AVX512BW__
-using RegisterByteExtremes = ExtremesByBlock<RegisterByteBlock>;
-using RegisterFloatExtremes = RegisterMaskedExtremes;
+using Bytes64 = ExtremesByBlock<MaskedByteBlock64>;
+using Floats64 = FloatsInTwoPasses64;
 #else
-class RegisterByteExtremes;
-class RegisterFloatExtremes;
+class Bytes64;
+class Floats64;
 #endif
 
 template <class V, class T>
 struct ExtremePolicy;
 template <class V>
 struct ExtremePolicy<V, u8> {
-  using Form = ByVariant<V, NarrowByteExtremes, NarrowByteExtremes, NarrowByteExtremes, NarrowByteExtremes,
-                         WideByteExtremes, RegisterByteExtremes>;
+  using Form = ByVariant<V, Bytes16, Bytes16, Bytes16, Bytes16, Bytes32, Bytes64>;
 };
 template <class V>
 struct ExtremePolicy<V, float> {
-  using Form = ByVariant<V, FloatExtremes, FloatExtremes, FloatExtremes, StrictFloatExtremes,
-                         WideFloatExtremes, RegisterFloatExtremes>;
+  using Form = ByVariant<V, Floats16, Floats16, Floats16, StrictFloats16, Floats32, Floats64>;
 };
 
 }  // namespace masked

@@ -1,7 +1,6 @@
 #pragma once
 
-// How a search for masked extremes cuts a region. Pure, so that the limit can be tested on any
-// machine.
+// The blocks of rows of a search for masked extremes. Pure, so that the limit can be tested on any machine.
 
 #include "zorvan/primitives/kernels/common/image_limits.h"
 

@@ -2,10 +2,10 @@
 
 // Minimum and maximum of bytes and signed words with 16-byte vectors: the older variants.
 //
-// A row is peeled to a 16-byte boundary, where it reaches one at a whole pixel, in steps of 8, 4 and single
-// pixels, then goes 32 pixels a step on one accumulator for each vector of the step, and ends in steps of 16,
-// 8, 4 and single pixels. Shorter loads are filled up with the neutral value. The search is over after the
-// first row that holds the best value of the type; no later row is read.
+// Pixels before a 16-byte boundary are peeled in groups of 8, 4 and 1, if a pixel starts there. The main loop
+// takes 32 pixels, with an accumulator for each of their vectors; the tail goes in groups of 16, 8, 4 and 1.
+// Partial loads are filled up with the neutral value. The search ends after the first row that has the type's
+// limit; no later row is read.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
@@ -13,7 +13,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// A vector whose first `bytes`, 8 or 4, come from memory and the rest from `filler`.
+/// The first `bytes`, 8 or 4, from memory, the others from `filler`.
 template <int bytes>
 inline __m128i loadFilled(const void* p, __m128i filler) {
   if constexpr (bytes == 8) {
@@ -27,24 +27,24 @@ inline __m128i loadFilled(const void* p, __m128i filler) {
 }
 
 template <class Lanes>
-class RowExtreme {
+class IntegerExtreme16 {
   using T = typename Lanes::Pixel;
 
  public:
   static T find(const T* src, int srcStep, Size roi) {
-    RowExtreme held;
+    IntegerExtreme16 search;
     for (std::int64_t r = 0; r < roi.height; ++r) {
-      held.row(reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r)), roi.width);
-      if (held.single_ == Lanes::best || Lanes::holds(held.joined(), Lanes::best)) return Lanes::best;
+      search.row(reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r)), roi.width);
+      if (search.scalar_ == Lanes::limit || Lanes::holds(search.joined(), Lanes::limit)) return Lanes::limit;
     }
-    return Lanes::better(Lanes::bestOf(held.joined()), held.single_);
+    return Lanes::better(Lanes::bestOf(search.joined()), search.scalar_);
   }
 
  private:
   static constexpr int bytes = sizeof(T);
   static constexpr int accumulators = 32 * bytes / 16;
 
-  RowExtreme() {
+  IntegerExtreme16() {
     for (__m128i& lanes : lanes_) lanes = Lanes::template spread<Vector16>(Lanes::neutral);
   }
 
@@ -54,24 +54,24 @@ class RowExtreme {
     return all;
   }
 
-  /// Takes `pixels` pixels if that many are left.
+  /// `pixels` pixels, if the row has as many left.
   template <int pixels>
   void step(const unsigned char*& p, std::int64_t& left) {
     if (left < pixels) return;
-    constexpr int stepBytes = pixels * bytes;
-    if constexpr (stepBytes >= 16) {
-      for (int i = 0; i < stepBytes / 16; ++i) {
+    constexpr int chunkBytes = pixels * bytes;
+    if constexpr (chunkBytes >= 16) {
+      for (int i = 0; i < chunkBytes / 16; ++i) {
         lanes_[i] = Lanes::better(lanes_[i], Vector16::load(p + 16 * i).bits);
       }
     } else {
       lanes_[0] = Lanes::better(lanes_[0],
-                                loadFilled<stepBytes>(p, Lanes::template spread<Vector16>(Lanes::neutral)));
+                                loadFilled<chunkBytes>(p, Lanes::template spread<Vector16>(Lanes::neutral)));
     }
-    p += stepBytes;
+    p += chunkBytes;
     left -= pixels;
   }
   void scalar(const unsigned char*& p, std::int64_t left) {
-    for (; left != 0; p += bytes, --left) single_ = Lanes::better(single_, loadAs<T>(p));
+    for (; left != 0; p += bytes, --left) scalar_ = Lanes::better(scalar_, loadAs<T>(p));
   }
 
   void row(const unsigned char* p, std::int64_t left) {
@@ -91,7 +91,7 @@ class RowExtreme {
   }
 
   __m128i lanes_[accumulators];
-  T single_ = Lanes::neutral;
+  T scalar_ = Lanes::neutral;
 };
 
 }  // namespace

@@ -1,15 +1,14 @@
 #pragma once
 
-// Minimum and maximum of integers with vectors of 32 bytes on two accumulators, which the widest variant
-// keeps in both halves of registers of 64: the two newest variants.
+// Minimum and maximum of integers with 32-byte vectors, and 64-byte ones for rows from 65 bytes on where the
+// variant has them: the two newest variants.
 //
-// A row begins with one unaligned step and goes on from the boundary behind it; where no pixel starts on that
-// boundary the row runs unaligned. What is left of a row at the end is covered by one step that ends exactly
-// where the row does: rereading pixels changes no extreme. Rows shorter than a vector go pixel by pixel, or
-// in one masked load.
+// A row's first vector is unaligned; the next ones start on the boundary after it, unless a pixel straddles
+// that boundary. The row's last vector ends with the row and may overlap the one before, which changes no
+// extreme. Rows shorter than 32 bytes are searched pixel by pixel, or with one masked load.
 //
-// The search is over after the first row that holds the best value of the type; no later row is read. Each
-// row has accumulators of its own, so that its test waits for no other row.
+// The search ends after the first row that has the type's limit; no later row is read. Each row has its own
+// accumulators, so that its test waits for no other row.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
@@ -22,14 +21,14 @@ namespace {
 struct ShortRowsScalar {
   template <class Lanes, class T>
   static T find(const T* src, int srcStep, Size roi) {
-    T held = Lanes::neutral;
-    for (std::int64_t r = 0; r < roi.height && held != Lanes::best; ++r) {
+    T current = Lanes::neutral;
+    for (std::int64_t r = 0; r < roi.height && current != Lanes::limit; ++r) {
       const T* row = rowAt(src, srcStep, r);
       for (int c = 0; c < roi.width; ++c) {
-        held = Lanes::better(held, loadAs<T>(reinterpret_cast<const char*>(row) + c * int{sizeof(T)}));
+        current = Lanes::better(current, loadAs<T>(reinterpret_cast<const char*>(row) + c * int{sizeof(T)}));
       }
     }
-    return held;
+    return current;
   }
 };
 
@@ -40,22 +39,22 @@ struct ShortRowsMasked {
   static std::uint8_t find(const std::uint8_t* src, int srcStep, Size roi) {
     static_assert(Lanes::neutral == 0);
     const __mmask32 inRow = _bzhi_u32(~0u, static_cast<unsigned>(roi.width));
-    __m256i held = _mm256_setzero_si256();
+    __m256i current = _mm256_setzero_si256();
     for (std::int64_t r = 0; r < roi.height; ++r) {
-      held = Lanes::better(held, _mm256_maskz_loadu_epi8(inRow, rowAt(src, srcStep, r)));
-      if (Lanes::holds(held, Lanes::best)) return Lanes::best;
+      current = Lanes::better(current, _mm256_maskz_loadu_epi8(inRow, rowAt(src, srcStep, r)));
+      if (Lanes::holds(current, Lanes::limit)) return Lanes::limit;
     }
-    return Lanes::bestOf(held);
+    return Lanes::bestOf(current);
   }
 };
 #endif
 
-/// A row of at most `count` vectors and at least half as many, without a branch: short rows feel each of
-/// them. Half of the loads count from the row's start, half from its end.
+/// A row of `count` vectors at most and half as many at least. There is no branch, since short rows pay for
+/// each. Half of the loads follow the row's start, half precede its end.
 template <class V, int count>
 struct FewVectors {
   using Vector = V;
-  static constexpr bool inFours = true;
+  static constexpr bool unrolledBy4 = true;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto) {
@@ -73,7 +72,7 @@ struct FewVectors {
 template <class V>
 struct ManyVectors {
   using Vector = V;
-  static constexpr bool inFours = false;
+  static constexpr bool unrolledBy4 = false;
 
   template <class Lanes>
   static auto bestOf(const unsigned char* p, std::int64_t bytes, auto prefetchAfter) {
@@ -105,7 +104,7 @@ struct ManyVectors {
 };
 
 template <class Lanes, class ShortRows>
-class WideExtreme {
+class IntegerExtreme32 {
   using T = typename Lanes::Pixel;
 
  public:
@@ -134,28 +133,28 @@ class WideExtreme {
     int count;
   };
 
-  /// Each row has a test of its own, also where a turn takes four: short rows feel the turns. Long ones stay
-  /// with one loop, whose loads the processor can follow.
+  /// Unrolled by 4 for short rows, which pay for each iteration; every row still has its own test. Long rows
+  /// gain nothing from it.
   template <class Row>
   static T find(const Rows& rows, auto prefetchAfter) {
-    auto held = Lanes::template spread<typename Row::Vector>(Lanes::neutral);
+    auto current = Lanes::template spread<typename Row::Vector>(Lanes::neutral);
     const unsigned char* p = rows.first;
     const auto over = [&] {
       const auto row = Row::template bestOf<Lanes>(p, rows.bytes, prefetchAfter);
-      held = Lanes::better(held, row);
+      current = Lanes::better(current, row);
       p += rows.step;
-      return Lanes::holds(row, Lanes::best);
+      return Lanes::holds(row, Lanes::limit);
     };
     int left = rows.count;
-    if constexpr (Row::inFours) {
+    if constexpr (Row::unrolledBy4) {
       for (; left >= 4; left -= 4) {
-        if (over() || over() || over() || over()) return Lanes::best;
+        if (over() || over() || over() || over()) return Lanes::limit;
       }
     }
     for (; left != 0; --left) {
-      if (over()) return Lanes::best;
+      if (over()) return Lanes::limit;
     }
-    return Lanes::bestOf(held);
+    return Lanes::bestOf(current);
   }
 };
 

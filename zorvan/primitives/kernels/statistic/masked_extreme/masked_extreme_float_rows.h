@@ -2,10 +2,10 @@
 
 // Masked extremes of floats row by row: the older variants.
 //
-// The first selected pixel starts both running values. From its row on, the lanes of each row start at the
-// running values, unselected lanes take a neutral value, and a row that is better takes the running value
-// over with its number. So the number kept is that of the first row with the extreme, and only that row is
-// walked again for the column. Of several pixels with the extreme value the first in raster order counts.
+// Both current values start at the first selected pixel. From its row on, the lanes of each row start at the
+// current values, and unselected pixels count as neutral ones. A row with a better value replaces the current
+// value and its row, so the row is the first one with the extreme. Only that row is searched again for the
+// column: the first one with the extreme.
 
 #include <limits>
 
@@ -16,19 +16,19 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// A row replaces a running value when it is strictly better.
+/// A row's value replaces the current one where it is strictly better.
 struct StrictlyBetter {
-  static bool low(float value, float running) { return value < running; }
-  static bool high(float value, float running) { return value > running; }
+  static bool low(float value, float current) { return value < current; }
+  static bool high(float value, float current) { return value > current; }
 };
-/// A row replaces a running value when it differs. The lanes start there, so that it can only be better,
-/// unless a NaN has taken them over: then a later row may take the value back.
+/// A row's value replaces the current one where it differs. The lanes start at the current value, so a value
+/// that differs is better, unless a NaN has replaced a lane: then it may be worse.
 struct Different {
-  static bool low(float value, float running) { return value < running || value > running; }
-  static bool high(float value, float running) { return value < running || value > running; }
+  static bool low(float value, float current) { return value < current || value > current; }
+  static bool high(float value, float current) { return value < current || value > current; }
 };
 
-/// 4 pixels a step, then singly. Unselected lanes take the infinity that nothing but itself is equal to.
+/// 4 pixels in an iteration, then single ones. Unselected lanes take the infinity that is neutral.
 template <class Replaces>
 struct FloatRows {
   using Pixel = float;
@@ -62,8 +62,8 @@ struct FloatRows {
     };
     return _mm_packs_epi16(_mm_packs_epi32(four(0), four(4)), _mm_packs_epi32(four(8), four(12)));
   }
-  static bool replacesLow(float low, float running) { return Replaces::low(low, running); }
-  static bool replacesHigh(float high, float running) { return Replaces::high(high, running); }
+  static bool replacesLow(float low, float current) { return Replaces::low(low, current); }
+  static bool replacesHigh(float high, float current) { return Replaces::high(high, current); }
 };
 
 template <class Rows>
@@ -98,7 +98,7 @@ class ExtremesByRow {
     return loadAs<T>(reinterpret_cast<const char*>(row) + std::int64_t{column} * int{sizeof(T)});
   }
 
-  /// The first selected pixel with the value; the first selected one if a NaN has none.
+  /// The first selected column with the value, or the first selected one where the value is NaN.
   static int columnOf(T value, const T* row, const std::uint8_t* mask, int width) {
     const int column = firstColumn(
         width,

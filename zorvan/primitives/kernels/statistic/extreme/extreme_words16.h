@@ -2,10 +2,10 @@
 
 // Minimum and maximum of unsigned words with 16-byte vectors: the older variants.
 //
-// The running value is a scalar. Rows below 11 pixels go 4 pixels a step in 32-bit lanes; longer rows go 32
-// pixels a step on two accumulators, from a 16-byte boundary on even addresses and where they lie on odd
-// ones, then in steps of 16 and 8, and end 4 pixels a step and singly. The processors before SSE4.1 compare
-// signed words only: there the pixels are shifted into the signed range.
+// The current value is a scalar. Rows below 11 pixels go in groups of 4 in 32-bit lanes and in single pixels.
+// Longer rows are peeled to a 16-byte boundary unless their address is odd. Their main loop takes 32 pixels
+// with two accumulators; the tail goes in groups of 16, 8, 4 and 1. Before SSE4.1 only signed words have
+// minimum and maximum instructions: there the pixels are shifted into the signed range.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
@@ -13,7 +13,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Words compared as they are.
+/// Compares words as they are.
 template <Seek seek>
 struct PlainWords {
   using Lanes = ExtremeLanes<seek, std::uint16_t>;
@@ -21,7 +21,7 @@ struct PlainWords {
   static std::uint16_t bestOf(__m128i lanes) { return Lanes::bestOf(lanes); }
 };
 
-/// Words less 0x8000, compared as signed ones.
+/// Subtracts 0x8000 from words and compares them as signed ones.
 template <Seek seek>
 struct ShiftedWords {
   using Lanes = ExtremeLanes<seek, std::int16_t>;
@@ -32,19 +32,19 @@ struct ShiftedWords {
 };
 
 template <Seek seek, template <Seek> class Words>
-class WordExtreme {
+class WordExtreme16 {
   using Of = ExtremeOf<seek, std::uint16_t>;
   using Form = Words<seek>;
   using Lanes = typename Form::Lanes;
 
  public:
   static std::uint16_t find(const std::uint16_t* src, int srcStep, Size roi) {
-    std::uint16_t held = Of::neutral;
-    for (std::int64_t r = 0; r < roi.height && held != Of::best; ++r) {
+    std::uint16_t current = Of::neutral;
+    for (std::int64_t r = 0; r < roi.height && current != Of::limit; ++r) {
       const auto* row = reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r));
-      held = roi.width < 11 ? fewPixels(held, row, roi.width) : manyPixels(held, row, roi.width);
+      current = roi.width < 11 ? fewPixels(current, row, roi.width) : manyPixels(current, row, roi.width);
     }
-    return held;
+    return current;
   }
 
  private:
@@ -53,34 +53,34 @@ class WordExtreme {
     return _mm_or_si128(_mm_and_si128(swap, b), _mm_andnot_si128(swap, a));
   }
 
-  static std::uint16_t fewPixels(std::uint16_t held, const unsigned char* p, std::int64_t left) {
+  static std::uint16_t fewPixels(std::uint16_t current, const unsigned char* p, std::int64_t left) {
     if (left >= 4) {
-      __m128i lanes = _mm_set1_epi32(held);
+      __m128i lanes = _mm_set1_epi32(current);
       for (; left >= 4; p += 8, left -= 4) {
         const __m128i words = _mm_cvtsi64_si128(loadAs<std::int64_t>(p));
         lanes = better32(lanes, _mm_unpacklo_epi16(words, _mm_setzero_si128()));
       }
       lanes = better32(lanes, _mm_srli_si128(lanes, 8));
       lanes = better32(lanes, _mm_srli_si128(lanes, 4));
-      held = static_cast<std::uint16_t>(_mm_cvtsi128_si32(lanes));
+      current = static_cast<std::uint16_t>(_mm_cvtsi128_si32(lanes));
     }
-    return scalar(held, p, left);
+    return scalar(current, p, left);
   }
 
-  static std::uint16_t scalar(std::uint16_t held, const unsigned char* p, std::int64_t left) {
-    for (; left != 0; p += 2, --left) held = Of::better(held, loadAs<std::uint16_t>(p));
-    return held;
+  static std::uint16_t scalar(std::uint16_t current, const unsigned char* p, std::int64_t left) {
+    for (; left != 0; p += 2, --left) current = Of::better(current, loadAs<std::uint16_t>(p));
+    return current;
   }
 
-  static std::uint16_t manyPixels(std::uint16_t held, const unsigned char* p, std::int64_t left) {
+  static std::uint16_t manyPixels(std::uint16_t current, const unsigned char* p, std::int64_t left) {
     if (isAligned(p, 2)) {
       const std::int64_t peel = bytesToBoundary(p, 16) / 2;
-      held = scalar(held, p, peel);
+      current = scalar(current, p, peel);
       p += 2 * peel;
       left -= peel;
     }
     const auto load = [](const unsigned char* at) { return Form::shifted(Vector16::load(at).bits); };
-    __m128i a = Form::shifted(_mm_set1_epi16(static_cast<short>(held))), b = a;
+    __m128i a = Form::shifted(_mm_set1_epi16(static_cast<short>(current))), b = a;
     for (; left >= 32; p += 64, left -= 32) {
       a = Lanes::better(a, load(p));
       b = Lanes::better(b, load(p + 16));

@@ -2,10 +2,10 @@
 
 // Masked extremes of floats in two passes: the two newest variants.
 //
-// The first pass finds the values, 64 pixels a step over four accumulators of each direction, started at the
-// infinities. The second walks the rows from the top to the first selected pixel of each value, past those of
-// which the first pass knows better. A NaN that came out as an extreme matches no pixel; then there is no
-// result.
+// The first pass finds the values, 64 pixels in an iteration with four accumulators for each direction, which
+// start at the infinities. The second pass finds the first selected pixel with each value; it skips the rows
+// before the block in which the first pass found the value. A NaN as an extreme equals no pixel; then the
+// result is empty.
 
 #include <limits>
 
@@ -18,14 +18,14 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Infinity's bits, doubled as integers so that the sign is gone. Of a NaN alone they are more; and to
-/// compare integers raises no flag.
+/// The bits of infinity, doubled as an integer, which drops the sign. Only those of a NaN are more. A
+/// comparison of integers raises no floating-point flag.
 constexpr unsigned twiceInfinity = 0xFF000000;
 
-/// Where the extremes lie: from which block of rows on, then what the second pass has found so far.
+/// The extremes: from which block of rows on they lie, and what the second pass has found.
 class ExtremePlaces {
  public:
-  /// What the lanes hold after the block that begins with row `from`, of one block after the other.
+  /// The lanes' values after the block that starts with row `from`. Called for each block in order.
   void note(float low, float high, int from) {
     if (low != found_.minValue) lowFrom_ = from;
     if (high != found_.maxValue) highFrom_ = from;
@@ -35,18 +35,18 @@ class ExtremePlaces {
   float low() const { return found_.minValue; }
   float high() const { return found_.maxValue; }
 
-  /// Ends the first pass. A NaN takes what its lane held out of it: then any row may have a value first.
-  void settle(bool metNan) {
-    if (metNan) lowFrom_ = highFrom_ = 0;
+  /// Ends the first pass. A NaN drops the value of its lane: then the extremes may lie in any row.
+  void settle(bool hasNaN) {
+    if (hasNaN) lowFrom_ = highFrom_ = 0;
     from_ = lowFrom_ < highFrom_ ? lowFrom_ : highFrom_;
   }
 
-  /// The first row that may hold what is not found yet.
+  /// The first row that may have a value that is not found yet.
   int from() const { return from_; }
 
-  /// Bits of the selected pixels equal to either value among those from (row, column) on. Tells whether both
-  /// values are found.
-  bool meet(unsigned lows, unsigned highs, int row, std::int64_t column) {
+  /// `lows` and `highs` have a bit for each pixel from (row, column) on that has the value. Returns whether
+  /// both values are found.
+  bool match(unsigned lows, unsigned highs, int row, std::int64_t column) {
     if ((lows | highs) == 0) return false;
     const auto first = [=](unsigned bits) {
       return Point{static_cast<int>(column) + __builtin_ctz(bits), row};
@@ -76,39 +76,39 @@ class ExtremePlaces {
 };
 
 /// The first pass.
-template <class Held>
+template <class Search>
 inline ExtremePlaces findExtremes(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
                                   Size roi) {
   return withPrefetch(roi, 5, [&](auto prefetchAfter) {
-    Held held;
+    Search search;
     ExtremePlaces places;
-    const int together = rowsOfBlock(roi.width);
-    ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", together >= roi.height);
+    const int blockRows = rowsOfBlock(roi.width);
+    ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", blockRows >= roi.height);
     for (int from = 0, rows; from < roi.height; from += rows) {
-      rows = roi.height - from < together ? roi.height - from : together;
+      rows = roi.height - from < blockRows ? roi.height - from : blockRows;
       for (int r = from; r < from + rows; ++r) {
-        held.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, prefetchAfter);
+        search.row(rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, prefetchAfter);
       }
-      places.note(held.low(), held.high(), from);
+      places.note(search.low(), search.high(), from);
     }
-    places.settle(held.metNan());
+    places.settle(search.hasNaN());
     return places;
   });
 }
 
 /// Both passes.
-template <class Held>
+template <class Search>
 inline MaskedExtremes findInTwoPasses(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
                                       Size roi) {
-  ExtremePlaces places = findExtremes<Held>(src, srcStep, mask, maskStep, roi);
+  ExtremePlaces places = findExtremes<Search>(src, srcStep, mask, maskStep, roi);
   const float low = places.low(), high = places.high();
-  // The rows of a block, where one extreme is found unless there was a NaN, then those of the other.
-  const int together = rowsOfBlock(roi.width);
+  // The rows of the first block, which has one of the extremes unless there was a NaN, then all others.
+  const int blockRows = rowsOfBlock(roi.width);
   int r = places.from();
-  int end = roi.height - r < together ? roi.height : r + together;
+  int end = roi.height - r < blockRows ? roi.height : r + blockRows;
   for (;;) {
     for (; r < end && !places.complete(); ++r) {
-      Held::placesIn(places, low, high, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
+      Search::placesIn(places, low, high, rowBytes(src, srcStep, r), rowAt(mask, maskStep, r), r, roi.width);
     }
     if (end == roi.height || places.complete()) return places.result();
     end = roi.height;
@@ -116,12 +116,12 @@ inline MaskedExtremes findInTwoPasses(const float* src, int srcStep, const std::
   }
 }
 
-/// 16 lanes are two vectors.
-class WideMaskedExtremes {
+/// 32-byte vectors.
+class FloatsInTwoPasses32 {
  public:
   static MaskedExtremes find(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
                              Size roi) {
-    return findInTwoPasses<WideMaskedExtremes>(src, srcStep, mask, maskStep, roi);
+    return findInTwoPasses<FloatsInTwoPasses32>(src, srcStep, mask, maskStep, roi);
   }
 
   void row(const char* p, const std::uint8_t* m, std::int64_t left, auto prefetchAfter) {
@@ -147,7 +147,7 @@ class WideMaskedExtremes {
   float high() const {
     return High::bestOf(High::better(High::better(highs_[0], highs_[1]), High::better(highs_[2], highs_[3])));
   }
-  bool metNan() const {
+  bool hasNaN() const {
     const __m256i limit = _mm256_set1_epi32(static_cast<int>(twiceInfinity));
     const __m256i within = _mm256_cmpeq_epi32(_mm256_max_epu32(magnitudes_, limit), limit);
     return _mm256_movemask_epi8(within) != -1;
@@ -164,7 +164,7 @@ class WideMaskedExtremes {
         const __m256 equal = _mm256_andnot_ps(none, _mm256_cmp_ps(values, value, _CMP_EQ_OQ));
         return static_cast<unsigned>(_mm256_movemask_ps(equal));
       };
-      if (places.meet(matching(lows), matching(highs), row, c)) return;
+      if (places.match(matching(lows), matching(highs), row, c)) return;
     }
   }
 
@@ -173,7 +173,7 @@ class WideMaskedExtremes {
   using Low = FloatLanes<Seek::minimum>;
   using High = FloatLanes<Seek::maximum>;
 
-  /// Eight pixels at `p`, or the first `count` of them.
+  /// Eight pixels.
   void add(int lane, const char* p, __m128i selection) {
     const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
     add(lane, _mm256_castsi256_ps(Vector32::load(p).bits), none);
@@ -202,15 +202,16 @@ class WideMaskedExtremes {
                      _mm256_set1_ps(infinity)};
   __m256 highs_[4] = {_mm256_set1_ps(-infinity), _mm256_set1_ps(-infinity), _mm256_set1_ps(-infinity),
                       _mm256_set1_ps(-infinity)};
-  __m256i magnitudes_ = _mm256_setzero_si256();  // twice the bits, without the sign
+  __m256i magnitudes_ = _mm256_setzero_si256();  // doubled bits, without the sign
 };
 
 #ifdef __AVX512BW__
-class RegisterMaskedExtremes {
+/// 64-byte vectors.
+class FloatsInTwoPasses64 {
  public:
   static MaskedExtremes find(const float* src, int srcStep, const std::uint8_t* mask, int maskStep,
                              Size roi) {
-    return findInTwoPasses<RegisterMaskedExtremes>(src, srcStep, mask, maskStep, roi);
+    return findInTwoPasses<FloatsInTwoPasses64>(src, srcStep, mask, maskStep, roi);
   }
 
   void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto prefetchAfter) {
@@ -231,7 +232,7 @@ class RegisterMaskedExtremes {
   float high() const {
     return High::bestOf(High::better(High::better(a_.high, b_.high), High::better(c_.high, d_.high)));
   }
-  bool metNan() const { return a_.metNan() || b_.metNan() || c_.metNan() || d_.metNan(); }
+  bool hasNaN() const { return a_.hasNaN() || b_.hasNaN() || c_.hasNaN() || d_.hasNaN(); }
 
   static void placesIn(ExtremePlaces& places, float low, float high, const char* p, const std::uint8_t* m,
                        int row, int width) {
@@ -241,8 +242,8 @@ class RegisterMaskedExtremes {
       const __m128i selection = _mm_maskz_loadu_epi8(inRow, m + c);
       const __mmask16 selected = _mm_test_epi8_mask(selection, selection);
       const __m512 values = _mm512_maskz_loadu_ps(selected, p + 4 * std::int64_t{c});
-      if (places.meet(_mm512_mask_cmp_ps_mask(selected, values, lows, _CMP_EQ_OQ),
-                      _mm512_mask_cmp_ps_mask(selected, values, highs, _CMP_EQ_OQ), row, c)) {
+      if (places.match(_mm512_mask_cmp_ps_mask(selected, values, lows, _CMP_EQ_OQ),
+                       _mm512_mask_cmp_ps_mask(selected, values, highs, _CMP_EQ_OQ), row, c)) {
         return;
       }
     }
@@ -264,7 +265,7 @@ class RegisterMaskedExtremes {
       const __m512i bits = _mm512_castps_si512(values);
       magnitudes = _mm512_max_epu32(magnitudes, _mm512_add_epi32(bits, bits));
     }
-    bool metNan() const {
+    bool hasNaN() const {
       return _mm512_cmpgt_epu32_mask(magnitudes, _mm512_set1_epi32(static_cast<int>(twiceInfinity))) != 0;
     }
   };
