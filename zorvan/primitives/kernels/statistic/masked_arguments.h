@@ -4,7 +4,7 @@
 
 #include "zorvan/primitives/kernels/common/arguments.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 using Ipp::ippStsNotEvenStepErr;
@@ -24,4 +24,4 @@ int testMasked(const T* src, int srcStep, const std::uint8_t* mask, int maskStep
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -8,7 +8,7 @@
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// In bytes; 0 for no prefetch.
@@ -33,4 +33,4 @@ constexpr int planPrefetch(Size roi, int pixelBytes, PrefetchDistances distances
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -6,7 +6,7 @@
 #include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// Prefetches the lines that lie a distance after what is loaded.
@@ -40,4 +40,4 @@ inline auto withPrefetch(Size roi, int pixelBytes, Loop loop) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/simd/vectors.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// All bits set where the byte is zero.
@@ -65,4 +65,4 @@ inline __mmask16 sixteenOf(__mmask64 selected) {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -13,7 +13,7 @@
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 template <Seek seek>
@@ -194,4 +194,4 @@ class FloatExtreme64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

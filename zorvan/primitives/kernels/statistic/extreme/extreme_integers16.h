@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// The first `bytes`, 8 or 4, from memory, the others from `filler`.
@@ -95,4 +95,4 @@ class IntegerExtreme16 {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -15,7 +15,7 @@
 #include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
 #ifdef __AVX2__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 struct ShortRowsScalar {
@@ -159,5 +159,5 @@ class IntegerExtreme32 {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic
 #endif

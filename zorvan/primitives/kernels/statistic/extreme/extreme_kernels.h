@@ -2,7 +2,6 @@
 
 // Minimum and maximum of a region: the entries, and the search that each variant uses.
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_floats.h"
@@ -10,7 +9,7 @@
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_integers32.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_words16.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 namespace extreme {
@@ -89,21 +88,17 @@ int findExtreme(const T* src, int srcStep, Size roi, T* result) {
   return ippStsNoErr;
 }
 
+template <class V>
+struct ExtremeBodies {
+  static constexpr auto ippiMax_8u_C1R = findExtreme<V, Seek::maximum, u8>;
+  static constexpr auto ippiMax_16u_C1R = findExtreme<V, Seek::maximum, u16>;
+  static constexpr auto ippiMax_16s_C1R = findExtreme<V, Seek::maximum, s16>;
+  static constexpr auto ippiMax_32f_C1R = findExtreme<V, Seek::maximum, float>;
+  static constexpr auto ippiMin_8u_C1R = findExtreme<V, Seek::minimum, u8>;
+  static constexpr auto ippiMin_16u_C1R = findExtreme<V, Seek::minimum, u16>;
+  static constexpr auto ippiMin_16s_C1R = findExtreme<V, Seek::minimum, s16>;
+  static constexpr auto ippiMin_32f_C1R = findExtreme<V, Seek::minimum, float>;
+};
+
 }  // namespace
-
-#define EXTREMES(code, T)                                                                 \
-  template <class V>                                                                      \
-  int Routines<V>::ippiMin_##code##_C1R(const T* src, int srcStep, Size roi, T* result) { \
-    return findExtreme<V, Seek::minimum>(src, srcStep, roi, result);                      \
-  }                                                                                       \
-  template <class V>                                                                      \
-  int Routines<V>::ippiMax_##code##_C1R(const T* src, int srcStep, Size roi, T* result) { \
-    return findExtreme<V, Seek::maximum>(src, srcStep, roi, result);                      \
-  }
-EXTREMES(8u, u8)
-EXTREMES(16u, u16)
-EXTREMES(16s, s16)
-EXTREMES(32f, float)
-#undef EXTREMES
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -8,7 +8,7 @@
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 enum class Seek { minimum, maximum };
@@ -119,4 +119,4 @@ struct ExtremeLanes : ExtremeOf<seek, T> {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -6,7 +6,7 @@
 #include "zorvan/primitives/kernels/simd/bits.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 using Ipp::ippStsNoOperation;
@@ -66,4 +66,4 @@ inline int statusOfExtremes(const MaskedExtremes& found, const float* minValue, 
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -12,7 +12,7 @@
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 struct ByteExtremes {
@@ -174,4 +174,4 @@ class ExtremesByBlock {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -13,7 +13,7 @@
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// A row's value replaces the current one where it is strictly better.
@@ -112,4 +112,4 @@ class ExtremesByRow {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -3,14 +3,13 @@
 // Extremes of the selected pixels of a region with their positions: the entries, and the search that each
 // variant uses. Every output may be null; those that are not decide the status of an empty mask.
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/statistic/masked_arguments.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_bytes.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_float_rows.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_two_passes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 namespace masked {
@@ -58,18 +57,11 @@ int findMaskedExtremes(const T* src, int srcStep, const u8* mask, int maskStep, 
   return statusOfExtremes(found, minValue, maxValue, minIndex, maxIndex, mask, maskStep, roi);
 }
 
+template <class V>
+struct MaskedExtremeBodies {
+  static constexpr auto ippiMinMaxIndx_8u_C1MR = findMaskedExtremes<V, u8>;
+  static constexpr auto ippiMinMaxIndx_32f_C1MR = findMaskedExtremes<V, float>;
+};
+
 }  // namespace
-
-template <class V>
-int Routines<V>::ippiMinMaxIndx_8u_C1MR(const u8* src, int srcStep, const u8* mask, int maskStep, Size roi,
-                                        float* minValue, float* maxValue, Point* minIndex, Point* maxIndex) {
-  return findMaskedExtremes<V>(src, srcStep, mask, maskStep, roi, minValue, maxValue, minIndex, maxIndex);
-}
-template <class V>
-int Routines<V>::ippiMinMaxIndx_32f_C1MR(const float* src, int srcStep, const u8* mask, int maskStep,
-                                         Size roi, float* minValue, float* maxValue, Point* minIndex,
-                                         Point* maxIndex) {
-  return findMaskedExtremes<V>(src, srcStep, mask, maskStep, roi, minValue, maxValue, minIndex, maxIndex);
-}
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

@@ -4,11 +4,11 @@
 
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// Rows of a block; one at least.
 constexpr int rowsOfBlock(int width) { return width < extremeBlockPixels ? extremeBlockPixels / width : 1; }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic

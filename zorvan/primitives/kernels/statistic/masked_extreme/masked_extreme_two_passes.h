@@ -15,7 +15,7 @@
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_plan.h"
 
 #ifdef __AVX2__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// The bits of infinity, doubled as an integer, which drops the sign. Only those of a NaN are more. A
@@ -275,5 +275,5 @@ class FloatsInTwoPasses64 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Statistic
 #endif
