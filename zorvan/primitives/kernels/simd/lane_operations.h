@@ -7,6 +7,8 @@
 // Interleaving and packing work within 16 bytes each; packing puts back in order what interleaving with
 // `unpacklo` and `unpackhi` took apart, at every width.
 
+#include <type_traits>
+
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
@@ -56,7 +58,13 @@ ZORVAN_LANES_PAIR(mulhi_epi16)
 ZORVAN_LANES_PAIR(mulhi_epu16)
 ZORVAN_LANES_PAIR(madd_epi16)
 ZORVAN_LANES_PAIR(min_epu8)
+ZORVAN_LANES_PAIR(max_epu8)
+ZORVAN_LANES_PAIR(min_epi16)
 ZORVAN_LANES_PAIR(max_epi16)
+#ifdef __SSE4_1__
+ZORVAN_LANES_PAIR(min_epu16)
+ZORVAN_LANES_PAIR(max_epu16)
+#endif
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi8)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi16)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpgt_epi32)
@@ -86,7 +94,6 @@ ZORVAN_LANES_SHIFT(sra_epi32)
 
 inline __m128 asFloats(__m128i x) { return _mm_castsi128_ps(x); }
 inline __m128i asIntegers(__m128 x) { return _mm_castps_si128(x); }
-inline __m128 min_ps(__m128 a, __m128 b) { return _mm_min_ps(a, b); }
 inline __m128 rsqrt_ps(__m128 x) { return _mm_rsqrt_ps(x); }
 inline __m128 cvtepi32_ps(__m128i x) { return _mm_cvtepi32_ps(x); }
 inline __m128i cvttps_epi32(__m128 x) { return _mm_cvttps_epi32(x); }
@@ -94,7 +101,6 @@ inline unsigned movemask_epi8(__m128i x) { return static_cast<unsigned>(_mm_move
 #ifdef __AVX__
 inline __m256 asFloats(__m256i x) { return _mm256_castsi256_ps(x); }
 inline __m256i asIntegers(__m256 x) { return _mm256_castps_si256(x); }
-inline __m256 min_ps(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
 inline __m256 rsqrt_ps(__m256 x) { return _mm256_rsqrt_ps(x); }
 inline __m256 cvtepi32_ps(__m256i x) { return _mm256_cvtepi32_ps(x); }
 inline __m256i cvttps_epi32(__m256 x) { return _mm256_cvttps_epi32(x); }
@@ -106,6 +112,33 @@ inline unsigned movemask_epi8(__m256i x) { return static_cast<unsigned>(_mm256_m
 inline __m512 asFloats(__m512i x) { return _mm512_castsi512_ps(x); }
 inline __m512i asIntegers(__m512 x) { return _mm512_castps_si512(x); }
 #endif
+
+inline __m128 min_ps(__m128 a, __m128 b) { return _mm_min_ps(a, b); }
+inline __m128 max_ps(__m128 a, __m128 b) { return _mm_max_ps(a, b); }
+#ifdef __AVX__
+inline __m256 min_ps(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
+inline __m256 max_ps(__m256 a, __m256 b) { return _mm256_max_ps(a, b); }
+#endif
+#ifdef __AVX512F__
+inline __m512 min_ps(__m512 a, __m512 b) { return _mm512_min_ps(a, b); }
+inline __m512 max_ps(__m512 a, __m512 b) { return _mm512_max_ps(a, b); }
+#endif
+
+/// The lower or the higher of each two pixels of type T. Unsigned words need SSE4.1.
+template <class T, class V>
+inline V minimum(V a, V b) {
+  if constexpr (std::is_same_v<T, std::uint8_t>) return min_epu8(a, b);
+  if constexpr (std::is_same_v<T, std::uint16_t>) return min_epu16(a, b);
+  if constexpr (std::is_same_v<T, std::int16_t>) return min_epi16(a, b);
+  if constexpr (std::is_same_v<T, float>) return min_ps(a, b);
+}
+template <class T, class V>
+inline V maximum(V a, V b) {
+  if constexpr (std::is_same_v<T, std::uint8_t>) return max_epu8(a, b);
+  if constexpr (std::is_same_v<T, std::uint16_t>) return max_epu16(a, b);
+  if constexpr (std::is_same_v<T, std::int16_t>) return max_epi16(a, b);
+  if constexpr (std::is_same_v<T, float>) return max_ps(a, b);
+}
 
 inline __m128i signs_epi16(__m128i x) { return _mm_srai_epi16(x, 15); }
 /// The low halves of the 64-bit lanes of two vectors, in the order that `unpacklo_epi32` and
@@ -175,6 +208,59 @@ inline I allOnes() {
 template <class I>
 inline I zeroes() {
   return broadcastDwords<I>(0);
+}
+
+/// Bytes or words, by their type.
+template <class I, class T>
+inline I broadcastPixels(T value) {
+  if constexpr (sizeof(T) == 1) return broadcastBytes<I>(value);
+  if constexpr (sizeof(T) == 2) return broadcastWords<I>(value);
+}
+
+/// Whether any two lanes of type T, a byte or a word, are equal.
+template <class T>
+inline bool anyEqual(__m128i a, __m128i b) {
+  return _mm_movemask_epi8(sizeof(T) == 1 ? cmpeq_epi8(a, b) : cmpeq_epi16(a, b)) != 0;
+}
+#ifdef __AVX2__
+template <class T>
+inline bool anyEqual(__m256i a, __m256i b) {
+  return _mm256_movemask_epi8(sizeof(T) == 1 ? cmpeq_epi8(a, b) : cmpeq_epi16(a, b)) != 0;
+}
+#endif
+#ifdef __AVX512BW__
+template <class T>
+inline bool anyEqual(__m512i a, __m512i b) {
+  return sizeof(T) == 1 ? _mm512_cmpeq_epi8_mask(a, b) != 0 : _mm512_cmpeq_epi16_mask(a, b) != 0;
+}
+#endif
+
+#ifdef __AVX2__
+inline __m128i lowHalf(__m256i x) { return _mm256_castsi256_si128(x); }
+inline __m128i highHalf(__m256i x) { return _mm256_extracti128_si256(x, 1); }
+inline __m128 lowHalf(__m256 x) { return _mm256_castps256_ps128(x); }
+inline __m128 highHalf(__m256 x) { return _mm256_extractf128_ps(x, 1); }
+#endif
+#ifdef __AVX512BW__
+inline __m256i lowHalf(__m512i x) { return _mm512_castsi512_si256(x); }
+inline __m256i highHalf(__m512i x) { return _mm512_extracti64x4_epi64(x, 1); }
+inline __m256 lowHalf(__m512 x) { return _mm512_castps512_ps256(x); }
+inline __m256 highHalf(__m512 x) { return _mm512_extractf32x8_ps(x, 1); }
+#endif
+
+/// One pixel of type T from all lanes: `join` makes one of each two.
+template <class T, class Join>
+inline T fold(__m128i x, Join join) {
+  x = join(x, _mm_srli_si128(x, 8));
+  x = join(x, _mm_srli_si128(x, 4));
+  if constexpr (sizeof(T) <= 2) x = join(x, _mm_srli_si128(x, 2));
+  if constexpr (sizeof(T) == 1) x = join(x, _mm_srli_si128(x, 1));
+  return static_cast<T>(_mm_cvtsi128_si32(x));
+}
+template <class T, class Join>
+inline float fold(__m128 x, Join join) {
+  x = join(x, _mm_movehl_ps(x, x));
+  return _mm_cvtss_f32(join(x, _mm_shuffle_ps(x, x, 1)));
 }
 
 /// The lower of unsigned words; the instruction for it came after SSE2.

@@ -28,6 +28,18 @@ inline void storeLow(void* p, __m128i x) {
   if constexpr (bytes == 1) storeAs(p, static_cast<std::uint8_t>(_mm_cvtsi128_si32(x)));
 }
 
+/// 4 or 8 bytes; the rest of the vector is that of `filler`.
+template <int bytes>
+inline __m128i loadLow(const void* p, __m128i filler) {
+  const __m128i low = loadLow<bytes>(p);
+  if constexpr (bytes == 8) {
+    return _mm_castpd_si128(_mm_move_sd(_mm_castsi128_pd(filler), _mm_castsi128_pd(low)));
+  } else {
+    static_assert(bytes == 4);
+    return _mm_castps_si128(_mm_move_ss(_mm_castsi128_ps(filler), _mm_castsi128_ps(low)));
+  }
+}
+
 /// The first `bytes` bytes, below 16; the rest of the vector is zero.
 inline __m128i loadFirst16(const void* address, std::int64_t bytes) {
   const auto* p = static_cast<const unsigned char*>(address);
@@ -70,6 +82,11 @@ inline void storeFirst(void* address, Vector16 vector, std::int64_t bytes) {
 }
 
 #ifdef __AVX2__
+/// The floats whose lanes have all bits set; the others are zero.
+inline __m256 loadMaskedFloats(__m256i lanes, const void* p) {
+  return _mm256_maskload_ps(static_cast<const float*>(p), lanes);
+}
+
 /// The first `bytes` bytes, below 32; the rest of the vector is zero.
 inline __m256i loadFirst32(const void* address, std::int64_t bytes) {
   if (bytes < 16) return _mm256_zextsi128_si256(loadFirst16(address, bytes));
@@ -100,14 +117,20 @@ inline Vector loadFirst(const void* address, std::int64_t bytes) {
 template <class Mask>
 inline Mask firstLanes(std::int64_t count) {
   const auto n = static_cast<unsigned>(count);
-  if constexpr (sizeof(Mask) == 8) return _bzhi_u64(~std::uint64_t{0}, n);
-  if constexpr (sizeof(Mask) < 8) return static_cast<Mask>(_bzhi_u32(static_cast<Mask>(~Mask{0}), n));
+  if constexpr (sizeof(Mask) == 8) {
+    return _bzhi_u64(~std::uint64_t{0}, n);
+  } else {
+    return static_cast<Mask>(_bzhi_u32((std::uint64_t{1} << (8 * sizeof(Mask))) - 1, n));
+  }
 }
 
 /// The chosen lanes of bytes, words or dwords, by the width of the mask register; the others are zero.
 inline __m512i loadMasked(__mmask64 lanes, const void* p) { return _mm512_maskz_loadu_epi8(lanes, p); }
 inline __m512i loadMasked(__mmask32 lanes, const void* p) { return _mm512_maskz_loadu_epi16(lanes, p); }
 inline __m512i loadMasked(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_epi32(lanes, p); }
+/// Chosen bytes of a smaller vector.
+inline __m128i loadMasked16(__mmask16 lanes, const void* p) { return _mm_maskz_loadu_epi8(lanes, p); }
+inline __m256i loadMasked32(__mmask32 lanes, const void* p) { return _mm256_maskz_loadu_epi8(lanes, p); }
 inline void storeMasked(__mmask64 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi8(p, lanes, x); }
 inline void storeMasked(__mmask32 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi16(p, lanes, x); }
 inline void storeMasked(__mmask16 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi32(p, lanes, x); }

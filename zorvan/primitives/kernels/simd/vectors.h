@@ -3,6 +3,8 @@
 // Vectors of bytes and the ways to load and store them, in every width that the variant being built has.
 // Plain `load` and `store` take any address; the aligned and streaming forms take multiples of the width.
 //
+// Widths that the variant lacks are declared only, so that tables of variants can name them.
+//
 // This header is compiled once per variant, so all of it has internal linkage.
 
 // GCC 12 takes the undefined sources of its own unmasked 512-bit intrinsics for mistakes.

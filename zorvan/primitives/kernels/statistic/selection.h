@@ -4,6 +4,7 @@
 //
 // Nothing branches on the mask, so statistics take the same time for scattered and for solid masks.
 
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
@@ -12,7 +13,10 @@ namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// All bits set where the byte is zero.
-inline __m128i unselected(__m128i mask) { return _mm_cmpeq_epi8(mask, _mm_setzero_si128()); }
+template <class I>
+inline I unselected(I mask) {
+  return cmpeq_epi8(mask, zeroes<I>());
+}
 
 /// The 16 bytes, each 0 or 255, as bits.
 inline unsigned bitsOf(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
@@ -27,7 +31,6 @@ inline __m128i bytesToDwords(__m128i bytes) {
 }
 
 #ifdef __AVX2__
-inline __m256i unselected(__m256i mask) { return _mm256_cmpeq_epi8(mask, _mm256_setzero_si256()); }
 /// The number of zeros among 32 bytes, each 0 or 255.
 inline int countClear(__m256i bytes) {
   return 32 - _mm_popcnt_u32(static_cast<unsigned>(_mm256_movemask_epi8(bytes)));
@@ -39,19 +42,19 @@ inline __m256i unselectedDwords(__m128i mask) {
 #endif
 
 #ifdef __AVX512BW__
+/// A bit for each byte that is not zero.
+inline __mmask64 selectedBytes(__m512i mask) { return _mm512_test_epi8_mask(mask, mask); }
+
 /// Calls `use(column, bits)` for every 64 pixels of a row, with a bit for each selected pixel. Bits after the
 /// row's end are clear.
 template <class Use>
 inline void forEachSelection(const std::uint8_t* mask, std::int64_t pixels, Use use) {
   std::int64_t c = 0;
   for (; c + 64 <= pixels; c += 64) {
-    const __m512i bytes = _mm512_loadu_si512(mask + c);
-    use(c, _mm512_test_epi8_mask(bytes, bytes));
+    use(c, selectedBytes(Vector64::load(mask + c).bits));
   }
   if (c != pixels) {
-    const __mmask64 inRow = _bzhi_u64(~0ull, static_cast<unsigned>(pixels - c));
-    const __m512i bytes = _mm512_maskz_loadu_epi8(inRow, mask + c);
-    use(c, _mm512_test_epi8_mask(bytes, bytes));
+    use(c, selectedBytes(loadMasked(firstLanes<__mmask64>(pixels - c), mask + c)));
   }
 }
 

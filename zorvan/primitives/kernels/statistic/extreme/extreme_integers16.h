@@ -7,45 +7,36 @@
 // Partial loads are filled up with the neutral value. The search ends after the first row that has the type's
 // limit; no later row is read.
 
-#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/plane.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
 
 namespace Zorvan::Primitives::Statistic {
 namespace {
 
-/// The first `bytes`, 8 or 4, from memory, the others from `filler`.
-template <int bytes>
-inline __m128i loadFilled(const void* p, __m128i filler) {
-  if constexpr (bytes == 8) {
-    return _mm_castpd_si128(
-        _mm_move_sd(_mm_castsi128_pd(filler), _mm_castsi128_pd(_mm_cvtsi64_si128(loadAs<std::int64_t>(p)))));
-  } else {
-    static_assert(bytes == 4);
-    return _mm_castps_si128(
-        _mm_move_ss(_mm_castsi128_ps(filler), _mm_castsi128_ps(_mm_cvtsi32_si128(loadAs<std::int32_t>(p)))));
-  }
-}
-
-template <class Lanes>
+template <Seek seek, class T>
 class IntegerExtreme16 {
-  using T = typename Lanes::Pixel;
+  using Lanes = ExtremeLanes<seek, T>;
 
  public:
-  static T find(const T* src, int srcStep, Size roi) {
+  static T find(Plane<const T> src, Size roi) {
     IntegerExtreme16 search;
     for (std::int64_t r = 0; r < roi.height; ++r) {
-      search.row(reinterpret_cast<const unsigned char*>(rowAt(src, srcStep, r)), roi.width);
+      search.row(src.at(r), roi.width);
       if (search.scalar_ == Lanes::limit || Lanes::holds(search.joined(), Lanes::limit)) return Lanes::limit;
     }
     return Lanes::better(Lanes::bestOf(search.joined()), search.scalar_);
   }
 
  private:
-  static constexpr int bytes = sizeof(T);
-  static constexpr int accumulators = 32 * bytes / 16;
+  static constexpr int pixelBytes = sizeof(T);
+  static constexpr int accumulators = 32 * pixelBytes / 16;
+
+  static __m128i neutral() { return broadcastPixels<__m128i>(Lanes::neutral); }
 
   IntegerExtreme16() {
-    for (__m128i& lanes : lanes_) lanes = Lanes::template spread<Vector16>(Lanes::neutral);
+    for (__m128i& lanes : lanes_) lanes = neutral();
   }
 
   __m128i joined() const {
@@ -56,37 +47,35 @@ class IntegerExtreme16 {
 
   /// `pixels` pixels, if the row has as many left.
   template <int pixels>
-  void step(const unsigned char*& p, std::int64_t& left) {
+  void group(const T*& p, std::int64_t& left) {
     if (left < pixels) return;
-    constexpr int chunkBytes = pixels * bytes;
-    if constexpr (chunkBytes >= 16) {
-      for (int i = 0; i < chunkBytes / 16; ++i) {
-        lanes_[i] = Lanes::better(lanes_[i], Vector16::load(p + 16 * i).bits);
-      }
-    } else {
-      lanes_[0] = Lanes::better(lanes_[0],
-                                loadFilled<chunkBytes>(p, Lanes::template spread<Vector16>(Lanes::neutral)));
+    constexpr int vectors = pixels * pixelBytes / 16;
+    for (int i = 0; i < vectors; ++i) {
+      lanes_[i] = Lanes::better(lanes_[i], Vector16::load(p + i * (16 / pixelBytes)).bits);
     }
-    p += chunkBytes;
+    if constexpr (vectors == 0) {
+      lanes_[0] = Lanes::better(lanes_[0], loadLow<pixels * pixelBytes>(p, neutral()));
+    }
+    p += pixels;
     left -= pixels;
   }
-  void scalar(const unsigned char*& p, std::int64_t left) {
-    for (; left != 0; p += bytes, --left) scalar_ = Lanes::better(scalar_, loadAs<T>(p));
+  void scalar(const T*& p, std::int64_t left) {
+    for (; left != 0; ++p, --left) scalar_ = Lanes::better(scalar_, loadAs<T>(p));
   }
 
-  void row(const unsigned char* p, std::int64_t left) {
+  void row(const T* p, std::int64_t left) {
     const std::int64_t toBoundary = bytesToBoundary(p, 16);
-    if (toBoundary % bytes == 0 && toBoundary / bytes < left) {
-      std::int64_t peel = toBoundary / bytes;
+    if (toBoundary % pixelBytes == 0 && toBoundary / pixelBytes < left) {
+      std::int64_t peel = toBoundary / pixelBytes;
       left -= peel;
-      step<8>(p, peel);
-      step<4>(p, peel);
+      group<8>(p, peel);
+      group<4>(p, peel);
       scalar(p, peel);
     }
-    while (left >= 32) step<32>(p, left);
-    step<16>(p, left);
-    step<8>(p, left);
-    step<4>(p, left);
+    while (left >= 32) group<32>(p, left);
+    group<16>(p, left);
+    group<8>(p, left);
+    group<4>(p, left);
     scalar(p, left);
   }
 

@@ -10,38 +10,37 @@
 // The search ends after the first row that has the type's limit; no later row is read. Each row has its own
 // accumulators, so that its test waits for no other row.
 
-#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/plane.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
 #include "zorvan/primitives/kernels/statistic/prefetch_rows.h"
 
-#ifdef __AVX2__
 namespace Zorvan::Primitives::Statistic {
 namespace {
 
 struct ShortRowsScalar {
   template <class Lanes, class T>
-  static T find(const T* src, int srcStep, Size roi) {
+  static T find(Plane<const T> src, Size roi) {
     T current = Lanes::neutral;
     for (std::int64_t r = 0; r < roi.height && current != Lanes::limit; ++r) {
-      const T* row = rowAt(src, srcStep, r);
-      for (int c = 0; c < roi.width; ++c) {
-        current = Lanes::better(current, loadAs<T>(reinterpret_cast<const char*>(row) + c * int{sizeof(T)}));
-      }
+      for (int c = 0; c < roi.width; ++c) current = Lanes::better(current, loadAs<T>(src.at(r, c)));
     }
     return current;
   }
 };
 
+struct ShortRowsMasked;
 #ifdef __AVX512BW__
 /// The maximum of bytes: the zeros of a masked load are neutral.
 struct ShortRowsMasked {
   template <class Lanes>
-  static std::uint8_t find(const std::uint8_t* src, int srcStep, Size roi) {
+  static u8 find(Plane<const u8> src, Size roi) {
     static_assert(Lanes::neutral == 0);
-    const __mmask32 inRow = _bzhi_u32(~0u, static_cast<unsigned>(roi.width));
+    const auto inRow = firstLanes<__mmask32>(roi.width);
     __m256i current = _mm256_setzero_si256();
     for (std::int64_t r = 0; r < roi.height; ++r) {
-      current = Lanes::better(current, _mm256_maskz_loadu_epi8(inRow, rowAt(src, srcStep, r)));
+      current = Lanes::better(current, loadMasked32(inRow, src.at(r)));
       if (Lanes::holds(current, Lanes::limit)) return Lanes::limit;
     }
     return Lanes::bestOf(current);
@@ -56,10 +55,10 @@ struct FewVectors {
   using Vector = V;
   static constexpr bool unrolledBy4 = true;
 
-  template <class Lanes>
-  static auto bestOf(const unsigned char* p, std::int64_t bytes, auto) {
-    const auto load = [](const unsigned char* at) { return Vector::load(at).bits; };
-    const unsigned char* const last = p + bytes - Vector::size;
+  template <class Lanes, int>
+  static auto bestOf(const u8* p, std::int64_t bytes, auto) {
+    const auto load = [](const u8* at) { return Vector::load(at).bits; };
+    const u8* const last = p + bytes - Vector::size;
     const auto ends = Lanes::better(load(p), load(last));
     if constexpr (count == 2) return ends;
     if constexpr (count == 4) {
@@ -74,26 +73,26 @@ struct ManyVectors {
   using Vector = V;
   static constexpr bool unrolledBy4 = false;
 
-  template <class Lanes>
-  static auto bestOf(const unsigned char* p, std::int64_t bytes, auto prefetchAfter) {
-    constexpr int size = Vector::size, pixel = sizeof(typename Lanes::Pixel);
+  template <class Lanes, int pixelBytes>
+  static auto bestOf(const u8* p, std::int64_t bytes, auto prefetchAfter) {
+    constexpr int size = Vector::size;
     prefetchAfter(p);
-    const unsigned char* const last = p + bytes - size;
+    const u8* const last = p + bytes - size;
     auto a = Vector::load(p).bits, b = a;
     const std::int64_t toBoundary = bytesToBoundary(p, size);
-    p += toBoundary != 0 && toBoundary % pixel == 0 ? toBoundary : size;
-    const auto two = [&](const unsigned char* at) {
+    p += toBoundary != 0 && toBoundary % pixelBytes == 0 ? toBoundary : size;
+    const auto add2 = [&](const u8* at) {
       prefetchAfter(at, 2 * size);
       a = Lanes::better(a, Vector::load(at).bits);
       b = Lanes::better(b, Vector::load(at + size).bits);
     };
     for (; last - p > 8 * size; p += 8 * size) {
-      two(p);
-      two(p + 2 * size);
-      two(p + 4 * size);
-      two(p + 6 * size);
+      add2(p);
+      add2(p + 2 * size);
+      add2(p + 4 * size);
+      add2(p + 6 * size);
     }
-    for (; last - p > 2 * size; p += 2 * size) two(p);
+    for (; last - p > 2 * size; p += 2 * size) add2(p);
     prefetchAfter(p);
     prefetchAfter(last);
     a = Lanes::better(a, Vector::load(p).bits);
@@ -103,56 +102,50 @@ struct ManyVectors {
   }
 };
 
-template <class Lanes, class ShortRows>
+template <Seek seek, class T, class ShortRows = ShortRowsScalar>
 class IntegerExtreme32 {
-  using T = typename Lanes::Pixel;
+  using Lanes = ExtremeLanes<seek, T>;
 
  public:
-  static T find(const T* src, int srcStep, Size roi) {
-    if (roi.width < Lanes::lanes32) return ShortRows::template find<Lanes>(src, srcStep, roi);
-    const Rows rows{reinterpret_cast<const unsigned char*>(src), srcStep,
-                    std::int64_t{roi.width} * std::int64_t{sizeof(T)}, roi.height};
-    if (rows.bytes <= 64) return find<FewVectors<Vector32, 2>>(rows, NoPrefetch());
+  static T find(Plane<const T> src, Size roi) {
+    const std::int64_t bytes = roi.width * std::int64_t{sizeof(T)};
+    if (bytes < 32) return ShortRows::template find<Lanes>(src, roi);
+    const auto by = [&](auto row, auto prefetchAfter) {
+      return find<decltype(row)>(src, bytes, roi.height, prefetchAfter);
+    };
+    if (bytes <= 64) return by(FewVectors<Vector32, 2>(), NoPrefetch());
 #ifdef __AVX512BW__
-    if (rows.bytes <= 128) return find<FewVectors<Vector64, 2>>(rows, NoPrefetch());
-    if (rows.bytes <= 256) return find<FewVectors<Vector64, 4>>(rows, NoPrefetch());
+    if (bytes <= 128) return by(FewVectors<Vector64, 2>(), NoPrefetch());
+    if (bytes <= 256) return by(FewVectors<Vector64, 4>(), NoPrefetch());
     using Many = ManyVectors<Vector64>;
 #else
-    if (rows.bytes <= 128) return find<FewVectors<Vector32, 4>>(rows, NoPrefetch());
+    if (bytes <= 128) return by(FewVectors<Vector32, 4>(), NoPrefetch());
     using Many = ManyVectors<Vector32>;
 #endif
     return withPrefetch(lightDistances, roi, sizeof(T),
-                        [&](auto prefetchAfter) { return find<Many>(rows, prefetchAfter); });
+                        [&](auto prefetchAfter) { return by(Many(), prefetchAfter); });
   }
 
  private:
-  struct Rows {
-    const unsigned char* first;
-    std::int64_t step;
-    std::int64_t bytes;  ///< of each row
-    int count;
-  };
-
   /// Unrolled by 4 for short rows, which pay for each iteration; every row still has its own test. Long rows
   /// gain nothing from it.
   template <class Row>
-  static T find(const Rows& rows, auto prefetchAfter) {
-    auto current = Lanes::template spread<typename Row::Vector>(Lanes::neutral);
-    const unsigned char* p = rows.first;
-    const auto over = [&] {
-      const auto row = Row::template bestOf<Lanes>(p, rows.bytes, prefetchAfter);
+  static T find(Plane<const T> src, std::int64_t bytes, int rows, auto prefetchAfter) {
+    auto current = broadcastPixels<decltype(Row::Vector::bits)>(Lanes::neutral);
+    const u8* p = reinterpret_cast<const u8*>(src.pixels);
+    const auto hasLimit = [&] {
+      const auto row = Row::template bestOf<Lanes, sizeof(T)>(p, bytes, prefetchAfter);
       current = Lanes::better(current, row);
-      p += rows.step;
+      p += src.step;
       return Lanes::holds(row, Lanes::limit);
     };
-    int left = rows.count;
     if constexpr (Row::unrolledBy4) {
-      for (; left >= 4; left -= 4) {
-        if (over() || over() || over() || over()) return Lanes::limit;
+      for (; rows >= 4; rows -= 4) {
+        if (hasLimit() || hasLimit() || hasLimit() || hasLimit()) return Lanes::limit;
       }
     }
-    for (; left != 0; --left) {
-      if (over()) return Lanes::limit;
+    for (; rows != 0; --rows) {
+      if (hasLimit()) return Lanes::limit;
     }
     return Lanes::bestOf(current);
   }
@@ -160,4 +153,3 @@ class IntegerExtreme32 {
 
 }  // namespace
 }  // namespace Zorvan::Primitives::Statistic
-#endif

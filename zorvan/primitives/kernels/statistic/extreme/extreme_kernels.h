@@ -12,79 +12,38 @@
 namespace Zorvan::Primitives::Statistic {
 namespace {
 
-namespace extreme {
-
-template <Seek seek, class T>
-using Rows = IntegerExtreme16<ExtremeLanes<seek, T>>;
-template <Seek seek>
-using Shifted = WordExtreme16<seek, ShiftedWords>;
-#ifdef __SSE4_1__
-template <Seek seek>
-using Plain = WordExtreme16<seek, PlainWords>;
-#else
-template <Seek seek>
-class Plain;
-#endif
-#ifdef __AVX2__
-template <Seek seek, class T>
-using Wide = IntegerExtreme32<ExtremeLanes<seek, T>, ShortRowsScalar>;
-template <Seek seek>
-using Floats32 = FloatExtreme32<seek>;
-#else
-template <Seek seek, class T>
-class Wide;
-template <Seek seek>
-class Floats32;
-#endif
-#ifdef __AVX512BW__
-using MaximumOfBytes64 = IntegerExtreme32<ExtremeLanes<Seek::maximum, std::uint8_t>, ShortRowsMasked>;
-template <Seek seek>
-using Floats64 = FloatExtreme64<seek>;
-#else
-class MaximumOfBytes64;
-template <Seek seek>
-class Floats64;
-#endif
-template <Seek seek>
-using Floats16 = FloatExtreme16<seek>;
-
 template <class V, Seek seek, class T>
-struct Policy;
-template <class V>
-struct Policy<V, Seek::minimum, u8> {
-  using Bytes16 = Rows<Seek::minimum, u8>;
-  using Bytes32 = Wide<Seek::minimum, u8>;
-  using Form = ByVariant<V, Bytes16, Bytes16, Bytes16, Bytes16, Bytes32, Bytes32>;
+struct ExtremePolicy {
+  using At16 = IntegerExtreme16<seek, T>;
+  using At32 = IntegerExtreme32<seek, T>;
+  using type = ByVariant<V, At16, At16, At16, At16, At32, At32>;
 };
 template <class V>
-struct Policy<V, Seek::maximum, u8> {
-  using Bytes16 = Rows<Seek::maximum, u8>;
-  using Bytes32 = Wide<Seek::maximum, u8>;
-  using Form = ByVariant<V, Bytes16, Bytes16, Bytes16, Bytes16, Bytes32, MaximumOfBytes64>;
+struct ExtremePolicy<V, Seek::maximum, u8> {
+  using At16 = IntegerExtreme16<Seek::maximum, u8>;
+  using At32 = IntegerExtreme32<Seek::maximum, u8>;
+  using Masked = IntegerExtreme32<Seek::maximum, u8, ShortRowsMasked>;
+  using type = ByVariant<V, At16, At16, At16, At16, At32, Masked>;
 };
 template <class V, Seek seek>
-struct Policy<V, seek, u16> {
-  using Form =
-      ByVariant<V, Shifted<seek>, Shifted<seek>, Plain<seek>, Plain<seek>, Wide<seek, u16>, Wide<seek, u16>>;
+struct ExtremePolicy<V, seek, u16> {
+  using Signed = WordExtreme16<seek, s16>;
+  using Unsigned = WordExtreme16<seek, u16>;
+  using At32 = IntegerExtreme32<seek, u16>;
+  using type = ByVariant<V, Signed, Signed, Unsigned, Unsigned, At32, At32>;
 };
 template <class V, Seek seek>
-struct Policy<V, seek, s16> {
-  using Form = ByVariant<V, Rows<seek, s16>, Rows<seek, s16>, Rows<seek, s16>, Rows<seek, s16>,
-                         Wide<seek, s16>, Wide<seek, s16>>;
+struct ExtremePolicy<V, seek, float> {
+  using At16 = FloatExtreme<seek, Vector16>;
+  using type =
+      ByVariant<V, At16, At16, At16, At16, FloatExtreme<seek, Vector32>, FloatExtreme<seek, Vector64>>;
 };
-template <class V, Seek seek>
-struct Policy<V, seek, float> {
-  using Form = ByVariant<V, Floats16<seek>, Floats16<seek>, Floats16<seek>, Floats16<seek>, Floats32<seek>,
-                         Floats64<seek>>;
-};
-
-}  // namespace extreme
 
 template <class V, Seek seek, class T>
 int findExtreme(const T* src, int srcStep, Size roi, T* result) {
   if (src == nullptr || result == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  storeAs(result, extreme::Policy<V, seek, T>::Form::find(src, srcStep, roi));
+  storeAs(result, ExtremePolicy<V, seek, T>::type::find({src, srcStep}, roi));
   return ippStsNoErr;
 }
 

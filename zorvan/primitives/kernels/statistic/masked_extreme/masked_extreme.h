@@ -3,13 +3,22 @@
 // Shared by all searches for masked extremes: the result, the first selected pixel, and the status.
 
 #include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/simd/bits.h"
+#include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
+#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_plan.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 
 namespace Zorvan::Primitives::Statistic {
 namespace {
 
 using Ipp::ippStsNoOperation;
+
+template <class T>
+using Low = ExtremeLanes<Seek::minimum, T>;
+template <class T>
+using High = ExtremeLanes<Seek::maximum, T>;
 
 struct MaskedExtremes {
   float minValue = 0, maxValue = 0;
@@ -30,7 +39,7 @@ inline int firstColumn(int width, Match16 match16, Match match) {
   return -1;
 }
 
-inline int firstSelected(const std::uint8_t* mask, int width) {
+inline int firstSelected(const u8* mask, int width) {
   return firstColumn(
       width, [=](int c) { return bitsOf(unselected(Vector16::load(mask + c).bits)) ^ 0xFFFFu; },
       [=](int c) { return mask[c] != 0; });
@@ -41,28 +50,34 @@ struct FirstSelected {
   int column;
 };
 
-inline FirstSelected firstSelected(const std::uint8_t* mask, int maskStep, Size roi) {
+inline FirstSelected firstSelected(Plane<const u8> mask, Size roi) {
   for (int r = 0; r < roi.height; ++r) {
-    const int column = firstSelected(rowAt(mask, maskStep, r), roi.width);
+    const int column = firstSelected(mask.at(r), roi.width);
     if (column >= 0) return {r, column};
   }
   return {roi.height, 0};
 }
 
+/// The row after the block of rows that starts with row `from`.
+inline int endOfBlock(int from, Size roi) {
+  const int rows = rowsOfBlock(roi.width);
+  ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", rows >= roi.height);
+  return roi.height - from < rows ? roi.height : from + rows;
+}
+
 /// `ippStsNoOperation` if no pixel was selected, as far as the outputs that are not null show: a position
 /// away from the region's first pixel or a value other than zero proves a selected pixel without the mask.
 inline int statusOfExtremes(const MaskedExtremes& found, const float* minValue, const float* maxValue,
-                            const Point* minIndex, const Point* maxIndex, const std::uint8_t* mask,
-                            int maskStep, Size roi) {
+                            const Point* minIndex, const Point* maxIndex, Plane<const u8> mask, Size roi) {
   const auto statusOfPosition = [mask](Point at) -> int {
-    return at.x == 0 && at.y == 0 && mask[0] == 0 ? ippStsNoOperation : Ipp::ippStsNoErr;
+    return at.x == 0 && at.y == 0 && *mask.pixels == 0 ? ippStsNoOperation : ippStsNoErr;
   };
   if (minIndex != nullptr) return statusOfPosition(found.minIndex);
   if (maxIndex != nullptr) return statusOfPosition(found.maxIndex);
   if (minValue == nullptr && maxValue == nullptr) return ippStsNoOperation;
   if (minValue != nullptr && !(found.minValue == 0.0f)) return ippStsNoErr;
   if (maxValue != nullptr && !(found.maxValue == 0.0f)) return ippStsNoErr;
-  return firstSelected(mask, maskStep, roi).row < roi.height ? Ipp::ippStsNoErr : ippStsNoOperation;
+  return firstSelected(mask, roi).row < roi.height ? ippStsNoErr : ippStsNoOperation;
 }
 
 }  // namespace

@@ -7,36 +7,22 @@
 // current value and its place, so the place is the first block with the extreme. Only that block is searched
 // again for the position: the first pixel with the extreme in raster order.
 
-#include "zorvan/primitives/kernels/common/plan_outcomes.h"
-#include "zorvan/primitives/kernels/statistic/extreme/extreme_lanes.h"
 #include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme.h"
-#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_plan.h"
 
 namespace Zorvan::Primitives::Statistic {
 namespace {
 
 struct ByteExtremes {
-  std::uint8_t low, high;
+  u8 low, high;
 };
-
-/// The selected pixels; the others neutral for a minimum, all bits set, or for a maximum, zero.
-inline __m128i selectedOrOnes(__m128i none, __m128i pixels) { return _mm_or_si128(none, pixels); }
-inline __m128i selectedOrZeros(__m128i none, __m128i pixels) { return _mm_andnot_si128(none, pixels); }
-#ifdef __AVX2__
-inline __m256i selectedOrOnes(__m256i none, __m256i pixels) { return _mm256_or_si256(none, pixels); }
-inline __m256i selectedOrZeros(__m256i none, __m256i pixels) { return _mm256_andnot_si256(none, pixels); }
-#endif
 
 /// Two vectors with an accumulator each in an iteration, then groups of 16, 8 and 1 pixels.
 template <class Vector>
 class ByteBlock {
-  using Low = ExtremeLanes<Seek::minimum, std::uint8_t>;
-  using High = ExtremeLanes<Seek::maximum, std::uint8_t>;
-
  public:
   explicit ByteBlock(ByteExtremes current) : a_(current), b_(current), rest_(current), scalar_(current) {}
 
-  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto prefetchAfter) {
+  void row(const u8* p, const u8* m, std::int64_t left, auto prefetchAfter) {
     constexpr int size = Vector::size;
     for (; left >= 2 * size; p += 2 * size, m += 2 * size, left -= 2 * size) {
       prefetchAfter(p);
@@ -53,19 +39,20 @@ class ByteBlock {
   }
 
   ByteExtremes found() const {
-    const std::uint8_t low = Low::better(Low::bestOf(Low::better(a_.low, b_.low)), Low::bestOf(rest_.low));
-    const std::uint8_t high =
-        High::better(High::bestOf(High::better(a_.high, b_.high)), High::bestOf(rest_.high));
-    return {Low::better(low, scalar_.low), High::better(high, scalar_.high)};
+    const u8 low =
+        Low<u8>::better(Low<u8>::bestOf(Low<u8>::better(a_.low, b_.low)), Low<u8>::bestOf(rest_.low));
+    const u8 high =
+        High<u8>::better(High<u8>::bestOf(High<u8>::better(a_.high, b_.high)), High<u8>::bestOf(rest_.high));
+    return {Low<u8>::better(low, scalar_.low), High<u8>::better(high, scalar_.high)};
   }
 
   /// The first selected pixel of a row with the value; -1 if there is none.
-  static int columnOf(std::uint8_t value, const std::uint8_t* row, const std::uint8_t* mask, int width) {
+  static int columnOf(u8 value, const u8* row, const u8* mask, int width) {
     return firstColumn(
         width,
         [=](int c) {
-          const __m128i equal = _mm_cmpeq_epi8(Vector16::load(row + c).bits, Vector16::broadcast(value).bits);
-          return bitsOf(_mm_andnot_si128(unselected(Vector16::load(mask + c).bits), equal));
+          const __m128i equal = cmpeq_epi8(Vector16::load(row + c).bits, Vector16::broadcast(value).bits);
+          return bitsOf(equal & ~unselected(Vector16::load(mask + c).bits));
         },
         [=](int c) { return mask[c] != 0 && row[c] == value; });
   }
@@ -80,15 +67,15 @@ class ByteBlock {
 
     void add(V pixels, V mask) {
       const auto none = unselected(mask.bits);
-      low = Low::better(low, selectedOrOnes(none, pixels.bits));
-      high = High::better(high, selectedOrZeros(none, pixels.bits));
+      low = Low<u8>::better(low, pixels.bits | none);
+      high = High<u8>::better(high, pixels.bits & ~none);
     }
   };
 
-  void addOne(std::uint8_t pixel, std::uint8_t mask) {
+  void addOne(u8 pixel, u8 mask) {
     const std::int32_t selected = selectedBits(mask);
-    scalar_.low = Low::better(scalar_.low, static_cast<std::uint8_t>(pixel | ~selected));
-    scalar_.high = High::better(scalar_.high, static_cast<std::uint8_t>(pixel & selected));
+    scalar_.low = Low<u8>::better(scalar_.low, static_cast<u8>(pixel | ~selected));
+    scalar_.high = High<u8>::better(scalar_.high, static_cast<u8>(pixel & selected));
   }
 
   Lanes<Vector> a_, b_;
@@ -98,34 +85,30 @@ class ByteBlock {
 
 #ifdef __AVX512BW__
 /// 64 pixels in an iteration, the selected ones as bits of a mask register.
-class MaskedByteBlock64 {
-  using Low = ExtremeLanes<Seek::minimum, std::uint8_t>;
-  using High = ExtremeLanes<Seek::maximum, std::uint8_t>;
-
+template <>
+class ByteBlock<Vector64> {
  public:
-  explicit MaskedByteBlock64(ByteExtremes current)
+  explicit ByteBlock(ByteExtremes current)
       : low_(Vector64::broadcast(current.low).bits), high_(Vector64::broadcast(current.high).bits) {}
 
-  void row(const std::uint8_t* p, const std::uint8_t* m, std::int64_t width, auto prefetchAfter) {
+  void row(const u8* p, const u8* m, std::int64_t width, auto prefetchAfter) {
     forEachSelection(m, width, [&](std::int64_t c, __mmask64 selected) {
       prefetchAfter(p + c);
       prefetchAfter(m + c);
-      const __m512i pixels = _mm512_maskz_loadu_epi8(selected, p + c);
+      const __m512i pixels = loadMasked(selected, p + c);
       low_ = _mm512_mask_min_epu8(low_, selected, low_, pixels);
-      high_ = _mm512_max_epu8(high_, pixels);  // the other lanes are zero, which is no better
+      high_ = High<u8>::better(high_, pixels);  // the other lanes are zero, which is no better
     });
   }
 
-  ByteExtremes found() const { return {Low::bestOf(low_), High::bestOf(high_)}; }
+  ByteExtremes found() const { return {Low<u8>::bestOf(low_), High<u8>::bestOf(high_)}; }
 
-  static int columnOf(std::uint8_t value, const std::uint8_t* row, const std::uint8_t* mask, int width) {
+  static int columnOf(u8 value, const u8* row, const u8* mask, int width) {
     const __m512i values = Vector64::broadcast(value).bits;
     for (std::int64_t c = 0; c < width; c += 64) {
-      const __mmask64 inRow = width - c < 64 ? _bzhi_u64(~0ull, static_cast<unsigned>(width - c)) : ~0ull;
-      const __m512i selection = _mm512_maskz_loadu_epi8(inRow, mask + c);
-      const __mmask64 selected = _mm512_test_epi8_mask(selection, selection);
-      const __m512i pixels = _mm512_maskz_loadu_epi8(selected, row + c);
-      const __mmask64 equal = _mm512_mask_cmpeq_epi8_mask(selected, pixels, values);
+      const auto inRow = firstLanes<__mmask64>(width - c < 64 ? width - c : 64);
+      const __mmask64 selected = selectedBytes(loadMasked(inRow, mask + c));
+      const __mmask64 equal = _mm512_mask_cmpeq_epi8_mask(selected, loadMasked(selected, row + c), values);
       if (equal != 0) return static_cast<int>(c) + __builtin_ctzll(equal);
     }
     return -1;
@@ -139,31 +122,25 @@ class MaskedByteBlock64 {
 template <class Block>
 class ExtremesByBlock {
  public:
-  static MaskedExtremes find(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
-                             Size roi) {
-    const FirstSelected first = firstSelected(mask, maskStep, roi);
+  static MaskedExtremes find(Plane<const u8> src, Plane<const u8> mask, Size roi) {
+    const FirstSelected first = firstSelected(mask, roi);
     if (first.row == roi.height) return {};
-    const std::uint8_t start = rowAt(src, srcStep, first.row)[first.column];
+    const u8 start = *src.at(first.row, first.column);
     ByteExtremes current{start, start};
     int lowFrom = first.row, highFrom = first.row;  // the first rows of the blocks with the extremes
     return withPrefetch(roi, 2, [&](auto prefetchAfter) {
-      const int blockRows = rowsOfBlock(roi.width);
-      ZORVAN_NOTE_PLAN("rowsOfBlock of all rows", blockRows >= roi.height);
-      for (int from = first.row, rows; from < roi.height; from += rows) {
-        rows = roi.height - from < blockRows ? roi.height - from : blockRows;
+      for (int from = first.row, end; from < roi.height; from = end) {
+        end = endOfBlock(from, roi);
         Block block(current);
-        for (int r = from; r < from + rows; ++r) {
-          block.row(rowAt(src, srcStep, r), rowAt(mask, maskStep, r), roi.width, prefetchAfter);
-        }
+        for (int r = from; r < end; ++r) block.row(src.at(r), mask.at(r), roi.width, prefetchAfter);
         const ByteExtremes found = block.found();
         if (found.low < current.low) lowFrom = from;
         if (found.high > current.high) highFrom = from;
         current = found;
       }
-      const auto place = [&](std::uint8_t value, int row) {
+      const auto place = [&](u8 value, int row) {
         for (;; ++row) {
-          const int column =
-              Block::columnOf(value, rowAt(src, srcStep, row), rowAt(mask, maskStep, row), roi.width);
+          const int column = Block::columnOf(value, src.at(row), mask.at(row), roi.width);
           if (column >= 0) return Point{column, row};
         }
       };

@@ -12,49 +12,35 @@
 namespace Zorvan::Primitives::Statistic {
 namespace {
 
-namespace masked {
-
-using Bytes16 = ExtremesByBlock<ByteBlock<Vector16>>;
-using Floats16 = ExtremesByRow<FloatRows<Different>>;
-using StrictFloats16 = ExtremesByRow<FloatRows<StrictlyBetter>>;
-#ifdef __AVX2__
-using Bytes32 = ExtremesByBlock<ByteBlock<Vector32>>;
-using Floats32 = FloatsInTwoPasses32;
-#else
-class Bytes32;
-class Floats32;
-#endif
-#ifdef __AVX512BW__
-using Bytes64 = ExtremesByBlock<MaskedByteBlock64>;
-using Floats64 = FloatsInTwoPasses64;
-#else
-class Bytes64;
-class Floats64;
-#endif
-
 template <class V, class T>
-struct ExtremePolicy;
+struct MaskedExtremePolicy;
 template <class V>
-struct ExtremePolicy<V, u8> {
-  using Form = ByVariant<V, Bytes16, Bytes16, Bytes16, Bytes16, Bytes32, Bytes64>;
+struct MaskedExtremePolicy<V, u8> {
+  template <class Vector>
+  using With = ExtremesByBlock<ByteBlock<Vector>>;
+  using With16 = With<Vector16>;
+  using type = ByVariant<V, With16, With16, With16, With16, With<Vector32>, With<Vector64>>;
 };
 template <class V>
-struct ExtremePolicy<V, float> {
-  using Form = ByVariant<V, Floats16, Floats16, Floats16, StrictFloats16, Floats32, Floats64>;
+struct MaskedExtremePolicy<V, float> {
+  template <class Vector>
+  using With = ExtremesInTwoPasses<SelectedFloats<Vector>>;
+  using ByRow = FloatExtremesByRow<Different>;
+  using ByRowStrictly = FloatExtremesByRow<StrictlyBetter>;
+  using type = ByVariant<V, ByRow, ByRow, ByRow, ByRowStrictly, With<Vector32>, With<Vector64>>;
 };
-
-}  // namespace masked
 
 template <class V, class T>
 int findMaskedExtremes(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, float* minValue,
                        float* maxValue, Point* minIndex, Point* maxIndex) {
   if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != ippStsNoErr) return status;
-  const MaskedExtremes found = masked::ExtremePolicy<V, T>::Form::find(src, srcStep, mask, maskStep, roi);
+  const Plane<const u8> selection{mask, maskStep};
+  const MaskedExtremes found = MaskedExtremePolicy<V, T>::type::find({src, srcStep}, selection, roi);
   if (minValue != nullptr) storeAs(minValue, found.minValue);
   if (maxValue != nullptr) storeAs(maxValue, found.maxValue);
   if (minIndex != nullptr) storeAs(minIndex, found.minIndex);
   if (maxIndex != nullptr) storeAs(maxIndex, found.maxIndex);
-  return statusOfExtremes(found, minValue, maxValue, minIndex, maxIndex, mask, maskStep, roi);
+  return statusOfExtremes(found, minValue, maxValue, minIndex, maxIndex, selection, roi);
 }
 
 template <class V>
