@@ -2,6 +2,7 @@
 
 // Tests of the arguments of masked statistics.
 
+#include "zorvan/foundation/PixelTypes.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 
 namespace Zorvan::Primitives::Statistic {
@@ -12,7 +13,7 @@ using Ipp::ippStsNotEvenStepErr;
 /// A step covers a row at least, and steps of words and floats are multiples of the pixel. The order of the
 /// tests differs: words test both properties of the image's step before the mask's step.
 template <class T>
-int testMasked(const T* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+int testMasked(const T* src, int srcStep, const u8* mask, int maskStep, Size roi) {
   if (src == nullptr || mask == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
   constexpr int pixelBytes = sizeof(T);

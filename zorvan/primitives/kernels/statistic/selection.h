@@ -22,7 +22,7 @@ inline I unselected(I mask) {
 inline unsigned bitsOf(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
 
 /// All bits set where the pixel is selected, else none.
-inline std::int32_t selectedBits(std::uint8_t mask) { return -static_cast<std::int32_t>(mask != 0); }
+inline std::int32_t selectedBits(u8 mask) { return -static_cast<std::int32_t>(mask != 0); }
 
 /// The first four bytes, each 0 or 255, as lanes of 32 bits.
 inline __m128i bytesToDwords(__m128i bytes) {
@@ -48,7 +48,7 @@ inline __mmask64 selectedBytes(__m512i mask) { return _mm512_test_epi8_mask(mask
 /// Calls `use(column, bits)` for every 64 pixels of a row, with a bit for each selected pixel. Bits after the
 /// row's end are clear.
 template <class Use>
-inline void forEachSelection(const std::uint8_t* mask, std::int64_t pixels, Use use) {
+inline void forEachSelection(const u8* mask, std::int64_t pixels, Use use) {
   std::int64_t c = 0;
   for (; c + 64 <= pixels; c += 64) {
     use(c, selectedBytes(Vector64::load(mask + c).bits));

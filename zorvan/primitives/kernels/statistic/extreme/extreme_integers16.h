@@ -68,7 +68,7 @@ class IntegerExtreme16 {
     if (toBoundary % pixelBytes == 0 && toBoundary / pixelBytes < left) {
       std::int64_t peel = toBoundary / pixelBytes;
       left -= peel;
-      group<8>(p, peel);
+      if constexpr (pixelBytes == 1) group<8>(p, peel);
       group<4>(p, peel);
       scalar(p, peel);
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-// Extremes of the selected pixels of a region with their positions: the entries, and the search that each
-// variant uses. Every output may be null; those that are not decide the status of an empty mask.
+// Extremes of the selected pixels of a region with their positions, and the search that each variant uses.
+// Every output may be null; those that are not decide the status of an empty mask.
 
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/statistic/masked_arguments.h"
@@ -16,18 +16,18 @@ template <class V, class T>
 struct MaskedExtremePolicy;
 template <class V>
 struct MaskedExtremePolicy<V, u8> {
-  template <class Vector>
-  using With = ExtremesByBlock<ByteBlock<Vector>>;
-  using With16 = With<Vector16>;
-  using type = ByVariant<V, With16, With16, With16, With16, With<Vector32>, With<Vector64>>;
+  using Blocks16 = ExtremesByBlock<ByteBlock<Vector16>>;
+  using Blocks32 = ExtremesByBlock<ByteBlock<Vector32>>;
+  using Blocks64 = ExtremesByBlock<ByteBlock<Vector64>>;
+  using type = ByVariant<V, Blocks16, Blocks16, Blocks16, Blocks16, Blocks32, Blocks64>;
 };
 template <class V>
 struct MaskedExtremePolicy<V, float> {
-  template <class Vector>
-  using With = ExtremesInTwoPasses<SelectedFloats<Vector>>;
-  using ByRow = FloatExtremesByRow<Different>;
-  using ByRowStrictly = FloatExtremesByRow<StrictlyBetter>;
-  using type = ByVariant<V, ByRow, ByRow, ByRow, ByRowStrictly, With<Vector32>, With<Vector64>>;
+  using Rows = FloatExtremesByRow<Different>;
+  using StrictRows = FloatExtremesByRow<StrictlyBetter>;
+  using TwoPasses32 = ExtremesInTwoPasses<SelectedFloats<Vector32>>;
+  using TwoPasses64 = ExtremesInTwoPasses<SelectedFloats<Vector64>>;
+  using type = ByVariant<V, Rows, Rows, Rows, StrictRows, TwoPasses32, TwoPasses64>;
 };
 
 template <class V, class T>
@@ -42,12 +42,6 @@ int findMaskedExtremes(const T* src, int srcStep, const u8* mask, int maskStep, 
   if (maxIndex != nullptr) storeAs(maxIndex, found.maxIndex);
   return statusOfExtremes(found, minValue, maxValue, minIndex, maxIndex, selection, roi);
 }
-
-template <class V>
-struct MaskedExtremeBodies {
-  static constexpr auto ippiMinMaxIndx_8u_C1MR = findMaskedExtremes<V, u8>;
-  static constexpr auto ippiMinMaxIndx_32f_C1MR = findMaskedExtremes<V, float>;
-};
 
 }  // namespace
 }  // namespace Zorvan::Primitives::Statistic
