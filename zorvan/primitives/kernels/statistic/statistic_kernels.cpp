@@ -2,8 +2,7 @@
 
 #include "zorvan/primitives/kernels/common/bodies.h"
 
-#include "zorvan/primitives/kernels/statistic/extreme/extreme_kernels.h"
-#include "zorvan/primitives/kernels/statistic/masked_extreme/masked_extreme_kernels.h"
+#include "zorvan/primitives/kernels/statistic/extreme_bodies.h"
 #include "zorvan/primitives/kernels/statistic/mean_bodies.h"
 
 namespace Zorvan::Primitives::Statistic {
