@@ -27,7 +27,7 @@ Compare<float>* floatReferenceOf(int variant) {
   return variant >= firstWithNanAbove ? Reference::compareWithNanAbove : Reference::ippiCompareC_32f_C1R;
 }
 
-/// Floats have a reference by variant. Preferred to the form for all entries.
+/// Floats have a reference by variant. Overload resolution prefers this to the form for all entries.
 void registerEntry(const std::string& family, const std::string& name, const CheckRules& rules,
                    Compare<float>* /*reference*/, const Primitives::Row<Compare<float>>& row) {
   registerForEachVariant(family, name, [rules, &row](int variant) {
@@ -35,8 +35,8 @@ void registerEntry(const std::string& family, const std::string& name, const Che
   });
 }
 
-/// Every pixel of `pixels` against every constant of `values` under all operators: in a run, in rows with
-/// gaps at odd addresses, and in rows that all lie on boundaries.
+/// Every pixel of `pixels` against every constant of `values` under all operators: in rows without gaps, in
+/// rows with gaps at odd addresses, and in rows that are all aligned.
 template <class T>
 void compareAll(const std::vector<T>& pixels, const std::vector<T>& values, int variant,
                 bool (*holds)(T, T, int)) {
@@ -124,8 +124,7 @@ const std::vector<float>& floatEdges() {
   return edges;
 }
 
-/// All edges against each other: repeated, so that each passes through vectors as well as through what is
-/// left behind them.
+/// All edges against each other: repeated, so that each is compared in vectors and in the tail.
 void edgesOfFloats(int variant) {
   std::vector<float> pixels;
   for (int i = 0; i < 7; ++i) {
@@ -135,7 +134,7 @@ void edgesOfFloats(int variant) {
                     variant >= firstWithNanAbove ? holdsWithNanAbove : holdsInOrder<float>);
 }
 
-/// A NaN in every place of a row that takes all of a routine's loops, its neighbours at 1.
+/// A NaN in every place of a row that runs all loops of a routine; its neighbours are 1.
 void nanInEveryPlace(int variant) {
   constexpr int n = 64 + 32 + 31;
   alignas(64) float src[n];
@@ -180,7 +179,7 @@ void compareWithReference(Compare<T>* reference, int variant, Size roi, int srcS
   }
 }
 
-/// Small rows far apart reach the limit from which aligned images are streamed, from both sides.
+/// Small rows with large steps reach the limit from which aligned images stream, from both sides.
 template <class T>
 void rowsFarApart(Compare<T>* reference, int variant) {
   for (const int width : {1, 15, 16, 17, 31, 47, 63, 64, 127, 191}) {
@@ -198,7 +197,7 @@ void limitOfStreaming(int variant) {
   rowsFarApart<float>(floatReferenceOf(variant), variant);
 }
 
-/// Rows without and with gaps, in either image, also where they are too long or too many to be one.
+/// Rows without and with gaps, in either image, also such as are too long or too many to be joined.
 template <class T>
 void fusedAndNot(Compare<T>* reference, int variant) {
   constexpr int pixelBytes = sizeof(T);
@@ -217,7 +216,7 @@ void gapsDoNotShow(int variant) {
   fusedAndNot<float>(floatReferenceOf(variant), variant);
 }
 
-/// What can never hold is filled without a look at the source, and only inside the region.
+/// An operator that holds for no pixel fills the region, and nothing else, without a load from the source.
 void fillsInstead(int variant) {
   const auto* const unreadable = reinterpret_cast<const u8*>(std::uintptr_t{16});
   struct {
@@ -261,7 +260,7 @@ void unknownOperatorsOf(int variant) {
   for (const u8 byte : dst) EXPECT_EQ(byte, 9);
 }
 
-/// The tests of the arguments come first; then an operator that is none ends the call without a word.
+/// Arguments are tested first; an unknown operator then writes nothing and is no error.
 void unknownOperators(int variant) {
   unknownOperatorsOf<u8>(variant);
   unknownOperatorsOf<s16>(variant);

@@ -2,7 +2,7 @@
 
 #include "zorvan/primitives/kernels/initializer/convert/convert_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Convert {
 namespace {
 
 struct Answer {
@@ -87,29 +87,29 @@ TEST(ConvertPlan, AnUnknownCacheOrLineKeepsPlainStores) {
   EXPECT_TRUE(planApart<4>({1000, 40}, {true, 0}, 1).streaming);
 }
 
-TEST(ConvertPlan, FloatsGoSinglyInShortRuns) {
-  for (const int n : {1, 6, 7, 8, 9}) EXPECT_EQ(planSingleFloats(0x1000, 0x2000, n), n < 8) << n;
+TEST(ConvertPlan, ShortRunsAreScalar) {
+  for (const int n : {1, 6, 7, 8, 9}) EXPECT_EQ(planScalarFloats(0x1000, 0x2000, n), n < 8) << n;
 }
 
-TEST(ConvertPlan, FloatsGoSinglyInRunsThatOverlap) {
+TEST(ConvertPlan, RunsThatOverlapAreScalar) {
   constexpr int n = 20, bytes = 4 * n;
   for (const int distance : {bytes - 4, bytes, bytes + 4}) {
-    EXPECT_EQ(planSingleFloats(0x1000, 0x1000 + distance, n), distance < bytes) << distance;
-    EXPECT_EQ(planSingleFloats(0x1000 + distance, 0x1000, n), distance < bytes) << distance;
-    EXPECT_EQ(planSingleFloats(0x1000 + distance + 1, 0x1000, n), distance < bytes) << distance;
+    EXPECT_EQ(planScalarFloats(0x1000, 0x1000 + distance, n), distance < bytes) << distance;
+    EXPECT_EQ(planScalarFloats(0x1000 + distance, 0x1000, n), distance < bytes) << distance;
+    EXPECT_EQ(planScalarFloats(0x1000 + distance + 1, 0x1000, n), distance < bytes) << distance;
   }
-  EXPECT_TRUE(planSingleFloats(0x1000 + bytes - 1, 0x1000, n));
-  EXPECT_TRUE(planSingleFloats(0x1000, 0x1000, n));
+  EXPECT_TRUE(planScalarFloats(0x1000 + bytes - 1, 0x1000, n));
+  EXPECT_TRUE(planScalarFloats(0x1000, 0x1000, n));
 }
 
-TEST(ConvertPlan, FloatsGoSinglyToAddressesBetweenFloats) {
+TEST(ConvertPlan, RunsToAddressesBetweenFloatsAreScalar) {
   for (const int offset : {0, 1, 2, 3, 4}) {
-    EXPECT_EQ(planSingleFloats(0x1000, 0x2000 + offset, 20), offset % 4 != 0) << offset;
-    EXPECT_FALSE(planSingleFloats(0x1000 + offset, 0x2000, 20)) << offset;
+    EXPECT_EQ(planScalarFloats(0x1000, 0x2000 + offset, 20), offset % 4 != 0) << offset;
+    EXPECT_FALSE(planScalarFloats(0x1000 + offset, 0x2000, 20)) << offset;
   }
 }
 
-TEST(ConvertPlan, TheHeadEndsAtTheBoundaryOrWithTheRow) {
+TEST(ConvertPlan, ThePeelEndsAtTheBoundaryOrWithTheRow) {
   EXPECT_EQ(pixelsToBoundary(0x1000, 64, 1, 500), 0);
   EXPECT_EQ(pixelsToBoundary(0x1001, 64, 1, 500), 63);
   EXPECT_EQ(pixelsToBoundary(0x103F, 64, 1, 500), 1);
@@ -123,4 +123,4 @@ TEST(ConvertPlan, TheHeadEndsAtTheBoundaryOrWithTheRow) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Convert

@@ -46,8 +46,8 @@ constexpr Edge edges[] = {{-1, 0, -1.0f},
                           {INT_MIN, 0, -2147483648.0f},
                           {INT_MAX, 255, 2147483648.0f}};
 
-/// Every edge value in every place of a row that takes all of a routine's loops; its neighbours stay as they
-/// are.
+/// Every edge value in every place of a row that runs all loops of a routine; its neighbours keep their
+/// values.
 void edgesInEveryPlace(int variant) {
   constexpr int n = 64 + 32 + 16 + 15;
   alignas(64) int src[n];
@@ -69,8 +69,7 @@ void edgesInEveryPlace(int variant) {
   }
 }
 
-/// All values around the range of bytes and around that of the first narrowing, one pixel and a row at a
-/// time.
+/// All values around the limits of bytes and of words, as single pixels and as a row.
 void valuesAroundTheLimits(int variant) {
   std::vector<int> values;
   for (const int limit : {0, 255, 32767, -32768, 65536, -65536}) {
@@ -112,7 +111,7 @@ void refusalsInOrder(int variant) {
   for (const float number : numbers) EXPECT_EQ(number, 9.0f);
 }
 
-/// The two entries differ here: bytes refuse a step that floats take, and then the last row remains.
+/// The conversion to floats accepts a step of 0, unlike that to bytes: the last row remains.
 void floatRowsOnOnePlace(int variant) {
   const int src[6] = {1, 2, 3, 40, 50, 60};
   float dst[4] = {9, 9, 9, 9};
@@ -120,7 +119,7 @@ void floatRowsOnOnePlace(int variant) {
   EXPECT_EQ(std::vector<float>(dst, dst + 4), (std::vector<float>{40, 50, 60, 9}));
 }
 
-/// The caller's mode rounds, in plain and in streaming stores, and is still set afterwards.
+/// Rounding follows the caller's mode, with plain and with streaming stores, and keeps it.
 void roundingModes(int variant) {
   constexpr int n = 150;
   alignas(64) int src[n];
@@ -143,7 +142,7 @@ void roundingModes(int variant) {
   }
 }
 
-/// Compares a small region at a place and with steps of one's choice.
+/// Compares a small region at given addresses and steps.
 template <class T>
 void compareSmall(Convert<T>* reference, Convert<T>* actual, Size roi, int srcShift, int dstShift, int gap) {
   const int srcStep = 4 * roi.width + gap, dstStep = static_cast<int>(sizeof(T)) * roi.width + gap;
@@ -169,8 +168,8 @@ void compareSmall(Convert<T>* reference, Convert<T>* actual, Size roi, int srcSh
   ASSERT_TRUE(expected.sameBytes(result)) << expected.difference(result) << "\n" << where();
 }
 
-/// Small regions stream where the cache is said to be empty: at every address of the destination, with lines
-/// that stores fit and lines that they do not.
+/// Small regions stream if the reported cache has no bytes: at every address of the destination, with lines
+/// that are and that are no multiple of a store.
 void forcedLines(int variant) {
   for (const int line : {1, 7, 16, 24, 32, 33, 48, 64, 65, 128, 256, 0}) {
     const ForcedCache cache(0, line);
@@ -191,7 +190,7 @@ void forcedLines(int variant) {
   }
 }
 
-/// A run may be converted where it lies: no pixel is read after its place was written.
+/// A run may be converted in place: no pixel is read after its place was written.
 void inPlace(int variant) {
   for (int n = 1; n <= 200; ++n) {
     for (const int cacheBytes : {0, 1 << 30}) {

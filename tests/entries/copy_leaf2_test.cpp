@@ -7,22 +7,22 @@
 #include "zorvan/primitives/frame/Table.h"
 #include "zorvan/primitives/kernels/initializer/copy/copy_leaf2.h"
 
-// The copies that read the caches from leaf 2, on processors that the test makes up.
+// The copies that read the caches from leaf 2, on fake processors.
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Copy {
 namespace {
 
 using Test::FakeProcessor;
 using Test::Registers;
 
-constexpr std::uint32_t kOneRound = 1;
+constexpr std::uint32_t oneRound = 1;
 
 /// A processor whose leaf 2 holds one descriptor.
 struct ProcessorWith : FakeProcessor {
   explicit ProcessorWith(std::uint32_t descriptor, const char* vendor = "GenuineIntel") {
     setHighestLeaf(2);
     setVendor(vendor);
-    setLeaf(2, {kOneRound | descriptor << 8, 0, 0, 0});
+    setLeaf(2, {oneRound | descriptor << 8, 0, 0, 0});
     fakeWith(*this);
   }
 };
@@ -62,7 +62,7 @@ TEST(Leaf2Copy, OtherVendorsAndMoreRoundsAreUnknown) {
 
 TEST(Leaf2Copy, TheLargestCacheOfAllRegistersCounts) {
   ProcessorWith processor(0x43);
-  processor.setLeaf(2, {kOneRound | 0x43 << 8, 0x00440000, 0x80EC0000, 0x45});
+  processor.setLeaf(2, {oneRound | 0x43 << 8, 0x00440000, 0x80EC0000, 0x45});
   EXPECT_EQ(queryLeaf2CacheSize().bytes, 2 << 20);
 }
 
@@ -90,7 +90,7 @@ class Leaf2CopyVariants : public testing::TestWithParam<int> {
   }
 };
 
-TEST_P(Leaf2CopyVariants, AskAnewForEachLargeCopyOnly) {
+TEST_P(Leaf2CopyVariants, QueryAgainForEachLargeCopyOnly) {
   ProcessorWith processor(0x43);
   const int before = processor.cpuidCalls();
   expectCopy(GetParam(), 0x20000, 1, 0x20000, 0x20000, 0);
@@ -101,7 +101,7 @@ TEST_P(Leaf2CopyVariants, AskAnewForEachLargeCopyOnly) {
   EXPECT_EQ(processor.cpuidCalls(), before + 4);
 }
 
-TEST_P(Leaf2CopyVariants, CopyPastTheCacheAtAnyPlace) {
+TEST_P(Leaf2CopyVariants, StreamAtAnyPlace) {
   ProcessorWith processor(0x43);
   for (int at = 0; at < 64; ++at) {
     for (const int rowBytes : {64, 65, 127, 128, 191, 1000 + at}) {
@@ -115,4 +115,4 @@ INSTANTIATE_TEST_SUITE_P(Copy, Leaf2CopyVariants, testing::Values(1, 2),
                          [](const auto& variant) { return variantNames[variant.param]; });
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Copy

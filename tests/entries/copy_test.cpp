@@ -3,8 +3,8 @@
 
 #include "tests/support/EntryTests.h"
 
-// Plain copies. Besides the cases of all entries: places and sizes that bring out every form of a copy, with
-// the answer about the cache forced, so that small images stream.
+// Plain copies. Besides the cases of all entries: places and sizes that reach every form of a copy, with the
+// answer about the cache forced, so that small images stream.
 
 namespace Zorvan::Test {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 template <class T>
 using CopyRoutine = int(const T*, int, T*, int, Size);
 
-/// Rows of bytes, and how far behind a page's start each image begins.
+/// Rows of bytes, and the place in a page where each image begins.
 struct Place {
   int rowBytes, rows;
   int srcStep, dstStep;
@@ -22,11 +22,11 @@ struct Place {
   std::int64_t dstSpan() const { return std::int64_t{rows - 1} * std::abs(dstStep) + rowBytes; }
 };
 
-constexpr int kWatched = 128;  // bytes around the destination
+constexpr int watchedBytes = 128;  // bytes around the destination
 
 class CopyForms {
  public:
-  explicit CopyForms(int variant) : variant_(variant), src_(kArenaBytes), dst_(kArenaBytes) {
+  explicit CopyForms(int variant) : variant_(variant), src_(arenaBytes), dst_(arenaBytes) {
     Random random(options().seed);
     for (unsigned char* p = src_.begin(); p + 8 <= src_.end(); p += 8) {
       const std::uint64_t bits = random.next();
@@ -47,7 +47,7 @@ class CopyForms {
   }
 
  private:
-  static constexpr std::size_t kArenaBytes = 6 << 20;
+  static constexpr std::size_t arenaBytes = 6 << 20;
 
   static bool isFull() { return options().level == Level::full; }
   static bool isFew() { return options().level == Level::few; }
@@ -73,7 +73,7 @@ class CopyForms {
     }
   }
 
-  /// The destination ahead of the source by up to a little more than what turns a copy around.
+  /// The destination after the source by up to a little more than the distance that makes a copy go backward.
   template <class T>
   void deltas(CopyRoutine<T>* copy) {
     for (int delta = 0; delta <= 164; ++delta) {
@@ -108,7 +108,7 @@ class CopyForms {
     check(copy, {32 * pixel, 32769, 32 * pixel, 32 * pixel, 16, 3});
   }
 
-  /// Images with gaps that are large enough to stream: every end of a row, at every kind of place.
+  /// Images with gaps that are large enough to stream: every end of a row, at various places.
   template <class T>
   void rowsWithGaps(CopyRoutine<T>* copy) {
     constexpr int pixel = sizeof(T);
@@ -148,18 +148,18 @@ class CopyForms {
     }
   }
 
-  /// More than 2 GiB in all, through rows that lie on one another.
+  /// More than 2 GiB in total, in rows that lie on one another.
   void endlessRows(CopyRoutine<u8>* copy) {
     check(copy, {40, 53687093, 0, 0, 3, 3});  // rows that end before a boundary
     check(copy, {1 << 20, 2049, 0, 0, 0, 0});
     check(copy, {(1 << 20) + 7, 2049, 0, 0, 3, 5});
   }
 
-  /// Once at the place as given, once with both images right in front of unreadable pages.
+  /// Once at the given place, once with both images directly before unreadable pages.
   template <class T>
   void check(CopyRoutine<T>* copy, const Place& place) {
-    ASSERT_LE(place.srcAt + place.srcSpan(), std::int64_t{kArenaBytes});
-    ASSERT_LE(place.dstAt + place.dstSpan(), std::int64_t{kArenaBytes});
+    ASSERT_LE(place.srcAt + place.srcSpan(), std::int64_t{arenaBytes});
+    ASSERT_LE(place.dstAt + place.dstSpan(), std::int64_t{arenaBytes});
     if (::testing::Test::HasFailure()) return;
     checkAt(copy, place, src_.begin() + place.srcAt, dst_.begin() + place.dstAt);
     checkAt(copy, place, src_.end() - place.srcSpan(), dst_.end() - place.dstSpan());
@@ -167,8 +167,8 @@ class CopyForms {
 
   template <class T>
   void checkAt(CopyRoutine<T>* copy, const Place& place, const unsigned char* src, unsigned char* dst) {
-    unsigned char* const begin = std::max(dst_.begin(), dst - kWatched);
-    unsigned char* const end = std::min(dst_.end(), dst + place.dstSpan() + kWatched);
+    unsigned char* const begin = std::max(dst_.begin(), dst - watchedBytes);
+    unsigned char* const end = std::min(dst_.end(), dst + place.dstSpan() + watchedBytes);
     std::memset(begin, 0x5A, static_cast<std::size_t>(end - begin));
     expected_.assign(static_cast<std::size_t>(end - begin), 0x5A);
 

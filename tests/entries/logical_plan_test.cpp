@@ -11,28 +11,28 @@ namespace {
 using Answer = Test::CacheAnswer;
 using Cache = Test::CacheQueries;
 
-constexpr int kMiB = 1 << 20;
+constexpr int mebibyte = 1 << 20;
 
-TEST(XorConstantPlan, RowsBelow256BytesAreTakenWhereTheyLieAndNobodyIsAsked) {
+TEST(XorConstantPlan, RowsBelow256BytesTakePlainStoresWithoutAQuery) {
   for (const int width : {1, 255}) {
     Cache cache{{true, 0}};
-    EXPECT_EQ(planXorConstant(false, {width, 1 << 20}, cache.query()), LogicalStores::anywhere);
-    EXPECT_EQ(planXorConstant(true, {width, 1 << 20}, cache.query()), LogicalStores::anywhere);
+    EXPECT_EQ(planXorConstant(false, {width, 1 << 20}, cache.query()), Stores::plain);
+    EXPECT_EQ(planXorConstant(true, {width, 1 << 20}, cache.query()), Stores::plain);
     EXPECT_EQ(cache.queries, 0);
   }
 }
 
-TEST(XorConstantPlan, InPlaceNeverStreamsAndNeverAsks) {
+TEST(XorConstantPlan, InPlaceNeverStreamsAndNeverQueries) {
   Cache cache{{true, 0}};
-  EXPECT_EQ(planXorConstant(true, {256, 1 << 20}, cache.query()), LogicalStores::aligned);
+  EXPECT_EQ(planXorConstant(true, {256, 1 << 20}, cache.query()), Stores::aligned);
   EXPECT_EQ(cache.queries, 0);
 }
 
 TEST(XorConstantPlan, StreamsFromHalfTheCacheOn) {
   for (const int width : {511, 512, 513}) {
-    Cache cache{{true, kMiB}};
+    Cache cache{{true, mebibyte}};
     EXPECT_EQ(planXorConstant(false, {width, 1024}, cache.query()),
-              width >= 512 ? LogicalStores::streaming : LogicalStores::aligned)
+              width >= 512 ? Stores::streaming : Stores::aligned)
         << width;
     EXPECT_EQ(cache.queries, 1);
   }
@@ -42,7 +42,7 @@ TEST(XorConstantPlan, AnAnswerOfZeroOrMinusOneAlwaysStreams) {
   for (const bool known : {true, false}) {
     for (const int bytes : {0, -1}) {
       Cache cache{{known, bytes}};
-      EXPECT_EQ(planXorConstant(false, {256, 1}, cache.query()), LogicalStores::streaming);
+      EXPECT_EQ(planXorConstant(false, {256, 1}, cache.query()), Stores::streaming);
     }
   }
 }
@@ -50,23 +50,23 @@ TEST(XorConstantPlan, AnAnswerOfZeroOrMinusOneAlwaysStreams) {
 TEST(XorConstantPlan, AProductThatWrapsIsReadAsSigned) {
   struct {
     Size roi;
-    LogicalStores stores;
+    Stores stores;
   } const cases[] = {
-      {{32768, 32767}, LogicalStores::streaming},        // 2 * w * h below 2^31
-      {{32768, 32768}, LogicalStores::aligned},          // 2^31: negative
-      {{65536, 32767}, LogicalStores::aligned},          // below 2^32: negative
-      {{65536, 32768}, LogicalStores::aligned},          // 2^32: 0, below the cache
-      {{INT_MAX, 1}, LogicalStores::aligned},            // -2
-      {{65536, 32768 + 4096}, LogicalStores::streaming}  // 2^32 and some: positive again
+      {{32768, 32767}, Stores::streaming},        // 2 * w * h below 2^31
+      {{32768, 32768}, Stores::aligned},          // 2^31: negative
+      {{65536, 32767}, Stores::aligned},          // below 2^32: negative
+      {{65536, 32768}, Stores::aligned},          // 2^32: 0, below the cache
+      {{INT_MAX, 1}, Stores::aligned},            // -2
+      {{65536, 32768 + 4096}, Stores::streaming}  // 2^32 and some: positive again
   };
   for (const auto& c : cases) {
-    Cache cache{{true, kMiB}};
+    Cache cache{{true, mebibyte}};
     EXPECT_EQ(planXorConstant(false, c.roi, cache.query()), c.stores)
         << c.roi.width << " by " << c.roi.height;
   }
   Cache unknown{{false, -1}};
-  EXPECT_EQ(planXorConstant(false, {INT_MAX, 1}, unknown.query()), LogicalStores::aligned);
-  EXPECT_EQ(planXorConstant(false, {65536, 32768}, unknown.query()), LogicalStores::streaming);
+  EXPECT_EQ(planXorConstant(false, {INT_MAX, 1}, unknown.query()), Stores::aligned);
+  EXPECT_EQ(planXorConstant(false, {65536, 32768}, unknown.query()), Stores::streaming);
 }
 
 void expectRows(CombineRows plan, std::int64_t rows, std::int64_t rowBytes) {
@@ -82,7 +82,7 @@ TEST(CombinePlan, RowsFuseOnlyWhereNoImageHasAGap) {
   expectRows(planCombine({100, 7}, 99, 100, 100), 7, 100);
 }
 
-TEST(CombinePlan, WidthAndHeightAreLaidOverEachOtherForTheLimit) {
+TEST(CombinePlan, TheLimitAppliesToTheBitsOfWidthAndHeight) {
   expectRows(planCombine({32768, 32768}, 32768, 32768, 32768), 1, std::int64_t{1} << 30);
   expectRows(planCombine({32767, 32767}, 32767, 32767, 32767), 1, std::int64_t{32767} * 32767);
   expectRows(planCombine({32768, 1}, 32768, 32768, 32768), 1, 32768);  // not fused, and one row all the same

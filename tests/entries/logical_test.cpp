@@ -13,7 +13,7 @@ using Combine = int(const u8* src1, int src1Step, const u8* src2, int src2Step, 
                     Size roi);
 using CombineInPlace = Complement;
 
-/// One of the operations on two images: both forms, and what it makes of two pixels.
+/// An operation on two images: both forms, and its result for two pixels.
 struct Operation {
   const char* name;
   Combine* combine;
@@ -39,7 +39,7 @@ std::vector<u8> randomBytes(int count, std::uint64_t seed) {
   return bytes;
 }
 
-/// All pairs of pixels, in one run of 64 Ki and in rows with gaps.
+/// All pairs of pixels, in rows without and with gaps.
 void allPairs(int variant) {
   std::vector<u8> first, second;
   for (int a = 0; a < 256; ++a) {
@@ -87,8 +87,7 @@ void destinationIsASource(int variant) {
   }
 }
 
-/// The same pixels with and without gaps between the rows, also where width and height are too large together
-/// to run as one.
+/// The same pixels with and without gaps between the rows, also of images that are too large to be one row.
 void gapsDoNotShow(int variant) {
   for (const Size roi : {Size{64, 50}, Size{61, 50}, Size{32768, 2}, Size{32769, 2}, Size{2, 32768}}) {
     const int count = roi.width * roi.height;
@@ -111,8 +110,8 @@ void gapsDoNotShow(int variant) {
   }
 }
 
-/// Rows around the width from which the complement aligns and may stream, at every place of a line, whatever
-/// is answered about the cache.
+/// Rows around the width from which the complement aligns and may stream, at every place of a line, for
+/// various answers about the cache.
 void forcedCaches(int variant) {
   for (const int bytes : {0, -1, 1000, 1 << 30}) {
     const ForcedCache cache(bytes, 64, 0);

@@ -2,7 +2,7 @@
 
 #include "zorvan/primitives/kernels/initializer/masked/masked_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Masked {
 namespace {
 
 TEST(MaskedPlan, AStepIsTightAtTheRowsLengthOnly) {
@@ -21,15 +21,15 @@ TEST(MaskedPlan, RowsWithGapsStayApart) {
   EXPECT_EQ(planMasked<MaskedRows::joinedUnlessOverflow>({10, 3}, false).rows, 3);
 }
 
-TEST(MaskedPlan, NeitherFigureReaches32768) {
-  for (const int figure : {32766, 32767, 32768, 32769}) {
-    const bool joined = figure < 32768;
-    const MaskedPlan wide = planMasked<MaskedRows::joinedBelow32768>({figure, 2}, true);
+TEST(MaskedPlan, NeitherSideReaches32768) {
+  for (const int side : {32766, 32767, 32768, 32769}) {
+    const bool joined = side < 32768;
+    const MaskedPlan wide = planMasked<MaskedRows::joinedBelow32768>({side, 2}, true);
     EXPECT_EQ(wide.rows, joined ? 1 : 2);
-    EXPECT_EQ(wide.pixels, joined ? figure * 2 : figure);
-    const MaskedPlan high = planMasked<MaskedRows::joinedBelow32768>({2, figure}, true);
-    EXPECT_EQ(high.rows, joined ? 1 : figure);
-    EXPECT_EQ(high.pixels, joined ? figure * 2 : 2);
+    EXPECT_EQ(wide.pixels, joined ? side * 2 : side);
+    const MaskedPlan high = planMasked<MaskedRows::joinedBelow32768>({2, side}, true);
+    EXPECT_EQ(high.rows, joined ? 1 : side);
+    EXPECT_EQ(high.pixels, joined ? side * 2 : 2);
   }
 }
 
@@ -59,7 +59,7 @@ TEST(MaskedRowPlan, ShortRowsGoPixelByPixel) {
   }
 }
 
-TEST(MaskedRowPlan, TheHeadEndsOnTheBoundary) {
+TEST(MaskedRowPlan, ThePeelEndsOnTheBoundary) {
   for (const int bytes : {0, 4, 28}) {
     const MaskedRowPlan plan = planMaskedRow<4, 7>(100, bytes);
     EXPECT_TRUE(plan.onBoundary);
@@ -77,11 +77,11 @@ TEST(MaskedRowPlan, PixelsAcrossTheBoundaryNeverReachIt) {
   EXPECT_TRUE((planMaskedRow<1, 15>(100, 7).onBoundary));
 }
 
-TEST(MaskedRowPlan, TheHeadStaysInTheRow) {
+TEST(MaskedRowPlan, ThePeelStaysInTheRow) {
   for (const int pixels : {30, 31, 32}) {
     EXPECT_EQ((planMaskedRow<1, 15>(pixels, 31).peel), pixels < 31 ? pixels : 31) << pixels;
   }
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Masked

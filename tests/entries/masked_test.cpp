@@ -1,5 +1,5 @@
-// Fill and copy under a mask. Besides the cases of all entries: masks that single out blocks, their parts and
-// single pixels, rows at every limit, and memory that must not be touched.
+// Fill and copy under a mask. Besides the cases of all entries: masks that select blocks, their parts and
+// single pixels, rows at every limit, and memory that is not readable.
 
 #include <gtest/gtest.h>
 
@@ -41,7 +41,8 @@ T someValue() {
   return value;
 }
 
-/// A fill and a copy look alike from here: `run` gets where the source, the destination and the mask lie.
+/// A fill or a copy. `run` takes the places of the source, the destination and the mask; a fill has no
+/// source.
 template <class T>
 struct Operation {
   bool copies;
@@ -101,20 +102,20 @@ void everyMask(const Operation<T>& operation) {
                                        : std::vector<int>{0, 1, 4, 31, 32};
   const int pixel = sizeof(T);
   for (const int width : widths) {
-    int turn = 0;
+    int iteration = 0;
     for (const int shift : shifts) {
       const Steps gaps[] = {{0, 0, 0}, {1, 3, 5}, {4 * pixel, pixel, 1}, {0, 0, 3}, {pixel, 0, 0}};
       for (const Mask& mask : masks(width)) {
-        const int other = ++turn % 17;
-        compare(operation, {width, 1 + turn % 3}, gaps[turn % 5], {other, shift, 16 - other}, mask);
+        const int other = ++iteration % 17;
+        compare(operation, {width, 1 + iteration % 3}, gaps[iteration % 5], {other, shift, 16 - other}, mask);
         if (testing::Test::HasFatalFailure()) return;
       }
     }
   }
 }
 
-/// From both sides of the figures at which rows no longer run together. Images as large as these leave out
-/// empty stores, so their masks have empty and full runs.
+/// From both sides of the sizes from which rows are not joined. Such images skip empty stores, so their masks
+/// have empty and full runs.
 template <class T>
 void joinLimits(const Operation<T>& operation) {
   const Mask mask = [](int i) -> u8 {
@@ -122,13 +123,13 @@ void joinLimits(const Operation<T>& operation) {
     if (run < 2) return run == 0 ? 0 : 1;
     return i % 5 < 2 ? 0 : static_cast<u8>(i | 1);
   };
-  for (const int figure : {32767, 32768, 32769}) {
-    compare(operation, {figure, 2}, {0, 0, 0}, {0, 0, 0}, mask);
-    compare(operation, {3, figure}, {0, 0, 0}, {1, 2, 3}, mask);
+  for (const int side : {32767, 32768, 32769}) {
+    compare(operation, {side, 2}, {0, 0, 0}, {0, 0, 0}, mask);
+    compare(operation, {3, side}, {0, 0, 0}, {1, 2, 3}, mask);
   }
 }
 
-/// A destination that cannot be read or written, from its start on or from a page on: an access would fault.
+/// A destination that is neither readable nor writable, from its start or from a page on: an access faults.
 template <class T>
 void untouchedWithoutSelection(const Operation<T>& operation) {
   constexpr int page = 4096, pixel = sizeof(T);

@@ -5,21 +5,20 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// What the processor answered about its largest cache. `known` is false where the query failed; the kernels
-/// then do without the figure.
+/// The size of the processor's largest cache. `known` is false if the query failed.
 struct CacheAnswer {
   bool known;
   int bytes;
 };
 
-/// Plans take the question as an argument: below their limits it is never asked, and tests can answer it.
+/// Plans take the query as an argument: below their limits they never call it, and tests replace it.
 inline CacheAnswer queryCacheSize() {
   int bytes = 0;
   const int status = coreGetCacheSize(&bytes);
   return {status == 0, bytes};
 }
 
-/// Line size in bytes of the same cache; not positive where it is not known.
+/// The line size of the same cache in bytes; not positive if it is unknown.
 inline int queryCacheLineSize() {
   int bytes = 0;
   coreGetCacheLineSize(&bytes);

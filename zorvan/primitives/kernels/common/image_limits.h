@@ -35,18 +35,18 @@ consteval T imageLimit(T value, T) {
 // ---- copies ----
 
 /// 16-byte stores.
-struct RowCopyLimits {
+struct Copy16Limits {
   static constexpr auto streamAboveBytes = imageLimit<std::int64_t>(0x100000, 96);
   static constexpr int fuseBelowPixels = imageLimit(32768, 48);  // of 8-bit images, in each direction
 };
 
 struct Leaf2CopyLimits {
   static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x20000, 64);
-  static constexpr std::int64_t leastRowBytes = 64;  // of `copyPastCache`
+  static constexpr std::int64_t leastRowBytes = 64;  // of `copyRowLeaf2Streaming`
 };
 
 struct LargeCopyLimits {
-  static constexpr auto leastRowBytes = imageLimit<std::int64_t>(1024, 128);        // shorter rows never ask
+  static constexpr auto leastRowBytes = imageLimit<std::int64_t>(1024, 128);  // shorter rows never query
   static constexpr auto queryAboveTwice = imageLimit<std::int64_t>(0x400000, 512);  // source and destination
 };
 
@@ -55,7 +55,7 @@ struct RunCopyLimits {
   static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x400000, 128);
 };
 
-struct WideCopyLimits {
+struct Copy32Limits {
   static constexpr auto streamAlwaysAboveBytes = imageLimit<std::int64_t>(0x7FFFFFFF, 8192);
   static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x300000, 256);
   static constexpr auto narrowBelowBytes = imageLimit<std::int64_t>(512, 96);
@@ -64,23 +64,25 @@ struct WideCopyLimits {
 // ---- fills ----
 
 /// The older variants: a limit in bytes.
-struct RowFillLimits {
+struct Fill16Limits {
   static constexpr auto queryAboveBytes = imageLimit<std::int64_t>(0x80000, 96);
 };
 
-/// The newest two variants: limits in pixels that all stand for 6 MiB, the cache compared in pixels. Lines
-/// are prefetched for writing where a cache has room for all: it delays those that come from memory.
+/// The newest two variants. The limits in pixels are 6 MiB for every type, and the cache's size is compared
+/// in pixels. Lines are prefetched for writing while a cache has room for all: it delays those that come from
+/// memory.
 template <int pixelBytes>
-struct WideFillLimits {
+struct Fill32Limits {
   static constexpr std::int64_t queryAbovePixels = imageLimit(0x600000, 256) / pixelBytes;
-  static constexpr auto prefetchAboveBytes = imageLimit<std::int64_t>(0x100000, 96);  // fits nearer caches
+  static constexpr auto prefetchAboveBytes =
+      imageLimit<std::int64_t>(0x100000, 96);                // smaller images fit nearer caches
   static constexpr int cacheShift = pixelBytes / 2;          // 1, 2, 4 bytes: 0, 1, 2
-  static constexpr int streamFromBits = imageLimit(32, 13);  // of width and height, one after the other
+  static constexpr int streamFromBits = imageLimit(32, 13);  // sum of the bits of width and height
 };
 
 // ---- masked fills and copies ----
 
-/// Rows run as one below it, in each direction.
+/// Rows are joined if both width and height are below it.
 constexpr int joinMaskedBelow = imageLimit(32768, 48);
 
 struct EmptyStoreLimits {
@@ -95,18 +97,16 @@ constexpr auto toFloatAlignFromPixels = imageLimit<std::int64_t>(256, 16);
 
 // ---- comparisons and logical operations ----
 
-struct RowCompareLimits {
+struct Compare16Limits {
   static constexpr auto streamAboveBytes = imageLimit<std::int32_t>(0x100000, 128);  // both steps, all rows
 };
 
-struct WideCompareLimits {
-  static constexpr int fuseUpToBits =
-      imageLimit(32768, 63);  // of the width and the height laid over each other
+struct Compare32Limits {
+  static constexpr int fuseUpToBits = imageLimit(32768, 63);  // of width | height
 };
 
 struct CombineLimits {
-  static constexpr int fuseUpToBits =
-      imageLimit(32768, 63);  // of the width and the height laid over each other
+  static constexpr int fuseUpToBits = imageLimit(32768, 63);  // of width | height
 };
 
 // ---- arithmetic ----
@@ -208,7 +208,7 @@ constexpr auto streamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
 
 // ---- flood fill ----
 
-/// Rows this far apart share the low bits of their addresses, which the processor compares first.
+/// Rows this far apart have addresses with equal low bits, which the processor compares first.
 constexpr int aliasedStepBytes = imageLimit(4096, 64);
 
 }  // namespace

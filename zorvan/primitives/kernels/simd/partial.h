@@ -4,6 +4,7 @@
 // below the vector's width, or the lanes of a mask register. No other byte of memory is touched.
 
 #include <cstdint>
+#include <type_traits>
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
@@ -111,6 +112,18 @@ inline Vector loadFirst(const void* address, std::int64_t bytes) {
   if constexpr (Vector::size == 32) return {loadFirst32(address, bytes)};
 #endif
 }
+#ifdef __AVX2__
+/// The first `count` of 8 dwords, as a mask for `loadMasked` and `storeMasked`.
+inline __m256i firstDwords(int count) {
+  return _mm256_cmpgt_epi32(_mm256_set1_epi32(count), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+}
+inline __m256i loadMasked(__m256i lanes, const void* p) {
+  return _mm256_maskload_epi32(static_cast<const int*>(p), lanes);
+}
+inline void storeMasked(__m256i lanes, void* p, __m256i x) {
+  _mm256_maskstore_epi32(static_cast<int*>(p), lanes, x);
+}
+#endif
 
 #ifdef __AVX512BW__
 /// The first `count` lanes of a mask register of type `Mask`, from none to all.
@@ -124,18 +137,25 @@ inline Mask firstLanes(std::int64_t count) {
   }
 }
 
+/// The mask register with a lane for each pixel of 64 bytes.
+template <class Pixel>
+using MaskOf = std::conditional_t<sizeof(Pixel) == 1, __mmask64,
+                                  std::conditional_t<sizeof(Pixel) == 2, __mmask32, __mmask16>>;
+
 /// The chosen lanes of bytes, words or dwords, by the width of the mask register; the others are zero.
 inline __m512i loadMasked(__mmask64 lanes, const void* p) { return _mm512_maskz_loadu_epi8(lanes, p); }
 inline __m512i loadMasked(__mmask32 lanes, const void* p) { return _mm512_maskz_loadu_epi16(lanes, p); }
 inline __m512i loadMasked(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_epi32(lanes, p); }
-/// Chosen bytes of a smaller vector.
-inline __m128i loadMasked16(__mmask16 lanes, const void* p) { return _mm_maskz_loadu_epi8(lanes, p); }
-inline __m256i loadMasked32(__mmask32 lanes, const void* p) { return _mm256_maskz_loadu_epi8(lanes, p); }
 inline void storeMasked(__mmask64 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi8(p, lanes, x); }
 inline void storeMasked(__mmask32 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi16(p, lanes, x); }
 inline void storeMasked(__mmask16 lanes, void* p, __m512i x) { _mm512_mask_storeu_epi32(p, lanes, x); }
-inline __m128i loadMaskedBytes(__mmask16 lanes, const void* p) { return _mm_maskz_loadu_epi8(lanes, p); }
 inline __m256i loadMaskedWords(__mmask16 lanes, const void* p) { return _mm256_maskz_loadu_epi16(lanes, p); }
+inline __m512i loadMaskedBytes(__mmask64 lanes, const void* p) { return _mm512_maskz_loadu_epi8(lanes, p); }
+inline __m256i loadMaskedBytes(__mmask32 lanes, const void* p) { return _mm256_maskz_loadu_epi8(lanes, p); }
+inline __m128i loadMaskedBytes(__mmask16 lanes, const void* p) { return _mm_maskz_loadu_epi8(lanes, p); }
+inline void storeMasked(__mmask32 lanes, void* p, __m256i x) { _mm256_mask_storeu_epi8(p, lanes, x); }
+inline void storeMasked(__mmask16 lanes, void* p, __m128i x) { _mm_mask_storeu_epi8(p, lanes, x); }
+inline void storeMasked(__mmask8 lanes, void* p, __m256i x) { _mm256_mask_storeu_epi32(p, lanes, x); }
 inline __m512 loadMaskedFloats(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_ps(lanes, p); }
 inline void storeMasked(__mmask16 lanes, void* p, __m512 x) { _mm512_mask_storeu_ps(p, lanes, x); }
 #endif

@@ -104,5 +104,12 @@ struct Vector64 {
 struct Vector64;
 #endif
 
+/// A load whose alignment is known to the compiler.
+template <class Vector, bool aligned>
+inline Vector loadVector(const void* p) {
+  if constexpr (aligned) return Vector::loadAligned(p);
+  if constexpr (!aligned) return Vector::load(p);
+}
+
 }  // namespace
 }  // namespace Zorvan::Primitives

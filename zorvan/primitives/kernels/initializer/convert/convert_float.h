@@ -7,36 +7,35 @@
 #include "zorvan/primitives/kernels/common/image_limits.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/initializer/convert/convert_plan.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/stores.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Convert {
 namespace {
 
-inline void toFloat1(const unsigned char* src, unsigned char* dst) {
-  storeAs(dst, static_cast<float>(loadAs<int>(src)));
-}
+inline void toFloatScalar1(const u8* src, u8* dst) { storeAs(dst, static_cast<float>(loadAs<int>(src))); }
 
 inline Vector16 toFloats(Vector16 pixels) { return {_mm_castps_si128(_mm_cvtepi32_ps(pixels.bits))}; }
 
-inline void toFloatScalar(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  for (; n > 0; src += 4, dst += 4, --n) toFloat1(src, dst);
+inline void toFloatScalar(const u8* src, u8* dst, std::int64_t n) {
+  for (; n > 0; src += 4, dst += 4, --n) toFloatScalar1(src, dst);
 }
 
-/// Eight pixels a turn with aligned stores, then singly.
+/// Eight pixels per iteration with aligned stores, then single pixels.
 template <bool alignedSrc>
-inline void toFloatBody8(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+inline void toFloatBody8(const u8* src, u8* dst, std::int64_t n) {
   for (; n >= 8; src += 32, dst += 32, n -= 8) {
-    const Vector16 low = alignedSrc ? Vector16::loadAligned(src) : Vector16::load(src);
-    const Vector16 high = alignedSrc ? Vector16::loadAligned(src + 16) : Vector16::load(src + 16);
+    const auto low = loadVector<Vector16, alignedSrc>(src), high = loadVector<Vector16, alignedSrc>(src + 16);
     toFloats(low).storeAligned(dst);
     toFloats(high).storeAligned(dst + 16);
   }
   toFloatScalar(src, dst, n);
 }
 
-/// The oldest two variants: 8 pixels a turn from the first aligned store on.
-inline void toFloatRow(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  if (ZORVAN_PLANNED("planSingleFloats", planSingleFloats(reinterpret_cast<std::uintptr_t>(src),
+/// The oldest two variants: 8 pixels per iteration from the first aligned store on.
+inline void toFloatRow(const u8* src, u8* dst, std::int64_t n) {
+  if (ZORVAN_PLANNED("planScalarFloats", planScalarFloats(reinterpret_cast<std::uintptr_t>(src),
                                                           reinterpret_cast<std::uintptr_t>(dst), n))) {
     return toFloatScalar(src, dst, n);
   }
@@ -53,8 +52,8 @@ inline void toFloatRow(const unsigned char* src, unsigned char* dst, std::int64_
   }
 }
 
-/// A run in groups of four, then singly.
-inline void toFloatByFours(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+/// Four pixels per iteration, then single pixels.
+inline void toFloatByFours(const u8* src, u8* dst, std::int64_t n) {
   for (; n >= 4; src += 16, dst += 16, n -= 4) toFloats(Vector16::load(src)).store(dst);
   toFloatScalar(src, dst, n);
 }
@@ -66,77 +65,70 @@ inline Vector32 toFloats(Vector32 pixels) { return {_mm256_castps_si256(_mm256_c
 inline Vector64 toFloats(Vector64 pixels) { return {_mm512_castps_si512(_mm512_cvtepi32_ps(pixels.bits))}; }
 #endif
 
-/// Fewer than 16 pixels, and at least one, at the end of a row, or in front of its first boundary.
+/// 1 to 15 pixels: a peel or a tail.
 template <class Vector>
-inline void toFloatFewer(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+inline void toFloatPart(const u8* src, u8* dst, std::int64_t n) {
   toFloatByFours(src, dst, n);
 }
 
 #ifdef __AVX512F__
-/// All at once, the others masked out.
+/// All of them at once under a mask register.
 template <>
-inline void toFloatFewer<Vector64>(const unsigned char* src, unsigned char* dst, std::int64_t n) {
-  const __mmask16 lanes = static_cast<__mmask16>(_bzhi_u32(0xffff, static_cast<unsigned>(n)));
-  const Vector64 pixels{_mm512_maskz_loadu_epi32(lanes, src)};
-  _mm512_mask_storeu_epi32(dst, lanes, toFloats(pixels).bits);
+inline void toFloatPart<Vector64>(const u8* src, u8* dst, std::int64_t n) {
+  const auto lanes = firstLanes<__mmask16>(n);
+  storeMasked(lanes, dst, toFloats(Vector64{loadMasked(lanes, src)}).bits);
 }
 #endif
 
-/// 16 pixels, 64 bytes of `dst`, in vectors of any width.
-template <class Vector, bool streaming>
-inline void toFloat16(const unsigned char* src, unsigned char* dst) {
+/// 16 pixels, 64 bytes, in vectors of any width.
+template <class Vector, Stores stores>
+inline void toFloat16(const u8* src, u8* dst) {
   for (int at = 0; at < 64; at += Vector::size) {
-    const Vector floats = toFloats(Vector::load(src + at));
-    if constexpr (streaming) {
-      floats.stream(dst + at);
-    } else {
-      floats.store(dst + at);
-    }
+    storeVector<stores>(toFloats(Vector::load(src + at)), dst + at);
   }
 }
 
-/// Four times 16 pixels a turn: the processor fetches a loop of two instructions slower than it stores.
-template <class Vector, bool streaming>
-inline void toFloatBody16(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+/// Unrolled by 4: the processor fetches the instructions of a shorter loop slower than it stores.
+template <class Vector, Stores stores>
+inline void toFloatBody16(const u8* src, u8* dst, std::int64_t n) {
   for (; n >= 64; src += 256, dst += 256, n -= 64) {
-    for (int at = 0; at < 256; at += 64) toFloat16<Vector, streaming>(src + at, dst + at);
+    for (int at = 0; at < 256; at += 64) toFloat16<Vector, stores>(src + at, dst + at);
   }
-  for (; n >= 16; src += 64, dst += 64, n -= 16) toFloat16<Vector, streaming>(src, dst);
-  if (n != 0) toFloatFewer<Vector>(src, dst, n);
+  for (; n >= 16; src += 64, dst += 64, n -= 16) toFloat16<Vector, stores>(src, dst);
+  if (n != 0) toFloatPart<Vector>(src, dst, n);
 }
 
-/// A row of an image with plain stores, aligned where it is long enough to gain by it: 16 pixels at least.
+/// A row with plain stores, which start on a boundary if the row is long enough to gain by it.
 template <class Vector>
-inline void toFloatRowPlain(const unsigned char* src, unsigned char* dst, std::int64_t n) {
+inline void toFloatRowPlain(const u8* src, u8* dst, std::int64_t n) {
   if (n >= toFloatAlignFromPixels && isAligned(dst, 4) && !isAligned(dst, Vector::size)) {
     const std::int64_t peel = bytesToBoundary(dst, Vector::size) / 4;
-    toFloatFewer<Vector>(src, dst, peel);
+    toFloatPart<Vector>(src, dst, peel);
     src += 4 * peel;
     dst += 4 * peel;
     n -= peel;
   }
-  toFloatBody16<Vector, false>(src, dst, n);
+  toFloatBody16<Vector, Stores::plain>(src, dst, n);
 }
 
-/// A row of an image that streams, from the first cache line on. Lines that are no multiple of a store can
-/// leave it off its own boundary, and floats that straddle their alignment never reach one: narrower stores
-/// then serve, or plain ones.
+/// A row that streams from the first cache line on. The reported size of a line need be no multiple of a
+/// store, and a row at an address between floats never reaches a boundary: it takes 16-byte streaming stores
+/// then if they are aligned, else plain ones.
 template <class Vector>
-inline void toFloatRowStreaming(const unsigned char* src, unsigned char* dst, std::int64_t n,
-                                std::int64_t lineBytes) {
+inline void toFloatRowStreaming(const u8* src, u8* dst, std::int64_t n, std::int64_t lineBytes) {
   const std::int64_t peel = pixelsToBoundary(reinterpret_cast<std::uintptr_t>(dst), lineBytes, 4, n);
   toFloatByFours(src, dst, peel);
   src += 4 * peel;
   dst += 4 * peel;
   n -= peel;
   if (isAligned(dst, Vector::size)) {
-    toFloatBody16<Vector, true>(src, dst, n);
+    toFloatBody16<Vector, Stores::streaming>(src, dst, n);
   } else if (isAligned(dst, Vector16::size)) {
-    toFloatBody16<Vector16, true>(src, dst, n);
+    toFloatBody16<Vector16, Stores::streaming>(src, dst, n);
   } else {
-    toFloatBody16<Vector, false>(src, dst, n);
+    toFloatBody16<Vector, Stores::plain>(src, dst, n);
   }
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Convert

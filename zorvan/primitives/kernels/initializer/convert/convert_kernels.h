@@ -4,51 +4,41 @@
 
 #include <cstdint>
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/cache_query.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/initializer/convert/convert_float.h"
 #include "zorvan/primitives/kernels/initializer/convert/convert_narrow_rows.h"
 #include "zorvan/primitives/kernels/initializer/convert/convert_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Convert {
 namespace {
 
-/// The images of one call as bytes: pixels may start at any address.
-struct ConvertImages {
-  const unsigned char* src;
-  int srcStep;
-  unsigned char* dst;
-  int dstStep;
-
-  /// `convertRow(src, dst, n)` for every row.
-  template <class Rows, class ConvertRow>
-  void eachRow(const Rows& rows, ConvertRow convertRow) const {
-    for (std::int64_t r = 0; r < rows.rows; ++r) {
-      convertRow(rowAt(src, srcStep, r), rowAt(dst, dstStep, r), rows.rowPixels);
-    }
-  }
-};
+/// `convertRow(src, dst, n)` for every row.
+template <class Plan, class ConvertRow>
+inline void convertRows(Plane<const u8> src, Plane<u8> dst, const Plan& plan, ConvertRow convertRow) {
+  for (std::int64_t r = 0; r < plan.rows; ++r) convertRow(src.at(r), dst.at(r), plan.rowPixels);
+}
 
 /// Row by row with plain stores, whatever the size.
 struct NarrowAligned {
-  static void convert(const ConvertImages& images, Size roi) {
-    images.eachRow(planConvertRows<1>(roi, images.srcStep, images.dstStep), narrowRowAligned);
+  static void convert(Plane<const u8> src, Plane<u8> dst, Size roi) {
+    convertRows(src, dst, planConvertRows<1>(roi, src.step, dst.step), narrowRowAligned);
   }
 };
 
 /// Streams what does not fit into the cache.
 struct NarrowStreaming {
-  static void convert(const ConvertImages& images, Size roi) {
-    const ConvertPlan plan =
-        planConvertImage<1>(roi, images.srcStep, images.dstStep, queryCacheSize, queryCacheLineSize);
+  static void convert(Plane<const u8> src, Plane<u8> dst, Size roi) {
+    const ConvertPlan plan = planConvertImage<1>(roi, src.step, dst.step, queryCacheSize, queryCacheLineSize);
     ZORVAN_NOTE_ONE_ROW("planConvertImage as one row", plan.rows, roi.height);
     if (!ZORVAN_PLANNED("planConvertImage streaming", plan.streaming))
-      return images.eachRow(plan, narrowBody64<false>);
-    images.eachRow(plan,
-                   [&](auto* src, auto* dst, auto n) { narrowRowStreaming(src, dst, n, plan.lineBytes); });
+      return convertRows(src, dst, plan, narrowBody64<Stores::plain>);
+    convertRows(src, dst, plan, [&](const u8* srcRow, u8* dstRow, std::int64_t n) {
+      narrowRowStreaming(srcRow, dstRow, n, plan.lineBytes);
+    });
     fenceStores();
   }
 };
@@ -56,41 +46,37 @@ struct NarrowStreaming {
 struct NarrowGroups32;
 struct NarrowGroups64;
 
-/// Row by row with plain stores again, with wider loads.
+/// Row by row with plain stores, whatever the size.
 template <class Groups>
-struct NarrowWide {
+struct NarrowByGroups {
 #ifdef __AVX2__
-  static void convert(const ConvertImages& images, Size roi) {
-    images.eachRow(planConvertRows<1>(roi, images.srcStep, images.dstStep), narrowRowWide<Groups>);
+  static void convert(Plane<const u8> src, Plane<u8> dst, Size roi) {
+    convertRows(src, dst, planConvertRows<1>(roi, src.step, dst.step), narrowRowByGroups<Groups>);
   }
 #endif
 };
 
 template <class V>
 using NarrowPolicy = ByVariant<V, NarrowAligned, NarrowAligned, NarrowStreaming, NarrowStreaming,
-                               NarrowWide<NarrowGroups32>, NarrowWide<NarrowGroups64>>;
+                               NarrowByGroups<NarrowGroups32>, NarrowByGroups<NarrowGroups64>>;
 
 /// Row by row with plain stores, whatever the size.
 struct ToFloatByRow {
-  static void convert(const ConvertImages& images, Size roi) {
-    images.eachRow(planConvertRows<4>(roi, images.srcStep, images.dstStep), toFloatRow);
+  static void convert(Plane<const u8> src, Plane<u8> dst, Size roi) {
+    convertRows(src, dst, planConvertRows<4>(roi, src.step, dst.step), toFloatRow);
   }
 };
-
-struct Vector32;
-struct Vector64;
 
 /// Streams what does not fit into the cache.
 template <class Vector>
 struct ToFloatStreaming {
-  static void convert(const ConvertImages& images, Size roi) {
-    const ConvertPlan plan =
-        planConvertImage<4>(roi, images.srcStep, images.dstStep, queryCacheSize, queryCacheLineSize);
+  static void convert(Plane<const u8> src, Plane<u8> dst, Size roi) {
+    const ConvertPlan plan = planConvertImage<4>(roi, src.step, dst.step, queryCacheSize, queryCacheLineSize);
     ZORVAN_NOTE_ONE_ROW("planConvertImage as one row", plan.rows, roi.height);
     if (!ZORVAN_PLANNED("planConvertImage streaming", plan.streaming))
-      return images.eachRow(plan, toFloatRowPlain<Vector>);
-    images.eachRow(plan, [&](auto* src, auto* dst, auto n) {
-      toFloatRowStreaming<Vector>(src, dst, n, plan.lineBytes);
+      return convertRows(src, dst, plan, toFloatRowPlain<Vector>);
+    convertRows(src, dst, plan, [&](const u8* srcRow, u8* dstRow, std::int64_t n) {
+      toFloatRowStreaming<Vector>(srcRow, dstRow, n, plan.lineBytes);
     });
     fenceStores();
   }
@@ -101,28 +87,30 @@ using ToFloatPolicy =
     ByVariant<V, ToFloatByRow, ToFloatByRow, ToFloatStreaming<Vector16>, ToFloatStreaming<Vector32>,
               ToFloatStreaming<Vector32>, ToFloatStreaming<Vector64>>;
 
-inline ConvertImages convertImages(const int* src, int srcStep, void* dst, int dstStep) {
-  return {reinterpret_cast<const unsigned char*>(src), srcStep, static_cast<unsigned char*>(dst), dstStep};
-}
-
-}  // namespace
-
 template <class V>
-int Routines<V>::ippiConvert_32s8u_C1R(const int* src, int srcStep, u8* dst, int dstStep, Size roi) {
+int convertToBytes(const int* src, int srcStep, u8* dst, int dstStep, Size roi) {
   if (src == nullptr || dst == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
   if (srcStep < 1 || dstStep < 1) return ippStsStepErr;
-  NarrowPolicy<V>::convert(convertImages(src, srcStep, dst, dstStep), roi);
+  NarrowPolicy<V>::convert({reinterpret_cast<const u8*>(src), srcStep}, {dst, dstStep}, roi);
   return ippStsNoErr;
 }
 
 /// Takes any step: with a `dstStep` of 0 the last row remains.
 template <class V>
-int Routines<V>::ippiConvert_32s32f_C1R(const int* src, int srcStep, float* dst, int dstStep, Size roi) {
+int convertToFloats(const int* src, int srcStep, float* dst, int dstStep, Size roi) {
   if (src == nullptr || dst == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  ToFloatPolicy<V>::convert(convertImages(src, srcStep, dst, dstStep), roi);
+  ToFloatPolicy<V>::convert({reinterpret_cast<const u8*>(src), srcStep},
+                            {reinterpret_cast<u8*>(dst), dstStep}, roi);
   return ippStsNoErr;
 }
 
-}  // namespace Zorvan::Primitives
+template <class V>
+struct Bodies {
+  static constexpr auto ippiConvert_32s8u_C1R = convertToBytes<V>;
+  static constexpr auto ippiConvert_32s32f_C1R = convertToFloats<V>;
+};
+
+}  // namespace
+}  // namespace Zorvan::Primitives::Convert

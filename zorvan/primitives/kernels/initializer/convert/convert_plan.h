@@ -1,14 +1,13 @@
 #pragma once
 
-// What a conversion of 32-bit pixels does before it touches one: whether the rows run together, which stores
-// are used, and how far a row goes to reach its first boundary. Pure, so that each limit can be tested from
-// both sides on any machine.
+// Decisions of a conversion of 32-bit pixels: whether the rows are converted as one, with which stores, and
+// the length of a row's peel. Pure, so that each limit can be tested from both sides on any machine.
 
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Convert {
 namespace {
 
 struct ConvertRows {
@@ -16,10 +15,10 @@ struct ConvertRows {
   std::int64_t rowPixels;
 };
 
-/// Rows without gaps on both sides are one row. All products are 64 bits wide: a region whose size does not
-/// fit into 32 bits is still converted whole.
+/// One row if neither image has gaps. All products have 64 bits: a region whose size does not fit into 32
+/// bits is still converted whole.
 template <int dstPixelBytes>
-constexpr ConvertRows planConvertRows(Size roi, int srcStep, int dstStep) {
+constexpr ConvertRows planConvertRows(Size roi, std::int64_t srcStep, std::int64_t dstStep) {
   const std::int64_t width = roi.width;
   const bool fused = srcStep == 4 * width && dstStep == dstPixelBytes * width;
   return fused ? ConvertRows{1, width * roi.height} : ConvertRows{roi.height, width};
@@ -29,34 +28,34 @@ struct ConvertPlan {
   std::int64_t rows;
   std::int64_t rowPixels;
   bool streaming;
-  std::int64_t lineBytes;  ///< Boundary of the streaming stores; means nothing without them.
+  std::int64_t lineBytes;  ///< boundary of the streaming stores, without them no value
 };
 
-/// Whole images may stream: where the bytes that are moved fill the cache, and a row of the destination
-/// holds two cache lines at least. A line of unknown size has no boundary to stream from.
+/// Streams if both images together fill the cache, and a row of the destination has two cache lines at least.
+/// A line of unknown size has no boundary to stream from.
 template <int dstPixelBytes, class QueryCache, class QueryLineSize>
-constexpr ConvertPlan planConvertImage(Size roi, int srcStep, int dstStep, QueryCache queryCache,
-                                       QueryLineSize queryLineSize) {
-  constexpr std::int64_t movedBytesPerPixel = 4 + dstPixelBytes;
+constexpr ConvertPlan planConvertImage(Size roi, std::int64_t srcStep, std::int64_t dstStep,
+                                       QueryCache queryCache, QueryLineSize queryLineSize) {
+  constexpr std::int64_t bytesPerPixel = 4 + dstPixelBytes;
   const ConvertRows rows = planConvertRows<dstPixelBytes>(roi, srcStep, dstStep);
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   const auto cache = queryCache();
   const std::int64_t line = queryLineSize();
   const bool streaming = cache.known && line > 0 && rows.rowPixels * dstPixelBytes >= 2 * line &&
-                         pixels * movedBytesPerPixel >= cache.bytes;
+                         pixels * bytesPerPixel >= cache.bytes;
   return {rows.rows, rows.rowPixels, streaming, line};
 }
 
-/// Whether a run of floats is converted one by one: where it is too short for a turn of 8, where it overlaps
-/// its source, and where its floats straddle their own alignment, which no aligned store can reach.
-constexpr bool planSingleFloats(std::uintptr_t src, std::uintptr_t dst, std::int64_t n) {
+/// Whether a run is converted pixel by pixel: if it has less than 8, if it overlaps its source, or if it
+/// starts at an address between floats, from where no aligned store can be reached.
+constexpr bool planScalarFloats(std::uintptr_t src, std::uintptr_t dst, std::int64_t n) {
   const auto bytes = static_cast<std::uintptr_t>(4 * n);
   const bool overlapping = src < dst + bytes && dst < src + bytes;
   return n < 8 || overlapping || dst % 4 != 0;
 }
 
 /// Pixels of a row of `n` that end at or before the next multiple of `boundary` bytes, which need be no power
-/// of two. Where no pixel ends at it, the stores behind the head do not reach it either: test the address.
+/// of two. The address after the peel may not be aligned, if no pixel ends at the boundary.
 constexpr std::int64_t pixelsToBoundary(std::uintptr_t address, std::int64_t boundary, int pixelBytes,
                                         std::int64_t n) {
   const std::int64_t past = static_cast<std::int64_t>(address % static_cast<std::uintptr_t>(boundary));
@@ -65,4 +64,4 @@ constexpr std::int64_t pixelsToBoundary(std::uintptr_t address, std::int64_t bou
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Convert

@@ -1,21 +1,21 @@
 #pragma once
 
-// Copies a row with 16-byte stores, past the cache or through it: the plain copy of variants whose processors
-// may describe their caches by leaf-2 descriptors. Those are decoded anew for each large copy, so that the
-// copy depends on no state of the process.
+// Copies a row with 16-byte stores, aligned or streaming: the plain copy of variants whose processors may
+// describe their caches by leaf-2 descriptors. Each large copy decodes the descriptors again, so that it
+// depends on no state of the process.
 //
-// Through the cache: small pieces up to a 16-byte boundary of the destination, 128 bytes a turn, then pieces
-// by the bits of the rest. Past the cache: single bytes up to a cache line of the destination, 64 streamed
-// bytes a turn, single bytes again; the caller fences after the last row.
+// Aligned: integers up to a 16-byte boundary of the destination, 128 bytes per iteration, then the tail by
+// the bits of its length. Streaming: single bytes up to a cache line of the destination, 64 bytes per
+// iteration, single bytes again; the caller fences after the last row.
 
 #include <bit>
 
 #include "zorvan/primitives/frame/Leaf2.h"
 #include "zorvan/primitives/frame/Vendor.h"
 #include "zorvan/primitives/kernels/common/cache_query.h"
-#include "zorvan/primitives/kernels/initializer/copy/copy_pieces.h"
+#include "zorvan/primitives/kernels/initializer/copy/rest_of_row.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Copy {
 namespace {
 
 /// A cache in two bytes: the size is the high nibble shifted left by the low nibble plus 18.
@@ -57,24 +57,24 @@ inline CacheAnswer queryLeaf2CacheSize() {
   return {true, row->bytes()};
 }
 
-inline void copyThroughCache(const unsigned char* src, unsigned char* dst, std::int64_t length) {
-  CopyRun row{src, dst, length};
+inline void copyRowLeaf2(const u8* src, u8* dst, std::int64_t length) {
+  RestOfRow row{src, dst, length};
   using Bytes32 = Twice<Vector16>;
   using Bytes64 = Twice<Bytes32>;
   using Bytes128 = Twice<Bytes64>;
   if (row.length >= Vector16::size) {
-    row.takeBits<Bytes1, Bytes2, Bytes4, Bytes8>(bytesToBoundary(row.dst, Vector16::size));
+    row.copyBits<Bytes1, Bytes2, Bytes4, Bytes8>(bytesToBoundary(row.dst, Vector16::size));
     if (isAligned(row.src, Vector16::size)) {
-      row.takeAllAligned<Bytes128, AlignedStores>();
+      row.copyAllAligned<Bytes128>();
     } else {
-      row.takeAll<Bytes128, AlignedStores>();
+      row.copyAll<Bytes128, Stores::aligned>();
     }
     const std::int64_t rest = row.length;
-    if (rest & 64) row.take<Bytes64, AlignedStores>();
-    if (rest & 32) row.take<Bytes32, AlignedStores>();
-    if (rest & 16) row.take<Vector16, AlignedStores>();
+    if (rest & 64) row.copyNext<Bytes64, Stores::aligned>();
+    if (rest & 32) row.copyNext<Bytes32, Stores::aligned>();
+    if (rest & 16) row.copyNext<Vector16, Stores::aligned>();
   }
-  row.takeBits<Bytes8, Bytes4>(row.length);
+  row.copyBits<Bytes8, Bytes4>(row.length);
   while (row.length != 0) {
     --row.length;
     row.dst[row.length] = row.src[row.length];
@@ -82,13 +82,13 @@ inline void copyThroughCache(const unsigned char* src, unsigned char* dst, std::
 }
 
 /// For rows of at least 64 bytes: the boundary lies within them.
-inline void copyPastCache(const unsigned char* src, unsigned char* dst, std::int64_t length) {
-  CopyRun row{src, dst, length};
+inline void copyRowLeaf2Streaming(const u8* src, u8* dst, std::int64_t length) {
+  RestOfRow row{src, dst, length};
   using Bytes64 = Twice<Twice<Vector16>>;
-  while (!isAligned(row.dst, Bytes64::size)) row.take<Bytes1>();
-  row.takeAll<Bytes64, StreamingStores>();
-  row.takeAll<Bytes1>();
+  while (!isAligned(row.dst, Bytes64::size)) row.copyNext<Bytes1>();
+  row.copyAll<Bytes64, Stores::streaming>();
+  row.copyAll<Bytes1>();
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Copy

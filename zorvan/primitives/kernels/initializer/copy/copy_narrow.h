@@ -3,93 +3,92 @@
 // Copies rows of less than 512 bytes with one straight-line body for all of them, so that no row needs a loop
 // over its own length: short loops end in a mispredicted branch each.
 //
-// A width belongs to a class: so many base pieces, of 64 bytes where they fit and of 32, 16, 8 or 4 below.
-// A width that is not a multiple of the base piece gets one more, which ends at the row's end and overlaps
-// what went before.
+// The width decides the body: a number of vectors, of 64 bytes where they fit and of 32, 16, 8 or 4 bytes
+// below. A width that is not a multiple of the vector takes one more, which ends with the row and overlaps
+// the one before.
 
 #include <utility>
 
-#include "zorvan/primitives/kernels/initializer/copy/copy_pieces.h"
+#include "zorvan/primitives/kernels/common/plane.h"
+#include "zorvan/primitives/kernels/simd/compound_vectors.h"
 
 #ifdef __AVX2__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Copy {
 namespace {
 
-/// The rows of two images, walked together. Passed on by value, so that a store to a row does not make the
-/// compiler read these figures anew.
-struct CopyRows {
-  const unsigned char* src;
-  std::int64_t srcStep;
-  unsigned char* dst;
-  std::int64_t dstStep;
-  std::int64_t count;
+template <class Vector>
+inline void copyOne(const u8* src, u8* dst) {
+  Vector::load(src).store(dst);
+}
+
+/// The rows of two images. By value: pixels are bytes, and a store to them would make the compiler load again
+/// what it knows by address.
+struct NarrowRows {
+  Plane<const u8> src;
+  Plane<u8> dst;
+  std::int64_t rows;
+  std::int64_t width;  ///< in bytes
 };
 
-template <class CopyOne>
-inline void copyRows(CopyRows rows, CopyOne copyOne) {
-  for (std::int64_t r = 0; r < rows.count; ++r) {
-    copyOne(rows.src + r * rows.srcStep, rows.dst + r * rows.dstStep);
-  }
+template <class CopyRow>
+inline void copyEach(NarrowRows images, CopyRow copyRow) {
+  forEachRow(images.rows, copyRow, images.src, images.dst);
 }
 
-template <class Piece>
-inline void copyPiece(const unsigned char* src, unsigned char* dst) {
-  Piece::load(src).store(dst);
-}
-
-template <class Piece, int... index>
-inline void copyClass(CopyRows rows, std::int64_t width, std::integer_sequence<int, index...>) {
-  const std::int64_t last = width - Piece::size;
-  if (width % Piece::size == 0) {
-    copyRows(rows, [](const unsigned char* src, unsigned char* dst) {
-      (copyPiece<Piece>(src + index * Piece::size, dst + index * Piece::size), ...);
+template <class Vector, int... index>
+inline void copyVectorRows(NarrowRows images, std::integer_sequence<int, index...>) {
+  const std::int64_t last = images.width - Vector::size;
+  if (images.width % Vector::size == 0) {
+    copyEach(images, [](const u8* src, u8* dst) {
+      (copyOne<Vector>(src + index * Vector::size, dst + index * Vector::size), ...);
     });
   } else {
-    copyRows(rows, [last](const unsigned char* src, unsigned char* dst) {
-      (copyPiece<Piece>(src + index * Piece::size, dst + index * Piece::size), ...);
-      copyPiece<Piece>(src + last, dst + last);
+    copyEach(images, [last](const u8* src, u8* dst) {
+      (copyOne<Vector>(src + index * Vector::size, dst + index * Vector::size), ...);
+      copyOne<Vector>(src + last, dst + last);
     });
   }
 }
 
-/// The class from `count` base pieces up to less than one more.
-template <class Piece, int count>
-inline void copyClass(CopyRows rows, std::int64_t width) {
-  copyClass<Piece>(rows, width, std::make_integer_sequence<int, count>());
+/// Rows of `count` vectors up to less than one more.
+template <class Vector, int count = 1>
+inline void copyVectorRows(NarrowRows images) {
+  copyVectorRows<Vector>(images, std::make_integer_sequence<int, count>());
 }
 
-/// `width` is from 1 to 511 bytes.
-inline void copyNarrow(CopyRows rows, std::int64_t width) {
+/// Rows of 1 to 511 bytes.
+inline void copyNarrow(NarrowRows images) {
+  const std::int64_t width = images.width;
   switch (width / 64) {
     case 4:
-      return copyClass<WideBytes64, 4>(rows, width);
+      return copyVectorRows<Halves64, 4>(images);
     case 5:
-      return copyClass<WideBytes64, 5>(rows, width);
+      return copyVectorRows<Halves64, 5>(images);
     case 6:
-      return copyClass<WideBytes64, 6>(rows, width);
+      return copyVectorRows<Halves64, 6>(images);
     case 7:
-      return copyClass<WideBytes64, 7>(rows, width);
+      return copyVectorRows<Halves64, 7>(images);
     case 3:
-      return copyClass<WideBytes64, 3>(rows, width);
+      return copyVectorRows<Halves64, 3>(images);
     case 2:
-      return copyClass<WideBytes64, 2>(rows, width);
+      return copyVectorRows<Halves64, 2>(images);
     case 1:
-      return copyClass<WideBytes64, 1>(rows, width);
+      return copyVectorRows<Halves64, 1>(images);
     default:
       break;
   }
-  if (width >= 32) return copyClass<Vector32, 1>(rows, width);
-  if (width >= 16) return copyClass<Vector16, 1>(rows, width);
-  if (width >= 8) return copyClass<Bytes8, 1>(rows, width);
-  if (width >= 4) return copyClass<Bytes4, 1>(rows, width);
-  if (width == 1) return copyRows(rows, copyPiece<Bytes1>);
-  // Two and three bytes: a piece at each end, the same or overlapping.
-  copyRows(rows, [width](const unsigned char* src, unsigned char* dst) {
-    copyPiece<Bytes2>(src, dst);
-    copyPiece<Bytes1>(src + width - 1, dst + width - 1);
+  if (width >= 32) return copyVectorRows<Vector32>(images);
+  if (width >= 16) return copyVectorRows<Vector16>(images);
+  if (width >= 8) return copyVectorRows<Bytes8>(images);
+  if (width >= 4) return copyVectorRows<Bytes4>(images);
+  if (width == 1) return copyEach(images, copyOne<Bytes1>);
+  // Two or three bytes: the first two and the last.
+  copyEach(images, [width](const u8* src, u8* dst) {
+    copyOne<Bytes2>(src, dst);
+    copyOne<Bytes1>(src + width - 1, dst + width - 1);
   });
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Copy
 #endif

@@ -1,23 +1,23 @@
 #pragma once
 
-// What a plain copy does before it touches a pixel: whether the rows run together as one, which stores are
-// used, and from which end. Pure, so that each limit can be tested from both sides on any machine. A plan
-// asks for the cache's size only above its limit: the question may cost more than a small copy.
+// Decisions of a plain copy: whether the rows are copied as one, with which stores, and from which end. Pure,
+// so that each limit can be tested from both sides on any machine. A plan queries the cache only above its
+// limit: the query may take longer than a small copy.
 
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Copy {
 namespace {
 
-/// A region in bytes: copying never looks at the pixels.
+/// A region in bytes: a copy does not depend on the pixels' type.
 struct CopyShape {
   std::int64_t rowBytes;
   std::int64_t rows;
-  int srcStep;
-  int dstStep;
+  std::int64_t srcStep;
+  std::int64_t dstStep;
 
   constexpr std::int64_t total() const { return rowBytes * rows; }
   /// Neither image has a gap between its rows.
@@ -25,11 +25,11 @@ struct CopyShape {
 };
 
 template <int pixelBytes>
-constexpr CopyShape copyShape(Size roi, int srcStep, int dstStep) {
+constexpr CopyShape copyShape(Size roi, std::int64_t srcStep, std::int64_t dstStep) {
   return {std::int64_t{roi.width} * pixelBytes, roi.height, srcStep, dstStep};
 }
 
-/// Rows to copy one by one, already run together where nothing lies between them.
+/// Rows to copy one by one; one row where the images have no gaps.
 struct CopyPlan {
   std::int64_t rows;
   std::int64_t rowBytes;
@@ -41,11 +41,11 @@ constexpr CopyPlan copyPlan(const CopyShape& shape, bool fused, bool streaming) 
 }
 
 template <int pixelBytes>
-constexpr CopyPlan planRowCopy(Size roi, int srcStep, int dstStep) {
+constexpr CopyPlan planCopy16(Size roi, std::int64_t srcStep, std::int64_t dstStep) {
   const CopyShape shape = copyShape<pixelBytes>(roi, srcStep, dstStep);
-  const bool mayFuse = pixelBytes != 1 || (roi.width < RowCopyLimits::fuseBelowPixels &&
-                                           roi.height < RowCopyLimits::fuseBelowPixels);
-  return copyPlan(shape, mayFuse && shape.isOneRun(), shape.total() > RowCopyLimits::streamAboveBytes);
+  const bool mayFuse = pixelBytes != 1 || (roi.width < Copy16Limits::fuseBelowPixels &&
+                                           roi.height < Copy16Limits::fuseBelowPixels);
+  return copyPlan(shape, mayFuse && shape.isOneRun(), shape.total() > Copy16Limits::streamAboveBytes);
 }
 
 template <class Query>
@@ -70,14 +70,14 @@ constexpr CopyPlan planShortOrLargeCopy(const CopyShape& shape, Query queryCache
   return copyPlan(shape, shape.isOneRun(), streaming);
 }
 
-/// Where in their pages the first bytes lie, which is all that a plan needs of an address.
+/// The first bytes of both images. Plans depend on their places within a page only.
 struct CopyAddresses {
   std::uintptr_t src;
   std::uintptr_t dst;
 
-  /// The destination lies at or a little ahead of the source, modulo the page. A forward copy would then
-  /// load right behind its own stores, and each load would wait for a store that only looks like the same.
-  constexpr bool destinationJustAhead() const {
+  /// Whether the destination lies at or shortly after the source, modulo the page. In a forward copy each
+  /// load would then wait for an earlier store whose address has the same low bits.
+  constexpr bool destinationJustAfter() const {
     constexpr std::uintptr_t page = 4096;
     constexpr std::uintptr_t reach = 160;
     return dst % page - src % page < reach;
@@ -93,41 +93,41 @@ constexpr RunCopyForm planRunCopy(const CopyAddresses& at, std::int64_t length, 
     const auto cache = queryCache();
     if (cache.known && 2 * length >= cache.bytes) return RunCopyForm::streaming;
   }
-  return at.destinationJustAhead() ? RunCopyForm::backward : RunCopyForm::forward;
+  return at.destinationJustAfter() ? RunCopyForm::backward : RunCopyForm::forward;
 }
 
-enum class WideCopyForm {
-  run,                  ///< no gaps: planRunCopy decides further
-  narrowRows,           ///< one straight-line body for all rows
-  unalignedRows,        ///< each row finds its own boundary
-  alignedRows,          ///< all rows are whole 32-byte vectors
-  alignedRowsBackward,  ///< the same from the end
-  streamedRows,         ///< streaming, each row finds its own boundary
-  streamedAlignedRows,  ///< streaming, all rows start on a cache line
+enum class Copy32Form {
+  run,                   ///< no gaps: planRunCopy decides further
+  narrowRows,            ///< one straight-line body for all rows
+  unalignedRows,         ///< each row finds its own boundary
+  alignedRows,           ///< all rows are whole 32-byte vectors
+  alignedRowsBackward,   ///< the same from the end
+  streamingRows,         ///< streaming, each row finds its own boundary
+  streamingAlignedRows,  ///< streaming, all rows start on a cache line
 };
 
 template <class Query>
-constexpr WideCopyForm planWideCopy(const CopyAddresses& at, const CopyShape& shape, Query queryCache) {
+constexpr Copy32Form planCopy32(const CopyAddresses& at, const CopyShape& shape, Query queryCache) {
   const std::int64_t total = shape.total();
-  bool streaming = total > WideCopyLimits::streamAlwaysAboveBytes;
+  bool streaming = total > Copy32Limits::streamAlwaysAboveBytes;
   if (!streaming) {
-    if (shape.isOneRun()) return WideCopyForm::run;
-    if (shape.rowBytes < WideCopyLimits::narrowBelowBytes) return WideCopyForm::narrowRows;
-    if (total > WideCopyLimits::queryAboveBytes) {
+    if (shape.isOneRun()) return Copy32Form::run;
+    if (shape.rowBytes < Copy32Limits::narrowBelowBytes) return Copy32Form::narrowRows;
+    if (total > Copy32Limits::queryAboveBytes) {
       const auto cache = queryCache();
       streaming = cache.known && 2 * total >= cache.bytes;
     }
   }
   if (streaming) {
     const bool aligned = at.dst % 64 == 0 && shape.dstStep % 64 == 0 && shape.rowBytes % 32 == 0;
-    return aligned ? WideCopyForm::streamedAlignedRows : WideCopyForm::streamedRows;
+    return aligned ? Copy32Form::streamingAlignedRows : Copy32Form::streamingRows;
   }
   if (at.dst % 32 != 0 || shape.dstStep % 32 != 0 || shape.rowBytes % 32 != 0) {
-    return WideCopyForm::unalignedRows;
+    return Copy32Form::unalignedRows;
   }
-  return shape.srcStep == shape.dstStep && at.destinationJustAhead() ? WideCopyForm::alignedRowsBackward
-                                                                     : WideCopyForm::alignedRows;
+  return shape.srcStep == shape.dstStep && at.destinationJustAfter() ? Copy32Form::alignedRowsBackward
+                                                                     : Copy32Form::alignedRows;
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Copy

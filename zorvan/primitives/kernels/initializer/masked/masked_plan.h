@@ -1,42 +1,42 @@
 #pragma once
 
-// What a masked fill or copy decides before it touches a pixel: whether the rows run together as one, and how
-// a row is cut. Pure, so that each limit can be tested from both sides on any machine.
+// Decisions of a masked fill or copy: whether the rows are processed as one, and how a row is divided. Pure,
+// so that each limit can be tested from both sides on any machine.
 
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Masked {
 namespace {
 
-/// When rows without gaps run as one long row.
+/// When rows without gaps are joined to one long row.
 enum class MaskedRows { apart, joinedBelow32768, joinedUnlessOverflow };
 
 struct MaskedPlan {
   std::int64_t rows;
-  std::int64_t pixels;  ///< of each row: the work length
+  std::int64_t pixels;  ///< of each row
 };
 
-constexpr bool isTight(Size roi, int pixelBytes, int step) {
+constexpr bool isTight(Size roi, int pixelBytes, std::int64_t step) {
   return std::int64_t{roi.width} * pixelBytes == step;
 }
 
 /// `tight`: neither the mask nor any image has a gap between its rows.
-template <MaskedRows when>
+template <MaskedRows joining>
 constexpr MaskedPlan planMasked(Size roi, bool tight) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   bool joined = false;
-  if (when == MaskedRows::joinedBelow32768)
+  if (joining == MaskedRows::joinedBelow32768)
     joined = tight && roi.width < joinMaskedBelow && roi.height < joinMaskedBelow;
-  if (when == MaskedRows::joinedUnlessOverflow) joined = tight && pixels <= INT32_MAX;
+  if (joining == MaskedRows::joinedUnlessOverflow) joined = tight && pixels <= INT32_MAX;
   if (joined) return {1, pixels};
   return {roi.height, roi.width};
 }
 
-/// Whether stores without a selected pixel are left out. That saves a line's way to the processor and back,
-/// and costs a branch that is hard to foresee: it pays for images that lie farther away.
+/// Whether stores without a selected pixel are skipped. That saves the transfer of a cache line, and costs a
+/// branch that is hard to predict: it pays for images that lie in farther caches.
 template <int pixelBytes>
 constexpr bool planSkipsEmptyStores(const MaskedPlan& plan) {
   return plan.rows * plan.pixels * pixelBytes > EmptyStoreLimits::skipAboveBytes;
@@ -44,11 +44,11 @@ constexpr bool planSkipsEmptyStores(const MaskedPlan& plan) {
 
 struct MaskedRowPlan {
   bool byPixels;    ///< the whole row pixel by pixel
-  bool onBoundary;  ///< blocks start on the boundary after `peel` pixels
+  bool onBoundary;  ///< blocks start on the boundary, after `peel` pixels
   std::int64_t peel;
 };
 
-/// A row whose pixels lie across the boundary never reaches it, whatever its length: it has no head.
+/// A row whose pixels lie across the boundary never reaches it: it has no peel.
 template <int pixelBytes, int byPixelsUpTo>
 constexpr MaskedRowPlan planMaskedRow(std::int64_t pixels, std::int64_t bytesToBoundary) {
   if (pixels <= byPixelsUpTo) return {true, false, 0};
@@ -58,4 +58,4 @@ constexpr MaskedRowPlan planMaskedRow(std::int64_t pixels, std::int64_t bytesToB
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Masked

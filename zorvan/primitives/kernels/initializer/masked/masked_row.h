@@ -1,20 +1,21 @@
 #pragma once
 
-// Walks a row under a mask, for a fill and for a copy alike: they differ in where the selected pixels come
-// from. A block is tested as a whole, so that only blocks in which some but not all pixels are selected cost
-// more than a look at the mask or a store.
+// Processes a row under a mask in blocks, for a fill and for a copy: they differ only in where the selected
+// pixels come from. A block is tested as a whole: only a block with selected and unselected pixels loads its
+// destination.
 //
-// Reads and writes nothing outside the row. Heads and tails that are done as a block overlap their
+// Reads and writes nothing outside the row. A peel or tail that is processed as a block overlaps its
 // neighbours: filling or copying a pixel twice is the same as once.
 
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/initializer/masked/masked_plan.h"
+#include "zorvan/primitives/kernels/simd/stores.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Masked {
 namespace {
 
-/// A fill: one value everywhere.
+/// Of a fill: one value.
 template <class Bits>
 struct ValueSource {
   using Pixel = Bits;
@@ -28,11 +29,11 @@ struct ValueSource {
   ValueSource from(std::int64_t) const { return *this; }
 };
 
-/// A copy: the pixels of a row.
+/// Of a copy: the pixels of a row.
 template <class Bits>
 struct RowSource {
   using Pixel = Bits;
-  const unsigned char* row;
+  const u8* row;
 
   Bits pixel(std::int64_t i) const { return loadAs<Bits>(row + i * std::int64_t{sizeof(Bits)}); }
   template <class Vector>
@@ -42,58 +43,34 @@ struct RowSource {
   RowSource from(std::int64_t i) const { return {row + i * std::int64_t{sizeof(Bits)}}; }
 };
 
-// How a block whose pixels are all selected is stored.
-struct AnyStore {
-  static constexpr bool streaming = false;
-  template <class Vector>
-  static void put(Vector v, unsigned char* p) {
-    v.store(p);
-  }
-};
-struct AlignedStore {
-  static constexpr bool streaming = false;
-  template <class Vector>
-  static void put(Vector v, unsigned char* p) {
-    v.storeAligned(p);
-  }
-};
-struct StreamingStore {
-  static constexpr bool streaming = true;
-  template <class Vector>
-  static void put(Vector v, unsigned char* p) {
-    v.stream(p);
-  }
-};
-
 template <class Source>
-inline void maskedPixels(Source source, unsigned char* dst, const unsigned char* mask, std::int64_t pixels) {
+inline void maskedPixels(Source source, u8* dst, const u8* mask, std::int64_t pixels) {
   using Pixel = typename Source::Pixel;
   for (std::int64_t i = 0; i < pixels; ++i) {
     if (mask[i] != 0) storeAs<Pixel>(dst + i * std::int64_t{sizeof(Pixel)}, source.pixel(i));
   }
 }
 
-/// Runs all whole blocks of a row and returns how many pixels that were.
-template <class Block, class Store, class Source>
-inline std::int64_t maskedBlocks(Source source, unsigned char* dst, const unsigned char* mask,
-                                 std::int64_t pixels) {
+/// Processes the whole blocks of a row and returns the number of their pixels.
+template <class Block, Stores stores, class Source>
+inline std::int64_t maskedBlocks(Source source, u8* dst, const u8* mask, std::int64_t pixels) {
   std::int64_t i = 0;
   for (; i + Block::pixels <= pixels; i += Block::pixels) {
-    Block::template run<Store>(source.from(i), dst + i * std::int64_t{sizeof(typename Source::Pixel)},
-                               mask + i);
+    Block::template run<stores>(source.from(i), dst + i * std::int64_t{sizeof(typename Source::Pixel)},
+                                mask + i);
   }
   return i;
 }
 
-/// What a row's end that is shorter than a block is done with.
+/// How an end of a row that is shorter than a block is processed.
 enum class MaskedEnd { byPixels, byBlock };
 
-/// One line of the policy: the block, what happens to the ends of a row, the stores of full blocks that lie
-/// on a boundary, and the longest row that goes pixel by pixel.
-template <class Block, MaskedEnd peel, MaskedEnd tail, class Store, int byPixelsUpTo = Block::pixels - 1>
-struct BlockForm {
+/// A row in blocks: the block, how the ends of a row are processed, the stores of full blocks on a boundary,
+/// and the longest row that is processed pixel by pixel.
+template <class Block, MaskedEnd peel, MaskedEnd tail, Stores stores, int byPixelsUpTo = Block::pixels - 1>
+struct RowInBlocks {
   template <class Source>
-  static void row(Source source, unsigned char* dst, const unsigned char* mask, const MaskedPlan& image) {
+  static void run(Source source, u8* dst, const u8* mask, const MaskedPlan& image) {
     constexpr int pixelBytes = sizeof(typename Source::Pixel);
     const std::int64_t pixels = image.pixels;
     const auto plan = planMaskedRow<pixelBytes, byPixelsUpTo>(pixels, bytesToBoundary(dst, Block::boundary));
@@ -102,7 +79,7 @@ struct BlockForm {
 
     if (plan.peel != 0) {
       if constexpr (peel == MaskedEnd::byBlock) {
-        Block::template run<AnyStore>(source, dst, mask);
+        Block::template run<Stores::plain>(source, dst, mask);
       } else {
         maskedPixels(source, dst, mask, plan.peel);
       }
@@ -111,15 +88,15 @@ struct BlockForm {
     const std::int64_t rest = pixels - done;
     const auto after = source.from(done);
     if (plan.onBoundary) {
-      done += maskedBlocks<Block, Store>(after, dst + done * pixelBytes, mask + done, rest);
-      if constexpr (Store::streaming) fenceStores();
+      done += maskedBlocks<Block, stores>(after, dst + done * pixelBytes, mask + done, rest);
+      if constexpr (stores == Stores::streaming) fenceStores();
     } else {
-      done += maskedBlocks<Block, AnyStore>(after, dst + done * pixelBytes, mask + done, rest);
+      done += maskedBlocks<Block, Stores::plain>(after, dst + done * pixelBytes, mask + done, rest);
     }
     if (done == pixels) return;
     if constexpr (tail == MaskedEnd::byBlock) {
       done = pixels - Block::pixels;
-      Block::template run<AnyStore>(source.from(done), dst + done * pixelBytes, mask + done);
+      Block::template run<Stores::plain>(source.from(done), dst + done * pixelBytes, mask + done);
     } else {
       maskedPixels(source.from(done), dst + done * pixelBytes, mask + done, pixels - done);
     }
@@ -127,4 +104,4 @@ struct BlockForm {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Masked

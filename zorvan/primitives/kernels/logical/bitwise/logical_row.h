@@ -3,9 +3,9 @@
 // A logical operation on a row in 16-byte vectors, with the destination on a 16-byte boundary: the two-image
 // operations of the four older variants, the complement of the two oldest.
 //
-// The bytes up to the boundary go singly; a row that ends before it has none of its own. Then whole blocks,
-// then one step each of half the size down to a byte. Sources that lie on a boundary there have aligned
-// loads, in a loop of their own: old processors load from anywhere at a price, also where it is aligned.
+// The peel is single bytes; a row that ends before the boundary has none. Whole blocks follow, then the tail
+// in blocks of half the size each, down to a byte. Sources that are aligned there have aligned loads in a
+// loop of their own: unaligned loads are slow on old processors, even from aligned addresses.
 
 #include "zorvan/primitives/kernels/logical/bitwise/logical_rows.h"
 
@@ -24,7 +24,7 @@ inline void writeWord(const Rows& rows, u8* dst, std::int64_t i) {
   storeAs(dst + i, rows.template word<Word>(i));
 }
 
-/// `dst` on a boundary, or less than a vector to do.
+/// `dst` is aligned, or `length` is less than a vector.
 template <int blockBytes, class Rows>
 inline void writeOnBoundary(const Rows& rows, u8* dst, std::int64_t length) {
   std::int64_t i = 0;
@@ -39,7 +39,7 @@ inline void writeOnBoundary(const Rows& rows, u8* dst, std::int64_t length) {
   if (rest & 1) writeWord<std::uint8_t>(rows, dst, i);
 }
 
-/// Bytes up to the boundary, done singly.
+/// Writes the bytes up to the boundary and returns their number.
 template <class Rows>
 inline std::int64_t writePeel(const Rows& rows, u8* dst, std::int64_t length) {
   const std::int64_t peel = bytesToBoundary(dst, 16);

@@ -1,10 +1,11 @@
 #pragma once
 
-// What a logical operation reads: one row and a constant, or two rows. Every form of walking takes either and
-// asks it for the results at an offset, in the width that it is about to store.
+// The operands of a logical operation: one row and a constant, or two rows. Every loop takes either of them,
+// and computes the result at an offset in the width that it stores.
 
 #include <cstdint>
 
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
@@ -30,16 +31,7 @@ struct Xor {
   }
 };
 
-template <class Vector, bool aligned>
-inline Vector loadRow(const u8* address) {
-  if constexpr (aligned) {
-    return Vector::loadAligned(address);
-  } else {
-    return Vector::load(address);
-  }
-}
-
-/// A row, each byte xor a constant. `aligned`: the row starts on a boundary of the vectors asked for.
+/// A row, each byte xor a constant. `aligned`: the row starts on a boundary of the vectors.
 template <bool aligned = false>
 struct XoredRow {
   const u8* src;
@@ -53,19 +45,12 @@ struct XoredRow {
   }
   template <class Vector>
   Vector vector(std::int64_t i) const {
-    return {Xor::of(loadRow<Vector, aligned>(src + i).bits, Vector::broadcast(constant).bits)};
+    return {Xor::of(loadVector<Vector, aligned>(src + i).bits, Vector::broadcast(constant).bits)};
   }
-#ifdef __AVX2__
-  __m256i fourByteGroups(std::int64_t i, __m256i lanes) const {
-    return Xor::of(_mm256_maskload_epi32(reinterpret_cast<const int*>(src + i), lanes),
-                   Vector32::broadcast(constant).bits);
+  template <class Vector, class Lanes>
+  Vector masked(std::int64_t i, Lanes lanes) const {
+    return {Xor::of(loadMasked(lanes, src + i), Vector::broadcast(constant).bits)};
   }
-#endif
-#ifdef __AVX512F__
-  __m512i bytes(std::int64_t i, __mmask64 lanes) const {
-    return Xor::of(_mm512_maskz_loadu_epi8(lanes, src + i), Vector64::broadcast(constant).bits);
-  }
-#endif
 };
 
 /// Two rows, combined byte by byte.
@@ -81,19 +66,12 @@ struct CombinedRows {
   }
   template <class Vector>
   Vector vector(std::int64_t i) const {
-    return {Op::of(loadRow<Vector, aligned1>(src1 + i).bits, loadRow<Vector, aligned2>(src2 + i).bits)};
+    return {Op::of(loadVector<Vector, aligned1>(src1 + i).bits, loadVector<Vector, aligned2>(src2 + i).bits)};
   }
-#ifdef __AVX2__
-  __m256i fourByteGroups(std::int64_t i, __m256i lanes) const {
-    return Op::of(_mm256_maskload_epi32(reinterpret_cast<const int*>(src1 + i), lanes),
-                  _mm256_maskload_epi32(reinterpret_cast<const int*>(src2 + i), lanes));
+  template <class Vector, class Lanes>
+  Vector masked(std::int64_t i, Lanes lanes) const {
+    return {Op::of(loadMasked(lanes, src1 + i), loadMasked(lanes, src2 + i))};
   }
-#endif
-#ifdef __AVX512F__
-  __m512i bytes(std::int64_t i, __mmask64 lanes) const {
-    return Op::of(_mm512_maskz_loadu_epi8(lanes, src1 + i), _mm512_maskz_loadu_epi8(lanes, src2 + i));
-  }
-#endif
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-// Comparison with a constant: the entries, and which variant compares what how.
+// Comparison with a constant: the entries, and which variant compares how.
 
 #include <cstdint>
 
@@ -8,52 +8,39 @@
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/logical/compare/compare_lanes.h"
 #include "zorvan/primitives/kernels/logical/compare/compare_plan.h"
-#include "zorvan/primitives/kernels/logical/compare/compare_row.h"
-#include "zorvan/primitives/kernels/logical/compare/compare_wide.h"
+#include "zorvan/primitives/kernels/logical/compare/compare_row16.h"
+#include "zorvan/primitives/kernels/logical/compare/compare_row32.h"
 
 namespace Zorvan::Primitives::Compare {
 namespace {
 
-/// Rows of pixels, and the bytes that tell how they compare.
-struct CompareImages {
-  const u8* src;
-  int srcStep;
-  u8* dst;
-  int dstStep;
-
-  template <class CompareOne>
-  void eachRow(CompareRows plan, CompareOne compareOne) const {
-    for (std::int64_t r = 0; r < plan.rows; ++r) {
-      compareOne(rowAt(src, srcStep, r), rowAt(dst, dstStep, r), plan.pixels);
-    }
+template <Stores stores, class Lanes>
+inline void compareRows(Lanes compare, Plane<const u8> src, Plane<u8> dst, Size roi) {
+  for (std::int64_t r = 0; r < roi.height; ++r) {
+    compareRow16<stores>(compare, src.at(r), dst.at(r), roi.width);
   }
-};
-
-template <CompareAccess access, class Lanes>
-inline void compareRows(Lanes compare, CompareImages images, Size roi) {
-  images.eachRow({roi.height, roi.width}, [compare](const u8* src, u8* dst, std::int64_t pixels) {
-    compareRow<access>(compare, src, dst, pixels);
-  });
 }
 
-/// 16-byte vectors, aligned where all rows are, past the cache where the images are large.
+/// 16-byte vectors, aligned if all rows are, streaming if the images are large too.
 template <template <Operator> class Lanes>
-struct RowCompare {
+struct Compare16 {
   template <Operator op, class T>
-  static void run(T value, CompareImages images, Size roi) {
+  static void run(T value, Plane<const u8> src, Plane<u8> dst, Size roi) {
     const Lanes<op> compare{value};
-    switch (
-        ZORVAN_PLANNED("planRowCompare",
-                       planRowCompare({reinterpret_cast<std::uintptr_t>(images.src), images.srcStep},
-                                      {reinterpret_cast<std::uintptr_t>(images.dst), images.dstStep}, roi))) {
-      case CompareAccess::unaligned:
-        return compareRows<CompareAccess::unaligned>(compare, images, roi);
-      case CompareAccess::aligned:
-        return compareRows<CompareAccess::aligned>(compare, images, roi);
-      case CompareAccess::streaming:
-        compareRows<CompareAccess::streaming>(compare, images, roi);
+    const auto placeOf = [](const u8* pixels, std::int64_t step) {
+      return ComparePlace{reinterpret_cast<std::uintptr_t>(pixels), static_cast<std::int32_t>(step)};
+    };
+    switch (ZORVAN_PLANNED(
+        "planCompare16", planCompare16(placeOf(src.pixels, src.step), placeOf(dst.pixels, dst.step), roi))) {
+      case Stores::plain:
+        return compareRows<Stores::plain>(compare, src, dst, roi);
+      case Stores::aligned:
+        return compareRows<Stores::aligned>(compare, src, dst, roi);
+      case Stores::streaming:
+        compareRows<Stores::streaming>(compare, src, dst, roi);
         return fenceStores();
     }
   }
@@ -63,55 +50,56 @@ struct RowCompare {
 template <template <Operator> class Lanes>
 struct PlainCompare {
   template <Operator op, class T>
-  static void run(T value, CompareImages images, Size roi) {
-    compareRows<CompareAccess::unaligned>(Lanes<op>{value}, images, roi);
+  static void run(T value, Plane<const u8> src, Plane<u8> dst, Size roi) {
+    compareRows<Stores::plain>(Lanes<op>{value}, src, dst, roi);
   }
 };
 
-struct WideFloatCompare;
-struct WideMaskedFloatCompare;
-struct WideByteCompare;
-struct WideWordCompare;
+struct FloatCompare32;
+struct FloatCompare64;
+struct ByteCompare32;
+struct WordCompare32;
 
 #ifdef __AVX2__
-/// 32-byte stores, rows run together where nothing lies between them.
 template <class Compare>
-inline void compareFusedRows(const Compare& compare, CompareImages images, Size roi) {
-  const CompareRows plan = planWideCompare<Compare::pixelBytes>(roi, images.srcStep, images.dstStep);
-  ZORVAN_NOTE_ONE_ROW("planWideCompare as one row", plan.rows, roi.height);
-  images.eachRow(
-      plan, [&](const u8* src, u8* dst, std::int64_t pixels) { compareWide(compare, src, dst, pixels); });
+inline void compareRows32(const Compare& compare, Plane<const u8> src, Plane<u8> dst, CompareRows plan) {
+  for (std::int64_t r = 0; r < plan.rows; ++r) compareRow32(compare, src.at(r), dst.at(r), plan.pixels);
 }
 
-struct WideFloatCompare {
+/// 32-byte stores; images without gaps are one row.
+template <class Compare>
+inline void compareFusedRows(const Compare& compare, Plane<const u8> src, Plane<u8> dst, Size roi) {
+  const CompareRows plan = planCompare32<Compare::pixelBytes>(roi, src.step, dst.step);
+  ZORVAN_NOTE_ONE_ROW("planCompare32 as one row", plan.rows, roi.height);
+  compareRows32(compare, src, dst, plan);
+}
+
+struct FloatCompare32 {
   template <Operator op>
-  static void run(float value, CompareImages images, Size roi) {
-    compareFusedRows(GroupedCompare<WideFloats<op>>(value), images, roi);
+  static void run(float value, Plane<const u8> src, Plane<u8> dst, Size roi) {
+    compareFusedRows(GroupedCompare<NanAboveFloats<op>>(value), src, dst, roi);
   }
 };
-struct WideByteCompare {
+struct ByteCompare32 {
   template <Operator op>
-  static void run(u8 value, CompareImages images, Size roi) {
-    compareFusedRows(GroupedCompare<WideBytes<op>>(value), images, roi);
+  static void run(u8 value, Plane<const u8> src, Plane<u8> dst, Size roi) {
+    compareFusedRows(GroupedCompare<SaturatedBytes<op>>(value), src, dst, roi);
   }
 };
-/// Never runs rows together.
-struct WideWordCompare {
+/// Row by row also where there are no gaps.
+struct WordCompare32 {
   template <Operator op>
-  static void run(u16 value, CompareImages images, Size roi) {
-    const GroupedCompare<WideWords<op>> compare(value);
-    images.eachRow({roi.height, roi.width}, [&](const u8* src, u8* dst, std::int64_t pixels) {
-      compareWide(compare, src, dst, pixels);
-    });
+  static void run(u16 value, Plane<const u8> src, Plane<u8> dst, Size roi) {
+    compareRows32(GroupedCompare<MinMaxWords<op>>(value), src, dst, {roi.height, roi.width});
   }
 };
 #endif
 
 #ifdef __AVX512F__
-struct WideMaskedFloatCompare {
+struct FloatCompare64 {
   template <Operator op>
-  static void run(float value, CompareImages images, Size roi) {
-    compareFusedRows(MaskedFloatCompare<op>(value), images, roi);
+  static void run(float value, Plane<const u8> src, Plane<u8> dst, Size roi) {
+    compareFusedRows(MaskedFloatCompare<op>(value), src, dst, roi);
   }
 };
 #endif
@@ -120,30 +108,30 @@ template <class V, class T>
 struct ComparePolicyOf;
 template <class V>
 struct ComparePolicyOf<V, u8> {
-  using Row = RowCompare<Bytes>;
-  using type = ByVariant<V, Row, Row, Row, Row, WideByteCompare, WideByteCompare>;
+  using Row = Compare16<Bytes>;
+  using type = ByVariant<V, Row, Row, Row, Row, ByteCompare32, ByteCompare32>;
 };
 template <class V>
 struct ComparePolicyOf<V, s16> {
-  using type = RowCompare<SignedWords>;
+  using type = Compare16<SignedWords>;
 };
 template <class V>
 struct ComparePolicyOf<V, u16> {
   using Row = PlainCompare<Words>;
-  using type = ByVariant<V, Row, Row, Row, Row, WideWordCompare, WideWordCompare>;
+  using type = ByVariant<V, Row, Row, Row, Row, WordCompare32, WordCompare32>;
 };
 template <class V>
 struct ComparePolicyOf<V, float> {
-  using Row = RowCompare<OrderedFloats>;
-  using type = ByVariant<V, Row, Row, Row, Row, WideFloatCompare, WideMaskedFloatCompare>;
+  using Row = Compare16<OrderedFloats>;
+  using type = ByVariant<V, Row, Row, Row, Row, FloatCompare32, FloatCompare64>;
 };
 
-/// No byte lies below the lowest or above the highest.
+/// No byte is less than 0 or greater than 255.
 inline bool neverHolds(Operator op, u8 value) {
   return (op == Operator::less && value == 0) || (op == Operator::greater && value == 255);
 }
 
-/// The steps are tested before the size here, and an unknown operator is silently left at that.
+/// The steps are tested before the size here. An unknown operator writes nothing and is no error.
 template <class V, class T>
 int compareWithConstant(const T* src, int srcStep, T value, u8* dst, int dstStep, Size roi, int comparison) {
   if (src == nullptr || dst == nullptr) return ippStsNullPtrErr;
@@ -152,26 +140,27 @@ int compareWithConstant(const T* src, int srcStep, T value, u8* dst, int dstStep
   if (static_cast<unsigned>(comparison) >= operatorCount) return ippStsNoErr;
 
   using Policy = typename ComparePolicyOf<V, T>::type;
-  const CompareImages images{reinterpret_cast<const u8*>(src), srcStep, dst, dstStep};
+  const Plane<const u8> srcPlane{reinterpret_cast<const u8*>(src), srcStep};
+  const Plane<u8> dstPlane{dst, dstStep};
   const auto op = static_cast<Operator>(comparison);
   if constexpr (sizeof(T) == 1) {
     if (neverHolds(op, value)) return Routines<V>::ippiSet_8u_C1R(0, dst, dstStep, roi);
   }
   switch (op) {
     case Operator::less:
-      Policy::template run<Operator::less>(value, images, roi);
+      Policy::template run<Operator::less>(value, srcPlane, dstPlane, roi);
       break;
     case Operator::lessEqual:
-      Policy::template run<Operator::lessEqual>(value, images, roi);
+      Policy::template run<Operator::lessEqual>(value, srcPlane, dstPlane, roi);
       break;
     case Operator::equal:
-      Policy::template run<Operator::equal>(value, images, roi);
+      Policy::template run<Operator::equal>(value, srcPlane, dstPlane, roi);
       break;
     case Operator::greaterEqual:
-      Policy::template run<Operator::greaterEqual>(value, images, roi);
+      Policy::template run<Operator::greaterEqual>(value, srcPlane, dstPlane, roi);
       break;
     case Operator::greater:
-      Policy::template run<Operator::greater>(value, images, roi);
+      Policy::template run<Operator::greater>(value, srcPlane, dstPlane, roi);
       break;
   }
   return ippStsNoErr;

@@ -1,7 +1,8 @@
 #pragma once
 
-// Pixels beside a constant, a vector or a single one at a time. A lane of the outcome is all ones where the
-// operator holds and zero where it does not. `Wide` forms are those of the two newest variants.
+// Comparisons of pixels with a constant, of a vector or a single pixel at a time. A lane of the outcome is
+// all ones if the operator holds, else zero. Types with lanes of 32 bytes are those of the two newest
+// variants.
 
 #include <type_traits>
 
@@ -20,7 +21,7 @@ inline bool holdsFor(T x, T value) {
   if constexpr (op == Operator::greater) return value < x;
 }
 
-/// Floats in order: every operator is false for a NaN on either side.
+/// Floats, ordered: every operator is false if either side is a NaN.
 template <Operator op>
 struct OrderedFloats {
   using Pixel = float;
@@ -39,8 +40,8 @@ struct OrderedFloats {
   }
 };
 
-/// Integers by the one order that the processor has, which is signed: the top bits of unsigned ones are
-/// flipped on both sides.
+/// Integers by the processor's comparison of signed ones: of unsigned ones both sides have their top bits
+/// flipped.
 template <class T, Operator op>
 struct Integers {
   using Pixel = T;
@@ -81,10 +82,10 @@ template <Operator op>
 using Words = Integers<u16, op>;
 
 #ifdef __AVX2__
-/// Floats with the upper two operators as the opposites of the lower two: a NaN on either side is greater
-/// than all, and greater or equal.
+/// Floats whose upper two operators are the negations of the lower two: if either side is a NaN, a pixel is
+/// greater, and greater or equal.
 template <Operator op>
-struct WideFloats {
+struct NanAboveFloats {
   using Pixel = float;
   float value;
 
@@ -107,10 +108,10 @@ struct WideFloats {
   }
 };
 
-/// Bytes without a flip: what saturating subtraction leaves of the larger side is nothing. The operators
-/// without equality are those with it at the next value, which exists: see the fills in front.
+/// Bytes by saturating subtraction, whose difference is 0 unless the minuend is larger. The operators without
+/// equality are those with it at the next value, which exists: `neverHolds` tests for the others before.
 template <Operator op>
-struct WideBytes {
+struct SaturatedBytes {
   using Pixel = u8;
   u8 value;
 
@@ -134,9 +135,9 @@ struct WideBytes {
   }
 };
 
-/// Unsigned words in the wider vectors: the larger and the smaller of pixel and constant tell all.
+/// Unsigned words by the maximum and the minimum of pixel and constant.
 template <Operator op>
-struct WideWords : Words<op> {
+struct MinMaxWords : Words<op> {
   using Words<op>::lanes;
   __m256i lanes(__m256i x) const {
     const __m256i v = Vector32::broadcast(this->value).bits;

@@ -1,50 +1,46 @@
 #pragma once
 
-// What a comparison does before it touches a pixel: whether rows run together as one, and which loads and
-// stores are used. Pure, so that each limit can be tested from both sides on any machine.
+// Decisions of a comparison: whether the rows are compared as one, and with which loads and stores. Pure, so
+// that each limit can be tested from both sides on any machine.
 
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
 #include "zorvan/foundation/Wrapping.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
+#include "zorvan/primitives/kernels/simd/stores.h"
 
 namespace Zorvan::Primitives::Compare {
 namespace {
 
-/// The five operators, by the codes that callers give.
+/// The five operators by their codes.
 enum class Operator { less, lessEqual, equal, greaterEqual, greater };
 constexpr unsigned operatorCount = 5;
 
-enum class CompareAccess {
-  unaligned,
-  aligned,    ///< all rows of both images start on 16-byte boundaries
-  streaming,  ///< the same, with whole vectors stored past the cache
-};
-
-/// What a plan needs of an image: where it begins, and its step.
+/// The address of an image, and its step.
 struct ComparePlace {
   std::uintptr_t address;
-  int step;
+  std::int32_t step;
 };
 
-constexpr CompareAccess planRowCompare(ComparePlace src, ComparePlace dst, Size roi) {
+/// The loads are aligned if the stores are.
+constexpr Stores planCompare16(ComparePlace src, ComparePlace dst, Size roi) {
   const auto onBoundary = [](ComparePlace image) { return image.address % 16 == 0 && image.step % 16 == 0; };
-  if (!onBoundary(src) || !onBoundary(dst)) return CompareAccess::unaligned;
+  if (!onBoundary(src) || !onBoundary(dst)) return Stores::plain;
   const std::int32_t touched = wrappedProduct(wrappedSum(src.step, dst.step), roi.height);
-  return touched > RowCompareLimits::streamAboveBytes ? CompareAccess::streaming : CompareAccess::aligned;
+  return touched > Compare16Limits::streamAboveBytes ? Stores::streaming : Stores::aligned;
 }
 
-/// A region as rows, already run together where nothing lies between them.
+/// A region as rows, one if neither image has gaps.
 struct CompareRows {
   std::int64_t rows;
   std::int64_t pixels;  // in a row
 };
 
 template <int pixelBytes>
-constexpr CompareRows planWideCompare(Size roi, int srcStep, int dstStep) {
+constexpr CompareRows planCompare32(Size roi, std::int64_t srcStep, std::int64_t dstStep) {
   const bool gapless = srcStep == std::int64_t{roi.width} * pixelBytes && dstStep == roi.width;
-  if (gapless && (roi.width | roi.height) <= WideCompareLimits::fuseUpToBits) {
+  if (gapless && (roi.width | roi.height) <= Compare32Limits::fuseUpToBits) {
     return {1, std::int64_t{roi.width} * roi.height};
   }
   return {roi.height, roi.width};

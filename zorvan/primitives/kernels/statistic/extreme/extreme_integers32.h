@@ -40,7 +40,7 @@ struct ShortRowsMasked {
     const auto inRow = firstLanes<__mmask32>(roi.width);
     __m256i current = _mm256_setzero_si256();
     for (std::int64_t r = 0; r < roi.height; ++r) {
-      current = Lanes::better(current, loadMasked32(inRow, src.at(r)));
+      current = Lanes::better(current, loadMaskedBytes(inRow, src.at(r)));
       if (Lanes::holds(current, Lanes::limit)) return Lanes::limit;
     }
     return Lanes::bestOf(current);

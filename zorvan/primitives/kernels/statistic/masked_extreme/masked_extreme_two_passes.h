@@ -216,7 +216,7 @@ class SelectedFloats<Vector64> {
                        int width) {
     const __m512 lows = _mm512_set1_ps(low), highs = _mm512_set1_ps(high);
     for (int c = 0; c < width; c += 16) {
-      const __m128i mask = loadMasked16(firstLanes<__mmask16>(width - c < 16 ? width - c : 16), m + c);
+      const __m128i mask = loadMaskedBytes(firstLanes<__mmask16>(width - c < 16 ? width - c : 16), m + c);
       const __mmask16 selected = _mm_test_epi8_mask(mask, mask);
       const __m512 values = loadMaskedFloats(selected, p + c);
       if (places.match(_mm512_mask_cmp_ps_mask(selected, values, lows, _CMP_EQ_OQ),

@@ -2,14 +2,14 @@
 
 // Fills a row with 16-byte stores: the plain fill of the four older variants.
 //
-// One unaligned store reaches the first 16-byte boundary, then 64 bytes a turn on it, streaming where the
-// plan says so, then unaligned stores of 16, then the last bytes in pieces. Only the bytes of the row are
-// written.
+// One unaligned store reaches the first 16-byte boundary, 64 bytes per iteration follow, streaming if the
+// plan says so, then unaligned stores of 16, then the last bytes. Only the bytes of the row are written.
 
 #include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/stores.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Fill {
 namespace {
 
 /// The value in all lanes, at every phase: 16 bytes from any offset below 16 continue the pixels of a row
@@ -25,9 +25,16 @@ struct PhasedPattern {
   }
 };
 
+/// Stores 64 bytes per iteration. `dst` and `length` move on to what is left.
+template <Stores stores>
+inline void fillBy64(Vector16 lanes, u8*& dst, std::int64_t& length) {
+  for (; length >= 64; dst += 64, length -= 64) {
+    for (int i = 0; i < 64; i += Vector16::size) storeVector<stores>(lanes, dst + i);
+  }
+}
+
 template <class T>
-inline void fillRow(const PhasedPattern<T>& pattern, unsigned char* dst, std::int64_t length,
-                    bool streaming) {
+inline void fillRow16(const PhasedPattern<T>& pattern, u8* dst, std::int64_t length, bool streaming) {
   Vector16 lanes = Vector16::loadAligned(pattern.bytes);
   if (length >= 64) {
     if (const std::int64_t peel = bytesToBoundary(dst, 16); peel != 0) {
@@ -37,20 +44,10 @@ inline void fillRow(const PhasedPattern<T>& pattern, unsigned char* dst, std::in
       if (peel % std::int64_t{sizeof(T)} != 0) lanes = Vector16::load(pattern.bytes + peel);
     }
     if (streaming) {
-      for (; length >= 64; dst += 64, length -= 64) {
-        lanes.stream(dst);
-        lanes.stream(dst + 16);
-        lanes.stream(dst + 32);
-        lanes.stream(dst + 48);
-      }
+      fillBy64<Stores::streaming>(lanes, dst, length);
       fenceStores();
     } else {
-      for (; length >= 64; dst += 64, length -= 64) {
-        lanes.storeAligned(dst);
-        lanes.storeAligned(dst + 16);
-        lanes.storeAligned(dst + 32);
-        lanes.storeAligned(dst + 48);
-      }
+      fillBy64<Stores::aligned>(lanes, dst, length);
     }
   }
   for (; length >= 16; dst += 16, length -= 16) lanes.store(dst);
@@ -59,4 +56,4 @@ inline void fillRow(const PhasedPattern<T>& pattern, unsigned char* dst, std::in
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Fill

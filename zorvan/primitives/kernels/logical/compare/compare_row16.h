@@ -2,16 +2,17 @@
 
 // Compares a row with 16-byte vectors: the four older variants, and signed words in all.
 //
-// One step makes 16 bytes of the outcome from as many pixels, 64 where pixels are bytes themselves; the rest
-// goes in groups of half the size each. Whether rows lie on boundaries is known for all of them beforehand,
-// so a row is never cut to reach one.
+// An iteration compares 16 pixels, 64 if they are bytes; the tail is compared in groups of half the size
+// each. The plan decides for all rows whether they are aligned: no row has a peel.
 
 #include "zorvan/primitives/kernels/logical/compare/compare_lanes.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/stores.h"
 
 namespace Zorvan::Primitives::Compare {
 namespace {
 
-/// The outcome for pixels side by side, as bytes in the low end of a vector.
+/// The outcomes of 16, 8 or 4 pixels, as the low bytes of a vector.
 template <class Lanes>
 struct CompareGroups {
   static constexpr int pixelBytes = sizeof(typename Lanes::Pixel);
@@ -27,7 +28,7 @@ struct CompareGroups {
   }
   template <bool aligned>
   static __m128i eight(Lanes compare, const u8* src) {
-    if constexpr (pixelBytes == 1) return compare.lanes(_mm_loadu_si64(src));
+    if constexpr (pixelBytes == 1) return compare.lanes(loadLow<8>(src));
     if constexpr (pixelBytes == 2) {
       const __m128i words = compare.lanes(load<aligned>(src));
       return _mm_packs_epi16(words, words);
@@ -40,9 +41,9 @@ struct CompareGroups {
   }
   template <bool aligned>
   static __m128i four(Lanes compare, const u8* src) {
-    if constexpr (pixelBytes == 1) return compare.lanes(_mm_cvtsi32_si128(loadAs<int>(src)));
+    if constexpr (pixelBytes == 1) return compare.lanes(loadLow<4>(src));
     if constexpr (pixelBytes == 2) {
-      const __m128i words = compare.lanes(_mm_loadu_si64(src));
+      const __m128i words = compare.lanes(loadLow<8>(src));
       return _mm_packs_epi16(words, words);
     }
     if constexpr (pixelBytes == 4) {
@@ -55,16 +56,16 @@ struct CompareGroups {
     return compare.one(loadAs<typename Lanes::Pixel>(src)) ? 255 : 0;
   }
 
-  /// Fewer than 16 pixels, in groups of 8, 4, 2 and 1. The last three go one by one.
+  /// Fewer than 16 pixels, in groups of 8 and 4 and one by one.
   template <bool aligned>
   static void finish(Lanes compare, const u8* src, u8* dst, std::int64_t pixels) {
     if (pixels & 8) {
-      _mm_storeu_si64(dst, eight<aligned>(compare, src));
+      storeLow<8>(dst, eight<aligned>(compare, src));
       src += 8 * pixelBytes;
       dst += 8;
     }
     if (pixels & 4) {
-      storeAs(dst, _mm_cvtsi128_si32(four<aligned>(compare, src)));
+      storeLow<4>(dst, four<aligned>(compare, src));
       src += 4 * pixelBytes;
       dst += 4;
     }
@@ -80,27 +81,24 @@ struct CompareGroups {
  private:
   template <bool aligned>
   static __m128i load(const u8* src) {
-    return (aligned ? Vector16::loadAligned(src) : Vector16::load(src)).bits;
+    return loadVector<Vector16, aligned>(src).bits;
   }
 };
 
-template <CompareAccess access, class Lanes>
-inline void compareRow(Lanes compare, const u8* src, u8* dst, std::int64_t pixels) {
+template <Stores stores, class Lanes>
+inline void compareRow16(Lanes compare, const u8* src, u8* dst, std::int64_t pixels) {
   using Groups = CompareGroups<Lanes>;
-  constexpr bool aligned = access != CompareAccess::unaligned;
-  constexpr int stepPixels = Groups::pixelBytes == 1 ? 64 : 16;
+  constexpr bool aligned = stores != Stores::plain;
+  constexpr int iterationPixels = Groups::pixelBytes == 1 ? 64 : 16;
   const auto sixteen = [&] {
-    const Vector16 bytes{Groups::template sixteen<aligned>(compare, src)};
-    if constexpr (access == CompareAccess::unaligned) bytes.store(dst);
-    if constexpr (access == CompareAccess::aligned) bytes.storeAligned(dst);
-    if constexpr (access == CompareAccess::streaming) bytes.stream(dst);
+    storeVector<stores>(Vector16{Groups::template sixteen<aligned>(compare, src)}, dst);
     src += 16 * Groups::pixelBytes;
     dst += 16;
   };
-  for (; pixels >= stepPixels; pixels -= stepPixels) {
-    for (int i = 0; i < stepPixels; i += 16) sixteen();
+  for (; pixels >= iterationPixels; pixels -= iterationPixels) {
+    for (int i = 0; i < iterationPixels; i += 16) sixteen();
   }
-  if constexpr (stepPixels == 64) {
+  if constexpr (iterationPixels == 64) {
     if (pixels & 32) sixteen(), sixteen();
     if (pixels & 16) sixteen();
   }

@@ -2,20 +2,22 @@
 
 // Blocks under a mask in 16-byte vectors: the four older variants.
 //
-// Adding 0x7F with saturation sets the top bit of exactly the mask bytes that are not zero; gathered, the top
-// bits tell an empty block, which is left alone, from a full one, which is stored unread, and a mixed one.
-// Each block reads and writes its own pixels only.
+// Adding 0x7F with saturation sets the top bit of exactly the mask bytes that are not zero. The top bits of a
+// block show whether it is empty, full or mixed: an empty block is skipped, a full one is stored without a
+// load. Each block reads and writes its own pixels only.
 
 #include "zorvan/primitives/kernels/initializer/masked/masked_row.h"
 #include "zorvan/primitives/kernels/simd/bits.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Masked {
 namespace {
 
-/// The top bit of each byte says whether its pixel is selected.
+/// The top bit of each byte: whether its pixel is selected.
 inline __m128i raiseMask(__m128i mask) { return _mm_adds_epu8(mask, _mm_set1_epi8(0x7F)); }
 
-/// Of `value` the bytes that are selected, of `kept` the others. Bytes of `raised` count by their top bit.
+/// `blend`: the selected bytes of `value` and the others of `kept`. `spreadTopBits` makes from the top bits
+/// what `blend` selects by.
 #ifdef __SSE4_1__
 inline __m128i spreadTopBits(__m128i raised) { return raised; }
 inline __m128i blend(__m128i selected, __m128i value, __m128i kept) {
@@ -28,42 +30,42 @@ inline __m128i blend(__m128i selected, __m128i value, __m128i kept) {
 }
 #endif
 
-/// `selected` from `spreadTopBits`, widened to the pixels.
-inline void blendInto(unsigned char* dst, __m128i selected, Vector16 value) {
+/// `selected`: from `spreadTopBits`, one lane for each pixel.
+inline void blendInto(u8* dst, __m128i selected, Vector16 value) {
   Vector16{blend(selected, value.bits, Vector16::load(dst).bits)}.store(dst);
 }
 
 /// 16 pixels of 8 bits, one blend.
-struct BlendedBytes16 {
+struct ByteBlock16 {
   static constexpr int pixels = 16;
   static constexpr int boundary = 16;
 
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
+  template <Stores stores, class Source>
+  static void run(Source source, u8* dst, const u8* mask) {
     const __m128i raised = raiseMask(Vector16::load(mask).bits);
     const int bits = _mm_movemask_epi8(raised);
     if (bits == 0) return;
     const auto value = source.template at<Vector16>(0);
-    if (bits == 0xFFFF) return Store::put(value, dst);
+    if (bits == 0xFFFF) return storeVector<stores>(value, dst);
     blendInto(dst, spreadTopBits(raised), value);
   }
 };
 
 /// 16 pixels of 16 bits: each mask byte doubled, two blends.
-struct BlendedWords16 {
+struct WordBlock16 {
   static constexpr int pixels = 16;
   static constexpr int boundary = 16;
 
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
+  template <Stores stores, class Source>
+  static void run(Source source, u8* dst, const u8* mask) {
     const __m128i raised = raiseMask(Vector16::load(mask).bits);
     const int bits = _mm_movemask_epi8(raised);
     if (bits == 0) return;
     const auto low = source.template at<Vector16>(0);
     const auto high = source.template at<Vector16>(8);
     if (bits == 0xFFFF) {
-      Store::put(low, dst);
-      Store::put(high, dst + 16);
+      storeVector<stores>(low, dst);
+      storeVector<stores>(high, dst + 16);
       return;
     }
     const __m128i selected = spreadTopBits(raised);
@@ -72,20 +74,20 @@ struct BlendedWords16 {
   }
 };
 
-/// 16 pixels of any size; a mixed block goes pixel by pixel over the selected ones.
-struct SparsePixels16 {
+/// 16 pixels of any size; a mixed block stores its selected pixels one by one.
+struct SparseBlock16 {
   static constexpr int pixels = 16;
   static constexpr int boundary = 16;
 
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
+  template <Stores stores, class Source>
+  static void run(Source source, u8* dst, const u8* mask) {
     using Pixel = typename Source::Pixel;
     constexpr int pixelBytes = sizeof(Pixel);
     int bits = _mm_movemask_epi8(raiseMask(Vector16::load(mask).bits));
     if (bits == 0) return;
     if (bits == 0xFFFF) {
       for (int i = 0; i < pixels; i += 16 / pixelBytes) {
-        Store::put(source.template at<Vector16>(i), dst + i * pixelBytes);
+        storeVector<stores>(source.template at<Vector16>(i), dst + i * pixelBytes);
       }
       return;
     }
@@ -97,7 +99,7 @@ struct SparsePixels16 {
   }
 };
 
-/// Row n has the lanes selected whose bits are set in n.
+/// Row n selects the lanes whose bits are set in n.
 struct LanesOfNibble {
   std::uint32_t row[16][4];
   constexpr LanesOfNibble() : row{} {
@@ -108,21 +110,20 @@ struct LanesOfNibble {
 };
 
 /// 8 pixels of 32 bits: two blends, each selected by a nibble of the bit mask.
-struct NibbleDwords8 {
+struct NibbleBlock16 {
   static constexpr int pixels = 8;
   static constexpr int boundary = 16;
 
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
+  template <Stores stores, class Source>
+  static void run(Source source, u8* dst, const u8* mask) {
     alignas(16) static constexpr LanesOfNibble lanes;
-    const int bits =
-        _mm_movemask_epi8(raiseMask(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(mask)))) & 0xFF;
+    const int bits = _mm_movemask_epi8(raiseMask(loadLow<8>(mask))) & 0xFF;
     if (bits == 0) return;
     const auto low = source.template at<Vector16>(0);
     const auto high = source.template at<Vector16>(4);
     if (bits == 0xFF) {
-      Store::put(low, dst);
-      Store::put(high, dst + 16);
+      storeVector<stores>(low, dst);
+      storeVector<stores>(high, dst + 16);
       return;
     }
     blendInto(dst, Vector16::loadAligned(lanes.row[bits & 15]).bits, low);
@@ -131,19 +132,19 @@ struct NibbleDwords8 {
 };
 
 #ifdef __SSSE3__
-/// 16 pixels of 32 bits, tested once more by quarters of 4; each mask byte shuffled to the 4 bytes of its
-/// pixel.
-struct ShuffledDwords16 {
+/// 16 pixels of 32 bits, a mixed block by quarters of 4 pixels; a shuffle copies each mask byte to the 4
+/// bytes of its pixel.
+struct ShuffledBlock16 {
   static constexpr int pixels = 16;
   static constexpr int boundary = 16;
 
-  template <class Store, class Source>
-  static void run(Source source, unsigned char* dst, const unsigned char* mask) {
+  template <Stores stores, class Source>
+  static void run(Source source, u8* dst, const u8* mask) {
     const __m128i raised = raiseMask(Vector16::load(mask).bits);
     const int bits = _mm_movemask_epi8(raised);
     if (bits == 0) return;
     if (bits == 0xFFFF) {
-      for (int i = 0; i < pixels; i += 4) Store::put(source.template at<Vector16>(i), dst + 4 * i);
+      for (int i = 0; i < pixels; i += 4) storeVector<stores>(source.template at<Vector16>(i), dst + 4 * i);
       return;
     }
     const __m128i selected = spreadTopBits(raised);
@@ -151,7 +152,7 @@ struct ShuffledDwords16 {
     for (int i = 0; i < pixels; i += 4) {
       const int quarter = bits >> i & 15;
       if (quarter == 15) {
-        Store::put(source.template at<Vector16>(i), dst + 4 * i);
+        storeVector<stores>(source.template at<Vector16>(i), dst + 4 * i);
       } else if (quarter != 0) {
         blendInto(dst + 4 * i, _mm_shuffle_epi8(selected, spread), source.template at<Vector16>(i));
       }
@@ -162,4 +163,4 @@ struct ShuffledDwords16 {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Masked
