@@ -39,7 +39,7 @@ inline bool isOnSerpentine(int x, int y, int width) {
 /// A line of one pixel that winds inwards with a wall of one pixel beside it.
 inline bool isOnSpiral(int x, int y, Size size) {
   const int ring = std::min({x, y, size.width - 1 - x, size.height - 1 - y});
-  // The wall between two turns is open on the left below the turn's start; the line is closed there.
+  // The wall between two rings is open on the left below the ring's start; the line is closed there.
   if (x == ring && y == ring + 1 && ring + 1 < size.height - 1 - ring) return ring % 2 != 0;
   return ring % 2 == 0;
 }

@@ -4,10 +4,10 @@
 
 #include "zorvan/operations/computervision/ComputerVisionMethods.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::FloodFill {
 namespace {
 
-TEST(FloodFillPlan, TellsARecordForFourPixelsAndWraps) {
+TEST(FloodFillPlan, ReportsARecordForFourPixelsAndWraps) {
   EXPECT_EQ(reportedFillBufferBytes({1, 1}), 38);
   EXPECT_EQ(reportedFillBufferBytes({640, 480}), 6 * 640 * 480 + 32);
   EXPECT_EQ(reportedFillBufferBytes({0x7FFFFFFF, 1}), 26);
@@ -25,13 +25,13 @@ TEST(FloodFillPlan, KnowsWhichLengthsFit) {
   }
 }
 
-TEST(FloodFillPlan, TeethOnBothSidesNeedMoreThanTold) {
+TEST(FloodFillPlan, TeethOnBothSidesNeedMoreThanReported) {
   EXPECT_EQ(mostFillRecords({1001, 3}), 1002);
   EXPECT_EQ(fillBufferBytes(1002), 24 * 1002 + 7);
   EXPECT_LT(reportedFillBufferBytes({1001, 3}), fillBufferBytes(1002));
 }
 
-TEST(FloodFillPlan, TheBoundIsFormedOn64Bits) {
+TEST(FloodFillPlan, TheBoundHas64Bits) {
   EXPECT_EQ(mostFillRecords({0x7FFFFFFE, 0x7FFFFFFF}), std::int64_t{0x7FFFFFFF} * 0x7FFFFFFF / 3);
 }
 
@@ -46,7 +46,7 @@ TEST(FloodFillPlan, TheFacadesWorkMemoryHoldsTheBoundInEveryRegionThatItTakes) {
   EXPECT_EQ(workBytes({0, 1}), -1);
 }
 
-TEST(FloodFillPlan, SearchesByVectorsFromSixteenPixelsAhead) {
+TEST(FloodFillPlan, SearchesByVectorsIfSixteenPixelsFollow) {
   EXPECT_FALSE(searchesByVectors(10, 25));
   EXPECT_TRUE(searchesByVectors(10, 26));
   EXPECT_FALSE(searchesByVectors(0, 0));
@@ -58,4 +58,4 @@ TEST(FloodFillPlan, FollowsColumnsOfRowsThatAreNotWholePagesApart) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::FloodFill

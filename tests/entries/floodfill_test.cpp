@@ -1,6 +1,6 @@
-// Flood fill in every variant beside the breadth-first reference: the pixels, what lies between and around
-// the rows, the record and the status. The work memory has the size that is enough for every image and lies
-// against an unreadable page.
+// Flood fill in every variant against the breadth-first reference: the pixels, the bytes between and around
+// the rows, the record and the status. The work memory has the size that is enough for every image and ends
+// at an unreadable page.
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,8 @@ struct FillCall {
       : image(side, imageBytes(size, moreBytes), placement, seed),
         region(2 + side, sizeof(_IppiConnectedComp), {Placement::Edge::inside, 0}, seed),
         work(4 + side,
-             static_cast<std::size_t>(Primitives::fillBufferBytes(Primitives::mostFillRecords(size))),
+             static_cast<std::size_t>(
+                 Primitives::FloodFill::fillBufferBytes(Primitives::FloodFill::mostFillRecords(size))),
              {Placement::Edge::back, 0}, seed),
         roi(size),
         step(size.width * static_cast<int>(sizeof(T)) + moreBytes) {}
@@ -69,7 +70,8 @@ struct FillCall {
   }
 };
 
-/// Draws the same image twice and fills it on both sides. False after a difference.
+/// Draws the same image twice and fills one by the reference, the other by the entry. False after a
+/// difference.
 template <class T, class PixelAt>
 bool agreeOn(const FillEntry<T>& entry, int variant, Size roi, int moreBytes, Placement placement, Point seed,
              T gap, T value, PixelAt pixelAt, const std::string& what) {
@@ -101,7 +103,7 @@ constexpr T otherPixel = T(9);
 template <class T>
 constexpr T newPixel = T(200);
 
-/// With any number of bytes between the rows, or a given one, and anywhere or at an offset within a line.
+/// With a random number of bytes between the rows or a given one, and at a random place or a given offset.
 template <class T>
 bool agreeOnShape(const FillEntry<T>& entry, int variant, FillShape shape, Size roi, Point seed,
                   Random& random, int givenMoreBytes = -1, int givenOffset = -1) {
@@ -156,7 +158,7 @@ void shapes(const FillEntry<T>& entry, int variant) {
   }
 }
 
-/// Every width at every offset, half of them in rows of whole lines.
+/// Every width at every offset, half of them with steps of whole cache lines.
 template <class T>
 void everyOffset(const FillEntry<T>& entry, int variant) {
   bool agrees = true;
@@ -169,7 +171,7 @@ void everyOffset(const FillEntry<T>& entry, int variant) {
   });
 }
 
-/// Rows that lie whole pages apart, of which columns are left to the stack.
+/// Rows that lie whole pages apart, whose columns are not followed in registers.
 template <class T>
 void pagedRows(const FillEntry<T>& entry, int variant) {
   Random random(options().seed + 2);
@@ -230,7 +232,7 @@ void specialPixels(const FillEntry<T>& entry, int variant) {
   }
 }
 
-/// Every combination of bad arguments has the status of the first that is tested, and changes nothing.
+/// Every combination of bad arguments returns the status of the first that is tested, and changes nothing.
 template <class T>
 void refusals(const FillEntry<T>& entry, int variant) {
   constexpr int pixelBytes = sizeof(T);
@@ -260,7 +262,7 @@ void refusals(const FillEntry<T>& entry, int variant) {
   }
 }
 
-/// One row, or an old value that is the new one already, takes no work memory: a pointer to nothing will do.
+/// One row, or an old value equal to the new one, uses no work memory: any pointer will do.
 template <class T>
 void untouchedMemory(const FillEntry<T>& entry, int variant) {
   auto* const nowhere = reinterpret_cast<u8*>(std::uintptr_t{64});

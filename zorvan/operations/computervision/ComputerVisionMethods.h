@@ -20,8 +20,9 @@ namespace Zorvan::Ipp::Image::ComputerVisions {
 inline std::int64_t workBytes(Size roi) {
   int reported = -1;
   Primitives::ippiFloodFillGetSize(roi, &reported);
-  if (reported < 1 || !Primitives::fillBufferBytesFit(roi)) return -1;
-  return std::max<std::int64_t>(reported, Primitives::fillBufferBytes(Primitives::mostFillRecords(roi)));
+  if (reported < 1 || !Primitives::FloodFill::fillBufferBytesFit(roi)) return -1;
+  using namespace Primitives::FloodFill;
+  return std::max<std::int64_t>(reported, fillBufferBytes(mostFillRecords(roi)));
 }
 
 /// Returns null when memory runs out. Throws std::exception, "invalid length", if `bytes` is below 1.

@@ -1,21 +1,22 @@
 #pragma once
 
-// The steps of a flood fill along a row in blocks of 16 pixels, for the variants without mask registers and
-// for float pixels in all of them.
+// A flood fill along a row in blocks of 16 pixels, for the variants without mask registers and for float
+// pixels in all of them.
 //
-// A block is compared as a whole, its matches become 16 bits. No block reaches behind the region's last
-// column: what lies there may hold the old value, or be unreadable. The end of a run is searched first and
+// A block is compared as a whole, its matches become 16 bits. No block reaches beyond the region's last
+// column: the pixels there may hold the old value, or be unreadable. The end of a run is searched first and
 // the run filled afterwards.
 //
-// A run that begins where it is looked for, or ends with the region, is told by a branch of its own: a column
-// counted out of a comparison would hold up the next row, which is looked through from there.
+// A run that begins at the first column of the search, or ends with the region, has a branch of its own: a
+// column that is computed from a comparison would delay the next row, whose search begins there.
 
 #include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
 #include "zorvan/primitives/kernels/simd/bits.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::FloodFill {
 namespace {
 
 /// Vectors of the old and of the new value of 8-bit pixels.
@@ -26,19 +27,19 @@ struct ByteBlock {
   ByteBlock(u8 oldPixel, u8 newPixel)
       : old(Vector16::broadcast(oldPixel).bits), value(Vector16::broadcast(newPixel).bits) {}
 
-  unsigned matches(const unsigned char* p) const {
+  unsigned matches(const u8* p) const {
     return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(Vector16::load(p).bits, old)));
   }
 
-  void fillBlock(unsigned char* p) const { Vector16{value}.store(p); }
+  void fillBlock(u8* p) const { Vector16{value}.store(p); }
 
-  /// Stores of 8 bytes up to a boundary, then of 16 bytes, then single bytes.
-  void fill(unsigned char* p, std::int64_t count) const {
+  /// Two stores of 8 bytes reach a boundary, stores of 16 bytes follow, then single bytes.
+  void fill(u8* p, std::int64_t count) const {
     if (count >= 16) {
-      unsigned char* const boundary = p + bytesToBoundary(p, 16);
+      u8* const boundary = p + bytesToBoundary(p, 16);
       if (p != boundary) {
-        _mm_storeu_si64(p, value);
-        _mm_storeu_si64(p + 8, value);
+        storeLow<8>(p, value);
+        storeLow<8>(p + 8, value);
         count -= boundary - p;
         p = boundary;
       }
@@ -56,7 +57,7 @@ inline unsigned joinMatches(__m128i a, __m128i b, __m128i c, __m128i d) {
 }
 
 /// Fills 32-bit pixels with stores of 16 bytes.
-inline void fillDwords(unsigned char* p, std::int64_t count, __m128i value) {
+inline void fillDwords(u8* p, std::int64_t count, __m128i value) {
   for (; count >= 4; p += 16, count -= 4) Vector16{value}.store(p);
   const int pixel = _mm_cvtsi128_si32(value);
   for (; count > 0; p += 4, --count) storeAs<int>(p, pixel);
@@ -68,42 +69,42 @@ struct IntBlock {
 
   IntBlock(int oldPixel, int newPixel) : old(_mm_set1_epi32(oldPixel)), value(_mm_set1_epi32(newPixel)) {}
 
-  unsigned matches(const unsigned char* p) const {
+  unsigned matches(const u8* p) const {
     return joinMatches(
         _mm_cmpeq_epi32(Vector16::load(p).bits, old), _mm_cmpeq_epi32(Vector16::load(p + 16).bits, old),
         _mm_cmpeq_epi32(Vector16::load(p + 32).bits, old), _mm_cmpeq_epi32(Vector16::load(p + 48).bits, old));
   }
-  void fillBlock(unsigned char* p) const { fill(p, 16); }
-  void fill(unsigned char* p, std::int64_t count) const { fillDwords(p, count, value); }
+  void fillBlock(u8* p) const { fill(p, 16); }
+  void fill(u8* p, std::int64_t count) const { fillDwords(p, count, value); }
 };
 
-/// Compares as floating-point numbers, so that it agrees with the single pixel on NaN and on both zeros.
+/// Compares as floating-point numbers, like the comparison of a single pixel, for NaN and for both zeros.
 struct FloatBlock {
   using Pixel = float;
   __m128 old, value;
 
   FloatBlock(float oldPixel, float newPixel) : old(_mm_set1_ps(oldPixel)), value(_mm_set1_ps(newPixel)) {}
 
-  unsigned matches(const unsigned char* p) const {
-    const auto match = [this](const unsigned char* four) {
+  unsigned matches(const u8* p) const {
+    const auto match = [this](const u8* four) {
       return _mm_castps_si128(_mm_cmpeq_ps(_mm_castsi128_ps(Vector16::load(four).bits), old));
     };
     return joinMatches(match(p), match(p + 16), match(p + 32), match(p + 48));
   }
-  void fillBlock(unsigned char* p) const { fill(p, 16); }
-  void fill(unsigned char* p, std::int64_t count) const { fillDwords(p, count, _mm_castps_si128(value)); }
+  void fillBlock(u8* p) const { fill(p, 16); }
+  void fill(u8* p, std::int64_t count) const { fillDwords(p, count, _mm_castps_si128(value)); }
 };
 
 #ifdef __AVX512VL__
 /// Float pixels filled with stores of 32 bytes.
-struct WideFilledFloatBlock : FloatBlock {
+struct FloatBlock32 : FloatBlock {
   using FloatBlock::FloatBlock;
 
-  void fillBlock(unsigned char* p) const { fill(p, 16); }
-  void fill(unsigned char* p, std::int64_t count) const {
+  void fillBlock(u8* p) const { fill(p, 16); }
+  void fill(u8* p, std::int64_t count) const {
     const __m256i eight = _mm256_broadcastd_epi32(_mm_castps_si128(value));
     for (; count >= 8; p += 32, count -= 8) Vector32{eight}.store(p);
-    _mm256_mask_storeu_epi32(p, static_cast<__mmask8>((1u << count) - 1), eight);
+    storeMasked(firstLanes<__mmask8>(count), p, eight);
   }
 };
 #endif
@@ -122,7 +123,7 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
   BlockRow(T oldPixel, T newPixel, std::int64_t lastColumn)
       : Pixels{oldPixel, newPixel, lastColumn}, block(oldPixel, newPixel) {}
 
-  std::int64_t find(unsigned char* row, std::int64_t x, std::int64_t right) const {
+  std::int64_t find(u8* row, std::int64_t x, std::int64_t right) const {
     if (right - x + 1 < vectorScanPixels) return Pixels::find(row, x, right);
     for (; x <= right; x += 16) {
       if (last - x < 15) return Pixels::find(row, x, right);
@@ -133,7 +134,7 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
     return x;
   }
 
-  std::int64_t extendLeft(unsigned char* row, std::int64_t x) const {
+  std::int64_t extendLeft(u8* row, std::int64_t x) const {
     if (x == 0 || !isOld(row, x - 1)) return x;
     for (; x >= 16; x -= 16) {
       const unsigned others = block.matches(at(row, x - 16)) ^ allMatch;
@@ -147,7 +148,7 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
     return Pixels::extendLeft(row, x);
   }
 
-  std::int64_t extendRight(unsigned char* row, std::int64_t x, std::int64_t scanRight) const {
+  std::int64_t extendRight(u8* row, std::int64_t x, std::int64_t scanRight) const {
     if (!searchesByVectors(x, scanRight)) return Pixels::extendRight(row, x);
     const std::int64_t end = endOfRun(row, x);
     block.fill(at(row, x), end - x);
@@ -155,9 +156,9 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
   }
 
  private:
-  /// The column behind the run from `x`, which has 16 more columns ahead of it at least. The last block ends
-  /// with the region and overlaps the one before.
-  std::int64_t endOfRun(unsigned char* row, std::int64_t x) const {
+  /// The column after the run from `x`, which at least 16 columns follow. The last block ends with the region
+  /// and overlaps the one before.
+  std::int64_t endOfRun(u8* row, std::int64_t x) const {
     for (; last - x > 15; x += 16) {
       const unsigned others = block.matches(at(row, x)) ^ allMatch;
       if (others != 0) return x + lowestSetBit(others);
@@ -170,4 +171,4 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::FloodFill

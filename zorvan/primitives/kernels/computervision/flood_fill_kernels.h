@@ -1,10 +1,9 @@
 #pragma once
 
-// Flood fill: the entries, and which variant walks the rows of which pixels how.
+// Flood fill: the entries, and which variant fills the rows of which pixels how.
 
 #include <type_traits>
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/computervision/flood_blocks.h"
@@ -13,37 +12,37 @@
 #include "zorvan/primitives/kernels/computervision/flood_masked.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::FloodFill {
 namespace {
 
 #ifndef __AVX512BW__
 template <class T>
 struct MaskedRow;
-struct WideFilledFloatBlock;
+struct FloatBlock32;
 #endif
 
 using ByteRow = BlockRow<ByteBlock>;
 using IntRow = BlockRow<IntBlock>;
 using FloatRow = BlockRow<FloatBlock>;
-using WideFilledFloatRow = BlockRow<WideFilledFloatBlock>;
+using FloatRow32 = BlockRow<FloatBlock32>;
 
 template <class V, class T>
-struct FloodFillPolicy;
+struct Policy;
 template <class V>
-struct FloodFillPolicy<V, u8> {
+struct Policy<V, u8> {
   using Row = ByVariant<V, ByteRow, ByteRow, ByteRow, ByteRow, ByteRow, MaskedRow<u8>>;
 };
 template <class V>
-struct FloodFillPolicy<V, u16> {
+struct Policy<V, u16> {
   using Row = PlainRow<u16>;
 };
 template <class V>
-struct FloodFillPolicy<V, int> {
+struct Policy<V, int> {
   using Row = ByVariant<V, PlainRow<int>, PlainRow<int>, PlainRow<int>, IntRow, IntRow, MaskedRow<int>>;
 };
 template <class V>
-struct FloodFillPolicy<V, float> {
-  using Row = ByVariant<V, FloatRow, FloatRow, FloatRow, FloatRow, FloatRow, WideFilledFloatRow>;
+struct Policy<V, float> {
+  using Row = ByVariant<V, FloatRow, FloatRow, FloatRow, FloatRow, FloatRow, FloatRow32>;
 };
 
 template <class V, class T>
@@ -55,12 +54,13 @@ int floodFill(T* image, int step, Size roi, Point seed, T newValue, _IppiConnect
   if (seed.x < 0 || seed.x >= roi.width || seed.y < 0 || seed.y >= roi.height)
     return Ipp::ippStsOutOfRangeErr;
 
-  using Row = typename FloodFillPolicy<V, T>::Row;
-  const T old = loadAs<T>(Row::at(rowAt(reinterpret_cast<unsigned char*>(image), step, seed.y), seed.x));
+  using Row = typename Policy<V, T>::Row;
+  const Plane<u8> rows{reinterpret_cast<u8*>(image), step};
+  const T old = loadAs<T>(Row::at(rows.at(seed.y), seed.x));
   if (old == newValue) return ippStsNoErr;
 
   const Row row(old, newValue, roi.width - 1);
-  const FilledArea area = FloodFill<Row>(row, image, step, roi, buffer).run(seed);
+  const FilledArea area = Filler<Row>(row, rows, roi, buffer).run(seed);
   region->area = static_cast<std::int32_t>(area.count);
   region->value[0] = newValue;
   region->value[1] = 0;
@@ -69,10 +69,8 @@ int floodFill(T* image, int step, Size roi, Point seed, T newValue, _IppiConnect
   return ippStsNoErr;
 }
 
-}  // namespace
-
 template <class V>
-int Routines<V>::ippiFloodFillGetSize(Size roi, int* bufferSize) {
+int getSize(Size roi, int* bufferSize) {
   if (bufferSize == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
   *bufferSize = reportedFillBufferBytes(roi);
@@ -80,24 +78,13 @@ int Routines<V>::ippiFloodFillGetSize(Size roi, int* bufferSize) {
 }
 
 template <class V>
-int Routines<V>::ippiFloodFill_4Con_8u_C1IR(u8* image, int step, Size roi, Point seed, u8 newValue,
-                                            _IppiConnectedComp* region, u8* buffer) {
-  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
-}
-template <class V>
-int Routines<V>::ippiFloodFill_4Con_16u_C1IR(u16* image, int step, Size roi, Point seed, u16 newValue,
-                                             _IppiConnectedComp* region, u8* buffer) {
-  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
-}
-template <class V>
-int Routines<V>::ippiFloodFill_4Con_32s_C1IR(int* image, int step, Size roi, Point seed, int newValue,
-                                             _IppiConnectedComp* region, u8* buffer) {
-  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
-}
-template <class V>
-int Routines<V>::ippiFloodFill_4Con_32f_C1IR(float* image, int step, Size roi, Point seed, float newValue,
-                                             _IppiConnectedComp* region, u8* buffer) {
-  return floodFill<V>(image, step, roi, seed, newValue, region, buffer);
-}
+struct Bodies {
+  static constexpr auto ippiFloodFillGetSize = getSize<V>;
+  static constexpr auto ippiFloodFill_4Con_8u_C1IR = floodFill<V, u8>;
+  static constexpr auto ippiFloodFill_4Con_16u_C1IR = floodFill<V, u16>;
+  static constexpr auto ippiFloodFill_4Con_32s_C1IR = floodFill<V, int>;
+  static constexpr auto ippiFloodFill_4Con_32f_C1IR = floodFill<V, float>;
+};
 
-}  // namespace Zorvan::Primitives
+}  // namespace
+}  // namespace Zorvan::Primitives::FloodFill
