@@ -26,7 +26,7 @@ struct Outcome {
   friend bool operator==(const Outcome&, const Outcome&) = default;
 };
 
-/// The outcome for two single pixels, which all variants have in common.
+/// The outcome for two single pixels, the same in all variants.
 template <class T, class... Factor>
 Outcome<T> of(const Row<int(const T*, int, const T*, int, T*, int, Size, Factor...)>& row, T first, T second,
               Factor... f) {
@@ -131,7 +131,7 @@ TEST(ArithmeticExamples, FloatsOverZero) {
   EXPECT_EQ(sum.status, 0);
 }
 
-TEST(ArithmeticExamples, AZeroDivisorShowsFromAnyRow) {
+TEST(ArithmeticExamples, AZeroDivisorIsReportedFromAnyRow) {
   for (int variant = 0; variant <= highestVariant(); ++variant) {
     for (int zeroRow = 0; zeroRow < 3; ++zeroRow) {
       for (const int column : {0, 5, 40, 64, 99}) {
@@ -149,7 +149,7 @@ TEST(ArithmeticExamples, AZeroDivisorShowsFromAnyRow) {
   }
 }
 
-TEST(ArithmeticExamples, FloatDivisorsBeyondTheEstimateAreDividedExactly) {
+TEST(ArithmeticExamples, FloatDivisorsWithoutAUsableEstimateAreDividedExactly) {
   for (const float divisor : {0x1p125F, 0x1.8p126F, 0x1.fffffep127F, 0x1p-149F, 0x1.8p-127F, infinity}) {
     float divisors[40], numerators[40], quotients[40];
     for (int i = 0; i < 40; ++i) {

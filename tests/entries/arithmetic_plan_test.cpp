@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "zorvan/primitives/kernels/arithmetic/binary/float_row_plan.h"
-#include "zorvan/primitives/kernels/arithmetic/binary/scaling_plan.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/scaled_row_plan.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_plan.h"
 #include "zorvan/primitives/kernels/common/prefetch_plan.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr int lowestFactor = -2147483647 - 1, highestFactor = 2147483647;
 
-/// An operation on a pixel type and the last scale factors on this side of its shortcuts.
+/// An operation on a pixel type and the highest and lowest scale factors with pixels to compute.
 struct Limits {
   Operation operation;
   int pixelBytes;
@@ -20,7 +20,7 @@ struct Limits {
 
 class ScalingLimitsOf : public testing::TestWithParam<Limits> {};
 
-TEST_P(ScalingLimitsOf, StandBetweenTheWaysOfScaling) {
+TEST_P(ScalingLimitsOf, SelectTheScaling) {
   const Limits& p = GetParam();
   const auto plan = [&p](int f) {
     return planScaling(scalingLimits(p.operation, p.pixelBytes, p.isSigned), f);
@@ -46,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Limits{Operation::difference, 2, true, 16, -15},
                     Limits{Operation::product, 2, true, 30, -14}));
 
-TEST(ScalingPlan, RoundsProductsOf16BitsIn64BitsWhere32AreTooFew) {
+TEST(ScalingPlan, RoundsLargeProductsOf16BitsIn64Bits) {
   const ScalingLimits limits = scalingLimits(Operation::product, 2, false);
   EXPECT_EQ(planScaling(limits, 16), Scaling::rounded);
   EXPECT_EQ(planScaling(limits, 17), Scaling::longRounded);
@@ -54,114 +54,114 @@ TEST(ScalingPlan, RoundsProductsOf16BitsIn64BitsWhere32AreTooFew) {
   EXPECT_EQ(planScaling(scalingLimits(Operation::product, 2, true), 30), Scaling::rounded);
 }
 
-void expectRow(NarrowRowPlan plan, int passFromPixels, int passBytes) {
-  EXPECT_EQ(plan.passFromPixels, passFromPixels);
-  EXPECT_EQ(plan.passBytes, passBytes);
+void expectRow(ScaledRow16Plan plan, int vectorsFromPixels, int iterationBytes) {
+  EXPECT_EQ(plan.vectorsFromPixels, vectorsFromPixels);
+  EXPECT_EQ(plan.iterationBytes, iterationBytes);
 }
 
-TEST(NarrowRowPlan, BytesRunInPassesFrom31Or47Pixels) {
+TEST(ScaledRow16Plan, BytesRunInVectorsFrom31Or47Pixels) {
   for (const Operation operation : {Operation::sum, Operation::difference}) {
-    expectRow(planNarrowRow(operation, 1, Scaling::saturated), 47, 32);
-    expectRow(planNarrowRow(operation, 1, Scaling::halved), 31, 16);
-    expectRow(planNarrowRow(operation, 1, Scaling::rounded), 31, 16);
-    expectRow(planNarrowRow(operation, 1, Scaling::signOnly), 47, 16);
+    expectRow(planScaledRow16(operation, 1, Scaling::saturated), 47, 32);
+    expectRow(planScaledRow16(operation, 1, Scaling::halved), 31, 16);
+    expectRow(planScaledRow16(operation, 1, Scaling::rounded), 31, 16);
+    expectRow(planScaledRow16(operation, 1, Scaling::signOnly), 47, 16);
   }
-  expectRow(planNarrowRow(Operation::sum, 1, Scaling::enlarged), 31, 16);
-  expectRow(planNarrowRow(Operation::difference, 1, Scaling::enlarged), 47, 16);
+  expectRow(planScaledRow16(Operation::sum, 1, Scaling::enlarged), 31, 16);
+  expectRow(planScaledRow16(Operation::difference, 1, Scaling::enlarged), 47, 16);
   for (const Scaling scaling : {Scaling::saturated, Scaling::halved, Scaling::rounded, Scaling::enlarged}) {
-    expectRow(planNarrowRow(Operation::product, 1, scaling), 31, 16);
+    expectRow(planScaledRow16(Operation::product, 1, scaling), 31, 16);
   }
-  expectRow(planNarrowRow(Operation::product, 1, Scaling::signOnly), 47, 16);
+  expectRow(planScaledRow16(Operation::product, 1, Scaling::signOnly), 47, 16);
 }
 
-TEST(NarrowRowPlan, WordsRunInPassesFrom15Or23Pixels) {
+TEST(ScaledRow16Plan, WordsRunInVectorsFrom15Or23Pixels) {
   for (const Operation operation : {Operation::sum, Operation::difference, Operation::product}) {
-    expectRow(planNarrowRow(operation, 2, Scaling::saturated), 23, 32);
+    expectRow(planScaledRow16(operation, 2, Scaling::saturated), 23, 32);
     for (const Scaling scaling : {Scaling::halved, Scaling::rounded, Scaling::enlarged}) {
-      expectRow(planNarrowRow(operation, 2, scaling), 15, 16);
+      expectRow(planScaledRow16(operation, 2, scaling), 15, 16);
     }
   }
-  expectRow(planNarrowRow(Operation::sum, 2, Scaling::signOnly), 23, 32);
-  expectRow(planNarrowRow(Operation::product, 2, Scaling::signOnly), 15, 16);
+  expectRow(planScaledRow16(Operation::sum, 2, Scaling::signOnly), 23, 32);
+  expectRow(planScaledRow16(Operation::product, 2, Scaling::signOnly), 15, 16);
 }
 
-TEST(NarrowRowPlan, OnlyUnscaledSumsOfBytesEndInSteps) {
-  EXPECT_TRUE(planNarrowRow(Operation::sum, 1, Scaling::saturated).remainderInSteps);
-  EXPECT_TRUE(planNarrowRow(Operation::difference, 1, Scaling::saturated).remainderInSteps);
-  EXPECT_FALSE(planNarrowRow(Operation::sum, 1, Scaling::halved).remainderInSteps);
-  EXPECT_FALSE(planNarrowRow(Operation::product, 1, Scaling::saturated).remainderInSteps);
-  EXPECT_FALSE(planNarrowRow(Operation::sum, 2, Scaling::saturated).remainderInSteps);
+TEST(ScaledRow16Plan, OnlyUnscaledSumsOfBytesHaveATailInVectors) {
+  EXPECT_TRUE(planScaledRow16(Operation::sum, 1, Scaling::saturated).tailInVectors);
+  EXPECT_TRUE(planScaledRow16(Operation::difference, 1, Scaling::saturated).tailInVectors);
+  EXPECT_FALSE(planScaledRow16(Operation::sum, 1, Scaling::halved).tailInVectors);
+  EXPECT_FALSE(planScaledRow16(Operation::product, 1, Scaling::saturated).tailInVectors);
+  EXPECT_FALSE(planScaledRow16(Operation::sum, 2, Scaling::saturated).tailInVectors);
 }
 
-TEST(WidePass, Holds64BytesWithoutScaling) {
-  EXPECT_EQ(planWidePass(1, Scaling::saturated), 64);
-  EXPECT_EQ(planWidePass(1, Scaling::signOnly), 32);
-  EXPECT_EQ(planWidePass(1, Scaling::rounded), 32);
-  EXPECT_EQ(planWidePass(2, Scaling::saturated), 64);
-  EXPECT_EQ(planWidePass(2, Scaling::signOnly), 64);
-  EXPECT_EQ(planWidePass(2, Scaling::enlarged), 32);
+TEST(ScaledRow32Plan, TakesTwoVectorsWithoutScaling) {
+  EXPECT_EQ(planScaledRow32(1, Scaling::saturated), 64);
+  EXPECT_EQ(planScaledRow32(1, Scaling::signOnly), 32);
+  EXPECT_EQ(planScaledRow32(1, Scaling::rounded), 32);
+  EXPECT_EQ(planScaledRow32(2, Scaling::saturated), 64);
+  EXPECT_EQ(planScaledRow32(2, Scaling::signOnly), 64);
+  EXPECT_EQ(planScaledRow32(2, Scaling::enlarged), 32);
 }
 
-TEST(FloatRowPlan, RunsInBlocksFrom11PixelsAtAnyAddress) {
-  EXPECT_EQ(planFloatRow(64, 10, true), pixelByPixel);
-  EXPECT_EQ(planFloatRow(64, 11, true), (FloatRowPlan{true, true, 0, false}));
-  EXPECT_EQ(planFloatRow(68, 11, true), (FloatRowPlan{true, true, 3, false}));
-  EXPECT_EQ(planFloatRow(66, 11, true), (FloatRowPlan{true, false, 0, false}));
+TEST(FloatRow16Plan, RunsInVectorsFrom11PixelsAtAnyAddress) {
+  EXPECT_EQ(planFloatRow16(64, 10, true), pixelByPixel);
+  EXPECT_EQ(planFloatRow16(64, 11, true), (FloatRowPlan{true, true, 0, false}));
+  EXPECT_EQ(planFloatRow16(68, 11, true), (FloatRowPlan{true, true, 3, false}));
+  EXPECT_EQ(planFloatRow16(66, 11, true), (FloatRowPlan{true, false, 0, false}));
 }
 
-TEST(FloatRowPlan, StreamsAbove10922Blocks) {
+TEST(FloatRow16Plan, StreamsAbove10922Iterations) {
   constexpr int limit = 8 * 10922;
-  EXPECT_FALSE(planFloatRow(64, limit + 7, true).streaming);
-  EXPECT_TRUE(planFloatRow(64, limit + 8, true).streaming);
-  EXPECT_FALSE(planFloatRow(76, limit + 8, true).streaming);  // the head is no part of the blocks
-  EXPECT_TRUE(planFloatRow(76, limit + 9, true).streaming);
-  EXPECT_FALSE(planFloatRow(64, limit + 8, false).streaming);
-  EXPECT_FALSE(planFloatRow(65, 2 * limit, true).streaming);
+  EXPECT_FALSE(planFloatRow16(64, limit + 7, true).streaming);
+  EXPECT_TRUE(planFloatRow16(64, limit + 8, true).streaming);
+  EXPECT_FALSE(planFloatRow16(76, limit + 8, true).streaming);  // the peel does not count
+  EXPECT_TRUE(planFloatRow16(76, limit + 9, true).streaming);
+  EXPECT_FALSE(planFloatRow16(64, limit + 8, false).streaming);
+  EXPECT_FALSE(planFloatRow16(65, 2 * limit, true).streaming);
 }
 
-TEST(AlignedFloatRowPlan, RunsInBlocksFrom8PixelsWhereABoundaryComes) {
-  EXPECT_EQ(planAlignedFloatRow(64, 7), pixelByPixel);
-  EXPECT_EQ(planAlignedFloatRow(64, 8), (FloatRowPlan{true, true, 0, false}));
-  EXPECT_EQ(planAlignedFloatRow(72, 8), (FloatRowPlan{true, true, 2, false}));
-  EXPECT_EQ(planAlignedFloatRow(65, 100), pixelByPixel);
+TEST(AlignedFloatRow16Plan, RunsInVectorsFrom8PixelsWhereItReachesABoundary) {
+  EXPECT_EQ(planAlignedFloatRow16(64, 7), pixelByPixel);
+  EXPECT_EQ(planAlignedFloatRow16(64, 8), (FloatRowPlan{true, true, 0, false}));
+  EXPECT_EQ(planAlignedFloatRow16(72, 8), (FloatRowPlan{true, true, 2, false}));
+  EXPECT_EQ(planAlignedFloatRow16(65, 100), pixelByPixel);
 }
 
-TEST(WideFloatRowPlan, AlignsFrom29Pixels) {
-  EXPECT_EQ(planWideFloatRow(68, 15, 29), pixelByPixel);
-  EXPECT_EQ(planWideFloatRow(68, 16, 29), (FloatRowPlan{true, false, 0, false}));
-  EXPECT_EQ(planWideFloatRow(68, 28, 29), (FloatRowPlan{true, false, 0, false}));
-  EXPECT_EQ(planWideFloatRow(68, 29, 29), (FloatRowPlan{true, true, 7, false}));
-  EXPECT_EQ(planWideFloatRow(66, 28, 29), (FloatRowPlan{true, false, 0, false}));
-  EXPECT_EQ(planWideFloatRow(66, 29, 29), pixelByPixel);
+TEST(FloatRow32Plan, AlignsFrom29Pixels) {
+  EXPECT_EQ(planFloatRow32(68, 15, 29), pixelByPixel);
+  EXPECT_EQ(planFloatRow32(68, 16, 29), (FloatRowPlan{true, false, 0, false}));
+  EXPECT_EQ(planFloatRow32(68, 28, 29), (FloatRowPlan{true, false, 0, false}));
+  EXPECT_EQ(planFloatRow32(68, 29, 29), (FloatRowPlan{true, true, 7, false}));
+  EXPECT_EQ(planFloatRow32(66, 28, 29), (FloatRowPlan{true, false, 0, false}));
+  EXPECT_EQ(planFloatRow32(66, 29, 29), pixelByPixel);
 }
 
-TEST(WideFloatRowPlan, OfAConstantAlignsEveryRow) {
-  EXPECT_EQ(planWideFloatRow(68, 15, 16), pixelByPixel);
-  EXPECT_EQ(planWideFloatRow(68, 16, 16), (FloatRowPlan{true, true, 7, false}));
-  EXPECT_EQ(planWideFloatRow(66, 16, 16), pixelByPixel);
+TEST(FloatRow32Plan, OfAConstantAlignsEveryRow) {
+  EXPECT_EQ(planFloatRow32(68, 15, 16), pixelByPixel);
+  EXPECT_EQ(planFloatRow32(68, 16, 16), (FloatRowPlan{true, true, 7, false}));
+  EXPECT_EQ(planFloatRow32(66, 16, 16), pixelByPixel);
 }
 
-TEST(WidestFloats, AreOfSmallImages) {
-  EXPECT_TRUE(planWidestFloats(0x10000));
-  EXPECT_FALSE(planWidestFloats(0x10001));
+TEST(FloatRow64Plan, IsForSmallImages) {
+  EXPECT_TRUE(prefersFloats64(0x10000));
+  EXPECT_FALSE(prefersFloats64(0x10001));
 }
 
-bool wholeBlocksAt(std::uintptr_t dst, int dstStep, std::int64_t n) {
-  return areWholeBlocks(planWideFloatRow(dst, n, 29), dstStep, n);
+bool noPeelOrTailAt(std::uintptr_t dst, int dstStep, std::int64_t n) {
+  return needNoPeelOrTail(planFloatRow32(dst, n, 29), dstStep, n);
 }
 
-TEST(WideFloatRowPlan, IsOneForAllRowsThatAreBlocksAlone) {
-  EXPECT_TRUE(wholeBlocksAt(64, 256, 64));
-  EXPECT_TRUE(wholeBlocksAt(32, -32, 32));
-  EXPECT_TRUE(wholeBlocksAt(64, 0, 64));
-  EXPECT_FALSE(wholeBlocksAt(64, 252, 64));  // the second row has a head
-  EXPECT_FALSE(wholeBlocksAt(68, 256, 64));
-  EXPECT_FALSE(wholeBlocksAt(66, 256, 64));
-  EXPECT_FALSE(wholeBlocksAt(64, 256, 63));
-  EXPECT_FALSE(wholeBlocksAt(64, 256, 65));
-  EXPECT_FALSE(wholeBlocksAt(64, 256, 0));
-  EXPECT_TRUE(wholeBlocksAt(67, 65, 16));  // below 29 pixels no row has a head
-  EXPECT_FALSE(wholeBlocksAt(67, 65, 17));
+TEST(FloatRow32Plan, IsOneForAllRowsWithoutPeelAndTail) {
+  EXPECT_TRUE(noPeelOrTailAt(64, 256, 64));
+  EXPECT_TRUE(noPeelOrTailAt(32, -32, 32));
+  EXPECT_TRUE(noPeelOrTailAt(64, 0, 64));
+  EXPECT_FALSE(noPeelOrTailAt(64, 252, 64));  // the second row has a peel
+  EXPECT_FALSE(noPeelOrTailAt(68, 256, 64));
+  EXPECT_FALSE(noPeelOrTailAt(66, 256, 64));
+  EXPECT_FALSE(noPeelOrTailAt(64, 256, 63));
+  EXPECT_FALSE(noPeelOrTailAt(64, 256, 65));
+  EXPECT_FALSE(noPeelOrTailAt(64, 256, 0));
+  EXPECT_TRUE(noPeelOrTailAt(67, 65, 16));  // below 29 pixels no row has a peel
+  EXPECT_FALSE(noPeelOrTailAt(67, 65, 17));
 }
 
 template <class T>
@@ -183,42 +183,42 @@ TEST(DividePlan, DividesInARangeOfScaleFactors) {
   expectQuotientRange<s16>(-30, 15);
 }
 
-TEST(DividePlan, StandInForZeroSaturatesFromOneOn) {
+TEST(DividePlan, DivisorForZeroSaturatesFromOneOn) {
   for (int f = -15; f <= 8; ++f) {
-    EXPECT_EQ(powerOfTwo(f < 0 ? -f : 0) / standInForZero<u8>(f), 0x1p15F);
-    EXPECT_EQ(powerOfTwo(f < 0 ? -f : 0) / standInForZero<u16>(f), 0x1p16F);
+    EXPECT_EQ(powerOfTwo(f < 0 ? -f : 0) / divisorForZero<u8>(f), 0x1p15F);
+    EXPECT_EQ(powerOfTwo(f < 0 ? -f : 0) / divisorForZero<u16>(f), 0x1p16F);
   }
-  EXPECT_EQ(standInForZero<u8>(0), 0x1p-15F);
-  EXPECT_EQ(standInForZero<u8>(-3), 0x1p-12F);
+  EXPECT_EQ(divisorForZero<u8>(0), 0x1p-15F);
+  EXPECT_EQ(divisorForZero<u8>(-3), 0x1p-12F);
 }
 
 TEST(DividePlan, IntegerRowsBeginOnAn8ByteBoundary) {
-  EXPECT_EQ(pixelsBeforeQuotients(64, 20, 1), 0);
-  EXPECT_EQ(pixelsBeforeQuotients(65, 20, 1), 7);
-  EXPECT_EQ(pixelsBeforeQuotients(65, 5, 1), 5);
-  EXPECT_EQ(pixelsBeforeQuotients(66, 20, 2), 3);
-  EXPECT_EQ(pixelsBeforeQuotients(65, 20, 2), 0);
+  EXPECT_EQ(peelOfIntegers(64, 20, 1), 0);
+  EXPECT_EQ(peelOfIntegers(65, 20, 1), 7);
+  EXPECT_EQ(peelOfIntegers(65, 5, 1), 5);
+  EXPECT_EQ(peelOfIntegers(66, 20, 2), 3);
+  EXPECT_EQ(peelOfIntegers(65, 20, 2), 0);
 }
 
-TEST(DividePlan, FloatRowsBeginOnABoundaryWhereAllPixelsAreWhole) {
-  EXPECT_EQ(floatsBeforeQuotients(64, 64, 68, 20, 16), 3);
-  EXPECT_EQ(floatsBeforeQuotients(64, 64, 68, 2, 16), 2);
-  EXPECT_EQ(floatsBeforeQuotients(64, 64, 68, 20, 64), 15);
-  EXPECT_EQ(floatsBeforeQuotients(65, 64, 68, 20, 16), 0);
-  EXPECT_EQ(floatsBeforeQuotients(64, 66, 68, 20, 16), 0);
-  EXPECT_EQ(floatsBeforeQuotients(64, 64, 67, 20, 16), 0);
+TEST(DividePlan, FloatRowsBeginOnABoundaryWhereAllAddressesAreMultiplesOf4) {
+  EXPECT_EQ(peelOfFloats(64, 64, 68, 20, 16), 3);
+  EXPECT_EQ(peelOfFloats(64, 64, 68, 2, 16), 2);
+  EXPECT_EQ(peelOfFloats(64, 64, 68, 20, 64), 15);
+  EXPECT_EQ(peelOfFloats(65, 64, 68, 20, 16), 0);
+  EXPECT_EQ(peelOfFloats(64, 66, 68, 20, 16), 0);
+  EXPECT_EQ(peelOfFloats(64, 64, 67, 20, 16), 0);
 }
 
-TEST(DividePlan, FloatRowsThatAreWholeTurnsBeginOnCacheLinesAll) {
-  EXPECT_TRUE(areWholeQuotientTurns(128, 256, 64));
-  EXPECT_TRUE(areWholeQuotientTurns(64, -64, 128));
-  EXPECT_FALSE(areWholeQuotientTurns(96, 256, 64));
-  EXPECT_FALSE(areWholeQuotientTurns(65, 256, 64));
-  EXPECT_FALSE(areWholeQuotientTurns(128, 288, 64));  // the second row has a head
-  for (const int n : {63, 65, 80}) EXPECT_FALSE(areWholeQuotientTurns(128, 512, n)) << n;
+TEST(DividePlan, FloatRowsWithoutPeelAndTailBeginOnCacheLines) {
+  EXPECT_TRUE(needNoPeelOrTail(128, 256, 64));
+  EXPECT_TRUE(needNoPeelOrTail(64, -64, 128));
+  EXPECT_FALSE(needNoPeelOrTail(96, 256, 64));
+  EXPECT_FALSE(needNoPeelOrTail(65, 256, 64));
+  EXPECT_FALSE(needNoPeelOrTail(128, 288, 64));  // the second row has a peel
+  for (const int n : {63, 65, 80}) EXPECT_FALSE(needNoPeelOrTail(128, 512, n)) << n;
 }
 
-TEST(UpdatePlan, AsksAheadForImagesInPlaceThatTheLastCacheHolds) {
+TEST(PrefetchPlan, PrefetchesImagesInPlaceThatTheLastCacheHolds) {
   EXPECT_FALSE(prefetchesInPlace(true, (1 << 20) - 1));
   EXPECT_TRUE(prefetchesInPlace(true, 1 << 20));
   EXPECT_TRUE(prefetchesInPlace(true, 4 << 20));

@@ -22,8 +22,8 @@ struct AgreementOf<int(float, More...)> {
 void registerEntryTests() {
   CheckRules rules;
   rules.range.moreWidths = {23, 29, 31, 47};
-  rules.range.heights = 5;  // rows of few vectors go four at a time
-  // Each way of scaling, its limits, and figures far beyond them.
+  rules.range.heights = 5;  // the loop over rows of few vectors is unrolled by 4
+  // Each scaling, its limits, and values far beyond them.
   rules.parameters = {0,
                       1,
                       2,
@@ -61,7 +61,7 @@ void registerEntryTests() {
                       20,
                       12,
                       -2147483647 - 1};
-  // One row long enough for the sum that streams, at any alignment; rows of bytes that are asked for ahead.
+  // One row long enough for the sum that streams, at any alignment; rows of bytes that are prefetched.
   rules.largeRegions = {{90001, 1}, {1031, 1021}};
   rules.forcedCacheBytes = {1 << 20};
 #define CHECK(name, ...)                                                                                     \

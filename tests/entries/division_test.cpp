@@ -1,7 +1,6 @@
-// Division has results of its own: a vector of quotients comes from an estimate of the reciprocal and may
-// round a tie, or a float's last bits, differently than a division does. So every pixel is judged by where it
-// lies: single pixels have to equal the reference, quotients in vectors have to come as near as the steps of
-// their refinement reach.
+// A vector of quotients comes from an estimate of the reciprocal and may round a tie, or a float's last bits,
+// differently than a division. Therefore single pixels have to equal the reference, and quotients in vectors
+// have to be as near as the refinement of the estimate comes.
 
 #include <gtest/gtest.h>
 
@@ -16,9 +15,9 @@
 namespace Zorvan::Test {
 namespace {
 
-constexpr int kNewestVariant = 5;
+constexpr int newestVariant = 5;
 
-/// Pixels of a row that are divided one by one: all but [begin, end).
+/// Pixels [begin, end) of a row are divided in vectors, all others one by one.
 struct InVectors {
   int begin, end;
 };
@@ -26,7 +25,7 @@ struct InVectors {
 template <class T>
 InVectors vectorsOfRow(int variant, const T* divisors, const T* numerators, const T* dst, int n) {
   const bool isFloat = std::is_same_v<T, float>;
-  if (variant == kNewestVariant) return isFloat ? InVectors{0, 0} : InVectors{0, n};  // it divides floats
+  if (variant == newestVariant) return isFloat ? InVectors{0, 0} : InVectors{0, n};  // it divides floats
   const auto address = [](const T* p) { return reinterpret_cast<std::uintptr_t>(p); };
   int peel = 0;
   if (isFloat) {
@@ -39,12 +38,12 @@ InVectors vectorsOfRow(int variant, const T* divisors, const T* numerators, cons
   return peel > n ? InVectors{0, 0} : InVectors{peel, peel + (n - peel) / 8 * 8};
 }
 
-/// Where the pixels of the n-th image of a call lie.
 template <class T>
 struct Image {
   T* first;
   int step;
 };
+/// The n-th image of a call.
 template <class T, class Call>
 Image<T> imageOf(const Call& call, const Case& c, std::size_t n) {
   const int step = c.images[n].step(c.roi.width * static_cast<int>(sizeof(T)), sizeof(T));
@@ -65,9 +64,9 @@ class DivisionCheck<T, int(const T*, More...)> {
       : variant_(variant), reference_(reference), actual_(actual) {}
 
   void cases(const CaseRange& range, const std::vector<int>& factors) {
-    std::size_t turn = 0;
+    std::size_t next = 0;
     forEachCase(range, Call::imageCount(), [&](const Case& c) {
-      if (!testing::Test::HasFailure()) compare(c, factors[turn++ % factors.size()]);
+      if (!testing::Test::HasFailure()) compare(c, factors[next++ % factors.size()]);
     });
   }
 
@@ -127,7 +126,7 @@ class DivisionCheck<T, int(const T*, More...)> {
         const std::size_t at = static_cast<std::size_t>(r * c.roi.width + i);
         const bool inVector = i >= vectors.begin && i < vectors.end;
         ASSERT_TRUE(samePixel(a, b) || (inVector && nearQuotient(b, divisors[at], numerators[at], f)))
-            << +numerators[at] << " / " << +divisors[at] << " gives " << +b << " instead of " << +a << " at "
+            << +numerators[at] << " / " << +divisors[at] << " is " << +b << " instead of " << +a << " at "
             << i << " of row " << r << "\n"
             << where;
         Reference::put(want.first, want.step, r, i, b);
@@ -180,7 +179,7 @@ void registerDivision(const std::string& name, int (*reference)(const T*, More..
   });
 }
 
-/// The status reports zero divisors, and no NaN: in every place of rows of every length.
+/// The status reports zero divisors but not NaNs, in every place of rows of every length.
 void nansAndZeros(int variant) {
   const auto divide = Primitives::table.ippiDiv_32f_C1R.routine[1 + variant];
   const float nan = std::numeric_limits<float>::quiet_NaN();

@@ -1,6 +1,6 @@
-// Pairs of operands in every combination: all pairs of bytes, and of the figures of wider pixels at which a
-// rule turns, under every scale factor that is of interest and some beyond. They lie in rows that vectors run
-// over, and in rows of 7 pixels, which the older variants take one by one.
+// Pairs of operands: all pairs of bytes, and all pairs of the limits of wider pixels, under every scale
+// factor with a result of its own and some beyond. In long rows, which go in vectors, and in rows of 7
+// pixels, which the older variants compute one by one.
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,7 @@ std::vector<T> operands() {
   return values;
 }
 
-/// Each operand with each: the first ones in turn, the second ones in runs.
+/// Each operand with each: the second one changes first.
 template <class T>
 struct Pairs {
   std::vector<T> first, second;
@@ -68,12 +68,12 @@ std::vector<int> scaleFactors() {
   return factors;
 }
 
-/// `call(routine, images...)` runs reference and routine on the pairs in rows of one length.
+/// `call` runs reference and routine on the pairs in rows of `width` pixels and returns both statuses.
 template <class T, class Call>
 void expectPairs(int variant, bool division, int width, int f, Call call) {
   const Pairs<T>& pairs = allPairs<T>();
   const Size roi{width, pairs.count() / width};
-  std::vector<T> want(pairs.second), got(pairs.second);  // what a form in place begins with
+  std::vector<T> want(pairs.second), got(pairs.second);  // the operand of a form in place
   const int step = width * static_cast<int>(sizeof(T));
   const auto [wantStatus, gotStatus] = call(pairs, step, roi, want.data(), got.data());
   EXPECT_EQ(gotStatus, wantStatus);
@@ -82,7 +82,7 @@ void expectPairs(int variant, bool division, int width, int f, Call call) {
     if (samePixel(want[i], got[i])) continue;
     const T a = pairs.first[i], b = pairs.second[i];
     ASSERT_TRUE(division && !oneByOne && nearQuotient(got[i], a, b, f))
-        << "operands " << +a << " and " << +b << " with scale factor " << f << " give " << +got[i]
+        << "operands " << +a << " and " << +b << " with scale factor " << f << ": " << +got[i]
         << " instead of " << +want[i] << " in rows of " << width;
   }
 }

@@ -116,11 +116,11 @@ struct CombineLimits {
 constexpr auto prefetchInPlaceFromBytes = imageLimit<std::int64_t>(0x100000, 64);
 constexpr auto prefetchInPlaceUpToBytes = imageLimit<std::int64_t>(0x400000, 1024);
 
-/// Blocks of 8 pixels: about 1 MiB over three images.
-constexpr auto floatRowStreamAboveBlocks = imageLimit<std::int64_t>(0x2AAA, 3);
+/// Iterations of 8 pixels: about 1 MiB over three images.
+constexpr auto floatRowStreamAboveIterations = imageLimit<std::int64_t>(0x2AAA, 3);
 
-/// While images of so many pixels stay near the processor, loads and stores are what the time goes into.
-constexpr auto widestFloatsUpToPixels = imageLimit<std::int64_t>(0x10000, 512);
+/// Images up to this size stay in the nearer caches, where loads and stores take most of the time.
+constexpr auto floats64UpToPixels = imageLimit<std::int64_t>(0x10000, 512);
 
 /// Bytes of source and destination together. Streaming stores need a destination other than the source.
 /// Processors that report their largest cache stream without loss as soon as the second level is full; the

@@ -9,8 +9,8 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// A constant of 0 that is not scaled leaves the image untouched. One above 0 that is scaled far up makes
-/// every unsigned sum the highest figure.
+/// Adding 0 without scaling leaves the image untouched. A constant above 0 that is scaled far up makes every
+/// unsigned sum the highest value.
 template <class V, class T>
 int addConstant(T value, T* srcDst, int srcDstStep, Size roi, int f) {
   if (srcDst == nullptr) return ippStsNullPtrErr;

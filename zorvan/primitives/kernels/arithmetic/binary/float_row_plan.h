@@ -1,7 +1,7 @@
 #pragma once
 
-// How a row of 32-bit float pixels is walked in sums, differences and products. Pure, so that each limit can
-// be tested from both sides on any machine.
+// Peel, vectors and tail of a row of 32-bit float pixels in sums, differences and products. Pure, so that
+// each limit can be tested from both sides on any machine.
 
 #include <cstdint>
 
@@ -11,9 +11,9 @@ namespace Zorvan::Primitives {
 namespace {
 
 struct FloatRowPlan {
-  bool inBlocks;      ///< Otherwise all pixels go one by one.
-  bool aligned;       ///< The blocks begin on the boundary.
-  std::int64_t peel;  ///< Pixels in front of the blocks.
+  bool inVectors;     ///< Otherwise all pixels go one by one.
+  bool aligned;       ///< The vectors begin on the boundary.
+  std::int64_t peel;  ///< Pixels before the vectors.
   bool streaming;
 
   friend constexpr bool operator==(const FloatRowPlan&, const FloatRowPlan&) = default;
@@ -26,41 +26,41 @@ constexpr std::int64_t floatsToBoundary(std::uintptr_t address, std::uintptr_t b
   return static_cast<std::int64_t>((-address & (boundary - 1)) / 4);
 }
 
-/// 16-byte stores. Rows that cannot come to a boundary run in blocks all the same. Long ones may stream.
-constexpr FloatRowPlan planFloatRow(std::uintptr_t dst, std::int64_t n, bool mayStream) {
-  constexpr std::int64_t blocksFromPixels = 11;
-  if (n < blocksFromPixels) return pixelByPixel;
+/// 16-byte stores. Rows that cannot reach a boundary run in vectors all the same. Long ones may stream.
+constexpr FloatRowPlan planFloatRow16(std::uintptr_t dst, std::int64_t n, bool mayStream) {
+  constexpr std::int64_t vectorsFromPixels = 11;
+  if (n < vectorsFromPixels) return pixelByPixel;
   if (!holdsWholePixels(dst)) return {true, false, 0, false};
   const std::int64_t peel = floatsToBoundary(dst, 16);
-  return {true, true, peel, mayStream && (n - peel) / 8 > floatRowStreamAboveBlocks};
+  return {true, true, peel, mayStream && (n - peel) / 8 > floatRowStreamAboveIterations};
 }
 
-/// 16-byte stores again, but blocks only where a boundary can be reached.
-constexpr FloatRowPlan planAlignedFloatRow(std::uintptr_t dst, std::int64_t n) {
-  constexpr std::int64_t blocksFromPixels = 8;
-  if (n < blocksFromPixels || !holdsWholePixels(dst)) return pixelByPixel;
+/// 16-byte stores, but vectors only where a boundary can be reached.
+constexpr FloatRowPlan planAlignedFloatRow16(std::uintptr_t dst, std::int64_t n) {
+  constexpr std::int64_t vectorsFromPixels = 8;
+  if (n < vectorsFromPixels || !holdsWholePixels(dst)) return pixelByPixel;
   const std::int64_t peel = floatsToBoundary(dst, 16);
   return {true, true, peel, false};
 }
 
-/// 32-byte stores: rows below `alignFromPixels` run in blocks at any address, longer ones from a boundary or
+/// 32-byte stores: rows below `alignFromPixels` run in vectors at any address, longer ones from a boundary or
 /// not at all.
-constexpr FloatRowPlan planWideFloatRow(std::uintptr_t dst, std::int64_t n, std::int64_t alignFromPixels) {
-  constexpr std::int64_t blocksFromPixels = 16;
-  if (n < blocksFromPixels) return pixelByPixel;
+constexpr FloatRowPlan planFloatRow32(std::uintptr_t dst, std::int64_t n, std::int64_t alignFromPixels) {
+  constexpr std::int64_t vectorsFromPixels = 16;
+  if (n < vectorsFromPixels) return pixelByPixel;
   if (n < alignFromPixels) return {true, false, 0, false};
   if (!holdsWholePixels(dst)) return pixelByPixel;
   return {true, true, floatsToBoundary(dst, 32), false};
 }
 
-/// Whether 64-byte registers are worth it. In larger images all wait for the memory, and 32 bytes at a time
-/// wait less.
-constexpr bool planWidestFloats(std::int64_t pixels) { return pixels <= widestFloatsUpToPixels; }
+/// Whether 64-byte vectors are worth it. Larger images wait for the memory, and vectors of 32 bytes wait
+/// less.
+constexpr bool prefersFloats64(std::int64_t pixels) { return pixels <= floats64UpToPixels; }
 
-/// Whether all rows are blocks of 16 pixels from the first one on, as the first row is.
-constexpr bool areWholeBlocks(const FloatRowPlan& first, int dstStep, std::int64_t n) {
+/// Whether all rows are like the first: whole multiples of 16 pixels without a peel.
+constexpr bool needNoPeelOrTail(const FloatRowPlan& first, int dstStep, std::int64_t n) {
   const bool alike = !first.aligned || dstStep % 32 == 0;
-  return first.inBlocks && first.peel == 0 && alike && n % 16 == 0;
+  return first.inVectors && first.peel == 0 && alike && n % 16 == 0;
 }
 
 }  // namespace

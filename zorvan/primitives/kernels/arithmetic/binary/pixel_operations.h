@@ -1,9 +1,10 @@
 #pragma once
 
-// Sum, difference and product of integer pixels: exact for one pixel; for vectors either exact in lanes twice
-// as wide, or saturated in lanes of the pixel's size.
+// Sum, difference and product of integer pixels: exact for one pixel; for vectors exact in lanes twice as
+// wide, or saturated in lanes of the pixel's size.
 
-#include "zorvan/primitives/kernels/arithmetic/binary/scaling.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/scaled_row_plan.h"
+#include "zorvan/primitives/kernels/common/scaling.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -35,7 +36,7 @@ struct Sum {
   }
 };
 
-/// The first operand is the subtrahend. Unsigned differences are never below 0, also before they are scaled.
+/// The first operand is the subtrahend. Unsigned differences are clamped to 0 before they are scaled.
 template <class T>
 struct Difference {
   using Pixel = T;
@@ -76,13 +77,13 @@ struct Product {
   static I saturatedLanes(I a, I b) {
     if constexpr (sizeof(T) == 1) {
 #ifdef __AVX512BW__
-      if constexpr (sizeof(I) == 32) {  // in one register, and narrowed as unsigned words
+      if constexpr (sizeof(I) == 32) {  // one vector holds all words
         const __m512i s = _mm512_mullo_epi16(_mm512_cvtepu8_epi16(a), _mm512_cvtepu8_epi16(b));
         return _mm512_cvtusepi16_epi8(s);
       }
 #endif
       const Halves<I> s = exactLanes(a, b);
-      const I highest = broadcastWords<I>(255);  // packing takes words from 2^15 on for negative
+      const I highest = broadcastWords<I>(255);  // words from 2^15 on would be packed as negative ones
       return narrowed<T, I>({lower_epu16(s.low, highest), lower_epu16(s.high, highest)});
     } else if constexpr (std::is_signed_v<T>) {
       return narrowed<T>(exactLanes(a, b));
@@ -104,7 +105,7 @@ struct Product {
   }
 };
 
-/// An operation with its way of scaling.
+/// An operation with its scaling.
 template <class Op, class Scale>
 struct ScaledOperation {
   using Pixel = typename Op::Pixel;

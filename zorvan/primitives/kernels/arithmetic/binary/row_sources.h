@@ -1,7 +1,7 @@
 #pragma once
 
-// What a row reads: an image's row, or one value that stands for all of its pixels; and the walk over rows
-// with two sources. Offsets are in bytes, and rows may start at any address.
+// The sources of an operation: an image, or one value in place of all pixels of an image; and the loop over
+// rows with two sources. Offsets are in bytes, and rows may start at any address.
 
 #include <cstdint>
 
@@ -13,21 +13,6 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// A whole vector of integers or floats; `aligned` promises that the address is a multiple of its size.
-template <class Lanes, bool aligned>
-inline Lanes loadLanes(const void* p) {
-  if constexpr (!aligned) return loadAs<Lanes>(p);
-  return *static_cast<const Lanes*>(p);
-}
-template <bool aligned, class Lanes>
-inline void storeLanes(void* p, Lanes x) {
-  if constexpr (aligned) {
-    *static_cast<Lanes*>(p) = x;
-  } else {
-    storeAs(p, x);
-  }
-}
-
 template <class T>
 struct RowSource {
   const unsigned char* bytes;
@@ -38,7 +23,7 @@ struct RowSource {
     return loadLanes<Lanes, aligned>(bytes + offset);
   }
   template <int count>
-  __m128i few(std::int64_t offset) const {
+  __m128i lowLanes(std::int64_t offset) const {
     return loadLow<count>(bytes + offset);
   }
   void prefetch(std::int64_t offset) const { Primitives::prefetch(bytes + offset); }
@@ -64,7 +49,7 @@ struct ConstantRow {
     }
   }
   template <int>
-  __m128i few(std::int64_t) const {
+  __m128i lowLanes(std::int64_t) const {
     return lanes<__m128i, true>(0);
   }
   static void prefetch(std::int64_t) {}
@@ -72,7 +57,6 @@ struct ConstantRow {
   static bool overlaps(const unsigned char*, std::int64_t) { return false; }
 };
 
-/// The same, as images that give their rows.
 template <class T>
 struct ImageSource {
   static constexpr bool isConstant = false;
@@ -93,7 +77,7 @@ struct ConstantSource {
   ConstantRow<T> row(std::int64_t) const { return {value}; }
 };
 
-/// Where the rows of an operation are read and written. Rows are never joined.
+/// The images of an operation. Rows are never joined.
 template <class A, class B>
 struct RowImages {
   A a;
@@ -104,7 +88,7 @@ struct RowImages {
 
   bool inPlace() const { return b.row(0).bytes == dst; }
 
-  /// `use(a, b, dst)` for row `r`.
+  /// Calls `use(a, b, dst)` for row `r`.
   template <class Use>
   void onRow(std::int64_t r, Use use) const {
     use(a.row(r), b.row(r), rowAt(dst, dstStep, r));
@@ -113,12 +97,12 @@ struct RowImages {
   void eachRow(Use use) const {
     for (std::int64_t r = 0; r < rows; ++r) onRow(r, use);
   }
-  /// Some rows a turn: a turn of its own for each takes longer than a row of a few vectors.
-  template <int rowsPerTurn, class Use>
+  /// Unrolled: one iteration for each row takes longer than a row of a lowLanes vectors.
+  template <int unrolledBy, class Use>
   void eachShortRow(Use use) const {
     std::int64_t r = 0;
-    for (; r + rowsPerTurn <= rows; r += rowsPerTurn) {
-      for (int i = 0; i < rowsPerTurn; ++i) onRow(r + i, use);
+    for (; r + unrolledBy <= rows; r += unrolledBy) {
+      for (int i = 0; i < unrolledBy; ++i) onRow(r + i, use);
     }
     for (; r < rows; ++r) onRow(r, use);
   }

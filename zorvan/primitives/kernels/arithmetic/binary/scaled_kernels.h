@@ -1,11 +1,11 @@
 #pragma once
 
-// The common body of the integer entries for sums, differences and products: the tests, the way of scaling,
-// the walk over the rows. Rows are never joined.
+// The common body of the integer entries for sums, differences and products: the argument checks, the choice
+// of the scaling, the loop over the rows. Rows are never joined.
 
 #include "zorvan/primitives/frame/Routines.h"
-#include "zorvan/primitives/kernels/arithmetic/binary/narrow_row.h"
-#include "zorvan/primitives/kernels/arithmetic/binary/wide_row.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/scaled_row_16.h"
+#include "zorvan/primitives/kernels/arithmetic/binary/scaled_row_32.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
@@ -14,55 +14,57 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// 16-byte stores, after a head of single pixels.
-struct NarrowRows {
+/// 16-byte stores, after a peel of single pixels.
+struct ScaledRows16 {
   template <class Pixels, class A, class B>
   static void run(const Pixels& pixels, RowImages<A, B> images) {
     const std::int64_t length = images.rowBytes;
-    images.eachRow([=](auto a, auto b, unsigned char* dst) { narrowRow(pixels, a, b, dst, length); });
+    images.eachRow([=](auto a, auto b, unsigned char* dst) { scaledRow16(pixels, a, b, dst, length); });
   }
 };
 
-/// 32-byte stores at any address. Rows of passes alone have a loop without the way to the tail, and rows of
-/// one pass alone no loop: in narrow images a row is a pass or two.
-struct WideRows {
+/// 32-byte stores at any address. In narrow images a row is an iteration or two: rows without a tail have a
+/// loop without the branches to it, and rows of a single iteration no loop.
+struct ScaledRows32 {
 #ifdef __AVX2__
   template <class Pixels, class A, class B>
   [[gnu::always_inline]] static void run(const Pixels& pixels, RowImages<A, B> images) {
-    constexpr int passBytes = planWidePass(sizeof(typename Pixels::Pixel), Pixels::scaling);
+    constexpr int iterationBytes = planScaledRow32(sizeof(typename Pixels::Pixel), Pixels::scaling);
     if constexpr (Pixels::scaling == Scaling::saturated) {
-      if (images.rowBytes == passBytes) {
+      if (images.rowBytes == iterationBytes) {
         return images.template eachShortRow<2>(
-            [=](auto a, auto b, unsigned char* dst) { widePass(pixels, a, b, dst, 0); });
+            [=](auto a, auto b, unsigned char* dst) { scaledIteration32(pixels, a, b, dst, 0); });
       }
       if (ZORVAN_PLANNED("prefetchesInPlace",
                          prefetchesInPlace(images.inPlace(), images.rows * images.rowBytes)))
-        return rowsAhead(pixels, images);
+        return prefetchingRows(pixels, images);
     }
-    if (images.rowBytes % passBytes == 0) return rows<true, false>(pixels, images);
+    if (images.rowBytes % iterationBytes == 0) return rows<true, false>(pixels, images);
     rows<false, false>(pixels, images);
   }
 
  private:
-  template <bool whole, bool ahead, class Pixels, class A, class B>
+  template <bool whole, bool prefetching, class Pixels, class A, class B>
   static void rows(const Pixels& pixels, RowImages<A, B> images) {
     const std::int64_t length = images.rowBytes;
-    images.eachRow(
-        [=](auto a, auto b, unsigned char* dst) { wideRow<whole, ahead>(pixels, a, b, dst, length); });
+    images.eachRow([=](auto a, auto b, unsigned char* dst) {
+      scaledRow32<whole, prefetching>(pixels, a, b, dst, length);
+    });
   }
-  /// Out of line, where it takes no registers from the walks over small images. Scaled operations compute
-  /// longer than they load.
+  /// Out of line, where it takes no registers from the loops over small images. Only operations without
+  /// scaling prefetch: the others compute for longer than they load.
   template <class Pixels, class A, class B>
-  [[gnu::noinline]] static void rowsAhead(Pixels pixels, RowImages<A, B> images) {
+  [[gnu::noinline]] static void prefetchingRows(Pixels pixels, RowImages<A, B> images) {
     rows<false, true>(pixels, images);
   }
 #endif
 };
 
 template <class V>
-using ScaledPolicy = ByVariant<V, NarrowRows, NarrowRows, NarrowRows, NarrowRows, WideRows, WideRows>;
+using ScaledPolicy =
+    ByVariant<V, ScaledRows16, ScaledRows16, ScaledRows16, ScaledRows16, ScaledRows32, ScaledRows32>;
 
-/// What scales to one value alone is a plain fill.
+/// Operations whose every result is the same value are a fill.
 template <class V>
 int fillWith(u8 value, u8* dst, int dstStep, Size roi) {
   return Routines<V>::ippiSet_8u_C1R(value, dst, dstStep, roi);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Quotients of images: the entries, and which variant divides how. The first source is the divisor. A divisor
-// of 0 is told by the status when all pixels have been written.
+// Quotients of images: the entries, and how each variant divides. The first source is the divisor. The status
+// reports a divisor of 0 after all pixels have been written.
 
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_floats.h"
@@ -16,8 +16,8 @@ namespace {
 
 using Ipp::ippStsDivByZero;
 
-/// Blocks of 8 pixels, single pixels at both ends of a row.
-struct QuotientBlocks {
+/// 8 pixels at a time, peel and tail of single pixels.
+struct EstimatedQuotients {
   struct Constants {};
 
   template <class T, Quotients>
@@ -31,8 +31,8 @@ struct QuotientBlocks {
   }
 };
 
-/// Vectors of 16 floats under masks. Rows of floats that are whole turns have no head and no tail to look
-/// for: in narrow images a row is a turn or two.
+/// Vectors of 16 floats under masks. Rows of floats without a peel and a tail have a loop without the
+/// branches to them: in narrow images a row is an iteration or two.
 struct MaskedQuotients {
 #ifdef __AVX512BW__
   using Constants = FourthBytes;
@@ -44,7 +44,7 @@ struct MaskedQuotients {
   }
   template <class Images>
   static int floatRows(const Images& images, Size roi) {
-    if (areWholeQuotientTurns(reinterpret_cast<std::uintptr_t>(images.dst), images.dstStep, roi.width)) {
+    if (needNoPeelOrTail(reinterpret_cast<std::uintptr_t>(images.dst), images.dstStep, roi.width)) {
       return images.eachRow(roi, divideFloatRowMasked<true>);
     }
     return images.eachRow(roi, divideFloatRowMasked<false>);
@@ -53,10 +53,9 @@ struct MaskedQuotients {
 };
 
 template <class V>
-using QuotientPolicy = ByVariant<V, QuotientBlocks, QuotientBlocks, QuotientBlocks, QuotientBlocks,
-                                 QuotientBlocks, MaskedQuotients>;
+using QuotientPolicy = ByVariant<V, EstimatedQuotients, EstimatedQuotients, EstimatedQuotients,
+                                 EstimatedQuotients, EstimatedQuotients, MaskedQuotients>;
 
-/// The images of a division as bytes: pixels may start at any address.
 template <class T>
 struct QuotientImages {
   const T* divisors;
@@ -69,7 +68,7 @@ struct QuotientImages {
   bool anyNull() const { return divisors == nullptr || numerators == nullptr || dst == nullptr; }
   bool anyStepBelow1() const { return divisorStep < 1 || numeratorStep < 1 || dstStep < 1; }
 
-  /// Divides every row, also after one with a divisor of 0.
+  /// Also divides the rows after one with a divisor of 0.
   template <class DivideRow>
   int eachRow(Size roi, DivideRow divideOne) const {
     bool anyZero = false;
@@ -81,7 +80,7 @@ struct QuotientImages {
     return anyZero ? ippStsDivByZero : ippStsNoErr;
   }
 
-  /// The same for scale factors under which a quotient is known from its operands.
+  /// For scale factors at which a quotient needs no division.
   template <class Pixel>
   int eachPixel(Size roi, Pixel quotient) const {
     return eachRow(roi, [quotient](auto* d, auto* x, auto* out, std::int64_t n) {

@@ -1,19 +1,19 @@
 #pragma once
 
-// Quotients of integer pixels, 64 in a pass, by the 14-bit estimate of the reciprocal: the newest variant.
+// Quotients of integer pixels, 64 at a time, by the 14-bit estimate of the reciprocal: the newest variant.
 //
-// Vectors of 16 floats from the first pixel on; the last block is loaded and stored under masks, so that no
-// pixel is divided on its own. The Newton step is made of fused multiplications and additions.
+// Vectors of 16 floats from the first pixel on. The tail is loaded and stored under masks: no pixel is
+// divided alone. The Newton step uses fused multiplications and additions.
 
-#include "zorvan/primitives/kernels/arithmetic/binary/scaling.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_pixels.h"
+#include "zorvan/primitives/kernels/common/scaling.h"
 
 #ifdef __AVX512BW__
 namespace Zorvan::Primitives {
 namespace {
 
-/// One Newton step on `q`, the product of a numerator and the estimate `r` of the divisor's reciprocal. The
-/// second one, `q + e * e * q`, would change nothing: with `e` at most 2^-14 it adds less than half of the
+/// One Newton step on `q`, the product of a numerator and the estimate `r` of the divisor's reciprocal. A
+/// second step, `q + e * e * q`, would change nothing: `e` is at most 2^-14, so it adds less than half of the
 /// last bit.
 inline __m512 refinedQuotient(__m512 q, __m512 divisor, __m512 r) {
   const __m512 e = _mm512_fnmadd_ps(divisor, r, _mm512_set1_ps(1));
@@ -23,8 +23,7 @@ inline __m512 refinedQuotient(__m512 q, __m512 divisor, __m512 r) {
 template <class T>
 struct Sixteen;
 
-/// Sixteen pixels as 32-bit lanes, the first ones alone with `other` for those left out. Words also as four
-/// times sixteen.
+/// Sixteen pixels as 32-bit lanes; those outside the mask are `other`. Words also as four times sixteen.
 template <>
 struct Sixteen<u8> {
   static __m512i load(const void* p, __mmask16 mask, char other) {
@@ -83,7 +82,7 @@ inline __m512i divideSixteen(__m512i divisors, __m512i numerators, const Quotien
   }
   const __m512 r = _mm512_rcp14_ps(d);
   __m512 q = refinedQuotient(_mm512_mul_ps(x, r), d, r);
-  // Bytes that are not scaled up give figures below 2^31, which saturate when they are packed.
+  // Quotients of bytes that are not scaled up stay below 2^31 and saturate when they are packed.
   if constexpr (sizeof(T) > 1 || form == Quotients::scaledNumerator) {
     q = _mm512_min_ps(q, _mm512_set1_ps(highest<T>));
   }
@@ -91,12 +90,12 @@ inline __m512i divideSixteen(__m512i divisors, __m512i numerators, const Quotien
   return _mm512_cvtps_epi32(q);
 }
 
-// Bytes become floats without a conversion: put into the fraction of 1 they are 1 + unit * byte. For the
-// numerators this is enough, since the 1 goes as the product is taken. The unit is the same in numerator and
-// divisor, and both are scaled by the divisor alone: exact powers of two that change no bit of a quotient.
+// Bytes become floats without a conversion: placed in the fraction of 1 they are 1 + unit * byte. Numerators
+// stay so: their 1 is subtracted in the product. The unit is the same in numerator and divisor, and only the
+// divisor is scaled: exact powers of two that change no bit of a quotient.
 
-/// Masks of every fourth byte from the first, the second, the third and the fourth on. They are made once for
-/// all rows, and the compiler is kept from knowing them: it would make them anew at each use.
+/// Masks of every fourth byte from the first, second, third and fourth on. Made once for all rows, and hidden
+/// from the compiler, which would make them again at each use.
 class FourthBytes {
  public:
   __mmask64 from(int i) const { return i == 0 ? first_ : i == 1 ? second_ : i == 2 ? third_ : fourth_; }
@@ -111,7 +110,7 @@ class FourthBytes {
             third_ = unknown(0x4444444444444444), fourth_ = unknown(0x8888888888888888);
 };
 
-/// The value of the lowest bit of the bytes that stand at place `i` of their dwords.
+/// The value of the lowest bit of the byte at place `i` of its dword.
 constexpr float byteUnit(int i) { return powerOfTwo(i == 1 ? -15 : -23); }
 
 inline __m512 onePlusBytes(__m512i pixels, int i, const FourthBytes& fourthBytes) {
@@ -141,7 +140,7 @@ template <Quotients form, bool zeroes>
     }
     const __m512 r = _mm512_rcp14_ps(divisor);
     __m512 q = refinedQuotient(_mm512_fmsub_ps(onePlusBytes(n, i, fourthBytes), r, r), divisor, r);
-    // Elsewhere no quotient is above its numerator.
+    // Without both, no quotient exceeds its numerator.
     if constexpr (zeroes || form == Quotients::scaledNumerator) q = _mm512_min_ps(q, _mm512_set1_ps(255));
     const __m512i bytes = _mm512_cvtps_epi32(q);
     result = i == 0 ? bytes : _mm512_mask_shuffle_epi8(result, fourthBytes.from(i), bytes, up);
@@ -164,7 +163,7 @@ template <class T, Quotients form, bool zeroes>
   }
 }
 
-/// Gives back whether any divisor of the row was 0.
+/// Returns whether any divisor of the row was 0.
 template <class T, Quotients form>
 inline bool divideMaskedRow(const unsigned char* divisors, const unsigned char* numerators,
                             unsigned char* dst, std::int64_t n, const QuotientFactors& factors,

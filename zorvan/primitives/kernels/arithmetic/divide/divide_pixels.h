@@ -1,6 +1,6 @@
 #pragma once
 
-// Quotients of single integer pixels: the ends of rows, and scale factors that need no division.
+// Quotients of single integer pixels: peel and tail of rows, and scale factors that need no division.
 
 #include <type_traits>
 
@@ -16,20 +16,20 @@ struct QuotientFactors {
   float numerator;
   float divisor;
   float whole;    ///< Both, where they go into the divisor alone.
-  float forZero;  ///< Stands in for a divisor of 0 in vectors.
+  float forZero;  ///< Replaces a divisor of 0 in vectors.
 };
 template <class T>
 inline QuotientFactors quotientFactors(int f) {
-  return {powerOfTwo(f < 0 ? -f : 0), powerOfTwo(f > 0 ? f : 0), powerOfTwo(f), standInForZero<T>(f)};
+  return {powerOfTwo(f < 0 ? -f : 0), powerOfTwo(f > 0 ? f : 0), powerOfTwo(f), divisorForZero<T>(f)};
 }
 
-/// The limit of the type on the side of `n`.
+/// The limit of the type with the sign of `n`.
 template <class T>
 inline T limitTowards(T n) {
   return n > 0 ? highest<T> : n < 0 ? lowest<T> : T{0};
 }
 
-/// A division by 0 saturates and sets `anyZero`. The quotient is clamped as a float: large ones do not wrap.
+/// A division by 0 saturates and sets `anyZero`. The quotient is clamped as a float, before it could wrap.
 template <class T>
 inline T dividePixel(T divisor, T numerator, const QuotientFactors& factors, bool& anyZero) {
   if (divisor == 0) {
@@ -41,13 +41,13 @@ inline T dividePixel(T divisor, T numerator, const QuotientFactors& factors, boo
   return static_cast<T>(_mm_cvtss_si32(_mm_set_ss(q < least ? least : q > most ? most : q)));
 }
 
-/// Quotients that all round to 0, but where the divisor is 0.
+/// A quotient that rounds to 0 unless the divisor is 0.
 template <class T>
 inline T vanishingQuotient(T divisor, T numerator) {
   return divisor == 0 ? limitTowards(numerator) : T{0};
 }
 
-/// Quotients that all saturate, but where the numerator is 0.
+/// A quotient that saturates unless the numerator is 0.
 template <class T>
 inline T saturatedQuotient(T divisor, T numerator) {
   const T limit = limitTowards(numerator);

@@ -1,7 +1,7 @@
 #pragma once
 
-// What a division does before it touches a pixel: how a scale factor goes into the quotient, and where the
-// vectors of a row begin. Pure, so that each limit can be tested from both sides on any machine.
+// How a scale factor goes into the quotient, and where the vectors of a row begin. Pure, so that each limit
+// can be tested from both sides on any machine.
 
 #include <cstdint>
 
@@ -49,33 +49,32 @@ constexpr float powerOfTwo(int exponent) {
   return __builtin_bit_cast(float, static_cast<std::uint32_t>(127 + exponent) << 23);
 }
 
-/// What stands in for a divisor of 0 in a vector: it makes every quotient but 0 saturate. A quotient of 1
-/// comes to 2^15, which lies above the highest 8-bit figure but not above a 16-bit one: there it is 2^16.
+/// Replaces a divisor of 0 in a vector, so that every quotient but 0 saturates: a numerator of 1 becomes
+/// 2^15, which is above the highest 8-bit value, or 2^16, above the highest 16-bit value.
 template <class T>
-constexpr float standInForZero(int f) {
+constexpr float divisorForZero(int f) {
   const int exponent = sizeof(T) == 1 ? 15 : 16;
   return powerOfTwo((f < 0 ? -f : 0) - exponent);
 }
 
-/// Integer rows run in vectors from an 8-byte boundary of the destination on. A row of 16-bit pixels at an
-/// odd address comes to none and begins at once.
-constexpr std::int64_t pixelsBeforeQuotients(std::uintptr_t dst, std::int64_t n, int pixelBytes) {
+/// The peel of an integer row, to an 8-byte boundary of the destination. A row of 16-bit pixels at an odd
+/// address never reaches one and has no peel.
+constexpr std::int64_t peelOfIntegers(std::uintptr_t dst, std::int64_t n, int pixelBytes) {
   const std::int64_t bytes = static_cast<std::int64_t>(-dst & 7);
   const std::int64_t peel = bytes % pixelBytes == 0 ? bytes / pixelBytes : 0;
   return peel < n ? peel : n;
 }
 
-/// Float rows run in vectors from a boundary of the destination on, where all three images hold whole pixels
-/// between addresses that are multiples of 4; elsewhere at once.
-constexpr std::int64_t floatsBeforeQuotients(std::uintptr_t a, std::uintptr_t b, std::uintptr_t dst,
-                                             std::int64_t n, std::uintptr_t boundary) {
+/// The peel of a float row, to a boundary of the destination. None where an address is no multiple of 4.
+constexpr std::int64_t peelOfFloats(std::uintptr_t a, std::uintptr_t b, std::uintptr_t dst, std::int64_t n,
+                                    std::uintptr_t boundary) {
   const std::int64_t peel =
       (a | b | dst) % 4 == 0 ? static_cast<std::int64_t>((-dst & (boundary - 1)) / 4) : 0;
   return peel < n ? peel : n;
 }
 
-/// Whether all float rows are turns of 64 pixels from a cache line on and nothing else.
-constexpr bool areWholeQuotientTurns(std::uintptr_t dst, int dstStep, std::int64_t n) {
+/// Whether all float rows are multiples of 64 pixels that start on a cache line.
+constexpr bool needNoPeelOrTail(std::uintptr_t dst, int dstStep, std::int64_t n) {
   return dst % 64 == 0 && dstStep % 64 == 0 && n % 64 == 0;
 }
 

@@ -1,15 +1,14 @@
 #pragma once
 
-// Quotients of integer pixels, 8 in a pass, by the processor's estimate of the reciprocal: all variants but
+// Quotients of integer pixels, 8 at a time, by the processor's estimate of the reciprocal: all variants but
 // the newest.
 //
-// Pixels up to an 8-byte boundary and those that the passes leave are divided one by one. In a pass, two
-// Newton steps are folded into the product of numerator and estimate; ties may round to the other side than
-// a division would round them.
+// Peel and tail are divided pixel by pixel. In vectors the product of numerator and estimate is refined by
+// two Newton steps; a tie may be rounded to the other side than by a division.
 
 #include "zorvan/primitives/kernels/arithmetic/binary/row_sources.h"
-#include "zorvan/primitives/kernels/arithmetic/binary/scaling.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_pixels.h"
+#include "zorvan/primitives/kernels/common/scaling.h"
 
 namespace Zorvan::Primitives {
 namespace {
@@ -47,11 +46,11 @@ inline __m128i loadEight(const unsigned char* p) {
     return loadLow<16>(p);
   }
 }
-/// The same as two vectors of 32-bit lanes.
+/// Eight 32-bit lanes.
 struct EightDwords {
   __m128i low, high;
 };
-/// The lanes lie within the limits of the type, or saturate: bytes.
+/// Lanes lie within the limits of the type; those of bytes saturate.
 template <class T>
 inline void storeEight(unsigned char* p, EightDwords lanes) {
   if constexpr (sizeof(T) == 1) {
@@ -69,7 +68,7 @@ inline F quotients(F numerator, F divisor, const QuotientFactors& factors, bool 
   divisor = divisor * broadcastFloats<F>(factors.divisor);
   if (zeroes) divisor = divisor + where0(divisor, broadcastFloats<F>(factors.forZero));
   const F q = estimatedQuotient(numerator * broadcastFloats<F>(factors.numerator), divisor);
-  // Figures of bytes stay below 2^31, at most 2^15 times a numerator, and saturate when they are packed.
+  // Quotients of bytes stay below 2^31, at most 2^15 times a numerator, and saturate when they are packed.
   if constexpr (sizeof(T) == 1) return q;
   return clamped(q, lowest<T>, highest<T>);
 }
@@ -95,7 +94,7 @@ inline EightDwords divideEight(__m128i divisors, __m128i numerators, const Quoti
 #endif
 }
 
-/// Gives back whether any divisor of the row was 0.
+/// Returns whether any divisor of the row was 0.
 template <class T>
 inline bool divideRow(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
                       std::int64_t n, const QuotientFactors& factors) {
@@ -108,7 +107,7 @@ inline bool divideRow(const unsigned char* divisors, const unsigned char* numera
       storeAs(dst + i * size, dividePixel(d, x, factors, anyZero));
     }
   };
-  pixelsUpTo(pixelsBeforeQuotients(reinterpret_cast<std::uintptr_t>(dst), n, size));
+  pixelsUpTo(peelOfIntegers(reinterpret_cast<std::uintptr_t>(dst), n, size));
   for (; i + 8 <= n; i += 8) {
     const __m128i d = loadEight<T>(divisors + i * size), x = loadEight<T>(numerators + i * size);
     const bool zeroes = _mm_movemask_epi8(cmpeq_epi16(d, _mm_setzero_si128())) != 0;

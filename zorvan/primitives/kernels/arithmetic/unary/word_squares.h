@@ -2,7 +2,7 @@
 
 // Squares of 16-bit pixels, scaled in 32-bit lanes, from one image to another or in place. Any address.
 
-#include "zorvan/primitives/kernels/arithmetic/binary/scaling.h"
+#include "zorvan/primitives/kernels/common/scaling.h"
 
 namespace Zorvan::Primitives::Unary {
 namespace {

@@ -6,23 +6,23 @@
 //   f > 0   s / 2^f, rounded to nearest with ties to even, saturated
 //   f < 0   s * 2^-f, saturated
 //
-// Each way of scaling is a class with `pixel(s)` for one exact result and `lanes` for a vector of them. Where
-// `s` is not divided, the ways take the result that is saturated to the pixel type already, in lanes of the
-// pixel's size: saturation before a shift to the left changes nothing after it, nor does it change the sign.
-// The dividing ways are `exact`: they take both halves of a vector of exact results in lanes twice as wide
-// (32-bit results of 16-bit pixels, unsigned where the pixels are) and pack them.
+// Each scaling is a class with `pixel(s)` for one exact result and `lanes` for a vector of them. A scaling
+// that does not divide takes results that are already saturated to the pixel type, in lanes of the pixel's
+// size: saturation before a shift to the left does not change the final result, nor its sign. A scaling that
+// divides is `exact`: it takes both halves of a vector of exact results in lanes twice as wide (32-bit
+// results of 16-bit pixels, unsigned where the pixels are) and packs them.
 
 #include <cstdint>
 #include <type_traits>
 
-#include "zorvan/primitives/kernels/arithmetic/binary/scaling_plan.h"
 #include "zorvan/primitives/kernels/common/extreme_values.h"
+#include "zorvan/primitives/kernels/common/scaling_plan.h"
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// The lanes of one vector of pixels, twice as wide, as interleaving takes them apart.
+/// The lanes of one vector of pixels, twice as wide, as `unpacklo` and `unpackhi` order them.
 template <class I>
 struct Halves {
   I low, high;
@@ -71,7 +71,7 @@ struct Saturated {
   }
 };
 
-/// f = 1, where the rounding term is the quotient's low bit alone.
+/// f = 1: the rounding term is only the quotient's low bit.
 template <class T>
 struct Halved {
   static constexpr Scaling scaling = Scaling::halved;
@@ -99,8 +99,7 @@ struct Halved {
   }
 };
 
-/// f above 1. The results of 16-bit unsigned pixels may not exceed 2^32 with the rounding term added: see
-/// LongRounded.
+/// f above 1, for results that stay below 2^32 with the rounding term added. Others take LongRounded.
 template <class T>
 class Rounded {
  public:
@@ -119,7 +118,7 @@ class Rounded {
   I quotient(I s) const {
     const __m128i f = shiftCount(f_);
     if constexpr (sizeof(T) == 1) {
-      // The average, which counts one for itself, keeps the bit that a sum of words would lose.
+      // The average adds 1 by itself and keeps the carry that a sum of words would lose.
       const I term =
           add_epi16(broadcastWords<I>(static_cast<int>(below_) - 1), srl_epi16(s, f) & broadcastWords<I>(1));
       return srl_epi16(avg_epu16(s, term), shiftCount(f_ - 1));
@@ -168,8 +167,8 @@ class LongRounded {
   std::int64_t below_;
 };
 
-/// f below 0, by less bits than the pixel has: the shifted figures stay below 2^15 for 8-bit pixels, below
-/// 2^31 for 16-bit ones.
+/// f below 0, shifted by fewer bits than the pixel has: the shifted values stay below 2^15 for 8-bit pixels
+/// and below 2^31 for 16-bit pixels.
 template <class T>
 class Enlarged {
  public:
