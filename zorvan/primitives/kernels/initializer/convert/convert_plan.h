@@ -28,7 +28,7 @@ struct ConvertPlan {
   std::int64_t rows;
   std::int64_t rowPixels;
   bool streaming;
-  std::int64_t lineBytes;  ///< boundary of the streaming stores, without them no value
+  std::int64_t lineBytes;  ///< boundary of the streaming stores
 };
 
 /// Streams if both images together fill the cache, and a row of the destination has two cache lines at least.

@@ -21,8 +21,8 @@ inline void copyOne(const u8* src, u8* dst) {
   Vector::load(src).store(dst);
 }
 
-/// The rows of two images. By value: pixels are bytes, and a store to them would make the compiler load again
-/// what it knows by address.
+/// The rows of two images. Passed by value: pixels are bytes, so after a store to them the compiler would
+/// load again what it holds by reference.
 struct NarrowRows {
   Plane<const u8> src;
   Plane<u8> dst;

@@ -4,8 +4,8 @@
 //
 // The peel reaches a 64-byte boundary with stores of 1 to 32 bytes. The body stores 128 bytes per iteration
 // and 64 at its end, streaming or with prefetches for writing if the plan says so. The tail takes stores of
-// 32 to 1 bytes. In a row of 32-bit pixels at any address the value is rotated instead, so that the body's
-// stores stay aligned. The caller fences after the last row.
+// 32 to 1 bytes. If a row of 32-bit pixels starts between multiples of 4, single bytes reach the next one and
+// the value is rotated, so that the body's stores stay aligned. The caller fences after the last row.
 
 #include "zorvan/primitives/kernels/initializer/fill/fill_plan.h"
 #include "zorvan/primitives/kernels/simd/partial.h"

@@ -31,8 +31,8 @@ constexpr MaskedRows apart = MaskedRows::apart;
 constexpr MaskedRows joinedBelow32768 = MaskedRows::joinedBelow32768;
 constexpr MaskedRows joinedUnlessOverflow = MaskedRows::joinedUnlessOverflow;
 
-// Rows, then: block, peel, tail, stores of full blocks, and the longest row that is processed pixel by pixel
-// where it is not just shorter than a block.
+// Rows, then: block, peel, tail, stores of full blocks, and the longest row that is processed pixel by pixel;
+// by default it is one pixel shorter than a block.
 using Bytes16 = Form<apart, RowInBlocks<ByteBlock16, byPixels, byPixels, Stores::aligned>>;
 using Words16 = Form<joinedUnlessOverflow, RowInBlocks<WordBlock16, byBlock, byBlock, Stores::aligned>>;
 using WordsApart16 = Form<apart, RowInBlocks<WordBlock16, byPixels, byPixels, Stores::aligned>>;
