@@ -1,5 +1,5 @@
-// The cutting of a region into pieces, and the images built of them, against an image that is extended in all
-// directions pixel by pixel.
+// The division of a region into pieces and their copies with a border, against an image that is extended in
+// all directions pixel by pixel.
 
 #include <gtest/gtest.h>
 
@@ -15,14 +15,14 @@ namespace {
 
 using Test::Random;
 
-constexpr int kKinds[] = {1, 3, 6};
+constexpr int borderTypes[] = {1, 3, 6};
 
-/// Place `i` of `n` by the kind's own words; -1 for the constant.
+/// Index `i` of `n` by the definition of the border type; -1 for the constant.
 int placeOf(int i, int n, int type) {
   if (type == 1) return std::clamp(i, 0, n - 1);
   if (type == 6) return i >= 0 && i < n ? i : -1;
   if (n == 1) return 0;
-  int step = i < 0 ? -1 : 1, at = 0;  // walk from place 0, turning at the ends
+  int step = i < 0 ? -1 : 1, at = 0;  // go from index 0, back at the ends
   for (int k = 0; k < std::abs(i); ++k) {
     if (at + step < 0 || at + step >= n) step = -step;
     at += step;
@@ -30,9 +30,9 @@ int placeOf(int i, int n, int type) {
   return at;
 }
 
-TEST(BorderCopy, ExtendsByTheKindsOwnWords) {
+TEST(BorderCopy, ExtendsByTheDefinitionOfTheType) {
   Random random(1);
-  for (const int type : kKinds) {
+  for (const int type : borderTypes) {
     for (const Size size : {Size{1, 1}, Size{2, 1}, Size{1, 2}, Size{3, 2}, Size{5, 7}, Size{40, 3}}) {
       for (const int above : {0, 1, 9}) {
         for (const int left : {0, 2, 11, 35}) {
@@ -65,7 +65,7 @@ TEST(BorderCopy, ExtendsByTheKindsOwnWords) {
   }
 }
 
-/// Every pixel is served once, and what serves it lies in the piece's own image.
+/// Every pixel is computed once, from the copy of its own piece.
 TEST(BorderPlan, ServesEveryPixelOnce) {
   for (const Size mask : {Size{1, 1}, Size{3, 3}, Size{5, 5}, Size{1, 5}, Size{5, 1}, Size{9, 3}}) {
     const Reach reach = Reach::ofMask(mask);
@@ -118,28 +118,28 @@ TEST(BorderPlan, LeavesOutStripesThatNothingReads) {
 }
 
 /// Runs a sum over the neighbourhood, through the pieces and by definition, for every set of sides in memory.
-/// Corners beside a side in memory continue that memory's pixels.
-TEST(BorderStripes, GiveWhatAnExtendedImageGives) {
+/// Corners beside a side in memory extend the pixels of that memory.
+TEST(BorderStripes, EqualAnExtendedImage) {
   Random random(7);
-  constexpr int kAround = 4, kSide = 24;
-  std::vector<s16> image(kSide * kSide);
+  constexpr int around = 4, side = 24;
+  std::vector<s16> image(side * side);
   for (s16& pixel : image) pixel = static_cast<s16>(random.below(100));
   const auto pixelAt = [&](int row, int column) {
-    return image[static_cast<std::size_t>((row + kAround) * kSide + column + kAround)];
+    return image[static_cast<std::size_t>((row + around) * side + column + around)];
   };
-  const Plane<const s16> src{image.data() + kAround * kSide + kAround, 2 * kSide};
+  const Plane<const s16> src{image.data() + around * side + around, 2 * side};
 
   for (const Size mask : {Size{3, 3}, Size{5, 5}, Size{5, 3}, Size{1, 5}, Size{7, 1}}) {
     const Reach reach = Reach::ofMask(mask);
     for (const Size roi : {Size{8, 8}, Size{16, 9}, Size{9, 16}, Size{6, 7}, Size{3, 9}, Size{1, 1}}) {
-      for (const int type : kKinds) {
+      for (const int type : borderTypes) {
         for (int sides = 0; sides <= 0xF0; sides += 0x10) {
           const bool whole = mask.width >= roi.width || mask.height >= roi.height;
           const int unread = (reach.left == 0 ? 0xC0 : 0) | (reach.above == 0 ? 0x30 : 0);
           const int counted = (sides | unread) == 0xF0 ? 0xF0 : whole ? 0 : sides | unread;
           const auto extended = [&](int row, int column) -> int {
-            const auto clip = [&](int i, int n, bool before, bool behind) {
-              return (i < 0 && before) || (i >= n && behind) ? i : placeOf(i, n, type);
+            const auto clip = [&](int i, int n, bool before, bool after) {
+              return (i < 0 && before) || (i >= n && after) ? i : placeOf(i, n, type);
             };
             const int r = clip(row, roi.height, (counted & 0x10) != 0, (counted & 0x20) != 0);
             const int c = clip(column, roi.width, (counted & 0x40) != 0, (counted & 0x80) != 0);

@@ -53,16 +53,16 @@ TEST(LaplacePlan, SmallRegionsHaveAllSidesMadeOrNone) {
 }
 
 TEST(LaplacePlan, VectorsAtBothEndsNeedTheReachBetweenThem) {
-  EXPECT_FALSE(laplaceSweepsIn(16, 15, 1, 1));
-  EXPECT_TRUE(laplaceSweepsIn(16, 16, 1, 1));
-  EXPECT_TRUE(laplaceSweepsIn(16, 17, 1, 1));
-  EXPECT_TRUE(laplaceSweepsIn(16, 16, 2, 1));
-  EXPECT_FALSE(laplaceSweepsIn(16, 17, 2, 1));
-  EXPECT_TRUE(laplaceSweepsIn(16, 18, 2, 1));
-  EXPECT_FALSE(laplaceSweepsIn(64, 33, 2, 2));
-  EXPECT_TRUE(laplaceSweepsIn(64, 34, 2, 2));
-  EXPECT_FALSE(laplaceSweepsIn(32, 9, 2, 4));
-  EXPECT_TRUE(laplaceSweepsIn(32, 10, 2, 4));
+  EXPECT_FALSE(laplaceVectorsFit(16, 15, 1, 1));
+  EXPECT_TRUE(laplaceVectorsFit(16, 16, 1, 1));
+  EXPECT_TRUE(laplaceVectorsFit(16, 17, 1, 1));
+  EXPECT_TRUE(laplaceVectorsFit(16, 16, 2, 1));
+  EXPECT_FALSE(laplaceVectorsFit(16, 17, 2, 1));
+  EXPECT_TRUE(laplaceVectorsFit(16, 18, 2, 1));
+  EXPECT_FALSE(laplaceVectorsFit(64, 33, 2, 2));
+  EXPECT_TRUE(laplaceVectorsFit(64, 34, 2, 2));
+  EXPECT_FALSE(laplaceVectorsFit(32, 9, 2, 4));
+  EXPECT_TRUE(laplaceVectorsFit(32, 10, 2, 4));
 }
 
 /// Marks the bytes of a row that a vector makes; false where its neighbours are not in the row.

@@ -109,7 +109,7 @@ class LaplaceCall {
   Block src, dst, work;
 };
 
-/// Sums that are no number have no told bits.
+/// The bits of a NaN sum are not documented.
 void forgiveNaN(LaplaceCall<float>& expected, LaplaceCall<float>& actual, Size roi) {
   for (int y = 0; y < roi.height; ++y) {
     for (int x = 0; x < roi.width; ++x) {
@@ -141,8 +141,8 @@ bool agreeOn(const LaplaceEntry<T>& entry, int variant, const LaplaceCase& c, T 
   return false;
 }
 
-/// The words that are taken: both kinds with every set of sides in memory, all sides with no kind, and words
-/// below zero of either kind, with all sides in memory, some and none.
+/// The valid words: both types with every set of sides in memory, all sides without a type, and negative
+/// words of both types with all sides in memory, some and none.
 std::vector<int> borderWords() {
   std::vector<int> words = {240, -15, -10, 0x56 - 0x100, 0x01 - 0x1000};
   for (int sides = 0; sides < 16; ++sides) {
@@ -243,8 +243,8 @@ void everyOffset(const LaplaceEntry<T>& entry, int variant) {
       agreeAt(anyCase<T>({width, drawnHeight(random, width)}, mask, random.oneOf(words), random), offset,
               random);
       for (const auto edge : {Placement::Edge::front, Placement::Edge::back}) {
-        const int kinds[] = {1, 6};
-        LaplaceCase c = anyCase<T>({width, 1 + random.below(9)}, mask, random.oneOf(kinds), random);
+        const int types[] = {1, 6};
+        LaplaceCase c = anyCase<T>({width, 1 + random.below(9)}, mask, random.oneOf(types), random);
         c.srcPlacement = {edge, 0};
         agreeAt(c, offset, random);
       }
@@ -252,24 +252,24 @@ void everyOffset(const LaplaceEntry<T>& entry, int variant) {
   });
 }
 
-/// Results large enough to be stored past the caches, whose rows begin anywhere in a vector.
+/// Results large enough for streaming stores, whose rows begin anywhere in a vector.
 template <class T>
 void largeRegions(const LaplaceEntry<T>& entry, int variant) {
   constexpr int e = sizeof(T);
   Random random(options().seed + 2);
   const auto words = borderWords();
-  const int turns = options().level == Level::full ? 8 : 2;
-  for (int turn = 0; turn < turns; ++turn) {
+  const int repeats = options().level == Level::full ? 8 : 2;
+  for (int i = 0; i < repeats; ++i) {
     const Size roi{4200 / e + random.below(100), 1100};
-    LaplaceCase c = anyCase<T>(roi, turn % 2 == 0 ? 33 : 55, random.oneOf(words), random);
+    LaplaceCase c = anyCase<T>(roi, i % 2 == 0 ? 33 : 55, random.oneOf(words), random);
     c.moreDstBytes = -roi.width * e & 63;
     c.dstPlacement = {Placement::Edge::inside, random.below(32) * e % 64};
     if (!agreeOn(entry, variant, c, anyValue<T>(random))) return;
   }
 }
 
-/// Large results whose rows have one vector and one and a half reaches, and begin a reach in front of a
-/// vector's boundary: between the vectors at their ends is room for no other one with its neighbours.
+/// Large results whose rows have one vector and one and a half reaches, and begin a reach before a vector's
+/// boundary: between the vectors at their ends is room for no other one with its neighbours.
 template <class T>
 void largeRegionsOfShortRows(const LaplaceEntry<T>& entry, int variant) {
   constexpr int e = sizeof(T), reach = 2;
@@ -288,7 +288,7 @@ void largeRegionsOfShortRows(const LaplaceEntry<T>& entry, int variant) {
   }
 }
 
-/// A single pixel in a field of nothing gives the kernel itself.
+/// A single pixel in a field of zeros produces the kernel itself.
 template <class T>
 void oneSet(const LaplaceEntry<T>& entry, int variant, T pixel, int mask, const std::vector<int>& expected) {
   const int extent = mask == 33 ? 3 : 5;
@@ -329,7 +329,7 @@ void knownPictures(const LaplaceEntry<T>& entry, int variant) {
     oneSet<T>(entry, variant, 1, 55,
               {-1, -3, -4, -3, -1, -3, 0, 6, 0, -3, -4, 6, 20, 6, -4, -3, 0, 6, 0, -3, -1, -3, -4, -3, -1});
   }
-  // A field of tens with nothing around it.
+  // A field of tens in a border of zeros.
   std::vector<T> src(12 * 9, T(10)), dst(12 * 9);
   std::vector<u8> work(4096);
   constexpr int step = 12 * sizeof(T);
@@ -368,7 +368,7 @@ void refusals(const LaplaceEntry<T>& entry, int variant) {
   }
 }
 
-/// All rows of the source on one place.
+/// All rows of the source at one address.
 template <class T>
 void zeroStep(const LaplaceEntry<T>& entry, int variant) {
   T row[40], expected[40 * 12], actual[40 * 12];

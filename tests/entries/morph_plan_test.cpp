@@ -8,25 +8,25 @@
 namespace Zorvan::Primitives {
 namespace {
 
-constexpr auto kNotCounted = [] {
+constexpr auto notCounted = [] {
   ADD_FAILURE() << "cells are counted for masks without a form only";
   return 0;
 };
 
 TEST(MorphForm, OfSolidMasksDependsOnTheSizeAlone) {
-  EXPECT_EQ(planMorphForm({3, 3}, 18, kNotCounted), MorphForm::fused);
+  EXPECT_EQ(planMorphForm({3, 3}, 18, notCounted), MorphForm::fused);
   for (const Size size : {Size{1, 3}, Size{3, 1}, Size{3, 5}, Size{5, 3}, Size{31, 31}}) {
-    EXPECT_EQ(planMorphForm(size, 18, kNotCounted), MorphForm::separable);
+    EXPECT_EQ(planMorphForm(size, 18, notCounted), MorphForm::separable);
   }
 }
 
 TEST(MorphForm, OfOtherMasksGoesByFlagsInOrder) {
-  EXPECT_EQ(planMorphForm({3, 3}, 0x130, kNotCounted), MorphForm::known3);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x310, kNotCounted), MorphForm::known5);
-  EXPECT_EQ(planMorphForm({7, 7}, 0x510, kNotCounted), MorphForm::known7);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x30, kNotCounted), MorphForm::cross);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x20, kNotCounted), MorphForm::cross);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x18, kNotCounted), MorphForm::runs);
+  EXPECT_EQ(planMorphForm({3, 3}, 0x130, notCounted), MorphForm::known3);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x310, notCounted), MorphForm::known5);
+  EXPECT_EQ(planMorphForm({7, 7}, 0x510, notCounted), MorphForm::known7);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x30, notCounted), MorphForm::cross);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x20, notCounted), MorphForm::cross);
+  EXPECT_EQ(planMorphForm({5, 5}, 0x18, notCounted), MorphForm::runs);
 }
 
 TEST(MorphForm, ListsFewerThan128Cells) {
@@ -75,8 +75,8 @@ TEST(MorphBordered, TakesTheUsualSquares) {
 TEST(MorphBordered, BeginsAtTheLeast) {
   EXPECT_FALSE(planBordered({3, 3}, BorderType::replicate, false, 5));
   EXPECT_TRUE(planBordered({5, 5}, BorderType::replicate, false, 5));
-  EXPECT_TRUE(planBordered({9, 9}, BorderType::none, true, kLargestBordered));
-  EXPECT_FALSE(planBordered({9, 9}, BorderType::none, true, kNoneBordered));
+  EXPECT_TRUE(planBordered({9, 9}, BorderType::none, true, largestBordered));
+  EXPECT_FALSE(planBordered({9, 9}, BorderType::none, true, noneBordered));
 }
 
 TEST(MorphBordered, TakesBordersThatFollowFromTheEdge) {
@@ -157,8 +157,8 @@ TEST(MorphPackedRows, AreShortAndWithoutAGap) {
   EXPECT_TRUE(planPackedRows(24, 2, 5, 4));
 }
 
-TEST(MorphSizes, AreTheRulesFigures) {
-  const MorphMeasures<WrappingFigure> example({100, 100}, {3, 3}, 4);
+TEST(MorphSizes, FollowTheRule) {
+  const MorphMeasures<WrappingNumber> example({100, 100}, {3, 3}, 4);
   EXPECT_EQ(example.builtPixels().value(), 306);
   EXPECT_EQ(example.ringSize().value(), 1344);
   EXPECT_EQ(example.bufferSize().value(), 2656);
@@ -168,19 +168,19 @@ TEST(MorphSizes, AreTheRulesFigures) {
 }
 
 TEST(MorphSizes, OfAMaskAsLargeAsTheRegionTakeItWhole) {
-  EXPECT_EQ((MorphMeasures<WrappingFigure>({3, 100}, {3, 3}, 1).builtPixels().value()), 5 * 102);
-  EXPECT_EQ((MorphMeasures<WrappingFigure>({4, 100}, {3, 3}, 1).builtPixels().value()), 102 * 3);
-  EXPECT_EQ((MorphMeasures<WrappingFigure>({10, 10}, {1, 5}, 1).builtPixels().value()), 10 * 6);
-  EXPECT_EQ((MorphMeasures<WrappingFigure>({10, 10}, {5, 1}, 1).builtPixels().value()), 10 * 6);
-  EXPECT_EQ((MorphMeasures<WrappingFigure>({10, 10}, {4, 4}, 1).builtPixels().value()), 14 * 6);
+  EXPECT_EQ((MorphMeasures<WrappingNumber>({3, 100}, {3, 3}, 1).builtPixels().value()), 5 * 102);
+  EXPECT_EQ((MorphMeasures<WrappingNumber>({4, 100}, {3, 3}, 1).builtPixels().value()), 102 * 3);
+  EXPECT_EQ((MorphMeasures<WrappingNumber>({10, 10}, {1, 5}, 1).builtPixels().value()), 10 * 6);
+  EXPECT_EQ((MorphMeasures<WrappingNumber>({10, 10}, {5, 1}, 1).builtPixels().value()), 10 * 6);
+  EXPECT_EQ((MorphMeasures<WrappingNumber>({10, 10}, {4, 4}, 1).builtPixels().value()), 14 * 6);
 }
 
 TEST(MorphSizes, WrapOrDoNotFit) {
   const Size most{0x7FFFFFFF, 0x7FFFFFFF};
-  EXPECT_FALSE((MorphMeasures<TrueFigure>(most, most, 4).bufferSize().fits()));
-  EXPECT_FALSE((MorphMeasures<TrueFigure>({1, 1}, {65536, 65536}, 1).specSize().fits()));
-  EXPECT_EQ((MorphMeasures<WrappingFigure>({1, 1}, {65537, 65537}, 1).cells().value()), 131073);
-  EXPECT_TRUE((MorphMeasures<TrueFigure>({100, 100}, {3, 3}, 4).compound().buffer.fits()));
+  EXPECT_FALSE((MorphMeasures<ExactNumber>(most, most, 4).bufferSize().fits()));
+  EXPECT_FALSE((MorphMeasures<ExactNumber>({1, 1}, {65536, 65536}, 1).specSize().fits()));
+  EXPECT_EQ((MorphMeasures<WrappingNumber>({1, 1}, {65537, 65537}, 1).cells().value()), 131073);
+  EXPECT_TRUE((MorphMeasures<ExactNumber>({100, 100}, {3, 3}, 4).compound().buffer.fits()));
 }
 
 /// The largest piece that a border is built for fits the work memory to the last byte.
@@ -190,7 +190,7 @@ TEST(MorphSizes, HoldTheRingAndTheLargestPiece) {
       for (int h = 1; h < 9; ++h) {
         for (int width = 1; width < 24; ++width) {
           for (int height = 1; height < 24; ++height) {
-            const MorphMeasures<WrappingFigure> measures({width, height}, {w, h}, pixelBytes);
+            const MorphMeasures<WrappingNumber> measures({width, height}, {w, h}, pixelBytes);
             const int area = measures.bufferSize().value() - 31 - measures.ringSize().value();
             const int maskWidth = w | 1, maskHeight = h | 1;
             const bool whole = maskWidth >= width || maskHeight >= height;

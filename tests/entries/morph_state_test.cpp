@@ -17,7 +17,7 @@ namespace {
 
 using namespace Primitives;
 
-/// The record as the rules tell it, written one value at a time over what the memory held.
+/// The record by its definition, written one value at a time over the memory's previous bytes.
 class ExpectedState {
  public:
   ExpectedState(const unsigned char* before, std::size_t bytes, const unsigned char* home)
@@ -151,7 +151,7 @@ std::vector<MorphMaskCells> masks() {
   return all;
 }
 
-constexpr Placement kPlacements[] = {
+constexpr Placement placements[] = {
     {Placement::Edge::front, 0}, {Placement::Edge::back, 0}, {Placement::Edge::inside, 7}};
 
 template <class T, class Spec>
@@ -159,7 +159,7 @@ void fillState(const MorphMaskCells& mask, const Placement& placement) {
   const int w = mask.size.width, h = mask.size.height, W = w | 1, H = h | 1;
   int specBytes = 0, bufferBytes = 0;
   ASSERT_EQ((MorphState<Spec, T>::sizes({20, 10}, mask.size, &specBytes, &bufferBytes)), 0);
-  std::vector<u8> cells = mask.cells;  // with what lies behind the last one
+  std::vector<u8> cells = mask.cells;  // with the cells after the last one
   Random random(9);
   while (cells.size() < static_cast<std::size_t>(W * H)) cells.push_back(static_cast<u8>(random.below(2)));
 
@@ -176,14 +176,14 @@ void fillState(const MorphMaskCells& mask, const Placement& placement) {
   } else {
     const std::size_t S = static_cast<std::size_t>(W * H + 4 * H * (W + 1) + 136);
     EXPECT_EQ(static_cast<std::size_t>(specBytes), static_cast<std::size_t>(W * H) + 2 * S + 64);
-    const std::vector<u8> turned(cells.rbegin(), cells.rend());
+    const std::vector<u8> rotated(cells.rbegin(), cells.rend());
     expected.put(0, expected.home() + 64);
     expected.put(8, expected.home() + 64 + S);
     expected.record(64, w, h, asGiven);
     expected.record(64 + S, w, h, [&](int r, int c) {
-      return r < h && c < w && turned[static_cast<std::size_t>(r * w + c)] != 0;
+      return r < h && c < w && rotated[static_cast<std::size_t>(r * w + c)] != 0;
     });
-    for (std::size_t i = 0; i < turned.size(); ++i) expected.put(64 + 2 * S + i, turned[i]);
+    for (std::size_t i = 0; i < rotated.size(); ++i) expected.put(64 + 2 * S + i, rotated[i]);
   }
   u8 buffer = 77;
   ASSERT_EQ((MorphState<Spec, T>::fill({20, 10}, cells.data(), mask.size,
@@ -211,7 +211,7 @@ TYPED_TEST_SUITE(EachState, AllStates);
 
 TYPED_TEST(EachState, IsTheRecordByteForByte) {
   for (const MorphMaskCells& mask : masks()) {
-    for (const Placement& placement : kPlacements) {
+    for (const Placement& placement : placements) {
       fillState<typename TypeParam::T, typename TypeParam::Spec>(mask, placement);
       if (testing::Test::HasFailure()) return;
     }
@@ -261,7 +261,7 @@ std::uint32_t flagsOf(const MorphMaskCells& mask) {
   return flags;
 }
 
-TEST(MorphFlags, OfTheWellKnownMasks) {
+TEST(MorphFlags, OfWellKnownMasks) {
   EXPECT_EQ(flagsOf(solidMask({3, 3})), 18u);
   EXPECT_EQ(flagsOf(solidMask({1, 1})), 18u);
   EXPECT_EQ(flagsOf(emptyMask({3, 3})), 0x1Cu);

@@ -81,7 +81,7 @@ std::vector<MorphMaskCells> allMasks() {
   masks.push_back(drawn({3, 3}, ".#.###.#."));
   masks.push_back(drawn({5, 5}, "..#...###.#####.###...#.."));
   masks.push_back(drawn({7, 7}, "...#....#####..#####.#######.#####..#####....#..."));
-  masks.push_back(drawn({3, 3}, "#..#..###"));  // one row and one column, meeting in a corner
+  masks.push_back(drawn({3, 3}, "#..#..###"));  // one row and one column that share a corner
   masks.push_back(crossOf(5, 2, 2));
   masks.push_back(crossOf(5, 4, 1));
   masks.push_back(crossOf(9, 0, 8));
@@ -103,8 +103,8 @@ std::vector<MorphMaskCells> allMasks() {
   return masks;
 }
 
-constexpr int kKinds[] = {1, 3, 5, 6};
-constexpr Content kContents[] = {Content::random, Content::runs, Content::special, Content::halfEmpty};
+constexpr int borderTypes[] = {1, 3, 5, 6};
+constexpr Content contents[] = {Content::random, Content::runs, Content::special, Content::halfEmpty};
 
 MorphCase drawCase(Random& random, const MorphMaskCells& mask, Size roi) {
   const int sides = random.below(3) == 0 ? 0 : random.below(16) << 4;
@@ -113,14 +113,14 @@ MorphCase drawCase(Random& random, const MorphMaskCells& mask, Size roi) {
                                   {Placement::Edge::inside, 1 + random.below(63)}};
   return {mask,
           roi,
-          random.below(24) == 0 ? 240 : random.oneOf(kKinds) | sides,
+          random.below(24) == 0 ? 240 : random.oneOf(borderTypes) | sides,
           4 * random.below(3),
-          random.oneOf(kContents),
+          random.oneOf(contents),
           random.oneOf(placements),
           random.next()};
 }
 
-int turns(int few, int quick, int full) {
+int repeats(int few, int quick, int full) {
   return options().level == Level::few ? few : options().level == Level::quick ? quick : full;
 }
 
@@ -136,24 +136,24 @@ void manyMasks(const Pair<T, Spec>& pair) {
   int differences = 0;
   for (const MorphMaskCells& mask : allMasks()) {
     const bool large = mask.size.width * mask.size.height > 300;
-    for (int turn = turns(1, large ? 2 : 8, large ? 6 : 60); turn > 0; --turn) {
-      const Size roi = drawRegion(random, mask.size, turn % 3 != 0);
+    for (int i = repeats(1, large ? 2 : 8, large ? 6 : 60); i > 0; --i) {
+      const Size roi = drawRegion(random, mask.size, i % 3 != 0);
       differences += !pair.agreesOn(drawCase(random, mask, roi));
       if (differences >= 3) return;
     }
   }
 }
 
-/// Every small region with every border word, for the masks whose stripes are of each form.
+/// Every small region with every border word, for masks with every form of stripes.
 template <class T, class Spec>
 void everyWord(const Pair<T, Spec>& pair) {
   Random random(options().seed);
-  const int step = turns(5, 2, 1);
+  const int stride = repeats(5, 2, 1);
   for (const MorphMaskCells& mask :
        {solidMask({3, 3}), solidMask({5, 5}), solidMask({1, 4}), drawn({3, 3}, "##..#...#")}) {
-    for (int width = 1; width <= mask.size.width + 5; width += 1 + random.below(step)) {
-      for (int height = 1; height <= mask.size.height + 5; height += 1 + random.below(step)) {
-        for (const int type : kKinds) {
+    for (int width = 1; width <= mask.size.width + 5; width += 1 + random.below(stride)) {
+      for (int height = 1; height <= mask.size.height + 5; height += 1 + random.below(stride)) {
+        for (const int type : borderTypes) {
           for (int sides = 0; sides <= 0xF0; sides += 0x10) {
             const Placement::Edge edge = sides & 0x10 ? Placement::Edge::back : Placement::Edge::front;
             if (!pair.agreesOn({mask, {width, height}, type | sides, 0, Content::random, {edge, 0}, 9}))
@@ -181,7 +181,7 @@ void everyOffset(const Pair<T, Spec>& pair) {
   });
 }
 
-/// Rows longer than a band of the ring, and images higher than one long row takes in.
+/// Rows longer than a band of the ring, and images higher than one long row.
 template <class T, class Spec>
 void largeRegions(const Pair<T, Spec>& pair) {
   Random random(options().seed);
@@ -203,20 +203,20 @@ void strips(const Pair<T, Spec>& pair) {
   for (const int side : {3, 9}) {
     const Size roi{70012 / static_cast<int>(sizeof(T)), side + 2};
     EXPECT_LT(planStripColumns(roi.width, side + 1, sizeof(T)), roi.width);
-    for (int turn = turns(1, 1, 6); turn > 0; --turn) {
+    for (int i = repeats(1, 1, 6); i > 0; --i) {
       if (!pair.agreesOn(drawCase(random, solidMask({side, side}), roi))) return;
     }
   }
 }
 
-/// Results past the caches, from addresses in front of a whole vector too.
+/// Results of streaming stores, also from addresses before a whole vector.
 template <class T, class Spec>
 void streams(const Pair<T, Spec>& pair) {
   constexpr int e = sizeof(T), shifts[] = {0, 4, 60};
   Random random(options().seed);
   const Size roi{70016 / e, 61};
   EXPECT_TRUE(planStreaming(resultBytes(roi, e), 70016, 70016));
-  for (int turn = turns(0, 1, 4); turn > 0; --turn) {
+  for (int i = repeats(0, 1, 4); i > 0; --i) {
     MorphCase c = drawCase(random, solidMask({3, 3}), roi);
     c.placement = {Placement::Edge::inside, random.oneOf(shifts)};
     c.gap = 0;
@@ -224,7 +224,7 @@ void streams(const Pair<T, Spec>& pair) {
   }
 }
 
-/// Regions that the two passes go through in bands of rows, with borders and sides in memory of all kinds.
+/// Regions that the two passes divide into bands of rows, with all types of borders and sides in memory.
 template <class T>
 void bands(const Pair<T, MorphAdvSpec>& pair) {
   constexpr int e = sizeof(T);
@@ -241,13 +241,13 @@ void bands(const Pair<T, MorphAdvSpec>& pair) {
   for (const auto& [mask, roi] : cases) {
     const int step = (roi.width * e + 31) & ~31;
     EXPECT_GT(planBands(roi, {mask.size.width | 1, mask.size.height | 1}, step), 1);
-    for (int turn = turns(1, 1, 4); turn > 0; --turn) {
+    for (int i = repeats(1, 1, 4); i > 0; --i) {
       if (!pair.agreesOn(drawCase(random, mask, roi))) return;
     }
   }
 }
 
-/// A result in the place of its source: all of that is read before the result is begun.
+/// A result that overlaps its source: the source is read completely before the result is written.
 template <class T>
 void inPlace(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, MorphAdvSpec>* actual) {
   const Size roi{4096, 130};
@@ -261,7 +261,7 @@ void inPlace(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, MorphAdvS
   std::vector<T> src(4096 * 133), expected(4096 * 130);
   fillPixels<T>(src.data(), src.size(), Content::runs, options().seed);
   for (T& pixel : src) pixel = pixel != pixel ? T(0) : pixel;
-  for (const std::size_t row : {0, 3}) {  // the result begins with the source or behind its first rows
+  for (const std::size_t row : {0, 3}) {  // the result begins with the source or after its first rows
     std::vector<T> image = src;
     EXPECT_EQ(reference(src.data(), step, expected.data(), step, roi, 1, T(0), spec, work.data()), 0);
     EXPECT_EQ(actual(image.data(), step, &image[4096 * row], step, roi, 1, T(0), spec, work.data()), 0);
@@ -269,8 +269,8 @@ void inPlace(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, MorphAdvS
   }
 }
 
-/// A result right below its source, whose rows below the region are then the first ones of the result, where
-/// the word says that they are in memory: they too are read before the result is begun.
+/// A result right below its source. Where the rows below the region are in memory, they are the first rows of
+/// the result: they too are read before the result is written.
 template <class T>
 void belowItsSource(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, MorphAdvSpec>* actual) {
   constexpr Size roi{4092, 130};
@@ -298,7 +298,7 @@ void belowItsSource(MorphRoutine<T, MorphAdvSpec>* reference, MorphRoutine<T, Mo
   }
 }
 
-/// As many cells as the list holds, and one more: the same image by both ways.
+/// As many cells as the list takes, and one more: both forms compute the same image.
 template <class T>
 void listedAndTabled(MorphRoutine<T, MorphSpec>* reference, MorphRoutine<T, MorphSpec>* actual) {
   MorphMaskCells mask = emptyMask({17, 17});
@@ -357,14 +357,14 @@ void refusals(MorphRoutine<T, Spec>* reference, MorphRoutine<T, Spec>* actual) {
   for (const int word : {0, 2, 4, 7, 8, 15, 0x10, 0xE0, 0xF2, 0x1F0, 0xFF0, 4096, 4097, INT_MAX}) {
     expectBoth(-225, src.data(), row, false, row, roi, word, spec, buffer);
   }
-  // 240 with a bit from 8 on is a word without a kind for the single operations and the first pass alike
+  // 240 with a bit from 8 on is a word without a type for the single operations and the first pass
   const T* const inner = around.data() + 22;
   for (const int word : {1, 3, 5, 6, 240, 241, 0xFF1}) {
     expectBoth(0, inner, 10 * e, false, row, roi, word, spec, buffer);
   }
 }
 
-/// Sides in memory that are told by bits 8 to 11 of the word: one entry takes them, the others do not.
+/// Sides in memory in bits 8 to 11 of the word: one entry takes them, the others do not.
 template <class T>
 void wordFolding(MorphRoutine<T, MorphSpec>* reference, MorphRoutine<T, MorphSpec>* actual) {
   for (int sides = 0; sides <= 0xF00; sides += 0x100) {

@@ -1,7 +1,7 @@
 #pragma once
 
-// How much memory the morphology entries ask their callers for. One rule for two readers: the entries
-// calculate on 32 bits, where large figures wrap; who allocates must know the true figure.
+// The memory that callers of the morphology entries provide. One rule for two numbers: the entries calculate
+// in 32 bits, where large sizes wrap; the facades need exact sizes to allocate.
 
 #include <cstdint>
 
@@ -10,65 +10,65 @@
 namespace Zorvan::Primitives {
 namespace {
 
-__extension__ typedef __int128 WideFigure;
+__extension__ typedef __int128 Int128;
 
-/// A figure that wraps on 32 bits like the sums and products of the entries.
-class WrappingFigure {
+/// Wraps at 32 bits, as the entries do.
+class WrappingNumber {
  public:
-  constexpr WrappingFigure(std::int32_t value) : bits_(static_cast<std::uint32_t>(value)) {}
+  constexpr WrappingNumber(std::int32_t value) : bits_(static_cast<std::uint32_t>(value)) {}
   constexpr std::int32_t value() const { return static_cast<std::int32_t>(bits_); }
 
-  friend constexpr WrappingFigure operator+(WrappingFigure a, WrappingFigure b) {
+  friend constexpr WrappingNumber operator+(WrappingNumber a, WrappingNumber b) {
     return of(a.bits_ + b.bits_);
   }
-  friend constexpr WrappingFigure operator-(WrappingFigure a, WrappingFigure b) {
+  friend constexpr WrappingNumber operator-(WrappingNumber a, WrappingNumber b) {
     return of(a.bits_ - b.bits_);
   }
-  friend constexpr WrappingFigure operator*(WrappingFigure a, WrappingFigure b) {
+  friend constexpr WrappingNumber operator*(WrappingNumber a, WrappingNumber b) {
     return of(a.bits_ * b.bits_);
   }
-  friend constexpr bool operator<(WrappingFigure a, WrappingFigure b) { return a.value() < b.value(); }
-  friend constexpr WrappingFigure align32(WrappingFigure n) { return of((n.bits_ + 31u) & ~31u); }
+  friend constexpr bool operator<(WrappingNumber a, WrappingNumber b) { return a.value() < b.value(); }
+  friend constexpr WrappingNumber align32(WrappingNumber n) { return of((n.bits_ + 31u) & ~31u); }
 
  private:
-  static constexpr WrappingFigure of(std::uint32_t bits) {
-    return WrappingFigure(static_cast<std::int32_t>(bits));
+  static constexpr WrappingNumber of(std::uint32_t bits) {
+    return WrappingNumber(static_cast<std::int32_t>(bits));
   }
   std::uint32_t bits_;
 };
 
-/// The figure as it is: wide enough for any region and mask.
-class TrueFigure {
+/// Exact for any region and mask.
+class ExactNumber {
  public:
-  constexpr TrueFigure(std::int32_t value) : value_(value) {}
+  constexpr ExactNumber(std::int32_t value) : value_(value) {}
   constexpr bool fits() const { return value_ <= 0x7FFFFFFF; }
 
-  friend constexpr TrueFigure operator+(TrueFigure a, TrueFigure b) { return of(a.value_ + b.value_); }
-  friend constexpr TrueFigure operator-(TrueFigure a, TrueFigure b) { return of(a.value_ - b.value_); }
-  friend constexpr TrueFigure operator*(TrueFigure a, TrueFigure b) { return of(a.value_ * b.value_); }
-  friend constexpr bool operator<(TrueFigure a, TrueFigure b) { return a.value_ < b.value_; }
-  friend constexpr TrueFigure align32(TrueFigure n) { return of((n.value_ + 31) / 32 * 32); }
+  friend constexpr ExactNumber operator+(ExactNumber a, ExactNumber b) { return of(a.value_ + b.value_); }
+  friend constexpr ExactNumber operator-(ExactNumber a, ExactNumber b) { return of(a.value_ - b.value_); }
+  friend constexpr ExactNumber operator*(ExactNumber a, ExactNumber b) { return of(a.value_ * b.value_); }
+  friend constexpr bool operator<(ExactNumber a, ExactNumber b) { return a.value_ < b.value_; }
+  friend constexpr ExactNumber align32(ExactNumber n) { return of((n.value_ + 31) / 32 * 32); }
 
  private:
-  static constexpr TrueFigure of(WideFigure value) {
-    TrueFigure figure(0);
-    figure.value_ = value;
-    return figure;
+  static constexpr ExactNumber of(Int128 value) {
+    ExactNumber number(0);
+    number.value_ = value;
+    return number;
   }
-  WideFigure value_;
+  Int128 value_;
 };
 
-template <class Figure>
+template <class Number>
 struct MorphSizes {
-  Figure spec, buffer;
+  Number spec, buffer;
 };
 
-/// What the sizes of one mask and region are made of. `pixelBytes` is 1 or 4.
-template <class Figure>
+/// The sizes for one mask and region. `pixelBytes` is 1 or 4.
+template <class Number>
 struct MorphMeasures {
-  Figure pixelBytes, roiWidth, roiHeight;
-  Figure width, height;  ///< of the mask, padded to odd figures
-  Figure anchorX, anchorY;
+  Number pixelBytes, roiWidth, roiHeight;
+  Number width, height;  ///< of the mask, padded to odd numbers
+  Number anchorX, anchorY;
 
   constexpr MorphMeasures(Size roi, Size mask, int bytes)
       : pixelBytes(bytes),
@@ -79,36 +79,36 @@ struct MorphMeasures {
         anchorX(mask.width >> 1),
         anchorY(mask.height >> 1) {}
 
-  constexpr Figure cells() const { return width * height; }
-  constexpr Figure specSize() const { return cells() + Figure(4) * height * (width + 1) + 136; }
+  constexpr Number cells() const { return width * height; }
+  constexpr Number specSize() const { return cells() + Number(4) * height * (width + 1) + 136; }
 
   /// The ring of rows of solid masks, and a row of the mask's width.
-  constexpr Figure ringSize() const {
-    const Figure slack = Figure(1) < pixelBytes ? 64 : 16;
+  constexpr Number ringSize() const {
+    const Number slack = Number(1) < pixelBytes ? 64 : 16;
     return align32(roiWidth * pixelBytes) * height + align32(width * pixelBytes) + slack;
   }
 
-  /// Pixels of the largest image that is built with a border: the whole region, or the largest stripe.
-  constexpr Figure builtPixels() const {
-    const Figure builtWidth = width + roiWidth - 1, builtHeight = height + roiHeight - 1;
+  /// Pixels of the largest copy with a border: the whole region, or the largest stripe.
+  constexpr Number builtPixels() const {
+    const Number builtWidth = width + roiWidth - 1, builtHeight = height + roiHeight - 1;
     if (!(width < roiWidth) || !(height < roiHeight)) return builtWidth * builtHeight;
-    const bool readsBelow = Figure(0) < height - anchorY - 1, readsRight = Figure(0) < width - anchorX - 1;
-    const Figure lying = readsBelow ? builtWidth * (Figure(2) * height - anchorY - 2) : Figure(0);
+    const bool readsBelow = Number(0) < height - anchorY - 1, readsRight = Number(0) < width - anchorX - 1;
+    const Number lying = readsBelow ? builtWidth * (Number(2) * height - anchorY - 2) : Number(0);
     if (!readsRight) return lying;
-    const Figure standing = builtHeight * (Figure(2) * width - anchorX - 2);
+    const Number standing = builtHeight * (Number(2) * width - anchorX - 2);
     return lying < standing ? standing : lying;
   }
 
-  /// Work memory of one erosion or dilation. The built image follows the ring.
-  constexpr Figure bufferSize() const { return align32(builtPixels() * pixelBytes) + ringSize() + 64; }
+  /// Work memory of one erosion or dilation: the ring, then the copy with a border.
+  constexpr Number bufferSize() const { return align32(builtPixels() * pixelBytes) + ringSize() + 64; }
 
-  constexpr MorphSizes<Figure> single() const { return {specSize(), bufferSize()}; }
+  constexpr MorphSizes<Number> single() const { return {specSize(), bufferSize()}; }
 
-  /// Two records and the turned mask; the work memory of two passes and an image between them.
-  constexpr MorphSizes<Figure> compound() const {
+  /// Two records and the rotated mask; the work memory of two passes and the intermediate image.
+  constexpr MorphSizes<Number> compound() const {
     return {
-        cells() + Figure(2) * specSize() + 64,
-        Figure(2) * bufferSize() + (roiHeight + height - 1) * align32((roiWidth + width - 1) * pixelBytes)};
+        cells() + Number(2) * specSize() + 64,
+        Number(2) * bufferSize() + (roiHeight + height - 1) * align32((roiWidth + width - 1) * pixelBytes)};
   }
 };
 

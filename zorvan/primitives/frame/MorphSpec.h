@@ -1,8 +1,8 @@
 #pragma once
 
-// The records of the morphology entries. They lie in memory of the caller's, at any address, with their
-// tables behind them; only init entries write them. Masks are blocks of cells, row after row without a gap. A
-// mask of even width or height is padded to the next odd one with cells that are not set.
+// The records of the morphology entries. They lie in the caller's memory, at any address, followed by their
+// tables; only the init entries write them. Masks are cells, row after row without a gap. A mask of even
+// width or height is padded to the next odd number with cells that are not set.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace Zorvan::Primitives {
 
-/// What the analysis found in one mask. Behind the record follow the cells, the column table, the run table.
+/// The analysis of one mask. The record is followed by the cells, the column table and the run table.
 struct MorphSpec {
   u8* cells;  ///< maskWidth * maskHeight bytes, each 255 (set) or 0
   std::int32_t maskWidth;
@@ -31,15 +31,15 @@ struct MorphSpec {
   static constexpr std::uint32_t emptyEdge = 8;
   static constexpr std::uint32_t contiguous = 16;
   static constexpr std::uint32_t cross = 32;
-  static constexpr std::uint32_t knownShape = 0x100;  ///< the stored shape of 3 by 3, where it stands alone
+  static constexpr std::uint32_t knownShape = 0x100;  ///< of 3 by 3, unless it is one of the next two
   static constexpr std::uint32_t knownShape5 = 0x300;
   static constexpr std::uint32_t knownShape7 = 0x500;
 };
 static_assert(sizeof(MorphSpec) == 136 && offsetof(MorphSpec, rowRuns) == 40 &&
               offsetof(MorphSpec, isKnownShape) == 56);
 
-/// The records of a compound operation: of the mask as given and of the mask turned by 180 degrees. Both
-/// follow this record, and behind them the turned mask.
+/// The records of a compound operation: of the mask as given and of the mask rotated by 180 degrees. Both
+/// follow this record, and the rotated mask follows them.
 struct MorphAdvSpec {
   MorphSpec* first;
   MorphSpec* second;

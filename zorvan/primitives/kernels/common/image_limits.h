@@ -174,36 +174,37 @@ constexpr int extremeBlockPixels = imageLimit(8192, 100);
 
 // ---- morphology ----
 
-/// The ring of a separable pass may take this much, so that the rows that are read stay beside it in a
-/// nearest cache of 32 KiB; but a band is not made narrower than that is worth. Bands are whole lines.
+/// The ring of rows takes at most this size, so that it shares a nearest cache of 32 KiB with the source
+/// rows; but bands do not get narrower than the second value. Bands are whole cache lines.
 constexpr auto morphRingBytes = imageLimit<std::int64_t>(16 << 10, 320);
 constexpr auto morphLeastBandBytes = imageLimit<std::int64_t>(512, 64);
 
-/// What the rows may take of a second cache that several rows of a result are made from at a time: from there
-/// they come as fast as they are combined.
+/// The source rows of several rows of the result take at most this size of a second-level cache, which
+/// delivers them as fast as they are combined.
 constexpr auto morphStripBytes = imageLimit<std::int64_t>(256 << 10, 512);
 
-/// Results from this size on would only push out of the caches what they are made from.
+/// Larger results would only evict their source rows from the caches.
 constexpr auto morphStreamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
 
-/// The rows between two passes may take this much, so that they stay in a second cache beside the rows that
-/// are read and written.
+/// The rows of an intermediate image take at most this size, so that they share a second-level cache with the
+/// rows that are read and written.
 constexpr auto morphBetweenBytes = imageLimit<std::int64_t>(256 << 10, 512);
 
-/// So much of short rows is computed as one long row at a time; one row at least, of 64 bytes at most.
+/// This size of short rows is computed together as one long row; at least one row, which has 64 bytes at
+/// most.
 constexpr auto morphPackedBytes = imageLimit<std::int64_t>(2048, 192);
 
 // ---- the Laplace filter ----
 
-/// Rows of a band, and the bytes of their lines that stay in a near cache. Large results of the 3 by 3 kernel
-/// may go in lower bands than others.
+/// Rows of a band, and bytes of a band that stay in a near cache. With streaming stores the 3 by 3 kernel may
+/// have bands of fewer rows.
 constexpr int mostBandRows = imageLimit(64, 7), bandBytes = imageLimit(32768, 256);
 constexpr int leastBandRows = imageLimit(16, 3), leastStreamedBandRows = imageLimit(8, 2);
 
-/// Rows of narrow regions that are built at a time.
+/// Rows of narrow regions that are copied at a time.
 constexpr auto narrowBandRows = imageLimit<std::int64_t>(16, 3);
 
-/// Results from this size on would only push out of the caches what they are made from.
+/// Larger results would only evict their source rows from the caches.
 constexpr auto streamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
 
 // ---- flood fill ----

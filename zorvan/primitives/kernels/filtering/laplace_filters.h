@@ -1,18 +1,19 @@
 #pragma once
 
-// The two Laplace filters down a column of vectors: each takes a source row after the other, and gives the
-// output row in the middle of those it has taken. What the next rows share waits in registers.
+// The two Laplace filters down a column of vectors. Each takes the source rows one after the other and
+// returns the output row in the middle of the last three or five. Sums that later output rows need stay in
+// registers.
 //
-// 3 by 3: nine times the pixel less the sum of the nine pixels around and at it; a row's sums of three
-// neighbours serve three output rows.
+// 3 by 3: nine times the pixel minus the sum of the nine pixels of its neighbourhood; the sums of three
+// neighbours in a source row serve three output rows.
 //
-// 5 by 5: the kernel has three different rows, so each source row is weighed three ways, as the outermost row
-// of the kernel (A), the one beside the middle (B) and the middle (C), and an output row is the sum of five
-// such responses:
+// 5 by 5: the kernel has three different rows, so each source row is weighted three times, as the outermost
+// row of the kernel (A), as the row next to the middle (B) and as the middle row (C). An output row is the
+// sum of five such responses:
 //
 //   A(y - 2) + B(y - 1) + C(y) + B(y + 1) + A(y + 2)
 //
-// The pixels to the left and right come from `loads`, which knows whether the row has them.
+// The pixels to the left and right come from `loads`, which replaces those that the row does not have.
 
 #include "zorvan/primitives/kernels/filtering/float_vectors.h"
 #include "zorvan/primitives/kernels/filtering/pair_vectors.h"
@@ -26,7 +27,7 @@ struct Responses {
   Sums a, b, c;
 };
 
-/// 8-bit and 16-bit pixels in vectors V, the sums of even and of odd columns apart.
+/// 8-bit and 16-bit pixels in vectors V, with separate sums of even and odd columns.
 template <class T, class V>
 struct PairRows {
   using Pixel = T;
@@ -34,35 +35,35 @@ struct PairRows {
   using Lanes = PairLanes<T, V>;
   using Sums = Pair<V>;
 
-  static Sums nothing() { return {V::broadcast(std::uint32_t{0}), V::broadcast(std::uint32_t{0})}; }
+  static Sums zero() { return {V::broadcast(std::uint32_t{0}), V::broadcast(std::uint32_t{0})}; }
   static Sums add(Sums x, Sums y) { return {Lanes::add(x.even, y.even), Lanes::add(x.odd, y.odd)}; }
   static V pixels(Sums sums) { return Lanes::join(sums); }
 
   /// The sums of three neighbours.
   template <class Loads>
-  static Sums three(const Loads& loads, const unsigned char* p, V here) {
-    return {Lanes::add(Lanes::template weigh<1, 1>(loads.template load<-1>(p)), Lanes::odd(here)),
-            Lanes::add(Lanes::even(here), Lanes::template weigh<1, 1>(loads.template load<1>(p)))};
+  static Sums sumOfThree(const Loads& loads, const unsigned char* p, V here) {
+    return {Lanes::add(Lanes::template weight<1, 1>(loads.template load<-1>(p)), Lanes::odd(here)),
+            Lanes::add(Lanes::even(here), Lanes::template weight<1, 1>(loads.template load<1>(p)))};
   }
 
-  static V nineLess(V here, Sums sums) {
-    return pixels({Lanes::sub(Lanes::template weigh<9, 0>(here), sums.even),
-                   Lanes::sub(Lanes::template weigh<0, 9>(here), sums.odd)});
+  static V nineTimesMinus(V here, Sums sums) {
+    return pixels({Lanes::sub(Lanes::template weight<9, 0>(here), sums.even),
+                   Lanes::sub(Lanes::template weight<0, 9>(here), sums.odd)});
   }
 
   template <class Loads>
   static Responses<Sums> responses(const Loads& loads, const unsigned char* p) {
-    const V left = held(loads.template load<-2>(p)), here = held(loads.template load<0>(p)),
-            right = held(loads.template load<2>(p));
-    const Sums a = {sum(Lanes::template weigh<-1, -3>(left), Lanes::template weigh<-4, -3>(here),
-                        Lanes::template weigh<-1, 0>(right)),
-                    sum(Lanes::template weigh<0, -1>(left), Lanes::template weigh<-3, -4>(here),
-                        Lanes::template weigh<-3, -1>(right))};
-    const Sums b = {sum(Lanes::template weigh<-3, 0>(left), Lanes::template weigh<6, 0>(here),
-                        Lanes::template weigh<-3, 0>(right)),
-                    sum(Lanes::template weigh<0, -3>(left), Lanes::template weigh<0, 6>(here),
-                        Lanes::template weigh<0, -3>(right))};
-    // The kernel's middle row is twice the difference of the other two.
+    const V left = inRegister(loads.template load<-2>(p)), here = inRegister(loads.template load<0>(p)),
+            right = inRegister(loads.template load<2>(p));
+    const Sums a = {sum(Lanes::template weight<-1, -3>(left), Lanes::template weight<-4, -3>(here),
+                        Lanes::template weight<-1, 0>(right)),
+                    sum(Lanes::template weight<0, -1>(left), Lanes::template weight<-3, -4>(here),
+                        Lanes::template weight<-3, -1>(right))};
+    const Sums b = {sum(Lanes::template weight<-3, 0>(left), Lanes::template weight<6, 0>(here),
+                        Lanes::template weight<-3, 0>(right)),
+                    sum(Lanes::template weight<0, -3>(left), Lanes::template weight<0, 6>(here),
+                        Lanes::template weight<0, -3>(right))};
+    // The middle row of the kernel is twice the difference of the other two.
     return {a, b, {twice(Lanes::sub(b.even, a.even)), twice(Lanes::sub(b.odd, a.odd))}};
   }
 
@@ -79,23 +80,23 @@ struct FloatRows {
   using Operations = FloatOperations<V>;
   using Sums = typename Operations::Floats;
 
-  static Sums nothing() { return Operations::of(V::broadcast(std::uint32_t{0})); }
+  static Sums zero() { return Operations::of(V::broadcast(std::uint32_t{0})); }
   static Sums add(Sums x, Sums y) { return Operations::add(x, y); }
   static V pixels(Sums sums) { return Operations::vector(sums); }
 
   template <class Loads>
-  static Sums three(const Loads& loads, const unsigned char* p, V here) {
+  static Sums sumOfThree(const Loads& loads, const unsigned char* p, V here) {
     return add(add(at<-1>(loads, p), Operations::of(here)), at<1>(loads, p));
   }
 
-  static V nineLess(V here, Sums sums) {
+  static V nineTimesMinus(V here, Sums sums) {
     return pixels(Operations::sub(times(9, Operations::of(here)), sums));
   }
 
   template <class Loads>
   static Responses<Sums> responses(const Loads& loads, const unsigned char* p) {
     const Sums outer = add(at<-2>(loads, p), at<2>(loads, p)), inner = add(at<-1>(loads, p), at<1>(loads, p)),
-               here = Operations::of(held(loads.template load<0>(p)));
+               here = Operations::of(inRegister(loads.template load<0>(p)));
     return {Operations::sub(Operations::sub(Operations::negative(outer), times(3, inner)), times(4, here)),
             add(times(-3, outer), times(6, here)),
             add(add(times(-4, outer), times(6, inner)), times(20, here))};
@@ -116,12 +117,12 @@ class Laplace3x3 {
   using Vector = typename Rows::Vector;
   static constexpr int reach = 1;
 
-  /// The result of the row before.
+  /// Takes the next row and returns the result of the row before it.
   template <class Loads>
   [[gnu::always_inline]] Vector take(const Loads& loads, const unsigned char* p) {
-    const Vector here = held(loads.template load<0>(p));
-    const Sums sums = Rows::three(loads, p, here);
-    const Vector result = Rows::nineLess(here_, Rows::add(two_, sums));
+    const Vector here = inRegister(loads.template load<0>(p));
+    const Sums sums = Rows::sumOfThree(loads, p, here);
+    const Vector result = Rows::nineTimesMinus(here_, Rows::add(two_, sums));
     two_ = Rows::add(last_, sums);
     last_ = sums;
     here_ = here;
@@ -130,8 +131,8 @@ class Laplace3x3 {
 
  private:
   using Sums = typename Rows::Sums;
-  Sums last_ = Rows::nothing();
-  Sums two_ = Rows::nothing();
+  Sums last_ = Rows::zero();
+  Sums two_ = Rows::zero();
   Vector here_ = Vector::broadcast(std::uint32_t{0});
 };
 
@@ -142,7 +143,7 @@ class Laplace5x5 {
   using Vector = typename Rows::Vector;
   static constexpr int reach = 2;
 
-  /// The result of the row before the last.
+  /// Takes the next row and returns the result of the second row before it.
   template <class Loads>
   [[gnu::always_inline]] Vector take(const Loads& loads, const unsigned char* p) {
     const auto row = Rows::responses(loads, p);
@@ -156,8 +157,8 @@ class Laplace5x5 {
 
  private:
   using Sums = typename Rows::Sums;
-  /// Sums of so many responses, for the output rows to come.
-  Sums four_ = Rows::nothing(), three_ = Rows::nothing(), two_ = Rows::nothing(), one_ = Rows::nothing();
+  /// Sums of that number of responses, for the following output rows.
+  Sums four_ = Rows::zero(), three_ = Rows::zero(), two_ = Rows::zero(), one_ = Rows::zero();
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-// The Laplace filter: the entries, and which variant filters in which vectors.
+// The Laplace filter: its arguments, and which variant uses which vectors.
 
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
@@ -28,34 +28,33 @@ using FloatVector = ByVariant<V, Vector16, Vector16, Vector16, Vector32, Vector3
 template <class V, class T>
 struct LaplacePolicy {
   using Rows = PairRows<T, IntegerVector<V>>;
-  using NarrowRows = PairRows<T, Vector16>;
+  using Rows16 = PairRows<T, Vector16>;
 };
 template <class V>
 struct LaplacePolicy<V, float> {
   using Rows = FloatRows<FloatVector<V>>;
-  using NarrowRows = FloatRows<Vector16>;
+  using Rows16 = FloatRows<Vector16>;
 };
 
-/// Words up to 255, negative ones too: all sides in memory and no kind, or the nearest pixel or a constant
-/// where a side is not.
+/// Words up to 255, negative ones too: all sides in memory without a type, or type replicate or constant.
 inline bool isLaplaceBorder(int word) {
   if (word > 255) return false;
   const BorderType type = BorderWord{word}.type();
   return word == BorderWord::allInMemory || type == BorderType::replicate || type == BorderType::constant;
 }
 
-/// In the widest vectors that the rows have room for.
-template <class Filter, class NarrowFilter, class T>
+/// In the largest vectors that fit the rows.
+template <class Filter, class Filter16, class T>
 inline void runLaplace(const LaplaceRegion<T>& region) {
-  const auto sweepsIn = [&](int vectorBytes) {
-    return laplaceSweepsIn(vectorBytes, region.size.width, Filter::reach, sizeof(T));
+  const auto vectorsFit = [&](int vectorBytes) {
+    return laplaceVectorsFit(vectorBytes, region.size.width, Filter::reach, sizeof(T));
   };
-  if (sweepsIn(Filter::Vector::size)) {
+  if (vectorsFit(Filter::Vector::size)) {
     LaplaceSweep<Filter>::run(region);
-  } else if (sweepsIn(NarrowFilter::Vector::size)) {
-    LaplaceSweep<NarrowFilter>::run(region);
+  } else if (vectorsFit(Filter16::Vector::size)) {
+    LaplaceSweep<Filter16>::run(region);
   } else {
-    LaplaceNarrow<NarrowFilter>::run(region);
+    LaplaceNarrow<Filter16>::run(region);
   }
 }
 
@@ -87,9 +86,9 @@ int filterLaplace(const T* src, int srcStep, T* dst, int dstStep, Size roi, int 
       roi};
   using Policy = LaplacePolicy<V, T>;
   if (extent == 3) {
-    runLaplace<Laplace3x3<typename Policy::Rows>, Laplace3x3<typename Policy::NarrowRows>>(region);
+    runLaplace<Laplace3x3<typename Policy::Rows>, Laplace3x3<typename Policy::Rows16>>(region);
   } else {
-    runLaplace<Laplace5x5<typename Policy::Rows>, Laplace5x5<typename Policy::NarrowRows>>(region);
+    runLaplace<Laplace5x5<typename Policy::Rows>, Laplace5x5<typename Policy::Rows16>>(region);
   }
   return ippStsNoErr;
 }

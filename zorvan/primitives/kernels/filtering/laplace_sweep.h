@@ -1,19 +1,17 @@
 #pragma once
 
-// Runs a Laplace filter over a region, its surroundings made on the way.
+// Runs a Laplace filter over a region and creates its border on the fly.
 //
-// The region goes in bands of rows. A band is swept from left to right, and each vector's column walked from
-// the band's top to its bottom, so that a source row is loaded and weighed once for all the output rows of
-// the band that it serves. Rows that are not whole vectors end with one that overlaps the one before.
-//
-// Rows above and below the region that are not in memory are the nearest row, or one of the constant in the
-// work memory. Reads and writes nothing else, to the byte.
+// The region is divided into bands of rows. A band goes from left to right, and each column of vectors from
+// the band's top to its bottom, so that a source row is loaded and weighted once for all output rows of the
+// band that it serves. Rows that are not whole vectors end with one that overlaps the one before.
 
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives {
@@ -44,7 +42,7 @@ struct SourceRows {
   }
 };
 
-/// All that a region is filtered from and into.
+/// A region with its border, and the result.
 template <class T>
 struct LaplaceRegion {
   SourceRows<T> src;
@@ -58,14 +56,14 @@ struct PlainStores {
   static constexpr bool streams = false;
   void store(V vector, unsigned char* p) const { vector.store(p); }
 };
-/// Past the caches, of vectors on their own boundaries.
+/// Of aligned vectors.
 template <class V>
 struct StreamingStores {
   static constexpr bool streams = true;
   void store(V vector, unsigned char* p) const { vector.stream(p); }
 };
 
-/// Regions of a vector's columns and more.
+/// Regions at least as wide as a vector.
 template <class Filter>
 struct LaplaceSweep {
   using T = typename Filter::Pixel;
@@ -97,32 +95,32 @@ struct LaplaceSweep {
     std::int64_t bytes;  ///< of a row
     std::int64_t count;
 
-    /// The column further on in the row, or in the next band, that is fetched while this one is walked: a
-    /// band has more rows than the processor follows by itself. As bytes from a pixel; 0 for none.
-    std::int64_t ahead(std::int64_t at) const {
+    /// Bytes from a column to the one that is prefetched with it, further on in the row or in the next band;
+    /// 0 for none. A band has more rows than the hardware's prefetcher follows.
+    std::int64_t prefetchDistance(std::int64_t at) const {
       constexpr std::int64_t distance = 512;
       if (bytes <= distance) return 0;
       return at + distance < bytes ? distance : distance - bytes + count * srcStep;
     }
 
-    /// Its loads come by value, so that what is the same for all rows is asked once.
+    /// `loads` is a copy, so that its members stay in registers.
     template <class Loads, class Stores>
-    [[gnu::noinline]] void walk(std::int64_t at, Loads loads, Stores stores) const {
+    [[gnu::noinline]] void filterColumn(std::int64_t at, Loads loads, Stores stores) const {
       Filter filter;
       for (int i = 0; i < around; ++i) filter.take(loads, rows[i] + at);
       const unsigned char* const* row = rows + around;
       const unsigned char* const* const end = row + count;
-      const std::int64_t toNext = step, toPrefetch = ahead(at);
+      const std::int64_t toNext = step, toPrefetch = prefetchDistance(at);
       unsigned char* to = dst + at;
       for (; row != end; ++row, to += toNext) {
         const unsigned char* const p = *row + at;
         stores.store(filter.take(loads, p), to);
-        if (toPrefetch != 0) __builtin_prefetch(p + toPrefetch);
+        if (toPrefetch != 0) prefetch(p, toPrefetch);
       }
     }
   };
 
-  /// `peel` bytes lie in front of the first vector of `stores`, if not 0.
+  /// The first vector of `stores` begins at `peel` bytes, if not 0.
   template <class Stores>
   static void sweep(const LaplaceRegion<T>& region, std::int64_t peel, Stores stores) {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
@@ -140,20 +138,20 @@ struct LaplaceSweep {
       }
       band.dst = bytesAt(region.dst, y, 0);
       if (last == 0) {
-        band.walk(0, Ends<true, true>(region.ends), PlainStores<V>{});
+        band.filterColumn(0, Ends<true, true>(region.ends), PlainStores<V>{});
         continue;
       }
-      band.walk(0, Ends<true, false>(region.ends), PlainStores<V>{});
+      band.filterColumn(0, Ends<true, false>(region.ends), PlainStores<V>{});
       for (std::int64_t i = 0; i < inside.count; ++i) {
-        band.walk(inside.first + i * V::size, Inside{}, stores);
+        band.filterColumn(inside.first + i * V::size, Inside{}, stores);
       }
-      if (inside.overlaps) band.walk(last - reachBytes, Inside{}, PlainStores<V>{});
-      band.walk(last, Ends<false, true>(region.ends), PlainStores<V>{});
+      if (inside.overlaps) band.filterColumn(last - reachBytes, Inside{}, PlainStores<V>{});
+      band.filterColumn(last, Ends<false, true>(region.ends), PlainStores<V>{});
     }
   }
 };
 
-/// Regions of fewer columns, in rows built with their ends. `Filter` works in vectors of 16 bytes.
+/// Narrower regions: rows are copied with their border. `Filter` has vectors of 16 bytes.
 template <class Filter>
 struct LaplaceNarrow {
   using T = typename Filter::Pixel;
@@ -167,7 +165,7 @@ struct LaplaceNarrow {
     for (std::int64_t y = 0; y < region.size.height; y += bandRows) {
       const std::int64_t count = region.size.height - y < bandRows ? region.size.height - y : bandRows;
       for (std::int64_t i = 0; i < count + around; ++i) {
-        build(region.ends, region.src.at(y - Filter::reach + i), width, built + i * rowBytes);
+        copyRow(region.ends, region.src.at(y - Filter::reach + i), width, built + i * rowBytes);
       }
       for (std::int64_t at = 0; at < bytes; at += V::size) {
         const std::int64_t part = bytes - at;
@@ -188,8 +186,8 @@ struct LaplaceNarrow {
   }
 
  private:
-  static void build(const RowEnds<T>& ends, const unsigned char* src, std::int64_t width,
-                    unsigned char* dst) {
+  static void copyRow(const RowEnds<T>& ends, const unsigned char* src, std::int64_t width,
+                      unsigned char* dst) {
     using Bits = typename RowEnds<T>::Bits;
     const std::int64_t left = ends.leftInMemory ? Filter::reach : 0;
     const std::int64_t right = ends.rightInMemory ? Filter::reach : 0;

@@ -1,15 +1,15 @@
 #pragma once
 
-// Arithmetic on 8-bit and 16-bit pixels that keeps a vector's even and odd pixels apart: both halves have
-// lanes of twice the width, and no pixel changes its lane on the way. Sums of neighbouring pixels fall out of
-// the processor's multiplications of pairs, which widen and weigh two pixels in one step.
+// Arithmetic on the even and the odd 8-bit or 16-bit pixels of a vector separately, in lanes of twice their
+// width: no pixel changes its lane. The multiplications of pairs (`maddubs`, `madd`) widen, weight and add
+// two neighbouring pixels in one instruction.
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// Two weights in one lane, as the multiplications of pairs take them.
+/// Two weights in one lane, for the multiplications of pairs.
 constexpr std::int16_t byteWeights(int even, int odd) {
   return static_cast<std::int16_t>(static_cast<std::uint16_t>((odd & 0xFF) << 8 | (even & 0xFF)));
 }
@@ -40,7 +40,7 @@ struct PairOperations<Vector16> {
     return factor == 1 ? v : _mm_mullo_epi16(v, _mm_set1_epi16(factor));
   }
   template <int even, int odd>
-  static Bits weighBytes(Bits v) {
+  static Bits weightBytes(Bits v) {
 #ifdef __SSSE3__
     return _mm_maddubs_epi16(v, _mm_set1_epi16(byteWeights(even, odd)));
 #else
@@ -50,7 +50,7 @@ struct PairOperations<Vector16> {
 #endif
   }
   template <int even, int odd>
-  static Bits weighWords(Bits v) {
+  static Bits weightWords(Bits v) {
     return _mm_madd_epi16(v, _mm_set1_epi32(wordWeights(even, odd)));
   }
 
@@ -80,23 +80,23 @@ struct PairOperations<Vector32> {
   static Bits oddWords(Bits v) { return _mm256_srai_epi32(v, 16); }
 
   template <int even, int odd>
-  static Bits weighBytes(Bits v) {
+  static Bits weightBytes(Bits v) {
     return _mm256_maddubs_epi16(v, _mm256_set1_epi16(byteWeights(even, odd)));
   }
   template <int even, int odd>
-  static Bits weighWords(Bits v) {
+  static Bits weightWords(Bits v) {
     return _mm256_madd_epi16(v, _mm256_set1_epi32(wordWeights(even, odd)));
   }
 
   static Bits joinBytes(Bits even, Bits odd) {
-    const Bits turns =
+    const Bits order =
         _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15));
-    return _mm256_shuffle_epi8(_mm256_packus_epi16(even, odd), turns);
+    return _mm256_shuffle_epi8(_mm256_packus_epi16(even, odd), order);
   }
   static Bits joinWords(Bits even, Bits odd) {
-    const Bits turns =
+    const Bits order =
         _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
-    return _mm256_shuffle_epi8(_mm256_packs_epi32(even, odd), turns);
+    return _mm256_shuffle_epi8(_mm256_packs_epi32(even, odd), order);
   }
 };
 #endif
@@ -116,28 +116,28 @@ struct PairOperations<Vector64> {
   static Bits oddWords(Bits v) { return _mm512_srai_epi32(v, 16); }
 
   template <int even, int odd>
-  static Bits weighBytes(Bits v) {
+  static Bits weightBytes(Bits v) {
     return _mm512_maddubs_epi16(v, _mm512_set1_epi16(byteWeights(even, odd)));
   }
   template <int even, int odd>
-  static Bits weighWords(Bits v) {
+  static Bits weightWords(Bits v) {
     return _mm512_madd_epi16(v, _mm512_set1_epi32(wordWeights(even, odd)));
   }
 
   static Bits joinBytes(Bits even, Bits odd) {
-    const Bits turns =
+    const Bits order =
         _mm512_broadcast_i32x4(_mm_setr_epi8(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15));
-    return _mm512_shuffle_epi8(_mm512_packus_epi16(even, odd), turns);
+    return _mm512_shuffle_epi8(_mm512_packus_epi16(even, odd), order);
   }
   static Bits joinWords(Bits even, Bits odd) {
-    const Bits turns =
+    const Bits order =
         _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
-    return _mm512_shuffle_epi8(_mm512_packs_epi32(even, odd), turns);
+    return _mm512_shuffle_epi8(_mm512_packs_epi32(even, odd), order);
   }
 };
 #endif
 
-/// Sums of a vector's even and of its odd pixels.
+/// Sums of the even and of the odd pixels of a vector.
 template <class V>
 struct Pair {
   V even, odd;
@@ -154,8 +154,8 @@ struct PairLanes<u8, V> {
   static V even(V v) { return {Operations::evenBytes(v.bits)}; }
   static V odd(V v) { return {Operations::oddBytes(v.bits)}; }
   template <int even, int odd>
-  static V weigh(V v) {
-    return {Operations::template weighBytes<even, odd>(v.bits)};
+  static V weight(V v) {
+    return {Operations::template weightBytes<even, odd>(v.bits)};
   }
   static V join(Pair<V> sums) { return {Operations::joinBytes(sums.even.bits, sums.odd.bits)}; }
 };
@@ -165,11 +165,11 @@ struct PairLanes<s16, V> {
   using Operations = PairOperations<V>;
   static V add(V a, V b) { return {Operations::add32(a.bits, b.bits)}; }
   static V sub(V a, V b) { return {Operations::sub32(a.bits, b.bits)}; }
-  static V even(V v) { return {Operations::template weighWords<1, 0>(v.bits)}; }
+  static V even(V v) { return {Operations::template weightWords<1, 0>(v.bits)}; }
   static V odd(V v) { return {Operations::oddWords(v.bits)}; }
   template <int even, int odd>
-  static V weigh(V v) {
-    return {Operations::template weighWords<even, odd>(v.bits)};
+  static V weight(V v) {
+    return {Operations::template weightWords<even, odd>(v.bits)};
   }
   static V join(Pair<V> sums) { return {Operations::joinWords(sums.even.bits, sums.odd.bits)}; }
 };

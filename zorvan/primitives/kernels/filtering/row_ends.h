@@ -1,7 +1,7 @@
 #pragma once
 
-// Loads of vectors around a pixel whose neighbours a row may not have: pixels beyond an end of the row are
-// the nearest one, a constant, or real memory.
+// Loads of vectors at a distance of some columns from a pixel, also across an end of the row: pixels beyond
+// it are the nearest pixel, a constant, or memory.
 
 #include "zorvan/primitives/kernels/neighbourhood/border_word.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
@@ -10,10 +10,10 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The vector at `p - bytes`, its first `bytes` those of `edge`, which are all alike: nothing in front of `p`
-/// is read.
+/// The vector at `p - bytes`, with the first `bytes` taken from `edge`, whose pixels are all equal. Reads
+/// nothing before `p`.
 template <int bytes>
-inline Vector16 loadBehindEdge(const unsigned char* p, Vector16 edge) {
+inline Vector16 loadAfterEdge(const unsigned char* p, Vector16 edge) {
   const __m128i here = Vector16::load(p).bits;
 #ifdef __SSSE3__
   return {_mm_alignr_epi8(here, edge.bits, 16 - bytes)};
@@ -21,7 +21,7 @@ inline Vector16 loadBehindEdge(const unsigned char* p, Vector16 edge) {
   return {_mm_or_si128(_mm_slli_si128(here, bytes), _mm_srli_si128(edge.bits, 16 - bytes))};
 #endif
 }
-/// The vector at `p + bytes`, its last `bytes` those of `edge`: nothing behind the vector at `p` is read.
+/// The vector at `p + bytes`, with the last `bytes` taken from `edge`. Reads nothing after the vector at `p`.
 template <int bytes>
 inline Vector16 loadBeforeEdge(const unsigned char* p, Vector16 edge) {
   const __m128i here = Vector16::load(p).bits;
@@ -37,8 +37,8 @@ inline Vector32 joinHalves(Vector16 first, Vector16 second) {
   return {_mm256_insertf128_si256(_mm256_castsi128_si256(first.bits), second.bits, 1)};
 }
 template <int bytes>
-inline Vector32 loadBehindEdge(const unsigned char* p, Vector32 edge) {
-  return joinHalves(loadBehindEdge<bytes>(p, Vector16{_mm256_castsi256_si128(edge.bits)}),
+inline Vector32 loadAfterEdge(const unsigned char* p, Vector32 edge) {
+  return joinHalves(loadAfterEdge<bytes>(p, Vector16{_mm256_castsi256_si128(edge.bits)}),
                     Vector16::load(p + 16 - bytes));
 }
 template <int bytes>
@@ -50,7 +50,7 @@ inline Vector32 loadBeforeEdge(const unsigned char* p, Vector32 edge) {
 
 #ifdef __AVX512BW__
 template <int bytes>
-inline Vector64 loadBehindEdge(const unsigned char* p, Vector64 edge) {
+inline Vector64 loadAfterEdge(const unsigned char* p, Vector64 edge) {
   return {_mm512_mask_loadu_epi8(edge.bits, ~0ull << bytes, p - bytes)};
 }
 template <int bytes>
@@ -59,15 +59,15 @@ inline Vector64 loadBeforeEdge(const unsigned char* p, Vector64 edge) {
 }
 #endif
 
-/// The same vector in a register. Compilers would rather load it again for each of its uses, and loads across
-/// the boundaries of lines are what a filter has most of.
+/// The same vector, kept in a register. Compilers would load it again for each use, and loads that cross
+/// cache lines are what the filters do most.
 template <class V>
-inline V held(V vector) {
+inline V inRegister(V vector) {
   asm("" : "+v"(vector.bits));
   return vector;
 }
 
-/// What lies to the left and to the right of each row.
+/// The border to the left and right of each row.
 template <class T>
 struct RowEnds {
   using Bits = typename PixelBits<sizeof(T)>::type;
@@ -76,7 +76,7 @@ struct RowEnds {
   Bits constant;
 };
 
-/// Loads inside a row: all neighbours are there.
+/// Loads inside a row: all neighbours are in it.
 template <class T, class V>
 struct InsideRow {
   template <int columns>
@@ -85,7 +85,7 @@ struct InsideRow {
   }
 };
 
-/// Loads at the first or the last vector of a row, or at one that is all of it.
+/// Loads at the first or the last vector of a row, or at its only one.
 template <class T, class V, bool first, bool last>
 struct AtRowEnds {
   bool leftInMemory, rightInMemory, replicates;
@@ -101,7 +101,7 @@ struct AtRowEnds {
   V load(const unsigned char* p) const {
     constexpr int bytes = columns * static_cast<int>(sizeof(T));
     if constexpr (first && columns < 0) {
-      if (!leftInMemory) return loadBehindEdge<-bytes>(p, edge(p));
+      if (!leftInMemory) return loadAfterEdge<-bytes>(p, edge(p));
     } else if constexpr (last && columns > 0) {
       if (!rightInMemory) return loadBeforeEdge<bytes>(p, edge(p + V::size - sizeof(T)));
     }

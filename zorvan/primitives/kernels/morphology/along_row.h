@@ -1,6 +1,6 @@
 #pragma once
 
-// The walk along a row in blocks of a vector. `block(column, lanes)` computes one block; `lanes` goes into
+// Loops over a row in blocks of one vector. `block(column, lanes)` computes one block; it passes `lanes` to
 // its loads and stores.
 
 #include <cstdint>
@@ -13,26 +13,26 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// Whole blocks, then one for the rest: limited by a mask, or else placed so that it ends with the row and
-/// computes some pixels again, or else the first lanes of one.
+/// Whole blocks, then one for the tail. With mask registers that one is limited to the tail. Without, it ends
+/// with the row and computes some pixels again; in a row shorter than a vector it has the first lanes only.
 template <class Lanes, class Block>
 inline void alongRow(std::int64_t width, Block block, std::int64_t column = 0) {
-  for (; column + Lanes::count <= width; column += Lanes::count) block(column, All{});
+  for (; column + Lanes::count <= width; column += Lanes::count) block(column, AllLanes{});
   if (column == width) return;
   if constexpr (!Lanes::hasMasks) {
-    if (width >= Lanes::count) return block(width - Lanes::count, All{});
+    if (width >= Lanes::count) return block(width - Lanes::count, AllLanes{});
   }
-  block(column, Lanes::some(width - column));
+  block(column, Lanes::first(width - column));
 }
 
-/// What a kernel gets beside the images: room for the ring of a separable pass, and how large the result is
-/// of which it makes a part; 0 for one that a further pass reads, and had better find in the caches.
+/// Work memory for the ring of rows, and the bytes of the whole result, of which a kernel may compute a part.
+/// 0 bytes for an intermediate image, which the next pass reads from the caches: no streaming stores.
 struct MorphWork {
   unsigned char* ring;
   std::int64_t resultBytes;
 };
 
-/// Stores of a result, into the caches.
+/// Stores of a result, through the caches.
 template <class Lanes, bool areLines = Lanes::areLines>
 struct ResultStores {
   using Pixel = typename Lanes::Pixel;
@@ -41,15 +41,15 @@ struct ResultStores {
   ResultStores() = default;
   ResultStores(Plane<Pixel>, Size, MorphWork) {}
 
-  template <class Which>
-  void store(Lanes result, Pixel* at, Which lanes) const {
+  template <class Active>
+  void store(Lanes result, Pixel* at, Active lanes) const {
     result.store(at, lanes);
   }
   void finish() const {}
 };
 
-/// In blocks that are whole lines also past the caches, where the plan says so. Those take blocks on their
-/// own boundaries; a row begins with the `peel` pixels in front of the first.
+/// Blocks of whole cache lines: streaming stores where the plan chooses them. These take aligned blocks, so a
+/// row begins with a peel of `peel` pixels.
 template <class Lanes>
 struct ResultStores<Lanes, true> {
   using Pixel = typename Lanes::Pixel;
@@ -66,26 +66,26 @@ struct ResultStores<Lanes, true> {
     ZORVAN_NOTE_PLAN("planStreaming", streaming);
   }
 
-  void store(Lanes result, Pixel* at, All) const {
+  void store(Lanes result, Pixel* at, AllLanes) const {
     if (streaming) {
       result.stream(at);
     } else {
       result.store(at);
     }
   }
-  void store(Lanes result, Pixel* at, typename Lanes::Some lanes) const { result.store(at, lanes); }
+  void store(Lanes result, Pixel* at, typename Lanes::Partial lanes) const { result.store(at, lanes); }
   void finish() const {
     if (streaming) fenceStores();
   }
 };
 
-/// The same where no pixel may be computed twice, with a block of `peel` pixels in front of the whole ones.
+/// The same where no pixel may be computed twice, with a block of `peel` pixels before the whole ones.
 template <class Lanes, class Block>
 inline void alongRowOnce(std::int64_t width, std::int64_t peel, Block block) {
   std::int64_t column = peel;
-  if (peel != 0) block(std::int64_t{0}, Lanes::some(peel));
-  for (; column + Lanes::count <= width; column += Lanes::count) block(column, All{});
-  if (column != width) block(column, Lanes::some(width - column));
+  if (peel != 0) block(std::int64_t{0}, Lanes::first(peel));
+  for (; column + Lanes::count <= width; column += Lanes::count) block(column, AllLanes{});
+  if (column != width) block(column, Lanes::first(width - column));
 }
 
 }  // namespace

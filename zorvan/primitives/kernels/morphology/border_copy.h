@@ -1,8 +1,7 @@
 #pragma once
 
-// Copies an image into a larger one and makes the pixels around it: the nearest ones, the mirrored ones, or a
-// constant. Built for the neighbourhood operations, whose stripes are a few rows or columns with their
-// border. Reads the source and writes the destination, and nothing beside them.
+// Copies an image into a larger one and fills the border around it: with the nearest pixels, mirrored pixels
+// or a constant. For neighbourhood operations, whose stripes are a few rows or columns with their border.
 
 #include <cstdint>
 
@@ -14,7 +13,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The place inside an extent of `n` that mirrors place `i`: back and forth, the ends not repeated.
+/// The index below `n` that mirrors index `i`. The first and the last are not repeated.
 constexpr std::int64_t mirrored(std::int64_t i, std::int64_t n) {
   if (i < 0) i = -i;
   if (i < n) return i;
@@ -25,12 +24,12 @@ constexpr std::int64_t mirrored(std::int64_t i, std::int64_t n) {
 }
 
 struct ReplicatedBorder {
-  /// The source row that lies in row `i`.
+  /// The source row that row `i` repeats.
   static std::int64_t rowOf(std::int64_t i, std::int64_t n) { return i < 0 ? 0 : i < n ? i : n - 1; }
 
   template <class Bits>
-  void besides(const unsigned char* src, std::int64_t width, unsigned char* dst, std::int64_t left,
-               std::int64_t right) const {
+  void fillSides(const unsigned char* src, std::int64_t width, unsigned char* dst, std::int64_t left,
+                 std::int64_t right) const {
     const auto last = src + (width - 1) * std::int64_t{sizeof(Bits)};
     if (left != 0) fillRun(dst, loadAs<Bits>(src), left);
     if (right != 0) fillRun(dst + (left + width) * std::int64_t{sizeof(Bits)}, loadAs<Bits>(last), right);
@@ -41,14 +40,14 @@ struct MirroredBorder {
   static std::int64_t rowOf(std::int64_t i, std::int64_t n) { return mirrored(i, n); }
 
   template <class Bits>
-  void besides(const unsigned char* src, std::int64_t width, unsigned char* dst, std::int64_t left,
-               std::int64_t right) const {
-    const auto put = [&](std::int64_t column) {
+  void fillSides(const unsigned char* src, std::int64_t width, unsigned char* dst, std::int64_t left,
+                 std::int64_t right) const {
+    const auto copyPixel = [&](std::int64_t column) {
       const Bits pixel = loadAs<Bits>(src + mirrored(column, width) * std::int64_t{sizeof(Bits)});
       storeAs(dst + (left + column) * std::int64_t{sizeof(Bits)}, pixel);
     };
-    for (std::int64_t column = -left; column < 0; ++column) put(column);
-    for (std::int64_t column = width; column < width + right; ++column) put(column);
+    for (std::int64_t column = -left; column < 0; ++column) copyPixel(column);
+    for (std::int64_t column = width; column < width + right; ++column) copyPixel(column);
   }
 };
 
@@ -56,12 +55,12 @@ template <class Value>
 struct ConstantBorder {
   Value value;
 
-  /// No row of the source lies outside.
+  /// -1 outside: no source row.
   static std::int64_t rowOf(std::int64_t i, std::int64_t n) { return i < n ? i : -1; }
 
   template <class Bits>
-  void besides(const unsigned char*, std::int64_t width, unsigned char* dst, std::int64_t left,
-               std::int64_t right) const {
+  void fillSides(const unsigned char*, std::int64_t width, unsigned char* dst, std::int64_t left,
+                 std::int64_t right) const {
     fillRun(dst, value, left);
     fillRun(dst + (left + width) * std::int64_t{sizeof(Bits)}, value, right);
   }
@@ -83,14 +82,14 @@ inline void copyInto(Plane<const T> src, Size srcSize, Plane<T> dst, Size dstSiz
         }
       }
       const auto* const from = reinterpret_cast<const unsigned char*>(src.at(row, 0));
-      border.template besides<Bits>(from, srcSize.width, to, left, right);
+      border.template fillSides<Bits>(from, srcSize.width, to, left, right);
       copyRow(to + left * std::int64_t{sizeof(T)}, from);
     }
   });
 }
 
-/// Copies `src` into `dst` from row `above` and column `left` on and makes the border around it by its kind.
-/// `value` is that of a constant border.
+/// Copies `src` to row `above` and column `left` of `dst` and fills the border around it. `value` is the
+/// pixel of a constant border.
 template <class T>
 inline void copyWithBorder(Plane<const T> src, Size srcSize, Plane<T> dst, Size dstSize, int above, int left,
                            BorderType type, T value) {

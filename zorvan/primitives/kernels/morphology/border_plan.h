@@ -1,8 +1,8 @@
 #pragma once
 
-// How a region is cut so that an operation that reads a neighbourhood of each pixel finds all of its pixels:
-// a centre that is read where it lies, and up to four stripes, each built with its border in an area of its
-// own. Pure: which pixels are copied, what is built of them, and which pixels of the result they serve.
+// How a region is divided for an operation that reads a neighbourhood of each pixel: a centre that is read in
+// place, and up to four stripes, each copied with its border into work memory. Pure functions: which pixels
+// are copied, and which pixels of the result are computed from the copy.
 
 #include <cstdint>
 
@@ -12,7 +12,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// How many pixels beyond its own place an operation reads, on each side.
+/// How many pixels an operation reads on each side of a pixel.
 struct Reach {
   int left, above, right, below;
 
@@ -23,16 +23,15 @@ struct Reach {
   constexpr Size mask() const { return {left + right + 1, above + below + 1}; }
 };
 
-/// Part of an image, by the row and column of its first pixel. These count from the region's own first pixel
-/// and are negative where the part begins in memory above or to the left of it.
+/// Part of an image. Row and column of its first pixel are relative to the region; they are negative where
+/// the part begins in memory above or to the left of the region.
 struct Part {
   int row, column;
   Size size;
 };
 
-/// An image to build: `from` of the source with `above` rows of border above it and `left` columns to its
-/// left, the rest of `built` below and to the right. The operation run on it, at the reach from its first
-/// pixel, gives `to`.
+/// A copy with its border: `from` of the source, `above` rows of border above it and `left` columns to its
+/// left; the rest of `built` is border below and to the right. The operation computes `to` from the copy.
 struct BorderPiece {
   Part from;
   int above, left;
@@ -42,12 +41,12 @@ struct BorderPiece {
 
 struct BorderPlan {
   int count = 0;
-  BorderPiece pieces[4];  ///< the first `count` are in use
+  BorderPiece pieces[4];  ///< of which `count` are used
   bool hasCentre = true;
-  Part centre;  ///< read where it lies
+  Part centre;  ///< read in place
 };
 
-/// A side on which nothing is read needs no border, so it counts as memory.
+/// A side on which the operation reads nothing needs no border: it counts as memory.
 constexpr BorderWord withUnreadSides(BorderWord word, Reach reach) {
   if (reach.left == 0) word.bits |= BorderWord::leftInMemory;
   if (reach.left == 0 && reach.right == 0) word.bits |= BorderWord::rightInMemory;
@@ -56,10 +55,9 @@ constexpr BorderWord withUnreadSides(BorderWord word, Reach reach) {
   return word;
 }
 
-/// A region that is no larger than the mask in some direction is built as a whole, with a border on every
-/// side: single sides in memory count only when all four are. Otherwise the stripes above and below have the
-/// full width, corners included, and those to the left and right the rows between; a corner beside a side in
-/// memory continues that memory's pixels.
+/// A region not larger than the mask in some direction is copied as a whole, with a border on every side.
+/// Otherwise the stripes above and below have the full width with the corners, and the stripes to the left
+/// and right the rows between. A corner beside a side in memory extends the pixels of that memory.
 constexpr BorderPlan planBorder(Size roi, Reach reach, BorderWord given) {
   const BorderWord word = withUnreadSides(given, reach);
   const Size mask = reach.mask();

@@ -1,10 +1,9 @@
 #pragma once
 
-// Runs a neighbourhood operation over a region whose surroundings are partly or not at all in memory: on the
-// stripes, built with their border in the caller's area, and on the centre where it lies.
+// Runs a neighbourhood operation on a region with a border: on the stripes, copied with their border into the
+// caller's area one after the other, and on the centre in place.
 //
-// The area is packed: a row is as many bytes as its pixels, so the largest piece of the plan fills it to the
-// last byte. Pieces are run in the plan's order, each before the next is built.
+// Rows of a copy follow one another without padding, so the largest piece of the plan fills the area exactly.
 
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/border_copy.h"
@@ -14,7 +13,7 @@ namespace Zorvan::Primitives {
 namespace {
 
 /// `operation(src, dst, roi)` computes `roi` pixels of `dst` and may read its reach beyond `roi` around
-/// `src`. The word's kind is replicate, mirror or constant unless all sides are in memory.
+/// `src`. The border type is replicate, mirror or constant unless all sides are in memory.
 template <class T, class Operation>
 inline void runWithBorder(Plane<const T> src, Plane<T> dst, Size roi, Reach reach, BorderWord word, T value,
                           T* area, Operation operation) {

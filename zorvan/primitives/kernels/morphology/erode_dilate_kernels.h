@@ -1,6 +1,6 @@
 #pragma once
 
-// Erosion and dilation: the entries, the driver, and which variant walks a mask how.
+// Erosion and dilation: the arguments, the driver, and which variant uses which algorithm for a mask.
 
 #include "zorvan/primitives/frame/MorphSizes.h"
 #include "zorvan/primitives/frame/Routines.h"
@@ -22,7 +22,7 @@ namespace {
 using Ipp::ippStsBorderErr;
 using Ipp::ippStsNotEvenStepErr;
 
-/// The record of a mask as the kernels use it, wherever the caller keeps it.
+/// A copy of the caller's record of a mask, which may lie at any address.
 struct MorphMask {
   MorphSpec spec;
 
@@ -68,9 +68,9 @@ inline void computeBordered(Plane<const typename Lanes::Pixel> src, Plane<typena
   }
 }
 
-/// The two oldest variants: solid masks by rows and columns, others pixel by pixel. From the least mask on, a
-/// solid one's border is made in registers: 3 by 3 masks have no form of their own here, and the oldest
-/// instruction set takes three instructions for the neighbours of bytes.
+/// The two oldest variants: solid masks by rows and columns, others pixel by pixel. Bordered kernels begin at
+/// 5 by 5, since there is no form for 3 by 3 here; the oldest variant has none for bytes, whose neighbours
+/// take three instructions of its instruction set.
 template <class ForBytes, class ForFloats, int leastOfBytes>
 struct ScanningKernels {
   template <class Pixel>
@@ -146,7 +146,7 @@ struct FormKernels {
 };
 
 template <class V>
-using MorphPolicy = ByVariant<V, ScanningKernels<ByteLanes16, FloatLanes16, kNoneBordered>,
+using MorphPolicy = ByVariant<V, ScanningKernels<ByteLanes16, FloatLanes16, noneBordered>,
                               ScanningKernels<ByteLanes16, FloatLanes16, 5>,
                               FormKernels<ByteLanes16, FloatLanes16>, FormKernels<ByteLanes16, FloatLanes32>,
                               FormKernels<ByteLanes32, FloatLanes32>, FormKernels<ByteLanes64, FloatLanes64>>;
@@ -162,7 +162,7 @@ inline int copyRegion(const float* src, int srcStep, float* dst, int dstStep, Si
 
 inline unsigned char* alignWork(u8* buffer) { return buffer + bytesToBoundary(buffer, 32); }
 
-/// What all four operations on an image test first, in this order.
+/// The tests that all four operations have in common, in this order.
 template <class T>
 inline int testMorphImages(const T* src, int srcStep, const T* dst, int dstStep, Size roi, const void* spec,
                            const u8* buffer) {
@@ -174,8 +174,8 @@ inline int testMorphImages(const T* src, int srcStep, const T* dst, int dstStep,
   return ippStsNoErr;
 }
 
-/// Higher bits than these mean nothing, but words above are refused.
-constexpr int kLargestBorderWord = 4095;
+/// Larger words are an error.
+constexpr int largestBorderWord = 4095;
 
 constexpr bool isMorphBorderType(BorderType type) {
   return type == BorderType::replicate || type == BorderType::mirror || type == BorderType::defaultValue ||
@@ -183,11 +183,11 @@ constexpr bool isMorphBorderType(BorderType type) {
 }
 
 constexpr bool isMorphBorder(int word) {
-  return word <= kLargestBorderWord &&
+  return word <= largestBorderWord &&
          (word == BorderWord::allInMemory || isMorphBorderType(BorderWord{word}.type()));
 }
 
-/// The driver: the border by stripes in the work memory, behind the ring; the rest where it lies.
+/// Stripes with their border are copied into the work memory after the ring; the rest is read in place.
 template <class V, class Operation, class T>
 inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size roi, BorderWord word, T value,
                          const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {
@@ -202,7 +202,7 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   }
   const MorphWork work{alignWork(buffer), streamedBytes};
   constexpr int least = MorphPolicy<V>::template leastBordered<T>;
-  if constexpr (least <= kLargestBordered) {
+  if constexpr (least <= largestBordered) {
     using Lanes = typename MorphPolicy<V>::template Lanes<T>;
     if (mask.has(MorphSpec::allSet) &&
         planBordered(maskSize, word.type(), word.has(BorderWord::allInMemory), least)) {
@@ -211,7 +211,7 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
       return ippStsNoErr;
     }
   }
-  const MorphMeasures<WrappingFigure> measures(roi, maskSize, sizeof(T));
+  const MorphMeasures<WrappingNumber> measures(roi, maskSize, sizeof(T));
   T* const area = reinterpret_cast<T*>(work.ring + measures.ringSize().value());
   runWithBorder<T>({src, srcStep}, {dst, dstStep}, roi, Reach::ofMask(maskSize), word, value, area,
                    [&](Plane<const T> from, Plane<T> to, Size size) {
@@ -220,14 +220,14 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   return ippStsNoErr;
 }
 
-/// The sides in memory that bits 8 to 11 of the word tell too: the 8-bit dilation alone takes them.
+/// Bits 8 to 11 of the word mark sides in memory too, but for the 8-bit dilation only.
 constexpr int sidesInHigherBits(Dilation, u8, int word) { return (word >> 4) & BorderWord::allInMemory; }
 template <class Operation, class T>
 constexpr int sidesInHigherBits(Operation, T, int) {
   return 0;
 }
 
-/// An erosion or dilation with all tests of its arguments: an entry, or one pass of a compound operation.
+/// An erosion or dilation with all tests of its arguments: an entry, or a pass of a compound operation.
 template <class V, class Operation, class T>
 inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
                  const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {

@@ -7,7 +7,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-constexpr u8 kSet = 255;
+constexpr u8 setCell = 255;
 
 /// 16-bit values at any address.
 class Table16 {
@@ -53,7 +53,7 @@ void normalise(const u8* mask, Size size, const Cells& cells, MaskPadding paddin
     for (std::ptrdiff_t c = 0; c < cells.width; ++c) {
       const std::ptrdiff_t row = r - skippedRows, column = c - skippedColumns;
       const bool inside = row >= 0 && row < size.height && column >= 0 && column < size.width;
-      cells.row(r)[c] = inside && mask[row * size.width + column] != 0 ? kSet : 0;
+      cells.row(r)[c] = inside && mask[row * size.width + column] != 0 ? setCell : 0;
     }
   }
 }
@@ -69,8 +69,8 @@ void listColumns(const Cells& cells, const Table16& columns) {
   }
 }
 
-/// Whether each row's set cells are one run. The first row that breaks this ends the table with what was
-/// counted until then.
+/// Whether the set cells of each row are one run. The table ends with the first row that has more than one
+/// run.
 bool listRuns(const Cells& cells, const Table16& runs) {
   constexpr std::int32_t none = 0xFFFF;
   for (std::ptrdiff_t r = 0; r < cells.height; ++r) {
@@ -112,7 +112,7 @@ struct Cross {
   std::ptrdiff_t row, column;
 };
 
-/// A row is measured by the mask's height and a column by its width, so only square masks can pass.
+/// A full row is one of `height` cells and a full column one of `width`, so only square masks can be crosses.
 bool findCross(const Cells& cells, Cross& cross) {
   if (cells.width < 2 || cells.height < 2) return false;
   cross.row = onlyFullLine(cells.height, cells.height, [&](auto r) { return cells.setInRow(r); });
@@ -127,31 +127,31 @@ struct KnownShape {
   std::uint32_t code;
 };
 
-constexpr KnownShape kKnownShapes[] = {{3,
-                                        ".#."
-                                        "###"
-                                        ".#.",
-                                        MorphSpec::knownShape},
-                                       {5,
-                                        "..#.."
-                                        ".###."
-                                        "#####"
-                                        ".###."
-                                        "..#..",
-                                        MorphSpec::knownShape5},
-                                       {7,
-                                        "...#..."
-                                        ".#####."
-                                        ".#####."
-                                        "#######"
-                                        ".#####."
-                                        ".#####."
-                                        "...#...",
-                                        MorphSpec::knownShape7}};
+constexpr KnownShape knownShapes[] = {{3,
+                                       ".#."
+                                       "###"
+                                       ".#.",
+                                       MorphSpec::knownShape},
+                                      {5,
+                                       "..#.."
+                                       ".###."
+                                       "#####"
+                                       ".###."
+                                       "..#..",
+                                       MorphSpec::knownShape5},
+                                      {7,
+                                       "...#..."
+                                       ".#####."
+                                       ".#####."
+                                       "#######"
+                                       ".#####."
+                                       ".#####."
+                                       "...#...",
+                                       MorphSpec::knownShape7}};
 
-/// The code of the stored shape that the mask equals, 0 if none.
+/// The code of the known shape that the mask equals, 0 if none.
 std::uint32_t knownShapeOf(const Cells& cells) {
-  for (const KnownShape& shape : kKnownShapes) {
+  for (const KnownShape& shape : knownShapes) {
     if (shape.side != cells.width || shape.side != cells.height) continue;
     std::ptrdiff_t i = 0;
     while (i < shape.side * shape.side && (cells.at[i] != 0) == (shape.cells[i] == '#')) ++i;
@@ -171,15 +171,15 @@ std::uint32_t fillFlags(const Cells& cells) {
          (emptyEdge ? MorphSpec::emptyEdge : 0);
 }
 
-/// Whether a mask sets all cells, also those that would pad it.
+/// Whether all cells are set and none pads the mask.
 bool isSolid(const u8* mask, Size size) {
   const auto cells = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
   return (size.width & size.height & 1) != 0 && std::memchr(mask, 0, cells) == nullptr;
 }
 
-/// The tables of a solid mask, all rows of which are alike.
+/// The tables of a solid mask, whose rows are equal.
 void tabulateSolid(const Cells& cells, const Table16& columns, const Table16& runs) {
-  std::memset(cells.at, kSet, static_cast<std::size_t>(cells.width * cells.height));
+  std::memset(cells.at, setCell, static_cast<std::size_t>(cells.width * cells.height));
   columns.set(0, static_cast<std::int32_t>(cells.width));
   for (std::ptrdiff_t c = 0; c < cells.width; ++c) columns.set(1 + c, static_cast<std::int32_t>(c));
   const std::ptrdiff_t entry = cells.width + 1;
@@ -190,7 +190,7 @@ void tabulateSolid(const Cells& cells, const Table16& columns, const Table16& ru
   }
 }
 
-/// Sets one field of a record at any address. What the record does not use stays as it was.
+/// Sets one field of a record at any address. Unused bytes of the record stay unchanged.
 template <class Field>
 void setField(MorphSpec* spec, std::size_t offset, Field value) {
   std::memcpy(reinterpret_cast<unsigned char*>(spec) + offset, &value, sizeof value);
@@ -200,10 +200,10 @@ void setField(MorphSpec* spec, std::size_t offset, Field value) {
 }  // namespace
 
 void analyseMask(const u8* mask, Size size, MorphSpec* spec, MaskPadding padding) {
-  auto* const behind = reinterpret_cast<unsigned char*>(spec) + sizeof(MorphSpec);
-  const Cells cells{behind, size.width | 1, size.height | 1};
-  const Table16 columns(behind + cells.width * cells.height);
-  const Table16 runs(behind + cells.width * cells.height + 2 * (cells.width + 1) * cells.height);
+  auto* const tables = reinterpret_cast<unsigned char*>(spec) + sizeof(MorphSpec);
+  const Cells cells{tables, size.width | 1, size.height | 1};
+  const Table16 columns(tables + cells.width * cells.height);
+  const Table16 runs(tables + cells.width * cells.height + 2 * (cells.width + 1) * cells.height);
 
   bool contiguous = true, isCross = false;
   std::uint32_t shape = 0, found = MorphSpec::allSet;

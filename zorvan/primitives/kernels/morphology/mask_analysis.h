@@ -5,7 +5,7 @@
 
 namespace Zorvan::Primitives {
 
-/// Where the unset cells go that pad a mask of even width or height.
+/// On which sides unset cells pad a mask of even width or height.
 enum class MaskPadding { topLeft, bottomRight };
 
 /// Fills the record and its tables from a mask of `size` cells. The record may lie at any address.

@@ -1,7 +1,7 @@
 #pragma once
 
-// What an erosion or dilation decides before it touches a pixel: by which algorithm a mask is walked, and how
-// the work is cut. Pure, so that each limit can be tested from both sides.
+// Which algorithm an erosion or dilation takes for a mask, and how it divides the region. Pure functions, so
+// that each limit can be tested from both sides.
 
 #include <cstdint>
 
@@ -15,11 +15,10 @@ namespace {
 
 enum class MorphForm { fused, separable, known3, known5, known7, cross, cellList, cellTable, runs, scan };
 
-/// From this number of set cells on they are walked in their table; below, a list of offsets holds them.
-constexpr int kListedCells = 128;
+/// Masks with fewer set cells are a list of offsets on the stack; others are read from their table.
+constexpr int listedCells = 128;
 
-/// The newer variants choose by what the analysis found. Only masks without any such form have their cells
-/// counted.
+/// The four newer variants. `countCells` is called for masks of no other form only.
 template <class CountCells>
 constexpr MorphForm planMorphForm(Size mask, std::uint32_t flags, CountCells countCells) {
   if (flags & MorphSpec::allSet) {
@@ -32,12 +31,12 @@ constexpr MorphForm planMorphForm(Size mask, std::uint32_t flags, CountCells cou
   }
   if (flags & MorphSpec::cross) return MorphForm::cross;
   if (!(flags & MorphSpec::contiguous)) {
-    return countCells() < kListedCells ? MorphForm::cellList : MorphForm::cellTable;
+    return countCells() < listedCells ? MorphForm::cellList : MorphForm::cellTable;
   }
   return MorphForm::runs;
 }
 
-/// The two oldest know solid masks and others.
+/// The two oldest variants distinguish solid masks from others only.
 constexpr MorphForm planOldMorphForm(std::uint32_t flags) {
   return flags & MorphSpec::allSet ? MorphForm::separable : MorphForm::scan;
 }
@@ -46,7 +45,7 @@ constexpr std::int64_t ringRowBytes(int width, int pixelBytes) {
   return (std::int64_t{width} * pixelBytes + 31) & ~std::int64_t{31};
 }
 
-/// Columns of a band, a multiple of 64 bytes, or all of a region whose ring is small enough.
+/// Columns of a band: a multiple of 64 bytes, or the whole width if its ring is small enough.
 constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
   if (ringRowBytes(width, pixelBytes) * maskHeight <= morphRingBytes) return width;
   const std::int64_t fitting = morphRingBytes / maskHeight & ~std::int64_t{63};
@@ -55,28 +54,29 @@ constexpr int planRingColumns(int width, int maskHeight, int pixelBytes) {
   return columns < width ? static_cast<int>(columns) : width;
 }
 
-/// Columns of a strip in which a result is made straight from the rows, a multiple of 64 bytes, or all.
+/// Columns of a strip, for the algorithm without a ring: a multiple of 64 bytes, or the whole width.
 constexpr std::int64_t planStripColumns(int width, int readRows, int pixelBytes) {
   const std::int64_t fitting = morphStripBytes / readRows & ~std::int64_t{63};
   const std::int64_t bytes = fitting < morphLeastBandBytes ? morphLeastBandBytes : fitting;
   return width * std::int64_t{pixelBytes} <= bytes ? width : bytes / pixelBytes;
 }
 
-/// The usual solid masks are squares up to this one, whose reach is inside a vector of any width.
-constexpr int kLargestBordered = 9;
-/// As the least of them: none.
-constexpr int kNoneBordered = kLargestBordered + 1;
+/// The side of the largest square mask with a kernel of its own. Its reach is shorter than any vector.
+constexpr int largestBordered = 9;
+/// As the side of the least mask: no mask.
+constexpr int noneBordered = largestBordered + 1;
 
-/// Whether a solid mask takes its border from registers, which a variant does from masks of `least` by
-/// `least` on.
+/// Whether the border of a solid mask is made in registers. `least` is the side of the smallest mask for
+/// which the variant does so.
 constexpr bool planBordered(Size mask, BorderType type, bool allInMemory, int least) {
   const bool usual = mask.width == mask.height && mask.width % 2 == 1 && mask.width >= least &&
-                     mask.width <= kLargestBordered;
+                     mask.width <= largestBordered;
   return usual && (allInMemory || type == BorderType::replicate || type == BorderType::constant);
 }
 
-/// Bytes between the rows of the ring, which holds one row less than the mask is high in room for as many as
-/// that, at 32 bytes' rounding: whole vectors where the rows are long enough to make room for them.
+/// Bytes between the rows of the ring. Its memory has room for `maskHeight` rows rounded up to 32 bytes, and
+/// it has one row less: rows are rounded up to 64 bytes where the room allows it, so that they end in whole
+/// vectors.
 constexpr std::int64_t planRingStep(int width, int maskHeight, int pixelBytes) {
   const std::int64_t least = ringRowBytes(width, pixelBytes), whole = (least + 63) & ~std::int64_t{63};
   return (maskHeight - 1) * whole <= maskHeight * least ? whole : least;
@@ -86,24 +86,24 @@ constexpr std::int64_t resultBytes(Size roi, int pixelBytes) {
   return std::int64_t{roi.width} * pixelBytes * roi.height;
 }
 
-/// Blocks that may be stored past the caches are whole lines. The few buffers in which such stores gather do
-/// not hold the parts of lines of several rows at a time until they are whole.
+/// Blocks of streaming stores are whole cache lines: the processor's few write-combining buffers cannot hold
+/// incomplete lines of several rows.
 constexpr int morphStreamedBlockBytes = 64;
 
-/// Whether a part's rows of results are stored past the caches, in such blocks: in a large result, if the
-/// rows lie alike in their blocks and have at least two each.
+/// Whether a large result takes streaming stores: if all rows have the same offset from a block's boundary
+/// and at least two blocks.
 constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep) {
   return bytes >= morphStreamFromBytes && dstStep % morphStreamedBlockBytes == 0 &&
          rowBytes >= 2 * morphStreamedBlockBytes;
 }
 
-/// Whether an operation may read beside its region. Any bit beyond the kind can say so: bits 4 to 7 in every
-/// entry, bits 8 to 11 in one of them; negative words are taken too.
+/// Whether an operation may read outside its region. Any bit above the type can allow it: bits 4 to 7 in
+/// every entry, bits 8 to 11 in one of them. Negative words are valid too.
 constexpr bool planReadsBeside(int borderWord) { return (borderWord & ~BorderWord::typeBits) != 0; }
 
-/// Bands of rows in which two passes follow each other, one if the region is not divided. Each is twice as
-/// high as the mask, so that both passes have room for the stripes of their borders, the second too, which
-/// stays behind by its reach. A region no wider than the mask is built with its border as a whole.
+/// The number of bands of rows for two passes that alternate, 1 if the region is not divided. Bands are at
+/// least twice as high as the mask: both passes need room for the stripes of their borders, and the second
+/// one trails the first by its reach. A region not wider than the mask is copied as a whole and not divided.
 constexpr int planBands(Size roi, Size mask, std::int64_t betweenStep) {
   if (mask.width >= roi.width) return 1;
   const std::int64_t least = 2 * std::int64_t{mask.height};
@@ -112,17 +112,17 @@ constexpr int planBands(Size roi, Size mask, std::int64_t betweenStep) {
   return roi.height < rows ? 1 : static_cast<int>(roi.height / rows);
 }
 
-/// The row behind band number `band`, counted from 1: bands are equally high, or one row higher.
+/// The row after band number `band`, counted from 1. Heights of bands differ by one row at most.
 constexpr int planBandEnd(int height, int bands, int band) {
   return static_cast<int>(std::int64_t{height} * band / bands);
 }
 
-/// Rows up to this length are worth computing as one long row.
-constexpr std::int64_t kPackedRowBytes = 64;
+/// Longer rows fill vectors well enough by themselves.
+constexpr std::int64_t packedRowBytes = 64;
 
-/// Whether the neighbourhoods of a region `width` pixels wide lie in rows without a gap, and in short ones.
+/// Whether rows are computed together as one long row: short ones without a gap between their neighbourhoods.
 constexpr bool planPackedRows(std::int64_t step, int width, int maskWidth, int pixelBytes) {
-  return step <= kPackedRowBytes && step == (std::int64_t{width} + maskWidth - 1) * pixelBytes;
+  return step <= packedRowBytes && step == (std::int64_t{width} + maskWidth - 1) * pixelBytes;
 }
 
 }  // namespace

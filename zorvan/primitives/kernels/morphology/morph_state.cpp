@@ -1,5 +1,5 @@
-// The entries that size and fill the records of morphology. One routine serves all variants: the work is a
-// few passes over a small mask.
+// The entries that compute the sizes of the morphology records and fill them. One routine serves all
+// variants: masks are small.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,7 @@
 namespace Zorvan::Primitives {
 namespace {
 
-using Measures = MorphMeasures<WrappingFigure>;
+using Measures = MorphMeasures<WrappingNumber>;
 
 int testSizes(Size roi, Size mask) {
   const bool valid = roi.width > 0 && roi.height > 0 && mask.width > 0 && mask.height > 0;
@@ -24,7 +24,7 @@ template <class T, class SizesOf>
 int getSizes(Size roi, Size mask, int* specSize, int* bufferSize, SizesOf sizesOf) {
   if (specSize == nullptr || bufferSize == nullptr) return Ipp::ippStsNullPtrErr;
   if (const int status = testSizes(roi, mask); status != Ipp::ippStsNoErr) return status;
-  const MorphSizes<WrappingFigure> sizes = sizesOf(Measures(roi, mask, sizeof(T)));
+  const MorphSizes<WrappingNumber> sizes = sizesOf(Measures(roi, mask, sizeof(T)));
   *specSize = sizes.spec.value();
   *bufferSize = sizes.buffer.value();
   return Ipp::ippStsNoErr;
@@ -37,10 +37,10 @@ int initSingle(Size roi, const u8* mask, Size maskSize, MorphSpec* spec, const u
   return Ipp::ippStsNoErr;
 }
 
-/// Turns the mask by 180 degrees over the padded mask's cells. For a mask of even size this takes in cells
-/// behind the mask's last, which the caller provides.
-void turnMask(const u8* mask, u8* turned, std::ptrdiff_t cells) {
-  for (std::ptrdiff_t i = 0; i < cells; ++i) turned[i] = mask[cells - 1 - i];
+/// Rotates the mask by 180 degrees, over as many cells as the padded mask has. For a mask of even size these
+/// include cells after the mask's last one, which the caller provides.
+void rotateMask(const u8* mask, u8* rotated, std::ptrdiff_t cells) {
+  for (std::ptrdiff_t i = 0; i < cells; ++i) rotated[i] = mask[cells - 1 - i];
 }
 
 int initCompound(Size roi, const u8* mask, Size maskSize, MorphAdvSpec* spec, const u8* buffer) {
@@ -49,12 +49,12 @@ int initCompound(Size roi, const u8* mask, Size maskSize, MorphAdvSpec* spec, co
   const Measures measures(roi, maskSize, 1);
   auto* const first = reinterpret_cast<unsigned char*>(spec) + sizeof(MorphAdvSpec);
   auto* const second = first + measures.specSize().value();
-  auto* const turned = second + measures.specSize().value();
+  auto* const rotated = second + measures.specSize().value();
   MorphSpec* const specs[] = {reinterpret_cast<MorphSpec*>(first), reinterpret_cast<MorphSpec*>(second)};
 
   analyseMask(mask, maskSize, specs[0], MaskPadding::topLeft);
-  turnMask(mask, turned, measures.cells().value());
-  analyseMask(turned, maskSize, specs[1], MaskPadding::bottomRight);
+  rotateMask(mask, rotated, measures.cells().value());
+  analyseMask(rotated, maskSize, specs[1], MaskPadding::bottomRight);
   static_assert(offsetof(MorphAdvSpec, first) == 0 && offsetof(MorphAdvSpec, second) == sizeof specs[0]);
   std::memcpy(static_cast<void*>(spec), specs, sizeof specs);
   return Ipp::ippStsNoErr;

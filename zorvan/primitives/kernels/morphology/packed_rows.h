@@ -1,9 +1,9 @@
 #pragma once
 
-// Narrow images without a gap between rows, as one long row: the stripes at a region's left and right, a few
-// pixels wide, would leave most lanes of a vector idle. Where the rows of neighbourhoods follow each other
-// without a gap, the neighbourhood of every pixel in between lies inside the image too; such pixels are
-// computed along with the others and dropped.
+// Narrow images without a gap between rows, computed as one long row: in the stripes at a region's left and
+// right, which are a few pixels wide, most lanes of a vector would be idle. The neighbourhoods between the
+// end of one row and the start of the next are inside the image too; their results are computed and
+// discarded.
 
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
@@ -29,12 +29,12 @@ inline void computePacked(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, Co
   }
 }
 
-/// Solid masks: the column-wise extreme of the rows below each pixel, then that of the pixels behind each.
+/// Solid masks: the column-wise extreme of the rows from each pixel on, then the extreme along the row.
 template <class Operation, class Lanes>
 inline void computePackedSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
                                Size roi, Size mask) {
   using Pixel = typename Lanes::Pixel;
-  alignas(64) Pixel columns[(morphPackedBytes + kPackedRowBytes) / sizeof(Pixel)];
+  alignas(64) Pixel columns[(morphPackedBytes + packedRowBytes) / sizeof(Pixel)];
   computePacked(src, dst, roi, [&](Plane<const Pixel> from, Pixel* results, std::int64_t length) {
     alongRow<Lanes>(length + mask.width - 1, [&](std::int64_t column, auto lanes) {
       Lanes extreme = neutralLanes<Operation, Lanes>();

@@ -1,15 +1,14 @@
 #pragma once
 
-// Vectors of pixels with their extremes, in every width that the variant being built has. Loads and stores
-// take any address. A `Some` stands for the first few lanes: loads and stores that take one touch no other
-// pixel, and what they load into the other lanes means nothing.
+// Vectors of pixels and their extremes, in every width that the variant has. Loads and stores take any
+// address. A `Partial` stands for the first lanes: loads and stores with one access no other pixel. The other
+// lanes of a vector loaded so are unspecified.
 //
-// The pixels beside those of a vector come from registers where it and its neighbours were made there, and
-// always for vectors as long as a line of the cache: of their loads at other addresses every one would take
-// two lines.
+// Neighbouring pixels come from registers where the vectors are computed there, and always for vectors as
+// long as a cache line, since each load at another address would cross two lines.
 //
-// The order of operands matters for floats alone: where the comparison fails the second one is taken, so a
-// NaN that was accumulated is replaced by the next pixel, and the pixel under test takes the second place.
+// The order of operands matters for floats: where the comparison fails, the result is the second one. The
+// accumulated extreme is the first operand and the pixel the second, so that the next pixel replaces a NaN.
 
 #include <cstdint>
 
@@ -20,44 +19,43 @@ namespace Zorvan::Primitives {
 namespace {
 
 /// All lanes of a vector.
-struct All {};
-constexpr bool areAll(All) { return true; }
-template <class Some>
-constexpr bool areAll(const Some&) {
+struct AllLanes {};
+constexpr bool areAll(AllLanes) { return true; }
+template <class Partial>
+constexpr bool areAll(const Partial&) {
   return false;
 }
 
-/// Some lanes of a vector without mask registers, by their number of bytes.
-struct SomeBytes {
+/// The first lanes of a vector, by their number of bytes, where there are no mask registers.
+struct FirstBytes {
   std::int64_t bytes;
 };
 
 struct ByteLanes16 {
   using Pixel = std::uint8_t;
-  using Some = SomeBytes;
-  using Half = ByteLanes16;
+  using Partial = FirstBytes;
   static constexpr int count = 16;
   static constexpr bool hasMasks = false;
   static constexpr bool areLines = false;
   __m128i bits;
 
-  static Some some(std::int64_t n) { return {n}; }
-  static ByteLanes16 load(const Pixel* p, All = {}) { return {Vector16::load(p).bits}; }
-  static ByteLanes16 load(const Pixel* p, Some lanes) { return {loadFirst16(p, lanes.bytes)}; }
-  void store(Pixel* p, All = {}) const { Vector16{bits}.store(p); }
-  void store(Pixel* p, Some lanes) const { storeFirst(p, Vector16{bits}, lanes.bytes); }
+  static Partial first(std::int64_t n) { return {n}; }
+  static ByteLanes16 load(const Pixel* p, AllLanes = {}) { return {Vector16::load(p).bits}; }
+  static ByteLanes16 load(const Pixel* p, Partial lanes) { return {loadFirst16(p, lanes.bytes)}; }
+  void store(Pixel* p, AllLanes = {}) const { Vector16{bits}.store(p); }
+  void store(Pixel* p, Partial lanes) const { storeFirst(p, Vector16{bits}, lanes.bytes); }
 
   static ByteLanes16 broadcast(Pixel value) { return {Vector16::broadcast(value).bits}; }
   static ByteLanes16 largest(ByteLanes16 a, ByteLanes16 b) { return {_mm_max_epu8(a.bits, b.bits)}; }
   static ByteLanes16 smallest(ByteLanes16 a, ByteLanes16 b) { return {_mm_min_epu8(a.bits, b.bits)}; }
 
 #ifdef __SSSE3__
-  /// The pixels `n` places behind those of `a`, below 16, with `next` following it.
+  /// The pixels `n` columns after those of `a`, `n` below 16; `next` is the vector after `a`.
   template <int n, int>
-  static ByteLanes16 behind(ByteLanes16 a, ByteLanes16 next) {
+  static ByteLanes16 following(ByteLanes16 a, ByteLanes16 next) {
     return {_mm_alignr_epi8(next.bits, a.bits, n)};
   }
-  /// The pixels `n` places before those of `a`, below 16, with `previous` in front of it.
+  /// The pixels `n` columns before those of `a`, `n` below 16; `previous` is the vector before `a`.
   template <int n, int>
   static ByteLanes16 before(ByteLanes16 a, ByteLanes16 previous) {
     return {_mm_alignr_epi8(a.bits, previous.bits, 16 - n)};
@@ -69,10 +67,10 @@ struct ByteLanes16 {
   }
 };
 
-/// The floats `n` places behind those of `a`, up to 4, with `next` following it. The shuffles for one
-/// distance serve others too, but where all that is asked for is a `reach` of 1, one of bytes is enough.
+/// The floats `n` columns after those of `a`, `n` up to 4; `next` is the vector after `a`. The compiler
+/// shares shuffles between distances; for a `reach` of 1 alone, one shift of bytes is shorter.
 template <int n, int reach>
-inline __m128 floatsBehind(__m128 a, __m128 next) {
+inline __m128 followingFloats(__m128 a, __m128 next) {
 #ifdef __SSSE3__
   if constexpr (reach == 1) {
     return _mm_castsi128_ps(_mm_alignr_epi8(_mm_castps_si128(next), _mm_castps_si128(a), 4 * n));
@@ -86,32 +84,31 @@ inline __m128 floatsBehind(__m128 a, __m128 next) {
 
 struct FloatLanes16 {
   using Pixel = float;
-  using Some = SomeBytes;
-  using Half = FloatLanes16;
+  using Partial = FirstBytes;
   static constexpr int count = 4;
   static constexpr bool hasMasks = false;
   static constexpr bool areLines = false;
   __m128 bits;
 
-  static Some some(std::int64_t n) { return {4 * n}; }
-  static FloatLanes16 load(const Pixel* p, All = {}) { return {_mm_loadu_ps(p)}; }
-  static FloatLanes16 load(const Pixel* p, Some lanes) {
+  static Partial first(std::int64_t n) { return {4 * n}; }
+  static FloatLanes16 load(const Pixel* p, AllLanes = {}) { return {_mm_loadu_ps(p)}; }
+  static FloatLanes16 load(const Pixel* p, Partial lanes) {
     return {_mm_castsi128_ps(loadFirst16(p, lanes.bytes))};
   }
-  void store(Pixel* p, All = {}) const { _mm_storeu_ps(p, bits); }
-  void store(Pixel* p, Some lanes) const { storeFirst(p, Vector16{_mm_castps_si128(bits)}, lanes.bytes); }
+  void store(Pixel* p, AllLanes = {}) const { _mm_storeu_ps(p, bits); }
+  void store(Pixel* p, Partial lanes) const { storeFirst(p, Vector16{_mm_castps_si128(bits)}, lanes.bytes); }
 
   static FloatLanes16 broadcast(Pixel value) { return {_mm_set1_ps(value)}; }
   static FloatLanes16 largest(FloatLanes16 a, FloatLanes16 b) { return {_mm_max_ps(a.bits, b.bits)}; }
   static FloatLanes16 smallest(FloatLanes16 a, FloatLanes16 b) { return {_mm_min_ps(a.bits, b.bits)}; }
 
   template <int n, int reach>
-  static FloatLanes16 behind(FloatLanes16 a, FloatLanes16 next) {
-    return {floatsBehind<n, reach>(a.bits, next.bits)};
+  static FloatLanes16 following(FloatLanes16 a, FloatLanes16 next) {
+    return {followingFloats<n, reach>(a.bits, next.bits)};
   }
   template <int n, int reach>
   static FloatLanes16 before(FloatLanes16 a, FloatLanes16 previous) {
-    return behind<4 - n, reach>(previous, a);
+    return following<4 - n, reach>(previous, a);
   }
   static FloatLanes16 select(FloatLanes16 mask, FloatLanes16 a, FloatLanes16 b) {
     return {_mm_or_ps(_mm_and_ps(mask.bits, a.bits), _mm_andnot_ps(mask.bits, b.bits))};
@@ -119,9 +116,9 @@ struct FloatLanes16 {
 };
 
 #ifdef __AVX__
-/// The same in each half of longer vectors.
+/// The same in each 16 bytes.
 template <int n, int reach>
-inline __m256 floatsBehind(__m256 a, __m256 next) {
+inline __m256 followingFloats(__m256 a, __m256 next) {
 #ifdef __AVX2__
   if constexpr (reach == 1) {
     return _mm256_castsi256_ps(_mm256_alignr_epi8(_mm256_castps_si256(next), _mm256_castps_si256(a), 4 * n));
@@ -135,28 +132,27 @@ inline __m256 floatsBehind(__m256 a, __m256 next) {
 
 struct FloatLanes32 {
   using Pixel = float;
-  using Some = SomeBytes;
-  using Half = FloatLanes16;
+  using Partial = FirstBytes;
   static constexpr int count = 8;
   static constexpr bool hasMasks = false;
   static constexpr bool areLines = false;
   __m256 bits;
 
-  static Some some(std::int64_t n) { return {4 * n}; }
-  static FloatLanes32 load(const Pixel* p, All = {}) { return {_mm256_loadu_ps(p)}; }
-  static FloatLanes32 load(const Pixel* p, Some lanes) {
+  static Partial first(std::int64_t n) { return {4 * n}; }
+  static FloatLanes32 load(const Pixel* p, AllLanes = {}) { return {_mm256_loadu_ps(p)}; }
+  static FloatLanes32 load(const Pixel* p, Partial lanes) {
     if (lanes.bytes < 16) {
       return {_mm256_zextps128_ps256(_mm_castsi128_ps(loadFirst16(p, lanes.bytes)))};
     }
     const __m128 high = _mm_castsi128_ps(loadFirst16(p + 4, lanes.bytes - 16));
     return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(p)), high, 1)};
   }
-  void store(Pixel* p, All = {}) const { _mm256_storeu_ps(p, bits); }
-  void store(Pixel* p, Some lanes) const {
+  void store(Pixel* p, AllLanes = {}) const { _mm256_storeu_ps(p, bits); }
+  void store(Pixel* p, Partial lanes) const {
     const FloatLanes16 low{_mm256_castps256_ps128(bits)};
     if (lanes.bytes < 16) return low.store(p, lanes);
     low.store(p);
-    FloatLanes16{_mm256_extractf128_ps(bits, 1)}.store(p + 4, SomeBytes{lanes.bytes - 16});
+    FloatLanes16{_mm256_extractf128_ps(bits, 1)}.store(p + 4, FirstBytes{lanes.bytes - 16});
   }
 
   static FloatLanes32 broadcast(Pixel value) { return {_mm256_set1_ps(value)}; }
@@ -168,12 +164,12 @@ struct FloatLanes32 {
   }
   /// `n` up to 4.
   template <int n, int reach>
-  static FloatLanes32 behind(FloatLanes32 a, FloatLanes32 next) {
-    return {floatsBehind<n, reach>(a.bits, middle(a, next))};
+  static FloatLanes32 following(FloatLanes32 a, FloatLanes32 next) {
+    return {followingFloats<n, reach>(a.bits, middle(a, next))};
   }
   template <int n, int reach>
   static FloatLanes32 before(FloatLanes32 a, FloatLanes32 previous) {
-    return {floatsBehind<4 - n, reach>(middle(previous, a), a.bits)};
+    return {followingFloats<4 - n, reach>(middle(previous, a), a.bits)};
   }
   static FloatLanes32 select(FloatLanes32 mask, FloatLanes32 a, FloatLanes32 b) {
     return {_mm256_blendv_ps(b.bits, a.bits, mask.bits)};
@@ -184,18 +180,17 @@ struct FloatLanes32 {
 #ifdef __AVX2__
 struct ByteLanes32 {
   using Pixel = std::uint8_t;
-  using Some = SomeBytes;
-  using Half = ByteLanes16;
+  using Partial = FirstBytes;
   static constexpr int count = 32;
   static constexpr bool hasMasks = false;
   static constexpr bool areLines = false;
   __m256i bits;
 
-  static Some some(std::int64_t n) { return {n}; }
-  static ByteLanes32 load(const Pixel* p, All = {}) { return {Vector32::load(p).bits}; }
-  static ByteLanes32 load(const Pixel* p, Some lanes) { return {loadFirst32(p, lanes.bytes)}; }
-  void store(Pixel* p, All = {}) const { Vector32{bits}.store(p); }
-  void store(Pixel* p, Some lanes) const { storeFirst(p, Vector32{bits}, lanes.bytes); }
+  static Partial first(std::int64_t n) { return {n}; }
+  static ByteLanes32 load(const Pixel* p, AllLanes = {}) { return {Vector32::load(p).bits}; }
+  static ByteLanes32 load(const Pixel* p, Partial lanes) { return {loadFirst32(p, lanes.bytes)}; }
+  void store(Pixel* p, AllLanes = {}) const { Vector32{bits}.store(p); }
+  void store(Pixel* p, Partial lanes) const { storeFirst(p, Vector32{bits}, lanes.bytes); }
 
   static ByteLanes32 broadcast(Pixel value) { return {Vector32::broadcast(value).bits}; }
   static ByteLanes32 largest(ByteLanes32 a, ByteLanes32 b) { return {_mm256_max_epu8(a.bits, b.bits)}; }
@@ -205,7 +200,7 @@ struct ByteLanes32 {
     return _mm256_permute2x128_si256(a.bits, next.bits, 0x21);
   }
   template <int n, int>
-  static ByteLanes32 behind(ByteLanes32 a, ByteLanes32 next) {
+  static ByteLanes32 following(ByteLanes32 a, ByteLanes32 next) {
     return {_mm256_alignr_epi8(middle(a, next), a.bits, n)};
   }
   template <int n, int>
@@ -221,17 +216,17 @@ struct ByteLanes32 {
 #ifdef __AVX512BW__
 struct ByteLanes64 {
   using Pixel = std::uint8_t;
-  using Some = __mmask64;
+  using Partial = __mmask64;
   static constexpr int count = 64;
   static constexpr bool hasMasks = true;
   static constexpr bool areLines = true;
   __m512i bits;
 
-  static Some some(std::int64_t n) { return ~std::uint64_t{0} >> (-n & 63); }
-  static ByteLanes64 load(const Pixel* p, All = {}) { return {Vector64::load(p).bits}; }
-  static ByteLanes64 load(const Pixel* p, Some lanes) { return {_mm512_maskz_loadu_epi8(lanes, p)}; }
-  void store(Pixel* p, All = {}) const { Vector64{bits}.store(p); }
-  void store(Pixel* p, Some lanes) const { _mm512_mask_storeu_epi8(p, lanes, bits); }
+  static Partial first(std::int64_t n) { return ~std::uint64_t{0} >> (-n & 63); }
+  static ByteLanes64 load(const Pixel* p, AllLanes = {}) { return {Vector64::load(p).bits}; }
+  static ByteLanes64 load(const Pixel* p, Partial lanes) { return {_mm512_maskz_loadu_epi8(lanes, p)}; }
+  void store(Pixel* p, AllLanes = {}) const { Vector64{bits}.store(p); }
+  void store(Pixel* p, Partial lanes) const { _mm512_mask_storeu_epi8(p, lanes, bits); }
   void stream(Pixel* p) const { Vector64{bits}.stream(p); }
 
   static ByteLanes64 broadcast(Pixel value) { return {Vector64::broadcast(value).bits}; }
@@ -239,7 +234,7 @@ struct ByteLanes64 {
   static ByteLanes64 smallest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_min_epu8(a.bits, b.bits)}; }
 
   template <int n, int>
-  static ByteLanes64 behind(ByteLanes64 a, ByteLanes64 next) {
+  static ByteLanes64 following(ByteLanes64 a, ByteLanes64 next) {
     if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(next.bits, a.bits, n / 4)};
     return {_mm512_alignr_epi8(_mm512_alignr_epi32(next.bits, a.bits, 4), a.bits, n % 16)};
   }
@@ -250,40 +245,40 @@ struct ByteLanes64 {
     return {_mm512_alignr_epi8(a.bits, middle, 16 - n % 16)};
   }
 
-  /// The last `n` lanes, above 0 and below all.
-  static Some lastOnes(std::int64_t n) { return ~std::uint64_t{0} << (-n & 63); }
-  /// `a` in some lanes and `b` in the others.
-  static ByteLanes64 blend(Some lanes, ByteLanes64 a, ByteLanes64 b) {
+  /// The last `n` lanes, from one to all but one.
+  static Partial last(std::int64_t n) { return ~std::uint64_t{0} << (-n & 63); }
+  /// `a` in the given lanes and `b` in the others.
+  static ByteLanes64 blend(Partial lanes, ByteLanes64 a, ByteLanes64 b) {
     return {_mm512_mask_blend_epi8(lanes, b.bits, a.bits)};
   }
-  /// One lane of a vector, to be spread over all of another.
+  /// The position of a lane, to be broadcast.
   struct Place {
     __m512i dwords, bytes;
   };
   static Place place(std::int64_t i) {
     return {_mm512_set1_epi32(static_cast<int>(i >> 2)), _mm512_set1_epi8(static_cast<char>(i & 3))};
   }
-  static ByteLanes64 spread(ByteLanes64 a, Place from) {
+  static ByteLanes64 broadcastLane(ByteLanes64 a, Place from) {
     return {_mm512_shuffle_epi8(_mm512_permutexvar_epi32(from.dwords, a.bits), from.bytes)};
   }
-  static ByteLanes64 spreadFirst(ByteLanes64 a) {
+  static ByteLanes64 broadcastFirst(ByteLanes64 a) {
     return {_mm512_broadcastb_epi8(_mm512_castsi512_si128(a.bits))};
   }
 };
 
 struct FloatLanes64 {
   using Pixel = float;
-  using Some = __mmask16;
+  using Partial = __mmask16;
   static constexpr int count = 16;
   static constexpr bool hasMasks = true;
   static constexpr bool areLines = true;
   __m512 bits;
 
-  static Some some(std::int64_t n) { return static_cast<Some>(0xFFFFu >> (-n & 15)); }
-  static FloatLanes64 load(const Pixel* p, All = {}) { return {_mm512_loadu_ps(p)}; }
-  static FloatLanes64 load(const Pixel* p, Some lanes) { return {_mm512_maskz_loadu_ps(lanes, p)}; }
-  void store(Pixel* p, All = {}) const { _mm512_storeu_ps(p, bits); }
-  void store(Pixel* p, Some lanes) const { _mm512_mask_storeu_ps(p, lanes, bits); }
+  static Partial first(std::int64_t n) { return static_cast<Partial>(0xFFFFu >> (-n & 15)); }
+  static FloatLanes64 load(const Pixel* p, AllLanes = {}) { return {_mm512_loadu_ps(p)}; }
+  static FloatLanes64 load(const Pixel* p, Partial lanes) { return {_mm512_maskz_loadu_ps(lanes, p)}; }
+  void store(Pixel* p, AllLanes = {}) const { _mm512_storeu_ps(p, bits); }
+  void store(Pixel* p, Partial lanes) const { _mm512_mask_storeu_ps(p, lanes, bits); }
   void stream(Pixel* p) const { _mm512_stream_ps(p, bits); }
 
   static FloatLanes64 broadcast(Pixel value) { return {_mm512_set1_ps(value)}; }
@@ -295,33 +290,33 @@ struct FloatLanes64 {
   }
 
   template <int n, int>
-  static FloatLanes64 behind(FloatLanes64 a, FloatLanes64 next) {
+  static FloatLanes64 following(FloatLanes64 a, FloatLanes64 next) {
     return {_mm512_castsi512_ps(
         _mm512_alignr_epi32(_mm512_castps_si512(next.bits), _mm512_castps_si512(a.bits), n))};
   }
   template <int n, int>
   static FloatLanes64 before(FloatLanes64 a, FloatLanes64 previous) {
-    return behind<16 - n, 0>(previous, a);
+    return following<16 - n, 0>(previous, a);
   }
 
-  static Some lastOnes(std::int64_t n) { return static_cast<Some>(0xFFFFu << (16 - n)); }
-  static FloatLanes64 blend(Some lanes, FloatLanes64 a, FloatLanes64 b) {
+  static Partial last(std::int64_t n) { return static_cast<Partial>(0xFFFFu << (16 - n)); }
+  static FloatLanes64 blend(Partial lanes, FloatLanes64 a, FloatLanes64 b) {
     return {_mm512_mask_blend_ps(lanes, b.bits, a.bits)};
   }
   struct Place {
     __m512i dwords;
   };
   static Place place(std::int64_t i) { return {_mm512_set1_epi32(static_cast<int>(i))}; }
-  static FloatLanes64 spread(FloatLanes64 a, Place from) {
+  static FloatLanes64 broadcastLane(FloatLanes64 a, Place from) {
     return {_mm512_permutexvar_ps(from.dwords, a.bits)};
   }
-  static FloatLanes64 spreadFirst(FloatLanes64 a) {
+  static FloatLanes64 broadcastFirst(FloatLanes64 a) {
     return {_mm512_broadcastss_ps(_mm512_castps512_ps128(a.bits))};
   }
 };
 #endif
 
-/// One operation by its accumulating step and its neutral pixel, from which every result starts.
+/// An operation: how it combines pixels, and its neutral pixel, the initial value of every result.
 struct Dilation {
   static constexpr std::uint8_t neutral(std::uint8_t) { return 0; }
   static constexpr float neutral(float) { return -3.4028235e38f; }
@@ -352,7 +347,8 @@ inline Lanes neutralLanes() {
   return Lanes::broadcast(Operation::neutral(typename Lanes::Pixel{}));
 }
 
-/// The neutral pixels combined with the first ones. Of bytes none lies beyond the neutral one.
+/// The neutral pixels combined with the first ones. Bytes cannot exceed the neutral one; floats can, by
+/// infinities.
 template <class Operation, class Lanes>
 inline Lanes firstExtreme(Lanes pixels) {
   if constexpr (sizeof(typename Lanes::Pixel) == 1) return pixels;

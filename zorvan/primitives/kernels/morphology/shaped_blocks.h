@@ -1,7 +1,7 @@
 #pragma once
 
-// The walk over the blocks of a result for masks that are not solid: bands of four rows, then the last rows
-// one at a time. What a block of one column of vectors holds is a matter of the mask's form.
+// The loop over the blocks of a result for masks that are not solid: bands of four rows, then the last rows
+// one by one.
 
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
@@ -21,9 +21,9 @@ struct ExtremeBlock {
     }
   }
 
-  /// Adds the pixels from `src` on, which belong to the block's first pixel.
-  template <class Which>
-  void add(Plane<const Pixel> src, Which lanes) {
+  /// Combines the extremes with the block of pixels at `src`.
+  template <class Active>
+  void add(Plane<const Pixel> src, Active lanes) {
     for (int r = 0; r < rows; ++r) {
       const Pixel* const row = src.at(r, 0);
       for (int c = 0; c < columns; ++c) {
@@ -32,8 +32,8 @@ struct ExtremeBlock {
     }
   }
 
-  template <class Which>
-  void store(Plane<Pixel> dst, Which lanes) const {
+  template <class Active>
+  void store(Plane<Pixel> dst, Active lanes) const {
     for (int r = 0; r < rows; ++r) {
       for (int c = 0; c < columns; ++c) of[r][c].store(dst.at(r, c * Lanes::count), lanes);
     }
@@ -41,9 +41,9 @@ struct ExtremeBlock {
 };
 
 /// `cells.addTo(block, src, lanes)` adds all pixels under the mask, whose first cell lies at `src`.
-template <class Operation, class Lanes, int rows, int columns, class Cells, class Which>
+template <class Operation, class Lanes, int rows, int columns, class Cells, class Active>
 inline void computeBlock(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
-                         const Cells& cells, Which lanes) {
+                         const Cells& cells, Active lanes) {
   ExtremeBlock<Operation, Lanes, rows, columns> block;
   cells.addTo(block, src, lanes);
   block.store(dst, lanes);
@@ -56,7 +56,8 @@ inline void computeBand(Plane<const typename Lanes::Pixel> src, Plane<typename L
   std::int64_t column = 0;
   if constexpr (columns > 1) {
     for (; column + columns * Lanes::count <= width; column += columns * Lanes::count) {
-      computeBlock<Operation, Lanes, rows, columns>(src.from(0, column), dst.from(0, column), cells, All{});
+      computeBlock<Operation, Lanes, rows, columns>(src.from(0, column), dst.from(0, column), cells,
+                                                    AllLanes{});
     }
   }
   alongRow<Lanes>(

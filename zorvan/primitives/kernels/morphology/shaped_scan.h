@@ -1,7 +1,7 @@
 #pragma once
 
-// Any mask that is not solid, pixel by pixel: the walk of the two oldest variants. Each row of the mask is
-// laid over the image; 8-bit rows go 16 cells at a time where they are long enough, with cells as bit masks.
+// Any mask that is not solid, pixel by pixel: the algorithm of the two oldest variants. Mask rows of 16 cells
+// and more of 8-bit images go 16 cells at a time, with the cells as bit masks.
 
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/pixel_lanes.h"

@@ -3,15 +3,15 @@
 // Extremes of solid square neighbourhoods with their border made in registers: the column-wise extreme of the
 // rows, then that combined with its neighbours in the row.
 //
-// What lies above and below a region is a matter of where a row is read: a row outside is the nearest one, or
-// one of constants in the work memory. What lies beside it follows from the column-wise extremes: those of a
-// repeated column are the repeated extremes, and those of constants the constant. So the vectors before the
-// first one and behind the last are broadcasts, and no pixel is copied.
+// A row above or below the region is the nearest row, or a row of the constant in the work memory. To the
+// left and right, the column-wise extremes of a repeated column are the repeated extremes, and those of a
+// constant are the constant. So the vectors before the first and after the last are broadcasts, and no pixel
+// is copied.
 //
-// Several rows of the result are made at a time, since most of the rows that they are made from belong to all
-// of them; rows that are left over go by themselves. Along a row each vector of extremes is made once and
-// takes its neighbours from the vectors before and behind it. Wide regions go in strips of columns, so that
-// the rows that are read again for the next rows of the result stay in a near cache.
+// Several rows of the result are computed together, since they share most of their source rows. The remaining
+// rows are computed one by one. Along a row, each vector of extremes is computed once; its neighbours come
+// from the vectors before and after it. Wide regions go in strips of columns, so that source rows that are
+// read again for the next rows of the result stay in a near cache.
 
 #include <utility>
 
@@ -26,17 +26,17 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// A region, what its surroundings are, and where rows outside of it are read.
+/// A region, its border, and where the rows outside of it are read.
 template <class Pixel>
 struct BorderedRegion {
   Plane<const Pixel> src;
   Size roi;
-  BorderWord word;           ///< of the kinds replicate and constant where any side is not in memory
+  BorderWord word;           ///< replicate or constant unless all sides are in memory
   Pixel value;               ///< of a constant border
-  Pixel* constants;          ///< under column 0 of a row of constants
+  Pixel* constants;          ///< column 0 of a row of constants
   std::int64_t left, right;  ///< columns in memory beside the region
 
-  /// `room` takes a row of pixels with the reach on both sides.
+  /// `room` has space for a row of pixels with the reach on both sides.
   BorderedRegion(Plane<const Pixel> source, Size size, Reach reach, BorderWord given, Pixel constant,
                  Pixel* room)
       : src(source), roi(size), word(given), value(constant), constants(room + reach.left) {
@@ -63,9 +63,8 @@ struct BorderedRegion {
   }
 };
 
-/// How many rows of the result are made at a time. Under a low mask four take as many comparisons as two
-/// pairs, and fewer loads only where their vectors stay in registers: in the 32 that come with mask
-/// registers.
+/// How many rows of the result are computed together. For a mask of three rows, four take as many comparisons
+/// as two pairs, and save loads only if all vectors stay in registers: in the 32 that AVX-512 has.
 template <class Lanes, int height>
 constexpr int rowsAtOnce = Lanes::hasMasks || height > 3 ? 4 : 2;
 
@@ -85,10 +84,10 @@ struct BorderedRows {
   static constexpr int readRows = height - 1 + rows;
 
   const Pixel* src[readRows];  ///< column 0 of each row that is read
-  std::int64_t left, end;      ///< columns in memory in front of column 0, and the first not in memory
+  std::int64_t left, end;      ///< columns in memory before column 0; the first after them that is not
   bool replicates;
   Lanes constant;
-  typename Ends::Place last;  ///< of the last column that is in memory, in its vector
+  typename Ends::Place last;  ///< of the last column in memory, in its vector
 
   /// `first` is the first row that is read.
   [[gnu::always_inline]] BorderedRows(const BorderedRegion<Pixel>& region, std::int64_t first,
@@ -101,8 +100,8 @@ struct BorderedRows {
     for (int i = 0; i < readRows; ++i) src[i] = region.row(first + i);
   }
 
-  /// Goes on to the next `rows` rows of the result, where the last row that is read will be row `r`.
-  [[gnu::always_inline]] void step(const BorderedRegion<Pixel>& region, std::int64_t r) {
+  /// Continues with the next `rows` rows of the result; row `r` is the last one that they read.
+  [[gnu::always_inline]] void advance(const BorderedRegion<Pixel>& region, std::int64_t r) {
     for (int i = 0; i < height - 1; ++i) src[i] = src[i + rows];
     for (int i = 0; i < rows; ++i) src[height - 1 + i] = region.row(r - rows + 1 + i);
   }
@@ -114,14 +113,14 @@ struct BorderedRows {
     return made;
   }
 
-  template <class Which>
-  [[gnu::always_inline]] Vectors load(std::int64_t column, Which lanes) const {
+  template <class Active>
+  [[gnu::always_inline]] Vectors load(std::int64_t column, Active lanes) const {
     const auto with = [&](Lanes extreme, int r) {
       return Operation::combine(extreme, Ends::load(src[r] + column, lanes));
     };
-    const auto extremeOf = [&](int first, int behind) {
+    const auto extremeOf = [&](int first, int stop) {
       Lanes extreme = firstExtreme<Operation>(Ends::load(src[first] + column, lanes));
-      for (int r = first + 1; r < behind; ++r) extreme = with(extreme, r);
+      for (int r = first + 1; r < stop; ++r) extreme = with(extreme, r);
       return extreme;
     };
     if constexpr (rows == 1) {
@@ -140,37 +139,37 @@ struct BorderedRows {
     }
   }
 
-  /// What lies beside the columns in memory: `nearest(r)` of row r, or the constant.
+  /// The border beside the columns in memory: `nearest(r)` in row r, or the constant.
   template <class Nearest>
   Vectors border(Nearest nearest) const {
     if (!replicates) return each([&](int) { return constant; });
     return each(nearest);
   }
-  template <class Which>
-  Vectors bordered(const Vectors& found, Which lanes, const Vectors& border) const {
+  template <class Active>
+  Vectors bordered(const Vectors& found, Active lanes, const Vectors& border) const {
     return each([&](int r) { return Ends::blend(lanes, found.of[r], border.of[r]); });
   }
 
-  /// The vector in front of `column`, the first one of `vector`.
+  /// The vector before `column`, which is the first column of `vector`.
   [[gnu::always_inline]] Vectors before(std::int64_t column, const Vectors& vector) const {
-    const std::int64_t there = column + left;
-    if (there >= Lanes::count) return load(column - Lanes::count, All{});
-    const Vectors first = column == 0 ? vector : load(0, Lanes::some(1));
-    const Vectors beside = border([&](int r) { return Ends::spreadFirst(first.of[r]); });
-    if (there == 0) return beside;
-    const auto lanes = Ends::lastOnes(there);
+    const std::int64_t available = column + left;
+    if (available >= Lanes::count) return load(column - Lanes::count, AllLanes{});
+    const Vectors first = column == 0 ? vector : load(0, Lanes::first(1));
+    const Vectors beside = border([&](int r) { return Ends::broadcastFirst(first.of[r]); });
+    if (available == 0) return beside;
+    const auto lanes = Ends::last(available);
     return bordered(load(column - Lanes::count, lanes), lanes, beside);
   }
 
-  /// The vector from `column` on, which may reach or lie beyond the last column; `previous` is in front of
+  /// The vector at `column`, which may extend or lie beyond the last column; `previous` is the vector before
   /// it.
   [[gnu::always_inline]] Vectors from(std::int64_t column, const Vectors& previous) const {
-    const std::int64_t there = end - column;
-    if (there >= Lanes::count) return load(column, All{});
-    if (there <= 0) return border([&](int r) { return Ends::spread(previous.of[r], last); });
-    const auto lanes = Lanes::some(there);
+    const std::int64_t available = end - column;
+    if (available >= Lanes::count) return load(column, AllLanes{});
+    if (available <= 0) return border([&](int r) { return Ends::broadcastLane(previous.of[r], last); });
+    const auto lanes = Lanes::first(available);
     const Vectors found = load(column, lanes);
-    return bordered(found, lanes, border([&](int r) { return Ends::spread(found.of[r], last); }));
+    return bordered(found, lanes, border([&](int r) { return Ends::broadcastLane(found.of[r], last); }));
   }
 
   static constexpr int reach = (width - 1) / 2;
@@ -179,7 +178,7 @@ struct BorderedRows {
   static Lanes acrossRow(Lanes previous, Lanes vector, Lanes next, std::integer_sequence<int, n...>) {
     Lanes extreme = vector;
     ((extreme = Operation::combine(extreme, Lanes::template before<n + 1, reach>(vector, previous))), ...);
-    ((extreme = Operation::combine(extreme, Lanes::template behind<n + 1, reach>(vector, next))), ...);
+    ((extreme = Operation::combine(extreme, Lanes::template following<n + 1, reach>(vector, next))), ...);
     return extreme;
   }
   static Vectors results(const Vectors& previous, const Vectors& vector, const Vectors& next) {
@@ -196,8 +195,8 @@ struct BorderedRows {
     Vectors previous = before(column, vector);
     const std::int64_t whole = stop < end - Lanes::count ? stop : end - Lanes::count;
     for (; column + Lanes::count <= whole; column += Lanes::count) {
-      const Vectors next = load(column + Lanes::count, All{});
-      store(results(previous, vector, next), All{});
+      const Vectors next = load(column + Lanes::count, AllLanes{});
+      store(results(previous, vector, next), AllLanes{});
       previous = vector;
       vector = next;
     }
@@ -205,9 +204,9 @@ struct BorderedRows {
       const Vectors next = from(column + Lanes::count, vector);
       const Vectors made = results(previous, vector, next);
       if (column + Lanes::count <= stop) {
-        store(made, All{});
+        store(made, AllLanes{});
       } else {
-        store(made, Lanes::some(stop - column));
+        store(made, Lanes::first(stop - column));
       }
       previous = vector;
       vector = next;
@@ -228,7 +227,7 @@ inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
       several.run(dst.from(r, 0), begin, stop, stores);
       r += rows;
       if (r + rows > region.roi.height) break;
-      several.step(region, r + above + rows - 1);
+      several.advance(region, r + above + rows - 1);
     }
   }
   for (; r < region.roi.height; ++r) {
@@ -237,8 +236,7 @@ inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
   }
 }
 
-/// Where results go past the caches, the columns in front of their first whole vector are a strip of their
-/// own.
+/// With streaming stores, the peel before the first aligned vector is a strip of its own.
 template <class Operation, class Lanes, int width, int height>
 inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, MorphWork work) {

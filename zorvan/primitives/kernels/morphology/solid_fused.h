@@ -3,9 +3,10 @@
 // Extremes of 3 by 3 neighbourhoods, straight from the image: the column-wise extreme of three rows, then
 // that combined with itself shifted by one and by two pixels, in registers.
 //
-// Two rows of the result are made at a time, since they share the extreme of their middle rows; an odd last
-// row has a loop of its own. Each block needs the first two columns of the next one, so the body ends where
-// these are no longer inside; the head up to an aligned address and the tail load each column where it is.
+// Two rows of the result are computed together, since they share the extreme of their middle rows; an odd
+// last row has a loop of its own. Each block needs the first two columns of the next one, so the main loop
+// ends where these are no longer inside. The peel up to an aligned address and the tail load each shifted
+// column.
 
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
@@ -19,9 +20,9 @@ struct ColumnExtremes {
   Lanes of[rows];
 };
 
-template <class Operation, class Lanes, int rows, class Which>
+template <class Operation, class Lanes, int rows, class Active>
 inline ColumnExtremes<Lanes, rows> columnExtremes(const typename Lanes::Pixel* src, std::int64_t step,
-                                                  Which lanes) {
+                                                  Active lanes) {
   const auto row = [&](std::int64_t r) {
     return Lanes::load(Plane<const typename Lanes::Pixel>{src, step}.at(r, 0), lanes);
   };
@@ -38,8 +39,8 @@ inline ColumnExtremes<Lanes, rows> columnExtremes(const typename Lanes::Pixel* s
 /// A block combined with itself shifted by one and by two pixels; `next` follows it.
 template <class Operation, class Lanes>
 inline Lanes shiftedExtreme(Lanes block, Lanes next) {
-  return Operation::combine(Operation::combine(block, Lanes::template behind<1, 2>(block, next)),
-                            Lanes::template behind<2, 2>(block, next));
+  return Operation::combine(Operation::combine(block, Lanes::template following<1, 2>(block, next)),
+                            Lanes::template following<2, 2>(block, next));
 }
 
 /// `rows` rows of the result, of which the first neighbourhood begins at `src`.
@@ -61,15 +62,15 @@ inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lan
   if (width >= 3 * Lanes::count) {
     const std::int64_t peel = bytesToBoundary(dst.pixels, Lanes::count * sizeof(Pixel));
     if (peel % std::int64_t{sizeof(Pixel)} == 0 && peel != 0) {
-      direct(0, All{});
+      direct(0, AllLanes{});
       column = peel / std::int64_t{sizeof(Pixel)};
     }
-    auto current = columnExtremes<Operation, Lanes, rows>(src.at(0, column), src.step, All{});
+    auto current = columnExtremes<Operation, Lanes, rows>(src.at(0, column), src.step, AllLanes{});
     for (; column + 2 * Lanes::count <= width + 2; column += Lanes::count) {
       const auto next =
-          columnExtremes<Operation, Lanes, rows>(src.at(0, column + Lanes::count), src.step, All{});
+          columnExtremes<Operation, Lanes, rows>(src.at(0, column + Lanes::count), src.step, AllLanes{});
       for (int r = 0; r < rows; ++r) {
-        stores.store(shiftedExtreme<Operation>(current.of[r], next.of[r]), dst.at(r, column), All{});
+        stores.store(shiftedExtreme<Operation>(current.of[r], next.of[r]), dst.at(r, column), AllLanes{});
       }
       current = next;
     }
@@ -79,11 +80,11 @@ inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lan
       const std::int64_t here = width + 2 - column, there = here - Lanes::count;
       const auto limited = [&](std::int64_t from, std::int64_t pixels) {
         return columnExtremes<Operation, Lanes, rows>(
-            src.at(0, from), src.step, Lanes::some(pixels < Lanes::count ? pixels : Lanes::count));
+            src.at(0, from), src.step, Lanes::first(pixels < Lanes::count ? pixels : Lanes::count));
       };
       const auto current = limited(column, here);
       const auto next = there > 0 ? limited(column + Lanes::count, there) : current;
-      const auto lanes = Lanes::some(width - column < Lanes::count ? width - column : Lanes::count);
+      const auto lanes = Lanes::first(width - column < Lanes::count ? width - column : Lanes::count);
       for (int r = 0; r < rows; ++r) {
         shiftedExtreme<Operation>(current.of[r], next.of[r]).store(dst.at(r, column), lanes);
       }
@@ -96,7 +97,7 @@ inline void fusedRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lan
 template <class Operation, class Lanes>
 inline void fusedImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                        MorphWork work) {
-  // The body needs a block more than streaming does: narrower rows have none.
+  // The main loop needs a block more than streaming does: narrower rows do not reach it.
   const auto stores =
       roi.width >= 3 * Lanes::count ? ResultStores<Lanes>(dst, roi, work) : ResultStores<Lanes>();
   std::int64_t r = 0;

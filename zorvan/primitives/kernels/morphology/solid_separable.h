@@ -2,20 +2,18 @@
 
 // Extremes of solid rectangular neighbourhoods by rows, then by columns.
 //
-// A ring of rows in the work memory holds, for each source row, the extremes of as many pixels side by side
-// as the mask is wide. Each row of the result combines as many rows of extremes as the mask is high. Two rows
-// of the result are made at a time, block by block: all rows but the first and the last belong to both, and
-// the two new rows go from the registers into the results, then to the places of the two oldest. So the ring
-// holds one row less than the mask is high, an even number, and since order does not matter to an extreme it
-// is never turned: pairs of places are replaced in turn.
+// A ring of rows in the work memory holds, for each source row, the extremes of as many adjacent pixels as
+// the mask is wide. Each row of the result combines as many rows of extremes as the mask is high. Two rows of
+// the result are computed together, block by block: they share all rows of extremes but the first and the
+// last. The two new rows of extremes are combined in registers, then replace the two oldest. So the ring has
+// one row less than the mask, an even number, and since an extreme does not depend on order, no row is ever
+// moved.
 //
-// Usual sides are known where the loops over them are compiled, which leaves none of these loops.
-// The next rows of the source and the result are fetched ahead: a row of a band is too short for the
-// processor to see where it goes on.
+// Common sizes of masks are template arguments, so that the loops over the mask are unrolled. The next rows
+// of the source and the result are prefetched: rows of a band are too short for the hardware's prefetcher.
 //
-// Blocks at a row's end are limited to the region, but their extremes go to the ring and come back as whole
-// vectors wherever its rows have room for that: a vector that was stored as a whole can be read again at
-// once.
+// Tail blocks are limited to the region, but their extremes are stored to the ring and loaded again as whole
+// vectors wherever its rows have room for it: a load from a whole-vector store is forwarded at once.
 
 #include <utility>
 
@@ -23,24 +21,25 @@
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 
 namespace Zorvan::Primitives {
 namespace {
 
-/// One block of `rows` new rows of extremes, each of `width` pixels side by side; a width of 0 is `anyWidth`.
+/// One block of `rows` new rows of extremes over `width` adjacent pixels; a width of 0 stands for `anyWidth`.
 template <class Operation, class Lanes, int rows, int width>
 struct RowPass {
   using Pixel = typename Lanes::Pixel;
   Lanes of[rows];
 
-  template <class Which>
-  RowPass(Plane<const Pixel> src, std::int64_t column, std::int64_t anyWidth, Which lanes) {
+  template <class Active>
+  RowPass(Plane<const Pixel> src, std::int64_t column, std::int64_t anyWidth, Active lanes) {
     for (int r = 0; r < rows; ++r) of[r] = firstExtreme<Operation>(Lanes::load(src.at(r, column), lanes));
-    if constexpr (Lanes::areLines && width != 0 && areAll(Which{})) {
+    if constexpr (Lanes::areLines && width != 0 && areAll(Active{})) {
       for (int r = 0; r < rows; ++r) {
         const Lanes block = Lanes::load(src.at(r, column));
-        const Lanes next = Lanes::load(src.at(r, column + Lanes::count), Lanes::some(width - 1));
-        addBehind(of[r], block, next, std::make_integer_sequence<int, width - 1>());
+        const Lanes next = Lanes::load(src.at(r, column + Lanes::count), Lanes::first(width - 1));
+        addFollowing(of[r], block, next, std::make_integer_sequence<int, width - 1>());
       }
     } else {
       const std::int64_t columns = width != 0 ? width : anyWidth;
@@ -54,8 +53,8 @@ struct RowPass {
 
  private:
   template <int... c>
-  static void addBehind(Lanes& extreme, Lanes block, Lanes next, std::integer_sequence<int, c...>) {
-    ((extreme = Operation::combine(extreme, Lanes::template behind<c + 1, 0>(block, next))), ...);
+  static void addFollowing(Lanes& extreme, Lanes block, Lanes next, std::integer_sequence<int, c...>) {
+    ((extreme = Operation::combine(extreme, Lanes::template following<c + 1, 0>(block, next))), ...);
   }
 };
 
@@ -68,8 +67,8 @@ struct ColumnPass {
   std::int64_t oldest = 0;
   const Pixel* others[height == 0 ? 1 : height - 2] = {};
 
-  /// Where all places but the oldest are is found once for a row.
-  void turnTo(std::int64_t place) {
+  /// Looks up the rows of all places but the oldest, once for a row.
+  void setOldest(std::int64_t place) {
     oldest = place;
     if constexpr (height != 0) {
       for (int i = 0; i < height - 2; ++i) others[i] = ring.at(i < oldest ? i : i + 1, 0);
@@ -77,8 +76,8 @@ struct ColumnPass {
   }
 
   /// Adds all places but the oldest to the extreme.
-  template <class Which>
-  Lanes addOthers(Lanes extreme, std::int64_t column, Which lanes) const {
+  template <class Active>
+  Lanes addOthers(Lanes extreme, std::int64_t column, Active lanes) const {
     const auto add = [&](const Pixel* row) {
       extreme = Operation::combine(extreme, Lanes::load(row + column, lanes));
     };
@@ -92,16 +91,16 @@ struct ColumnPass {
   }
 };
 
-/// The lines of two rows from here on.
+/// The cache lines at these pixels of two rows.
 template <class Pixel>
-inline void fetchAhead(Plane<const Pixel> src, Plane<Pixel> dst) {
+inline void prefetchRows(Plane<const Pixel> src, Plane<Pixel> dst) {
   for (int r = 0; r < 2; ++r) {
-    __builtin_prefetch(src.at(r, 0));
-    __builtin_prefetch(dst.at(r, 0), 1);
+    prefetch(src.at(r, 0), 0);
+    prefetch(dst.at(r, 0), 0);
   }
 }
 
-/// `width` and `height` are the mask's where it has a form of its own, else 0.
+/// `width` and `height` are those of the mask where it is of a common size, else 0.
 template <class Operation, class Lanes, int width, int height>
 inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                          Size mask, Plane<typename Lanes::Pixel> ring, ResultStores<Lanes> stores) {
@@ -114,9 +113,9 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
   /// `block(column, lanes, ringLanes)`
   const auto alongRing = [&](auto block) {
     alongRowOnce<Lanes>(roi.width, peel, [&](std::int64_t column, auto lanes) {
-      // A head may not be whole: the block behind it has columns in its lanes that were stored before.
+      // A peel may not be whole: its last lanes would overwrite columns of the block after it.
       if (areAll(lanes) || (column >= peel && column <= wholeColumns)) {
-        block(column, lanes, All{});
+        block(column, lanes, AllLanes{});
       } else {
         block(column, lanes, lanes);
       }
@@ -135,9 +134,9 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
     const Plane<const Pixel> newRows = src.from(r + places, 0);
     const Plane<Pixel> results = dst.from(r, 0);
     const Plane<Pixel> replaced = ring.from(oldest, 0);
-    columns.turnTo(oldest);
+    columns.setOldest(oldest);
     alongRing([&](std::int64_t column, auto lanes, auto ringLanes) {
-      fetchAhead(newRows.from(2, column), results.from(2, column));
+      prefetchRows(newRows.from(2, column), results.from(2, column));
       const RowPass<Operation, Lanes, 2, width> row(newRows, column, mask.width, lanes);
       const Lanes shared = columns.addOthers(row.of[0], column, ringLanes);
       const Lanes last = Lanes::load(replaced.at(0, column), ringLanes);
@@ -149,7 +148,7 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
     oldest = oldest + 2 < places ? oldest + 2 : 0;
   }
   if (r < roi.height) {
-    columns.turnTo(oldest);
+    columns.setOldest(oldest);
     alongRing([&](std::int64_t column, auto lanes, auto ringLanes) {
       const RowPass<Operation, Lanes, 1, width> row(src.from(r + places, 0), column, mask.width, lanes);
       const Lanes shared = columns.addOthers(row.of[0], column, ringLanes);
@@ -159,7 +158,7 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
   }
 }
 
-/// A mask of one row has nothing to keep.
+/// A mask of one row needs no ring.
 template <class Operation, class Lanes, int width>
 inline void separateRows(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                          Size mask) {
@@ -206,17 +205,18 @@ inline void separateBySize(Plane<const typename Lanes::Pixel> src, Plane<typenam
   }
 }
 
-/// `src` is the first pixel of the region's first neighbourhood. Wide regions go in bands of columns, one
-/// after the other, for which the ring stays in the nearest cache.
+/// `src` is the first pixel of the region's first neighbourhood. Wide regions go in bands of columns, so that
+/// the ring stays in the nearest cache.
 template <class Operation, class Lanes>
 inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                           Size mask, MorphWork work) {
   using Pixel = typename Lanes::Pixel;
   const int bandWidth = planRingColumns(roi.width, mask.height, sizeof(Pixel));
   ZORVAN_NOTE_PLAN("planRingColumns several bands", bandWidth < roi.width);
-  // The room for the ring has at least 32 bytes to spare, and begins at a multiple of 32.
+  // The memory of the ring has at least 32 unused bytes and begins at a multiple of 32.
   unsigned char* const first = work.ring + bytesToBoundary(work.ring, 64);
-  // The bands' first columns lie alike in their blocks, but a last one may be too narrow to stream.
+  // The first columns of all bands have the same offset from a block, but the last band may be too narrow for
+  // streaming.
   const ResultStores<Lanes> wide(dst, roi, work), narrow;
   for (std::int64_t column = 0; column < roi.width; column += bandWidth) {
     const std::int64_t left = roi.width - column;

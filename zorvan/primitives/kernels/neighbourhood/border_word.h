@@ -1,7 +1,7 @@
 #pragma once
 
-// The word that says what lies around a region: a kind in bits 0 to 3, and a bit for each side that is real
-// memory. Entries test the word themselves; they differ in the kinds that they take.
+// The word that describes the border of a region: a type in bits 0 to 3, and a bit for each side where the
+// operation reads memory. Entries test the word themselves; they differ in the types that they accept.
 
 namespace Zorvan::Primitives {
 namespace {
@@ -9,7 +9,7 @@ namespace {
 enum class BorderType {
   none = 0,          ///< only with all sides in memory
   replicate = 1,     ///< the nearest pixel
-  mirror = 3,        ///< k steps outside as k steps inside; the edge itself is not repeated
+  mirror = 3,        ///< the pixel as far inside as the border pixel is outside; the edge is not repeated
   defaultValue = 5,  ///< a constant that the operation chooses
   constant = 6
 };

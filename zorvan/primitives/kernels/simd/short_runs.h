@@ -1,8 +1,8 @@
 #pragma once
 
-// Copies and fills runs of pixels that are mostly short and soon read again: the rows of a stripe and its
-// borders. Runs of a vector and more go by vectors, the last of which overlaps the one before; shorter ones
-// go by pairs of overlapping words. Only the bytes of the run are touched.
+// Copies and fills runs of pixels that are mostly short and soon read again: rows of a stripe and its
+// borders. Runs of a vector and more take vectors, the last of which overlaps the one before; shorter ones
+// take pairs of overlapping words. Only the bytes of the run are read and written.
 
 #include <cstdint>
 
@@ -41,7 +41,7 @@ inline void copyRun(void* to, const void* from, std::int64_t bytes) {
   }
 }
 
-/// A run whose length is known when it is compiled: one or two moves.
+/// A run of constant length: one or two moves.
 template <int bytes>
 inline void copyFixedRun(void* to, const void* from) {
   auto* dst = static_cast<unsigned char*>(to);
@@ -59,8 +59,8 @@ inline void copyFixedRun(void* to, const void* from) {
   }
 }
 
-/// Gives `use` a copier for runs of `bytes` bytes. Rows of a few pixels share their length, so it is looked
-/// at once and not for each of them.
+/// Calls `use` with a copier for runs of `bytes` bytes, so that many short rows of one length take one branch
+/// on the length.
 template <class Use>
 inline void withCopier(std::int64_t bytes, Use use) {
   switch (bytes) {
@@ -83,7 +83,7 @@ inline void withCopier(std::int64_t bytes, Use use) {
   }
 }
 
-/// Pixels are moved as bits, so that each is what it was, a signalling NaN too.
+/// Pixels are moved as integers, which keeps all bits of a signalling NaN.
 template <int pixelBytes>
 struct PixelBits;
 template <>
@@ -99,7 +99,7 @@ struct PixelBits<4> {
   using type = std::uint32_t;
 };
 
-/// Pixels of 1, 2 or 4 bytes; `value` holds the bits of one.
+/// Pixels of 1, 2 or 4 bytes; `value` has the bits of one.
 template <class Bits>
 inline void fillRun(void* to, Bits value, std::int64_t pixels) {
   auto* dst = static_cast<unsigned char*>(to);
