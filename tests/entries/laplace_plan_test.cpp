@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 TEST(LaplacePlan, KnowsTheCodes) {
@@ -53,16 +53,16 @@ TEST(LaplacePlan, SmallRegionsHaveAllSidesMadeOrNone) {
 }
 
 TEST(LaplacePlan, VectorsAtBothEndsNeedTheReachBetweenThem) {
-  EXPECT_FALSE(laplaceVectorsFit(16, 15, 1, 1));
-  EXPECT_TRUE(laplaceVectorsFit(16, 16, 1, 1));
-  EXPECT_TRUE(laplaceVectorsFit(16, 17, 1, 1));
-  EXPECT_TRUE(laplaceVectorsFit(16, 16, 2, 1));
-  EXPECT_FALSE(laplaceVectorsFit(16, 17, 2, 1));
-  EXPECT_TRUE(laplaceVectorsFit(16, 18, 2, 1));
-  EXPECT_FALSE(laplaceVectorsFit(64, 33, 2, 2));
-  EXPECT_TRUE(laplaceVectorsFit(64, 34, 2, 2));
-  EXPECT_FALSE(laplaceVectorsFit(32, 9, 2, 4));
-  EXPECT_TRUE(laplaceVectorsFit(32, 10, 2, 4));
+  EXPECT_FALSE(vectorsFit(16, 15, 1, 1));
+  EXPECT_TRUE(vectorsFit(16, 16, 1, 1));
+  EXPECT_TRUE(vectorsFit(16, 17, 1, 1));
+  EXPECT_TRUE(vectorsFit(16, 16, 2, 1));
+  EXPECT_FALSE(vectorsFit(16, 17, 2, 1));
+  EXPECT_TRUE(vectorsFit(16, 18, 2, 1));
+  EXPECT_FALSE(vectorsFit(64, 33, 2, 2));
+  EXPECT_TRUE(vectorsFit(64, 34, 2, 2));
+  EXPECT_FALSE(vectorsFit(32, 9, 2, 4));
+  EXPECT_TRUE(vectorsFit(32, 10, 2, 4));
 }
 
 /// Marks the bytes of a row that a vector makes; false where its neighbours are not in the row.
@@ -82,7 +82,7 @@ TEST(LaplacePlan, VectorsInsideARowHaveTheirNeighboursInItAndLeaveNothingOut) {
           for (int peel = 0; peel < vector; peel += peel == 0 ? reach : pixel) {
             SCOPED_TRACE(testing::Message() << "row of " << row << " bytes, reach " << reach << ", " << peel
                                             << " in front of the first vector of " << vector);
-            const LaplaceInside inside = planLaplaceInside(row, reach, peel, vector);
+            const VectorsInside inside = planInside(row, reach, peel, vector);
             std::vector<bool> made(static_cast<std::size_t>(row));
             std::fill_n(made.begin(), vector, true);
             std::fill_n(made.end() - vector, vector, true);
@@ -101,33 +101,33 @@ TEST(LaplacePlan, VectorsInsideARowHaveTheirNeighboursInItAndLeaveNothingOut) {
 }
 
 TEST(LaplacePlan, BandsHaveMoreRowsTheShorterTheyAre) {
-  EXPECT_EQ(laplaceBandRows(1, 1, false), 64);
-  EXPECT_EQ(laplaceBandRows(512, 1, false), 64);
-  EXPECT_EQ(laplaceBandRows(513, 1, false), 63);
-  EXPECT_EQ(laplaceBandRows(2048, 1, false), 16);
-  EXPECT_EQ(laplaceBandRows(2049, 1, false), 16);
-  EXPECT_EQ(laplaceBandRows(2049, 1, true), 15);
-  EXPECT_EQ(laplaceBandRows(4096, 1, true), 8);
-  EXPECT_EQ(laplaceBandRows(4097, 1, true), 8);
-  EXPECT_EQ(laplaceBandRows(4096, 2, true), 16);
-  EXPECT_EQ(laplaceBandRows(std::int64_t{1} << 40, 2, false), 16);
+  EXPECT_EQ(planBandRows(1, 1, false), 64);
+  EXPECT_EQ(planBandRows(512, 1, false), 64);
+  EXPECT_EQ(planBandRows(513, 1, false), 63);
+  EXPECT_EQ(planBandRows(2048, 1, false), 16);
+  EXPECT_EQ(planBandRows(2049, 1, false), 16);
+  EXPECT_EQ(planBandRows(2049, 1, true), 15);
+  EXPECT_EQ(planBandRows(4096, 1, true), 8);
+  EXPECT_EQ(planBandRows(4097, 1, true), 8);
+  EXPECT_EQ(planBandRows(4096, 2, true), 16);
+  EXPECT_EQ(planBandRows(std::int64_t{1} << 40, 2, false), 16);
 }
 
 TEST(LaplacePlan, StreamsLargeRegionsWithRowsInStep) {
-  EXPECT_FALSE(planLaplaceStreaming({4096, 1023}, 1, 4096, 63, 1));
-  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 63, 1));
-  EXPECT_TRUE(planLaplaceStreaming({1024, 1025}, 4, 4096, 60, 1));
-  EXPECT_FALSE(planLaplaceStreaming({1024, 1025}, 4, 4096, 61, 1));
-  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 1, 4128, 63, 1));
+  EXPECT_FALSE(planStreaming({4096, 1023}, 1, 4096, 63, 1));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 63, 1));
+  EXPECT_TRUE(planStreaming({1024, 1025}, 4, 4096, 60, 1));
+  EXPECT_FALSE(planStreaming({1024, 1025}, 4, 4096, 61, 1));
+  EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4128, 63, 1));
 }
 
 TEST(LaplacePlan, StreamedVectorsBeginAtTheEndOfTheRowOrHaveTheirNeighbours) {
-  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 0, 2));
-  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 1, 4096, 1, 2));
-  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 1, 4096, 2, 2));
-  EXPECT_FALSE(planLaplaceStreaming({4096, 1024}, 4, 16384, 4, 2));
-  EXPECT_TRUE(planLaplaceStreaming({4096, 1024}, 4, 16384, 8, 2));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 0, 2));
+  EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4096, 1, 2));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 2, 2));
+  EXPECT_FALSE(planStreaming({4096, 1024}, 4, 16384, 4, 2));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 4, 16384, 8, 2));
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Laplace

@@ -5,7 +5,7 @@
 #include "zorvan/primitives/frame/MorphSizes.h"
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 constexpr auto notCounted = [] {
@@ -207,4 +207,4 @@ TEST(MorphSizes, HoldTheRingAndTheLargestPiece) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

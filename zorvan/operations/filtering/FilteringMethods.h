@@ -22,8 +22,8 @@ inline int workBytes(Size image, Size roi, int maskCode, int dataType) {
   Primitives::ippiFilterLaplaceBorderGetBufferSize(image, maskCode, dataType, dataType, 1, &forImage);
   if (forImage < 1) return forImage;
   if (roi.width > 0 && roi.height > 0) {
-    const std::uint64_t needed = Primitives::laplaceWorkBytes(roi, Primitives::extentOfMask(maskCode),
-                                                              Primitives::bytesOfType(dataType));
+    const std::uint64_t needed = Primitives::Laplace::laplaceWorkBytes(
+        roi, Primitives::Laplace::extentOfMask(maskCode), Primitives::Laplace::bytesOfType(dataType));
     if (needed > static_cast<std::uint64_t>(std::numeric_limits<int>::max())) return -1;
   }
   Primitives::ippiFilterLaplaceBorderGetBufferSize(roi, maskCode, dataType, dataType, 1, &forRegion);

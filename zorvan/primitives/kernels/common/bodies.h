@@ -15,3 +15,7 @@
     return Table<V>::name Arguments;                              \
   }                                                               \
   template Result Routines<ZORVAN_VARIANT>::name Parameters;
+
+/// The same for the entries that all variants share, whose table is no template.
+#define ZORVAN_DEFINE_COMMON(Table, name, Result, Parameters, Arguments) \
+  Result CommonRoutines::name Parameters { return Table::name Arguments; }

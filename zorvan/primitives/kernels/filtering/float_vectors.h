@@ -4,7 +4,7 @@
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 template <class Vector>
@@ -48,4 +48,4 @@ struct FloatOperations<Vector64> {
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Laplace

@@ -19,7 +19,7 @@
 #include "zorvan/primitives/kernels/filtering/pair_vectors.h"
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 template <class Sums>
@@ -111,7 +111,7 @@ struct FloatRows {
 };
 
 template <class Rows>
-class Laplace3x3 {
+class Filter3x3 {
  public:
   using Pixel = typename Rows::Pixel;
   using Vector = typename Rows::Vector;
@@ -137,7 +137,7 @@ class Laplace3x3 {
 };
 
 template <class Rows>
-class Laplace5x5 {
+class Filter5x5 {
  public:
   using Pixel = typename Rows::Pixel;
   using Vector = typename Rows::Vector;
@@ -162,4 +162,4 @@ class Laplace5x5 {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Laplace

@@ -2,15 +2,13 @@
 
 // The Laplace filter: its arguments, and which variant uses which vectors.
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/filtering/laplace_filters.h"
 #include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 #include "zorvan/primitives/kernels/filtering/laplace_sweep.h"
 
-namespace Zorvan::Primitives {
-
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 #ifndef __AVX__
@@ -26,18 +24,18 @@ template <class V>
 using FloatVector = ByVariant<V, Vector16, Vector16, Vector16, Vector32, Vector32, Vector64>;
 
 template <class V, class T>
-struct LaplacePolicy {
+struct Policy {
   using Rows = PairRows<T, IntegerVector<V>>;
   using Rows16 = PairRows<T, Vector16>;
 };
 template <class V>
-struct LaplacePolicy<V, float> {
+struct Policy<V, float> {
   using Rows = FloatRows<FloatVector<V>>;
   using Rows16 = FloatRows<Vector16>;
 };
 
 /// Words up to 255, negative ones too: all sides in memory without a type, or type replicate or constant.
-inline bool isLaplaceBorder(int word) {
+inline bool isBorder(int word) {
   if (word > 255) return false;
   const BorderType type = BorderWord{word}.type();
   return word == BorderWord::allInMemory || type == BorderType::replicate || type == BorderType::constant;
@@ -45,27 +43,27 @@ inline bool isLaplaceBorder(int word) {
 
 /// In the largest vectors that fit the rows.
 template <class Filter, class Filter16, class T>
-inline void runLaplace(const LaplaceRegion<T>& region) {
-  const auto vectorsFit = [&](int vectorBytes) {
-    return laplaceVectorsFit(vectorBytes, region.size.width, Filter::reach, sizeof(T));
+inline void filterRegion(const Region<T>& region) {
+  const auto fit = [&](int vectorBytes) {
+    return vectorsFit(vectorBytes, region.size.width, Filter::reach, sizeof(T));
   };
-  if (vectorsFit(Filter::Vector::size)) {
-    LaplaceSweep<Filter>::run(region);
-  } else if (vectorsFit(Filter16::Vector::size)) {
-    LaplaceSweep<Filter16>::run(region);
+  if (fit(Filter::Vector::size)) {
+    Sweep<Filter>::run(region);
+  } else if (fit(Filter16::Vector::size)) {
+    Sweep<Filter16>::run(region);
   } else {
-    LaplaceNarrow<Filter16>::run(region);
+    NarrowRegion<Filter16>::run(region);
   }
 }
 
 template <class V, class T>
-int filterLaplace(const T* src, int srcStep, T* dst, int dstStep, Size roi, int mask, int borderType,
-                  T borderValue, u8* buffer) {
+int filterImage(const T* src, int srcStep, T* dst, int dstStep, Size roi, int mask, int borderType,
+                T borderValue, u8* buffer) {
   if (src == nullptr || dst == nullptr || buffer == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
   const int extent = extentOfMask(mask);
   if (extent == 0) return Ipp::ippStsMaskSizeErr;
-  if (!isLaplaceBorder(borderType)) return Ipp::ippStsBorderErr;
+  if (!isBorder(borderType)) return Ipp::ippStsBorderErr;
 
   const BorderWord word = readBorder(BorderWord{borderType}, roi, extent);
   const bool above = word.has(BorderWord::aboveInMemory), below = word.has(BorderWord::belowInMemory);
@@ -79,25 +77,21 @@ int filterLaplace(const T* src, int srcStep, T* dst, int dstStep, Size roi, int 
     fillRun(row, constant, std::int64_t{roi.width} + 2 * reach);
     constantRow = row + reach * sizeof(T);
   }
-  const LaplaceRegion<T> region{
+  const Region<T> region{
       {{src, srcStep}, roi.height, above, below, constantRow},
       {word.has(BorderWord::leftInMemory), word.has(BorderWord::rightInMemory), replicates, constant},
       {dst, dstStep},
       roi};
-  using Policy = LaplacePolicy<V, T>;
+  using VectorsOf = Policy<V, T>;
   if (extent == 3) {
-    runLaplace<Laplace3x3<typename Policy::Rows>, Laplace3x3<typename Policy::Rows16>>(region);
+    filterRegion<Filter3x3<typename VectorsOf::Rows>, Filter3x3<typename VectorsOf::Rows16>>(region);
   } else {
-    runLaplace<Laplace5x5<typename Policy::Rows>, Laplace5x5<typename Policy::Rows16>>(region);
+    filterRegion<Filter5x5<typename VectorsOf::Rows>, Filter5x5<typename VectorsOf::Rows16>>(region);
   }
   return ippStsNoErr;
 }
 
-}  // namespace
-
-template <class V>
-int Routines<V>::ippiFilterLaplaceBorderGetBufferSize(Size roi, int mask, int srcType, int dstType,
-                                                      int channels, int* bufferSize) {
+inline int getBufferSize(Size roi, int mask, int srcType, int dstType, int channels, int* bufferSize) {
   if (bufferSize == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
   const int extent = extentOfMask(mask);
@@ -110,20 +104,12 @@ int Routines<V>::ippiFilterLaplaceBorderGetBufferSize(Size roi, int mask, int sr
 }
 
 template <class V>
-int Routines<V>::ippiFilterLaplaceBorder_8u_C1R(const u8* src, int srcStep, u8* dst, int dstStep, Size roi,
-                                                int mask, int borderType, u8 borderValue, u8* buffer) {
-  return filterLaplace<V>(src, srcStep, dst, dstStep, roi, mask, borderType, borderValue, buffer);
-}
-template <class V>
-int Routines<V>::ippiFilterLaplaceBorder_16s_C1R(const s16* src, int srcStep, s16* dst, int dstStep, Size roi,
-                                                 int mask, int borderType, s16 borderValue, u8* buffer) {
-  return filterLaplace<V>(src, srcStep, dst, dstStep, roi, mask, borderType, borderValue, buffer);
-}
-template <class V>
-int Routines<V>::ippiFilterLaplaceBorder_32f_C1R(const float* src, int srcStep, float* dst, int dstStep,
-                                                 Size roi, int mask, int borderType, float borderValue,
-                                                 u8* buffer) {
-  return filterLaplace<V>(src, srcStep, dst, dstStep, roi, mask, borderType, borderValue, buffer);
-}
+struct Bodies {
+  static constexpr auto ippiFilterLaplaceBorderGetBufferSize = getBufferSize;
+  static constexpr auto ippiFilterLaplaceBorder_8u_C1R = filterImage<V, u8>;
+  static constexpr auto ippiFilterLaplaceBorder_16s_C1R = filterImage<V, s16>;
+  static constexpr auto ippiFilterLaplaceBorder_32f_C1R = filterImage<V, float>;
+};
 
-}  // namespace Zorvan::Primitives
+}  // namespace
+}  // namespace Zorvan::Primitives::Laplace

@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/common/image_limits.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_word.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 constexpr int workAlignmentBytes = 32;
@@ -73,21 +73,21 @@ constexpr BorderWord readBorder(BorderWord word, Size roi, int extent) {
 
 /// Whether vectors of a size fit the rows: exactly one, which has both ends of the row, or two, which have
 /// one end each.
-constexpr bool laplaceVectorsFit(int vectorBytes, int width, int reach, int pixelBytes) {
+constexpr bool vectorsFit(int vectorBytes, int width, int reach, int pixelBytes) {
   const std::int64_t bytes = std::int64_t{width} * pixelBytes;
   return bytes == vectorBytes || bytes >= vectorBytes + reach * pixelBytes;
 }
 
 /// The vectors between the first and the last of a row, whose neighbours are all in the row.
-struct LaplaceInside {
+struct VectorsInside {
   std::int64_t first;  ///< offset of the first of them in bytes
   std::int64_t count;  ///< of adjacent vectors
   bool overlaps;       ///< whether one more, the reach before the row's last vector, fills the rest
 };
 
 /// The first vector begins at `peelBytes`, if not 0.
-constexpr LaplaceInside planLaplaceInside(std::int64_t rowBytes, std::int64_t reachBytes,
-                                          std::int64_t peelBytes, std::int64_t vectorBytes) {
+constexpr VectorsInside planInside(std::int64_t rowBytes, std::int64_t reachBytes, std::int64_t peelBytes,
+                                   std::int64_t vectorBytes) {
   const std::int64_t first = peelBytes != 0 ? peelBytes : vectorBytes;
   const std::int64_t last = rowBytes - vectorBytes, room = last - reachBytes - first;
   const std::int64_t count = room < 0 ? 0 : room / vectorBytes + 1;
@@ -99,7 +99,7 @@ constexpr LaplaceInside planLaplaceInside(std::int64_t rowBytes, std::int64_t re
 /// Rows of a band. What neighbouring rows share is computed again in each band, so bands have as many rows as
 /// stay in a near cache. With streaming stores the 3 by 3 kernel, whose rows share little, takes fewer long
 /// rows: each is a separate stream of writes to memory.
-constexpr std::int64_t laplaceBandRows(std::int64_t rowBytes, int reach, bool streams) {
+constexpr std::int64_t planBandRows(std::int64_t rowBytes, int reach, bool streams) {
   const int fewest = streams && reach == 1 ? leastStreamedBandRows : leastBandRows;
   const std::int64_t rows = bandBytes / rowBytes;
   return rows > mostBandRows ? mostBandRows : rows < fewest ? fewest : rows;
@@ -112,12 +112,12 @@ constexpr int streamedVectorBytes = 64;
 /// Whether a large region takes streaming stores: if all rows have the same offset from a vector's boundary.
 /// The first aligned vector begins at `peelBytes`; it needs its left neighbours in the row unless it is the
 /// first.
-constexpr bool planLaplaceStreaming(Size roi, int pixelBytes, std::int64_t dstStep, std::int64_t peelBytes,
-                                    int reach) {
+constexpr bool planStreaming(Size roi, int pixelBytes, std::int64_t dstStep, std::int64_t peelBytes,
+                             int reach) {
   return std::int64_t{roi.width} * roi.height * pixelBytes >= streamFromBytes &&
          dstStep % streamedVectorBytes == 0 && peelBytes % pixelBytes == 0 &&
          (peelBytes == 0 || peelBytes >= reach * pixelBytes);
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Laplace

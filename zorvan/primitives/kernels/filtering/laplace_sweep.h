@@ -14,7 +14,7 @@
 #include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 /// The bytes of a row from a pixel on.
@@ -44,7 +44,7 @@ struct SourceRows {
 
 /// A region with its border, and the result.
 template <class T>
-struct LaplaceRegion {
+struct Region {
   SourceRows<T> src;
   RowEnds<T> ends;
   Plane<T> dst;
@@ -65,7 +65,7 @@ struct StreamingStores {
 
 /// Regions at least as wide as a vector.
 template <class Filter>
-struct LaplaceSweep {
+struct Sweep {
   using T = typename Filter::Pixel;
   using V = typename Filter::Vector;
   template <bool first, bool last>
@@ -74,11 +74,11 @@ struct LaplaceSweep {
   static constexpr int around = 2 * Filter::reach;
   static constexpr std::int64_t reachBytes = Filter::reach * sizeof(T);
 
-  static void run(const LaplaceRegion<T>& region) {
+  static void run(const Region<T>& region) {
     if constexpr (V::size == streamedVectorBytes) {
       const std::int64_t peel = bytesToBoundary(region.dst.pixels, V::size);
-      if (ZORVAN_PLANNED("planLaplaceStreaming", planLaplaceStreaming(region.size, sizeof(T), region.dst.step,
-                                                                      peel, Filter::reach))) {
+      if (ZORVAN_PLANNED("planLaplaceStreaming",
+                         planStreaming(region.size, sizeof(T), region.dst.step, peel, Filter::reach))) {
         sweep(region, peel, StreamingStores<V>{});
         return fenceStores();
       }
@@ -122,11 +122,11 @@ struct LaplaceSweep {
 
   /// The first vector of `stores` begins at `peel` bytes, if not 0.
   template <class Stores>
-  static void sweep(const LaplaceRegion<T>& region, std::int64_t peel, Stores stores) {
+  static void sweep(const Region<T>& region, std::int64_t peel, Stores stores) {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
     const std::int64_t last = bytes - V::size;
-    const LaplaceInside inside = planLaplaceInside(bytes, reachBytes, peel, V::size);
-    const std::int64_t bandRows = laplaceBandRows(bytes, Filter::reach, Stores::streams);
+    const VectorsInside inside = planInside(bytes, reachBytes, peel, V::size);
+    const std::int64_t bandRows = planBandRows(bytes, Filter::reach, Stores::streams);
     Band band;
     band.step = region.dst.step;
     band.srcStep = region.src.plane.step;
@@ -153,13 +153,13 @@ struct LaplaceSweep {
 
 /// Narrower regions: rows are copied with their border. `Filter` has vectors of 16 bytes.
 template <class Filter>
-struct LaplaceNarrow {
+struct NarrowRegion {
   using T = typename Filter::Pixel;
   using V = typename Filter::Vector;
   static constexpr int around = 2 * Filter::reach;
   static constexpr std::int64_t pixelBytes = sizeof(T), rowBytes = 64, bandRows = narrowBandRows;
 
-  static void run(const LaplaceRegion<T>& region) {
+  static void run(const Region<T>& region) {
     const std::int64_t width = region.size.width, bytes = width * pixelBytes;
     alignas(16) unsigned char built[(bandRows + around) * rowBytes] = {};
     for (std::int64_t y = 0; y < region.size.height; y += bandRows) {
@@ -204,4 +204,4 @@ struct LaplaceNarrow {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Laplace

@@ -6,7 +6,7 @@
 
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 /// Two weights in one lane, for the multiplications of pairs.
@@ -175,4 +175,4 @@ struct PairLanes<s16, V> {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Laplace

@@ -7,7 +7,7 @@
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Laplace {
 namespace {
 
 /// The vector at `p - bytes`, with the first `bytes` taken from `edge`, whose pixels are all equal. Reads
@@ -115,4 +115,4 @@ struct AtRowEnds {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Laplace

@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/morphology/pixel_lanes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// Whole blocks, then one for the tail. With mask registers that one is limited to the tail. Without, it ends
@@ -89,4 +89,4 @@ inline void alongRowOnce(std::int64_t width, std::int64_t peel, Block block) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

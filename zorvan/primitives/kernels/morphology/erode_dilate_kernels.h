@@ -3,7 +3,6 @@
 // Erosion and dilation: the arguments, the driver, and which variant uses which algorithm for a mask.
 
 #include "zorvan/primitives/frame/MorphSizes.h"
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
@@ -16,7 +15,7 @@
 #include "zorvan/primitives/kernels/morphology/solid_fused.h"
 #include "zorvan/primitives/kernels/morphology/solid_separable.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 using Ipp::ippStsBorderErr;
@@ -239,20 +238,13 @@ inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int b
                                      streamedBytes);
 }
 
+/// The entries: an erosion or dilation alone.
+template <class V, class Operation, class T>
+int morphOnce(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
+              const MorphSpec* spec, u8* buffer) {
+  return morph<V, Operation>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer,
+                             resultBytes(roi, sizeof(T)));
+}
+
 }  // namespace
-
-#define DEFINE(Name, Operation, pixels, T)                                                                \
-  template <class V>                                                                                      \
-  int Routines<V>::ippiMorph##Name##Border_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, \
-                                                          Size roi, int borderType, T borderValue,        \
-                                                          const MorphSpec* spec, u8* buffer) {            \
-    return morph<V, Operation>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer,    \
-                               resultBytes(roi, sizeof(T)));                                              \
-  }
-DEFINE(Dilate, Dilation, 8u, u8)
-DEFINE(Dilate, Dilation, 32f, float)
-DEFINE(Erode, Erosion, 8u, u8)
-DEFINE(Erode, Erosion, 32f, float)
-#undef DEFINE
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

@@ -7,7 +7,7 @@
 
 #include "zorvan/primitives/kernels/morphology/pixel_lanes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// The last lanes of a vector, by their number of bytes, where there are no mask registers.
@@ -57,4 +57,4 @@ template <class Lanes>
 using LaneEnds = std::conditional_t<Lanes::hasMasks, Lanes, EndsThroughMemory<Lanes>>;
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

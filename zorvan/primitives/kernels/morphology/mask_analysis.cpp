@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 constexpr u8 setCell = 255;
@@ -237,4 +237,4 @@ void analyseMask(const u8* mask, Size size, MorphSpec* spec, MaskPadding padding
   SET_FIELD(isKnownShape, shape != 0);
 }
 
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

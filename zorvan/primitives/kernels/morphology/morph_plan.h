@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/common/image_limits.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_word.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 enum class MorphForm { fused, separable, known3, known5, known7, cross, cellList, cellTable, runs, scan };
@@ -126,4 +126,4 @@ constexpr bool planPackedRows(std::int64_t step, int width, int maskWidth, int p
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

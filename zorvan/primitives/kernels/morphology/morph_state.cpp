@@ -7,10 +7,11 @@
 
 #include "zorvan/foundation/Status.h"
 #include "zorvan/primitives/frame/MorphSizes.h"
-#include "zorvan/primitives/frame/Routines.h"
+#include "zorvan/primitives/kernels/common/bodies.h"
 #include "zorvan/primitives/kernels/morphology/mask_analysis.h"
 
 namespace Zorvan::Primitives {
+namespace Morphology {
 namespace {
 
 using Measures = MorphMeasures<WrappingNumber>;
@@ -20,11 +21,12 @@ int testSizes(Size roi, Size mask) {
   return valid ? Ipp::ippStsNoErr : Ipp::ippStsSizeErr;
 }
 
-template <class T, class SizesOf>
-int getSizes(Size roi, Size mask, int* specSize, int* bufferSize, SizesOf sizesOf) {
+/// `sizesOf` is that of a single or of a compound operation.
+template <class T, MorphSizes<WrappingNumber> (Measures::*sizesOf)() const>
+int getSizes(Size roi, Size mask, int* specSize, int* bufferSize) {
   if (specSize == nullptr || bufferSize == nullptr) return Ipp::ippStsNullPtrErr;
   if (const int status = testSizes(roi, mask); status != Ipp::ippStsNoErr) return status;
-  const MorphSizes<WrappingNumber> sizes = sizesOf(Measures(roi, mask, sizeof(T)));
+  const MorphSizes<WrappingNumber> sizes = (Measures(roi, mask, sizeof(T)).*sizesOf)();
   *specSize = sizes.spec.value();
   *bufferSize = sizes.buffer.value();
   return Ipp::ippStsNoErr;
@@ -60,29 +62,24 @@ int initCompound(Size roi, const u8* mask, Size maskSize, MorphAdvSpec* spec, co
   return Ipp::ippStsNoErr;
 }
 
-}  // namespace
+struct Bodies {
+  static constexpr auto ippiMorphologyBorderGetSize_8u_C1R = getSizes<u8, &Measures::single>;
+  static constexpr auto ippiMorphologyBorderGetSize_32f_C1R = getSizes<float, &Measures::single>;
+  static constexpr auto ippiMorphologyBorderInit_8u_C1R = initSingle;
+  static constexpr auto ippiMorphologyBorderInit_32f_C1R = initSingle;
+  static constexpr auto ippiMorphAdvGetSize_8u_C1R = getSizes<u8, &Measures::compound>;
+  static constexpr auto ippiMorphAdvGetSize_32f_C1R = getSizes<float, &Measures::compound>;
+  static constexpr auto ippiMorphAdvInit_8u_C1R = initCompound;
+  static constexpr auto ippiMorphAdvInit_32f_C1R = initCompound;
+};
 
-#define DEFINE(pixels, T)                                                                                    \
-  int CommonRoutines::ippiMorphologyBorderGetSize_##pixels##_C1R(Size roiSize, Size maskSize, int* specSize, \
-                                                                 int* bufferSize) {                          \
-    return getSizes<T>(roiSize, maskSize, specSize, bufferSize,                                              \
-                       [](const Measures& m) { return m.single(); });                                        \
-  }                                                                                                          \
-  int CommonRoutines::ippiMorphAdvGetSize_##pixels##_C1R(Size roiSize, Size maskSize, int* specSize,         \
-                                                         int* bufferSize) {                                  \
-    return getSizes<T>(roiSize, maskSize, specSize, bufferSize,                                              \
-                       [](const Measures& m) { return m.compound(); });                                      \
-  }                                                                                                          \
-  int CommonRoutines::ippiMorphologyBorderInit_##pixels##_C1R(Size roiSize, const u8* mask, Size maskSize,   \
-                                                              MorphSpec* spec, u8* buffer) {                 \
-    return initSingle(roiSize, mask, maskSize, spec, buffer);                                                \
-  }                                                                                                          \
-  int CommonRoutines::ippiMorphAdvInit_##pixels##_C1R(Size roiSize, const u8* mask, Size maskSize,           \
-                                                      MorphAdvSpec* spec, u8* buffer) {                      \
-    return initCompound(roiSize, mask, maskSize, spec, buffer);                                              \
-  }
-DEFINE(8u, u8)
-DEFINE(32f, float)
-#undef DEFINE
+}  // namespace
+}  // namespace Morphology
+
+#define ENTRY(...)
+#define COMMON_ENTRY(...) ZORVAN_DEFINE_COMMON(Morphology::Bodies, __VA_ARGS__)
+#include "zorvan/primitives/frame/entries/Morphology.def"
+#undef ENTRY
+#undef COMMON_ENTRY
 
 }  // namespace Zorvan::Primitives

@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/morphology/erode_dilate_kernels.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// The border word of the second pass. A word without a type is valid only with all sides in memory; the
@@ -41,8 +41,8 @@ struct Footprint {
 };
 
 template <class V, class First, class Second, class T>
-inline int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
-                      const MorphAdvSpec* spec, u8* buffer) {
+int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
+               const MorphAdvSpec* spec, u8* buffer) {
   const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != ippStsNoErr) return status;
   int secondBorder = 0;
@@ -90,19 +90,4 @@ inline int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, 
 }
 
 }  // namespace
-
-#define DEFINE(Name, First, Second, pixels, T)                                                            \
-  template <class V>                                                                                      \
-  int Routines<V>::ippiMorph##Name##Border_##pixels##_C1R(const T* src, int srcStep, T* dst, int dstStep, \
-                                                          Size roi, int borderType, T borderValue,        \
-                                                          const MorphAdvSpec* spec, u8* buffer) {         \
-    return morphTwice<V, First, Second>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec,   \
-                                        buffer);                                                          \
-  }
-DEFINE(Open, Erosion, Dilation, 8u, u8)
-DEFINE(Open, Erosion, Dilation, 32f, float)
-DEFINE(Close, Dilation, Erosion, 8u, u8)
-DEFINE(Close, Dilation, Erosion, 32f, float)
-#undef DEFINE
-
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

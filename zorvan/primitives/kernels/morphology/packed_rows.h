@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// `computeRow(src, results, length)` computes one row of `length` pixels. `src` is the first pixel of the
@@ -54,4 +54,4 @@ inline void computePackedSolid(Plane<const typename Lanes::Pixel> src, Plane<typ
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

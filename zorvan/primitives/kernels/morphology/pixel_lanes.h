@@ -15,7 +15,7 @@
 #include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// All lanes of a vector.
@@ -356,4 +356,4 @@ inline Lanes firstExtreme(Lanes pixels) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

@@ -6,7 +6,7 @@
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// The extremes of a block: `rows` rows by `columns` vectors.
@@ -82,4 +82,4 @@ inline void computeImage(Plane<const typename Lanes::Pixel> src, Plane<typename 
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

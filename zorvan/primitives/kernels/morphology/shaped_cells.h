@@ -9,7 +9,7 @@
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/morphology/shaped_blocks.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 inline int tableValue(const u16* table, std::int64_t i) {
@@ -144,4 +144,4 @@ class KnownCells {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

@@ -6,7 +6,7 @@
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/pixel_lanes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// The extreme of all lanes.
@@ -58,4 +58,4 @@ inline void scanImage(Plane<const Pixel> src, Plane<Pixel> dst, Size roi, Size m
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

@@ -23,7 +23,7 @@
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// A region, its border, and where the rows outside of it are read.
@@ -254,4 +254,4 @@ inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

@@ -11,7 +11,7 @@
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// Column-wise extremes for `rows` rows of the result, 1 or 2.
@@ -109,4 +109,4 @@ inline void fusedImage(Plane<const typename Lanes::Pixel> src, Plane<typename La
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology

@@ -23,7 +23,7 @@
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/simd/prefetch.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Morphology {
 namespace {
 
 /// One block of `rows` new rows of extremes over `width` adjacent pixels; a width of 0 stands for `anyWidth`.
@@ -230,4 +230,4 @@ inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Morphology
