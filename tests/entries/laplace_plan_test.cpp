@@ -35,12 +35,12 @@ TEST(LaplacePlan, BuildsASmallRegionAsAWhole) {
 }
 
 TEST(LaplacePlan, TheReportedSizeWrapsAt32Bits) {
-  EXPECT_EQ(laplaceBufferBytes({640, 480}, 3, 1, 1), 1952 + 1312 + 32);
-  EXPECT_EQ(laplaceBufferBytes({0x7FFFFFFF, 6}, 3, 1, 1),
+  EXPECT_EQ(reportedWorkBytes({640, 480}, 3, 1, 1), 1952 + 1312 + 32);
+  EXPECT_EQ(reportedWorkBytes({0x7FFFFFFF, 6}, 3, 1, 1),
             static_cast<std::int32_t>(
                 static_cast<std::uint32_t>((0x80000001ull * 3 + 29) + (0x80000001ull * 2 + 30) + 32)));
-  EXPECT_EQ(laplaceWorkBytes({5, 477'218'600}, 5, 1), 0x1'0000'0000ull + 160 + 12 * 32 + 32);
-  EXPECT_EQ(laplaceBufferBytes({5, 477'218'600}, 5, 1, 1), 160 + 12 * 32 + 32);
+  EXPECT_EQ(workBytes({5, 477'218'600}, 5, 1), 0x1'0000'0000ull + 160 + 12 * 32 + 32);
+  EXPECT_EQ(reportedWorkBytes({5, 477'218'600}, 5, 1, 1), 160 + 12 * 32 + 32);
 }
 
 TEST(LaplacePlan, SmallRegionsHaveAllSidesMadeOrNone) {

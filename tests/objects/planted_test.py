@@ -8,6 +8,7 @@ import unittest
 
 import binaries
 import checks
+import includes
 
 CXX = os.environ.get("CXX", "c++")
 
@@ -292,6 +293,36 @@ class Stubs(Planted):
         self.assertEqual(why([code[0], *code]), "does not load the index once")
         self.assertEqual(why(code[:-1]), "does not end in its one jump")
         self.assertEqual(why(moved), "does not start at a multiple of 16")
+
+
+class Includes(Planted):
+    def complaints(self, path, included):
+        file = os.path.join(self.folder.name, path)
+        os.makedirs(os.path.dirname(file), exist_ok=True)
+        with open(file, "w", encoding="utf-8") as out:
+            out.write(f'// #include "zorvan/a comment"\n#include <cstdint>\n#  include "{included}"\n')
+        return includes.complaints(self.folder.name)
+
+    def test_downward(self):
+        self.assertEqual(self.complaints("operations/logical/Facade.h", "zorvan/primitives/frame/Entries.h"), [])
+        self.assertEqual(self.complaints("primitives/kernels/fill.h", "zorvan/primitives/kernels/row.h"), [])
+        self.assertEqual(self.complaints("ipp.h", "zorvan/operations/logical/Facade.h"), [])
+
+    def test_upward_and_past_the_entries(self):
+        for path, included in [("operations/a/Facade.h", "zorvan/primitives/kernels/plan.h"),
+                               ("methods/Method.h", "zorvan/operations/a/Facade.h"),
+                               ("containers/Image.cpp", "zorvan/methods/Method.h"),
+                               ("primitives/kernels/fill.h", "zorvan/methods/Method.h"),
+                               ("primitives/frame/Table.cpp", "zorvan/primitives/kernels/fill.h"),
+                               ("foundation/Types.h", "zorvan/primitives/frame/Entries.h"),
+                               ("foundation/Status.h", "zorvan/ipp.h")]:
+            self.assertReports(self.complaints(path, included), f"{path}:3: {includes.layer(path)} includes {included}")
+
+    def test_another_root(self):
+        self.assertReports(self.complaints("foundation/Types.h", "Status.h"), "foundation includes Status.h")
+
+    def test_a_folder_without_a_layer(self):
+        self.assertReports(self.complaints("news/File.h", "zorvan/foundation/Status.h"), "news/File.h: is in no layer")
 
 
 if __name__ == "__main__":

@@ -11,7 +11,7 @@
 #include "zorvan/foundation/SharedBlock.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
-#include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
+#include "zorvan/primitives/frame/FloodFillSizes.h"
 
 namespace Zorvan::Ipp::Image::ComputerVisions {
 

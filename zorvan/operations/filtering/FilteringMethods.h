@@ -9,8 +9,7 @@
 #include "zorvan/foundation/IppSMemory.h"
 #include "zorvan/methods/Methods.h"
 #include "zorvan/primitives/frame/Entries.h"
-#include "zorvan/primitives/frame/FilterCodes.h"
-#include "zorvan/primitives/kernels/filtering/laplace_plan.h"
+#include "zorvan/primitives/frame/LaplaceSizes.h"
 
 namespace Zorvan::Ipp::Image::FilteringFunctions {
 
@@ -22,7 +21,7 @@ inline int workBytes(Size image, Size roi, int maskCode, int dataType) {
   Primitives::ippiFilterLaplaceBorderGetBufferSize(image, maskCode, dataType, dataType, 1, &forImage);
   if (forImage < 1) return forImage;
   if (roi.width > 0 && roi.height > 0) {
-    const std::uint64_t needed = Primitives::Laplace::laplaceWorkBytes(
+    const std::uint64_t needed = Primitives::Laplace::workBytes(
         roi, Primitives::Laplace::extentOfMask(maskCode), Primitives::Laplace::bytesOfType(dataType));
     if (needed > static_cast<std::uint64_t>(std::numeric_limits<int>::max())) return -1;
   }

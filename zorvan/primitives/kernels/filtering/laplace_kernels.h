@@ -99,7 +99,7 @@ inline int getBufferSize(Size roi, int mask, int srcType, int dstType, int chann
   const int pixelBytes = bytesOfType(srcType);
   if (pixelBytes == 0 || srcType != dstType) return Ipp::ippStsDataTypeErr;
   if (channels != 1 && channels != 3 && channels != 4) return Ipp::ippStsNumChannelsErr;
-  *bufferSize = laplaceBufferBytes(roi, extent, pixelBytes, channels);
+  *bufferSize = reportedWorkBytes(roi, extent, pixelBytes, channels);
   return ippStsNoErr;
 }
 

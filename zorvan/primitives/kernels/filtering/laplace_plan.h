@@ -1,68 +1,16 @@
 #pragma once
 
-// The work memory of the Laplace filter, and how it divides a region. Pure functions, so that each limit can
-// be tested on any machine.
+// How the Laplace filter divides a region. Pure functions, so that each limit can be tested on any machine.
 
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
-#include "zorvan/primitives/frame/FilterCodes.h"
+#include "zorvan/primitives/frame/LaplaceSizes.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_word.h"
 
 namespace Zorvan::Primitives::Laplace {
 namespace {
-
-constexpr int workAlignmentBytes = 32;
-
-/// Width and height of the kernel; 0 for an unknown code.
-constexpr int extentOfMask(int mask) { return mask == mask3x3 ? 3 : mask == mask5x5 ? 5 : 0; }
-
-/// Bytes of a pixel; 0 for an unknown code.
-constexpr int bytesOfType(int dataType) {
-  return dataType == dataType8u ? 1 : dataType == dataType16s ? 2 : dataType == dataType32f ? 4 : 0;
-}
-
-/// Bytes of a sum of pixels.
-constexpr int sumBytesOf(int pixelBytes) { return pixelBytes == 1 ? 2 : 4; }
-
-/// Wraps at 64 bits, as all sizes here do before they are truncated to 32.
-constexpr std::uint64_t alignedUp(std::uint64_t bytes) {
-  return (bytes + (workAlignmentBytes - 1)) & ~std::uint64_t{workAlignmentBytes - 1};
-}
-
-/// Rows of sums: one of columns -1 to `width` for the 3 by 3 kernel, a ring of twelve for the 5 by 5 kernel.
-constexpr int sumRows(int extent) { return extent == 3 ? 1 : 12; }
-
-constexpr std::uint64_t sumRowBytes(int width, int extent, int pixelBytes, int channels = 1) {
-  const std::int64_t columns = std::int64_t{width} + (extent == 3 ? 2 : 0);
-  return alignedUp(static_cast<std::uint64_t>(columns * channels * sumBytesOf(pixelBytes)));
-}
-
-/// The largest copy with a border: the whole region where it is not larger than the kernel in some direction,
-/// otherwise a stripe along its longer side.
-constexpr std::uint64_t expansionBytes(Size roi, int extent, int pixelBytes, int channels = 1) {
-  const auto width = static_cast<std::uint64_t>(roi.width), height = static_cast<std::uint64_t>(roi.height);
-  const auto more = static_cast<std::uint64_t>(extent - 1);
-  const std::uint64_t stripe = (width > height ? width : height) + more;
-  const bool whole = extent >= roi.width || extent >= roi.height;
-  const std::uint64_t pixels = whole ? (width + more) * (height + more) : stripe * (extent == 3 ? 3 : 6);
-  return alignedUp(static_cast<std::uint64_t>(channels) * pixels * static_cast<std::uint64_t>(pixelBytes));
-}
-
-/// The work memory by its interface contract: rows of sums, a copy with a border, and room to align both.
-/// These filters keep their sums in registers and use only a row of the constant.
-constexpr std::uint64_t laplaceWorkBytes(Size roi, int extent, int pixelBytes, int channels = 1) {
-  const std::uint64_t rows =
-      static_cast<std::uint64_t>(sumRows(extent)) * sumRowBytes(roi.width, extent, pixelBytes, channels);
-  return expansionBytes(roi, extent, pixelBytes, channels) + rows + workAlignmentBytes;
-}
-
-/// The size that the entry reports: the lowest 32 bits.
-constexpr std::int32_t laplaceBufferBytes(Size roi, int extent, int pixelBytes, int channels) {
-  return static_cast<std::int32_t>(
-      static_cast<std::uint32_t>(laplaceWorkBytes(roi, extent, pixelBytes, channels)));
-}
 
 /// The border word that applies to a region. In a region not larger than the kernel in some direction, sides
 /// in memory count only if all four are.

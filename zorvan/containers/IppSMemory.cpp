@@ -1,3 +1,5 @@
+// Above the primitives, whose entries allocate and copy; the class is declared in foundation/.
+
 #include "zorvan/foundation/IppSMemory.h"
 
 #include "zorvan/foundation/ByPixelType.h"
