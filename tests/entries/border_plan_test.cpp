@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/support/Random.h"
-#include "zorvan/primitives/kernels/morphology/border_stripes.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_stripes.h"
 
 namespace Zorvan::Primitives {
 namespace {

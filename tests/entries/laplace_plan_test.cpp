@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "zorvan/primitives/frame/LaplaceSizes.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_word.h"
+
 namespace Zorvan::Primitives::Laplace {
 namespace {
 
@@ -44,12 +47,12 @@ TEST(LaplacePlan, TheReportedSizeWrapsAt32Bits) {
 }
 
 TEST(LaplacePlan, SmallRegionsHaveAllSidesMadeOrNone) {
-  EXPECT_EQ(readBorder({0x71}, {4, 4}, 3).bits, 0x71);
-  EXPECT_EQ(readBorder({0x71}, {3, 4}, 3).bits, 1);
-  EXPECT_EQ(readBorder({0x76}, {4, 3}, 3).bits, 6);
-  EXPECT_EQ(readBorder({0xF1}, {3, 3}, 3).bits, 0xF1);
-  EXPECT_EQ(readBorder({0x11}, {5, 6}, 5).bits, 1);
-  EXPECT_EQ(readBorder({0x11}, {6, 6}, 5).bits, 0x11);
+  EXPECT_EQ((BorderWord{0x71}.of({4, 4}, {3, 3})).bits, 0x71);
+  EXPECT_EQ((BorderWord{0x71}.of({3, 4}, {3, 3})).bits, 1);
+  EXPECT_EQ((BorderWord{0x76}.of({4, 3}, {3, 3})).bits, 6);
+  EXPECT_EQ((BorderWord{0xF1}.of({3, 3}, {3, 3})).bits, 0xF1);
+  EXPECT_EQ((BorderWord{0x11}.of({5, 6}, {5, 5})).bits, 1);
+  EXPECT_EQ((BorderWord{0x11}.of({6, 6}, {5, 5})).bits, 0x11);
 }
 
 TEST(LaplacePlan, VectorsAtBothEndsNeedTheReachBetweenThem) {

@@ -98,13 +98,13 @@ TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
 }
 
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
-  EXPECT_EQ(resultBytes({1024, 1024}, 4), morphStreamFromBytes);
-  EXPECT_FALSE(planStreaming(morphStreamFromBytes - 1, 1024, 1024));
-  EXPECT_TRUE(planStreaming(morphStreamFromBytes, 1024, 1024));
-  EXPECT_TRUE(planStreaming(morphStreamFromBytes + 1, 1024, 4096));
-  EXPECT_FALSE(planStreaming(morphStreamFromBytes, 1024, 1025));
-  EXPECT_FALSE(planStreaming(morphStreamFromBytes, 127, 128));
-  EXPECT_TRUE(planStreaming(morphStreamFromBytes, 128, 128));
+  EXPECT_EQ(resultBytes({1024, 1024}, 4), streamFromBytes);
+  EXPECT_FALSE(planStreaming(streamFromBytes - 1, 1024, 1024));
+  EXPECT_TRUE(planStreaming(streamFromBytes, 1024, 1024));
+  EXPECT_TRUE(planStreaming(streamFromBytes + 1, 1024, 4096));
+  EXPECT_FALSE(planStreaming(streamFromBytes, 1024, 1025));
+  EXPECT_FALSE(planStreaming(streamFromBytes, 127, 128));
+  EXPECT_TRUE(planStreaming(streamFromBytes, 128, 128));
   EXPECT_FALSE(planStreaming(0, 1024, 1024));
 }
 

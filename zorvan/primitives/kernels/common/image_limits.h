@@ -172,6 +172,11 @@ constexpr auto squaresInLanes = imageLimit<std::int64_t>(std::int64_t{1} << 17, 
 /// searched again for a position at hardly any cost.
 constexpr int extremeBlockPixels = imageLimit(8192, 100);
 
+// ---- neighbourhoods: morphology and the Laplace filter ----
+
+/// Larger results would only evict their source rows from the caches.
+constexpr auto streamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
+
 // ---- morphology ----
 
 /// The ring of rows takes at most this size, so that it shares a nearest cache of 32 KiB with the source
@@ -182,9 +187,6 @@ constexpr auto morphLeastBandBytes = imageLimit<std::int64_t>(512, 64);
 /// The source rows of several rows of the result take at most this size of a second-level cache, which
 /// delivers them as fast as they are combined.
 constexpr auto morphStripBytes = imageLimit<std::int64_t>(256 << 10, 512);
-
-/// Larger results would only evict their source rows from the caches.
-constexpr auto morphStreamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
 
 /// The rows of an intermediate image take at most this size, so that they share a second-level cache with the
 /// rows that are read and written.
@@ -203,9 +205,6 @@ constexpr int leastBandRows = imageLimit(16, 3), leastStreamedBandRows = imageLi
 
 /// Rows of narrow regions that are copied at a time.
 constexpr auto narrowBandRows = imageLimit<std::int64_t>(16, 3);
-
-/// Larger results would only evict their source rows from the caches.
-constexpr auto streamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
 
 // ---- flood fill ----
 

@@ -2,6 +2,7 @@
 
 // The Laplace filter: its arguments, and which variant uses which vectors.
 
+#include "zorvan/primitives/frame/LaplaceSizes.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/filtering/laplace_filters.h"
@@ -65,23 +66,14 @@ int filterImage(const T* src, int srcStep, T* dst, int dstStep, Size roi, int ma
   if (extent == 0) return Ipp::ippStsMaskSizeErr;
   if (!isBorder(borderType)) return Ipp::ippStsBorderErr;
 
-  const BorderWord word = readBorder(BorderWord{borderType}, roi, extent);
-  const bool above = word.has(BorderWord::aboveInMemory), below = word.has(BorderWord::belowInMemory);
-  const bool replicates = word.type() == BorderType::replicate;
+  const BorderWord word = BorderWord{borderType}.of(roi, {extent, extent});
   using Bits = typename RowEnds<T>::Bits;
-  const auto constant = __builtin_bit_cast(Bits, borderValue);
-  const unsigned char* constantRow = nullptr;
-  if (!replicates && !(above && below)) {
-    const int reach = extent / 2;
-    u8* const row = buffer + bytesToBoundary(buffer, workAlignmentBytes);
-    fillRun(row, constant, std::int64_t{roi.width} + 2 * reach);
-    constantRow = row + reach * sizeof(T);
-  }
-  const Region<T> region{
-      {{src, srcStep}, roi.height, above, below, constantRow},
-      {word.has(BorderWord::leftInMemory), word.has(BorderWord::rightInMemory), replicates, constant},
-      {dst, dstStep},
-      roi};
+  T* const room = reinterpret_cast<T*>(buffer + bytesToBoundary(buffer, workAlignmentBytes));
+  const Region<T> region{{{src, srcStep}, roi, word, borderValue, room, extent / 2},
+                         {word.has(BorderWord::leftInMemory), word.has(BorderWord::rightInMemory),
+                          word.type() == BorderType::replicate, __builtin_bit_cast(Bits, borderValue)},
+                         {dst, dstStep},
+                         roi};
   using VectorsOf = Policy<V, T>;
   if (extent == 3) {
     filterRegion<Filter3x3<typename VectorsOf::Rows>, Filter3x3<typename VectorsOf::Rows16>>(region);

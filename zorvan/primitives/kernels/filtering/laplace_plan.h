@@ -5,19 +5,11 @@
 #include <cstdint>
 
 #include "zorvan/foundation/Geometry.h"
-#include "zorvan/primitives/frame/LaplaceSizes.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
-#include "zorvan/primitives/kernels/neighbourhood/border_word.h"
+#include "zorvan/primitives/kernels/neighbourhood/streaming_plan.h"
 
 namespace Zorvan::Primitives::Laplace {
 namespace {
-
-/// The border word that applies to a region. In a region not larger than the kernel in some direction, sides
-/// in memory count only if all four are.
-constexpr BorderWord readBorder(BorderWord word, Size roi, int extent) {
-  const bool small = roi.width <= extent || roi.height <= extent;
-  return small && !word.has(BorderWord::allInMemory) ? BorderWord{word.bits & BorderWord::typeBits} : word;
-}
 
 /// Whether vectors of a size fit the rows: exactly one, which has both ends of the row, or two, which have
 /// one end each.
@@ -53,18 +45,12 @@ constexpr std::int64_t planBandRows(std::int64_t rowBytes, int reach, bool strea
   return rows > mostBandRows ? mostBandRows : rows < fewest ? fewest : rows;
 }
 
-/// Streaming stores are of whole cache lines: the processor's few write-combining buffers cannot hold
-/// incomplete lines of all rows of a band.
-constexpr int streamedVectorBytes = 64;
-
-/// Whether a large region takes streaming stores: if all rows have the same offset from a vector's boundary.
-/// The first aligned vector begins at `peelBytes`; it needs its left neighbours in the row unless it is the
-/// first.
+/// Whether a region takes streaming stores. The first aligned vector begins at `peelBytes`; it needs its left
+/// neighbours in the row unless it is the first.
 constexpr bool planStreaming(Size roi, int pixelBytes, std::int64_t dstStep, std::int64_t peelBytes,
                              int reach) {
-  return std::int64_t{roi.width} * roi.height * pixelBytes >= streamFromBytes &&
-         dstStep % streamedVectorBytes == 0 && peelBytes % pixelBytes == 0 &&
-         (peelBytes == 0 || peelBytes >= reach * pixelBytes);
+  return mayStream(std::int64_t{roi.width} * roi.height * pixelBytes, dstStep) &&
+         peelBytes % pixelBytes == 0 && (peelBytes == 0 || peelBytes >= reach * pixelBytes);
 }
 
 }  // namespace

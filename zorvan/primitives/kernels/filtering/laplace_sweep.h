@@ -10,6 +10,7 @@
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/filtering/laplace_plan.h"
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_rows.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
@@ -17,35 +18,20 @@
 namespace Zorvan::Primitives::Laplace {
 namespace {
 
-/// The bytes of a row from a pixel on.
+/// The bytes of a row.
 template <class T>
-inline const unsigned char* bytesAt(Plane<const T> plane, std::int64_t row, std::int64_t column) {
-  return reinterpret_cast<const unsigned char*>(plane.at(row, column));
+inline const unsigned char* bytesOf(const T* row) {
+  return reinterpret_cast<const unsigned char*>(row);
 }
 template <class T>
-inline unsigned char* bytesAt(Plane<T> plane, std::int64_t row, std::int64_t column) {
-  return reinterpret_cast<unsigned char*>(plane.at(row, column));
+inline unsigned char* bytesOf(T* row) {
+  return reinterpret_cast<unsigned char*>(row);
 }
-
-/// The rows of a region and those around it.
-template <class T>
-struct SourceRows {
-  Plane<const T> plane;
-  std::int64_t height;
-  bool aboveInMemory, belowInMemory;
-  const unsigned char* constant;  ///< null for the nearest row
-
-  const unsigned char* at(std::int64_t y) const {
-    if (y < 0 && !aboveInMemory) return constant != nullptr ? constant : bytesAt(plane, 0, 0);
-    if (y >= height && !belowInMemory) return constant != nullptr ? constant : bytesAt(plane, height - 1, 0);
-    return bytesAt(plane, y, 0);
-  }
-};
 
 /// A region with its border, and the result.
 template <class T>
 struct Region {
-  SourceRows<T> src;
+  BorderRows<T> rows;
   RowEnds<T> ends;
   Plane<T> dst;
   Size size;
@@ -75,7 +61,7 @@ struct Sweep {
   static constexpr std::int64_t reachBytes = Filter::reach * sizeof(T);
 
   static void run(const Region<T>& region) {
-    if constexpr (V::size == streamedVectorBytes) {
+    if constexpr (V::size == streamedBlockBytes) {
       const std::int64_t peel = bytesToBoundary(region.dst.pixels, V::size);
       if (ZORVAN_PLANNED("planLaplaceStreaming",
                          planStreaming(region.size, sizeof(T), region.dst.step, peel, Filter::reach))) {
@@ -129,14 +115,14 @@ struct Sweep {
     const std::int64_t bandRows = planBandRows(bytes, Filter::reach, Stores::streams);
     Band band;
     band.step = region.dst.step;
-    band.srcStep = region.src.plane.step;
+    band.srcStep = region.rows.src.step;
     band.bytes = bytes;
     for (std::int64_t y = 0; y < region.size.height; y += bandRows) {
       band.count = region.size.height - y < bandRows ? region.size.height - y : bandRows;
       for (std::int64_t i = 0; i < band.count + around; ++i) {
-        band.rows[i] = region.src.at(y - Filter::reach + i);
+        band.rows[i] = bytesOf(region.rows.at(y - Filter::reach + i));
       }
-      band.dst = bytesAt(region.dst, y, 0);
+      band.dst = bytesOf(region.dst.at(y));
       if (last == 0) {
         band.filterColumn(0, Ends<true, true>(region.ends), PlainStores<V>{});
         continue;
@@ -165,7 +151,7 @@ struct NarrowRegion {
     for (std::int64_t y = 0; y < region.size.height; y += bandRows) {
       const std::int64_t count = region.size.height - y < bandRows ? region.size.height - y : bandRows;
       for (std::int64_t i = 0; i < count + around; ++i) {
-        copyRow(region.ends, region.src.at(y - Filter::reach + i), width, built + i * rowBytes);
+        copyRow(region.ends, bytesOf(region.rows.at(y - Filter::reach + i)), width, built + i * rowBytes);
       }
       for (std::int64_t at = 0; at < bytes; at += V::size) {
         const std::int64_t part = bytes - at;
@@ -174,7 +160,7 @@ struct NarrowRegion {
         for (int i = 0; i < around; ++i, row += rowBytes) filter.take(InsideRow<T, V>{}, row);
         for (std::int64_t i = 0; i < count; ++i, row += rowBytes) {
           const V result = filter.take(InsideRow<T, V>{}, row);
-          unsigned char* const to = bytesAt(region.dst, y + i, 0) + at;
+          unsigned char* const to = bytesOf(region.dst.at(y + i)) + at;
           if (part < V::size) {
             storeFirst(to, result, part);
           } else {

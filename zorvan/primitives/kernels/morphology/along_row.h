@@ -53,13 +53,13 @@ struct ResultStores {
 template <class Lanes>
 struct ResultStores<Lanes, true> {
   using Pixel = typename Lanes::Pixel;
-  static_assert(Lanes::count * sizeof(Pixel) == morphStreamedBlockBytes);
+  static_assert(Lanes::count * sizeof(Pixel) == streamedBlockBytes);
   bool streaming = false;
   std::int64_t peel = 0;
 
   ResultStores() = default;
   ResultStores(Plane<Pixel> dst, Size roi, MorphWork work) {
-    const std::int64_t peelBytes = bytesToBoundary(dst.pixels, morphStreamedBlockBytes);
+    const std::int64_t peelBytes = bytesToBoundary(dst.pixels, streamedBlockBytes);
     streaming = peelBytes % std::int64_t{sizeof(Pixel)} == 0 &&
                 planStreaming(work.resultBytes, roi.width * std::int64_t{sizeof(Pixel)}, dst.step);
     if (streaming) peel = peelBytes / std::int64_t{sizeof(Pixel)};

@@ -6,7 +6,6 @@
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
-#include "zorvan/primitives/kernels/morphology/border_stripes.h"
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/morphology/packed_rows.h"
 #include "zorvan/primitives/kernels/morphology/shaped_cells.h"
@@ -14,6 +13,7 @@
 #include "zorvan/primitives/kernels/morphology/solid_bordered.h"
 #include "zorvan/primitives/kernels/morphology/solid_fused.h"
 #include "zorvan/primitives/kernels/morphology/solid_separable.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_stripes.h"
 
 namespace Zorvan::Primitives::Morphology {
 namespace {
@@ -52,7 +52,7 @@ inline void computeBordered(Plane<const typename Lanes::Pixel> src, Plane<typena
                             Size roi, Size mask, BorderWord word, typename Lanes::Pixel value,
                             MorphWork work) {
   using Pixel = typename Lanes::Pixel;
-  const BorderedRegion<Pixel> region(src, roi, Reach::ofMask(mask), word, value,
+  const BorderedRegion<Pixel> region(src, roi, mask.width / 2, word, value,
                                      reinterpret_cast<Pixel*>(work.ring));
   switch (mask.width) {
     case 3:

@@ -9,6 +9,7 @@
 #include "zorvan/primitives/frame/MorphSpec.h"
 #include "zorvan/primitives/kernels/common/image_limits.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_word.h"
+#include "zorvan/primitives/kernels/neighbourhood/streaming_plan.h"
 
 namespace Zorvan::Primitives::Morphology {
 namespace {
@@ -86,15 +87,9 @@ constexpr std::int64_t resultBytes(Size roi, int pixelBytes) {
   return std::int64_t{roi.width} * pixelBytes * roi.height;
 }
 
-/// Blocks of streaming stores are whole cache lines: the processor's few write-combining buffers cannot hold
-/// incomplete lines of several rows.
-constexpr int morphStreamedBlockBytes = 64;
-
-/// Whether a large result takes streaming stores: if all rows have the same offset from a block's boundary
-/// and at least two blocks.
+/// Whether a result takes streaming stores: rows need at least two blocks.
 constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep) {
-  return bytes >= morphStreamFromBytes && dstStep % morphStreamedBlockBytes == 0 &&
-         rowBytes >= 2 * morphStreamedBlockBytes;
+  return mayStream(bytes, dstStep) && rowBytes >= 2 * streamedBlockBytes;
 }
 
 /// Whether an operation may read outside its region. Any bit above the type can allow it: bits 4 to 7 in

@@ -18,49 +18,34 @@
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/morphology/along_row.h"
-#include "zorvan/primitives/kernels/morphology/border_plan.h"
 #include "zorvan/primitives/kernels/morphology/lane_ends.h"
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
-#include "zorvan/primitives/kernels/simd/short_runs.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_rows.h"
 
 namespace Zorvan::Primitives::Morphology {
 namespace {
 
-/// A region, its border, and where the rows outside of it are read.
+/// A region and its border.
 template <class Pixel>
 struct BorderedRegion {
-  Plane<const Pixel> src;
   Size roi;
-  BorderWord word;           ///< replicate or constant unless all sides are in memory
-  Pixel value;               ///< of a constant border
-  Pixel* constants;          ///< column 0 of a row of constants
+  BorderWord word;  ///< of type replicate or constant unless all sides are in memory
+  Pixel value;      ///< of a constant border
+  BorderRows<Pixel> rows;
   std::int64_t left, right;  ///< columns in memory beside the region
 
-  /// `room` has space for a row of pixels with the reach on both sides.
-  BorderedRegion(Plane<const Pixel> source, Size size, Reach reach, BorderWord given, Pixel constant,
+  /// `room` has space for a row of pixels with the reach on both sides. Masks are square.
+  BorderedRegion(Plane<const Pixel> source, Size size, int reach, BorderWord given, Pixel constant,
                  Pixel* room)
-      : src(source), roi(size), word(given), value(constant), constants(room + reach.left) {
-    // Of a region no larger than the mask, single sides in memory do not count.
-    const Size mask = reach.mask();
-    const bool whole = mask.width >= roi.width || mask.height >= roi.height;
-    if (whole && !word.has(BorderWord::allInMemory)) word.bits &= BorderWord::typeBits;
-    left = word.has(BorderWord::leftInMemory) ? reach.left : 0;
-    right = word.has(BorderWord::rightInMemory) ? reach.right : 0;
-    if (!replicates() && !word.has(BorderWord::aboveInMemory | BorderWord::belowInMemory)) {
-      using Bits = typename PixelBits<sizeof(Pixel)>::type;
-      fillRun(constants - left, __builtin_bit_cast(Bits, value), left + roi.width + right);
-    }
-  }
+      : roi(size),
+        word(given.of(size, {2 * reach + 1, 2 * reach + 1})),
+        value(constant),
+        rows(source, size, word, constant, room, reach),
+        left(word.has(BorderWord::leftInMemory) ? reach : 0),
+        right(word.has(BorderWord::rightInMemory) ? reach : 0) {}
 
   bool replicates() const { return word.type() == BorderType::replicate; }
   std::int64_t end() const { return roi.width + right; }
-  const Pixel* row(std::int64_t r) const {
-    if (r < 0 && !word.has(BorderWord::aboveInMemory)) return replicates() ? src.at(0, 0) : constants;
-    if (r >= roi.height && !word.has(BorderWord::belowInMemory)) {
-      return replicates() ? src.at(roi.height - 1, 0) : constants;
-    }
-    return src.at(r, 0);
-  }
 };
 
 /// How many rows of the result are computed together. For a mask of three rows, four take as many comparisons
@@ -97,13 +82,13 @@ struct BorderedRows {
         replicates(region.replicates()),
         constant(Lanes::broadcast(region.value)),
         last(Ends::place((end - 1 - column) & (Lanes::count - 1))) {
-    for (int i = 0; i < readRows; ++i) src[i] = region.row(first + i);
+    for (int i = 0; i < readRows; ++i) src[i] = region.rows.at(first + i);
   }
 
   /// Continues with the next `rows` rows of the result; row `r` is the last one that they read.
   [[gnu::always_inline]] void advance(const BorderedRegion<Pixel>& region, std::int64_t r) {
     for (int i = 0; i < height - 1; ++i) src[i] = src[i + rows];
-    for (int i = 0; i < rows; ++i) src[height - 1 + i] = region.row(r - rows + 1 + i);
+    for (int i = 0; i < rows; ++i) src[height - 1 + i] = region.rows.at(r - rows + 1 + i);
   }
 
   template <class Make>

@@ -3,8 +3,14 @@
 // The word that describes the border of a region: a type in bits 0 to 3, and a bit for each side where the
 // operation reads memory. Entries test the word themselves; they differ in the types that they accept.
 
+#include "zorvan/foundation/Geometry.h"
+
 namespace Zorvan::Primitives {
 namespace {
+
+/// Whether a region is not larger than the mask in some direction. Then it has a border on every side: sides
+/// in memory count only if all four are.
+constexpr bool isSmall(Size roi, Size mask) { return mask.width >= roi.width || mask.height >= roi.height; }
 
 enum class BorderType {
   none = 0,          ///< only with all sides in memory
@@ -26,6 +32,10 @@ struct BorderWord {
 
   constexpr BorderType type() const { return static_cast<BorderType>(bits & typeBits); }
   constexpr bool has(int side) const { return (bits & side) == side; }
+  /// The word that applies to a region.
+  constexpr BorderWord of(Size roi, Size mask) const {
+    return isSmall(roi, mask) && !has(allInMemory) ? BorderWord{bits & typeBits} : *this;
+  }
 };
 
 }  // namespace

@@ -6,8 +6,8 @@
 // Rows of a copy follow one another without padding, so the largest piece of the plan fills the area exactly.
 
 #include "zorvan/primitives/kernels/common/plane.h"
-#include "zorvan/primitives/kernels/morphology/border_copy.h"
-#include "zorvan/primitives/kernels/morphology/border_plan.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_copy.h"
+#include "zorvan/primitives/kernels/neighbourhood/border_plan.h"
 
 namespace Zorvan::Primitives {
 namespace {

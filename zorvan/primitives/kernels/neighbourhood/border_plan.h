@@ -55,7 +55,7 @@ constexpr BorderWord withUnreadSides(BorderWord word, Reach reach) {
   return word;
 }
 
-/// A region not larger than the mask in some direction is copied as a whole, with a border on every side.
+/// A small region is copied as a whole, with a border on every side.
 /// Otherwise the stripes above and below have the full width with the corners, and the stripes to the left
 /// and right the rows between. A corner beside a side in memory extends the pixels of that memory.
 constexpr BorderPlan planBorder(Size roi, Reach reach, BorderWord given) {
@@ -65,7 +65,7 @@ constexpr BorderPlan planBorder(Size roi, Reach reach, BorderWord given) {
   plan.centre = {0, 0, roi};
   if (word.has(BorderWord::allInMemory)) return plan;
 
-  if (mask.width >= roi.width || mask.height >= roi.height) {
+  if (isSmall(roi, mask)) {
     const Size built{roi.width + mask.width - 1, roi.height + mask.height - 1};
     plan.pieces[plan.count++] = {{0, 0, roi}, reach.above, reach.left, built, {0, 0, roi}};
     plan.hasCentre = false;
