@@ -65,6 +65,7 @@ ZORVAN_LANES_PAIR(max_epi16)
 ZORVAN_LANES_PAIR(min_epu16)
 ZORVAN_LANES_PAIR(max_epu16)
 #endif
+ZORVAN_LANES_PAIR(sad_epu8)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi8)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi16)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpgt_epi32)
@@ -139,6 +140,35 @@ inline V maximum(V a, V b) {
   if constexpr (std::is_same_v<T, std::int16_t>) return max_epi16(a, b);
   if constexpr (std::is_same_v<T, float>) return max_ps(a, b);
 }
+
+#ifdef __AVX2__
+template <int bits>
+inline __m256i srli_epi16(__m256i x) {
+  return _mm256_srli_epi16(x, bits);
+}
+template <int bits>
+inline __m256i srli_epi32(__m256i x) {
+  return _mm256_srli_epi32(x, bits);
+}
+template <int bits>
+inline __m256i slli_epi32(__m256i x) {
+  return _mm256_slli_epi32(x, bits);
+}
+#endif
+#ifdef __AVX512BW__
+template <int bits>
+inline __m512i srli_epi16(__m512i x) {
+  return _mm512_srli_epi16(x, bits);
+}
+template <int bits>
+inline __m512i srli_epi32(__m512i x) {
+  return _mm512_srli_epi32(x, bits);
+}
+template <int bits>
+inline __m512i slli_epi32(__m512i x) {
+  return _mm512_slli_epi32(x, bits);
+}
+#endif
 
 inline __m128i signs_epi16(__m128i x) { return _mm_srai_epi16(x, 15); }
 /// The low halves of the 64-bit lanes of two vectors, in the order that `unpacklo_epi32` and

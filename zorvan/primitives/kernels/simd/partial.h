@@ -102,6 +102,13 @@ inline void storeFirst(void* address, Vector32 vector, std::int64_t bytes) {
   low.store(p);
   storeFirst(p + 16, Vector16{_mm256_extracti128_si256(vector.bits, 1)}, bytes - 16);
 }
+
+/// A mask with the first `count` bytes set, from none to all.
+inline __m256i firstBytes32(std::int64_t count) {
+  const __m256i numbers = _mm256_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18,
+                                           19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31);
+  return _mm256_cmpgt_epi8(_mm256_set1_epi8(static_cast<char>(count)), numbers);
+}
 #endif
 
 /// The first `bytes` bytes, fewer than the vector has; the rest is zero.
@@ -157,6 +164,11 @@ inline void storeMasked(__mmask32 lanes, void* p, __m256i x) { _mm256_mask_store
 inline void storeMasked(__mmask16 lanes, void* p, __m128i x) { _mm_mask_storeu_epi8(p, lanes, x); }
 inline void storeMasked(__mmask8 lanes, void* p, __m256i x) { _mm256_mask_storeu_epi32(p, lanes, x); }
 inline __m512 loadMaskedFloats(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_ps(lanes, p); }
+inline __m256 loadMaskedFloats(__mmask8 lanes, const void* p) { return _mm256_maskz_loadu_ps(lanes, p); }
+/// The chosen lanes; the others are those of `others`.
+inline __m512 loadMaskedFloats(__mmask16 lanes, const void* p, __m512 others) {
+  return _mm512_mask_loadu_ps(others, lanes, p);
+}
 inline void storeMasked(__mmask16 lanes, void* p, __m512 x) { _mm512_mask_storeu_ps(p, lanes, x); }
 #endif
 

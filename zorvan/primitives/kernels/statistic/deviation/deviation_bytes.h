@@ -3,41 +3,34 @@
 // Count, sum and sum of squares of the selected bytes of a region, in one pass. Squares are added in lanes of
 // 32 bits, which are emptied before they overflow; the totals are exact.
 
-#include "zorvan/primitives/kernels/common/arguments.h"
-#include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
 #include "zorvan/primitives/kernels/statistic/deviation/deviation.h"
-#include "zorvan/primitives/kernels/statistic/lanes_of_doubles.h"
-#include "zorvan/primitives/kernels/statistic/masked_mean/masked_sum_plan.h"
-#include "zorvan/primitives/kernels/statistic/mean/sum_bytes.h"
-#include "zorvan/primitives/kernels/statistic/selection.h"
-#include "zorvan/primitives/kernels/statistic/zero_filled_rows.h"
+#include "zorvan/primitives/kernels/statistic/masked_mean/masked_mean_bytes.h"
 
 namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// Calls `piece` for parts of each row whose squares fit the lanes.
 template <class Piece>
-inline void forEachPiece(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep,
-                         Size roi, Piece piece) {
-  for (std::int64_t r = 0; r < roi.height; ++r) {
-    const std::uint8_t* const p = rowAt(src, srcStep, r);
-    const std::uint8_t* const m = rowAt(mask, maskStep, r);
+inline void forEachPiece(Plane<const u8> src, Plane<const u8> mask, Size roi, Piece piece) {
+  const auto cutRow = [&](const u8* p, const u8* m) {
     ZORVAN_NOTE_PLAN("squares of a row in the lanes", roi.width <= squaresInLanes);
     for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
       piece(p + c, m + c, roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes);
     }
-  }
+  };
+  forEachRow(roi.height, cutRow, src, mask);
 }
 
 /// 16 pixels per iteration, then 8, then scalar.
 class ByteMoments16 {
  public:
-  static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+  static Moments of(Plane<const u8> src, Plane<const u8> mask, Size roi) {
     ByteMoments16 moments;
-    forEachPiece(src, srcStep, mask, maskStep, roi,
-                 [&](auto* p, auto* m, std::int64_t pixels) { moments.piece(p, m, pixels); });
-    return {static_cast<std::uint32_t>(sumOfLanes64(moments.counts_) + moments.scalarCount_),
-            static_cast<double>(sumOfLanes64(moments.sums_) + moments.scalarSum_), moments.squares_};
+    forEachPiece(src, mask, roi,
+                 [&](const u8* p, const u8* m, std::int64_t pixels) { moments.piece(p, m, pixels); });
+    return {static_cast<std::uint32_t>(sumOfQwords(moments.counts_) + moments.scalarCount_),
+            static_cast<double>(sumOfQwords(moments.sums_) + moments.scalarSum_), moments.squares_};
   }
 
  private:
@@ -45,13 +38,13 @@ class ByteMoments16 {
     const __m128i zero = _mm_setzero_si128(), none = unselected(mask);
     pixels = _mm_andnot_si128(none, pixels);
     sums_ = _mm_add_epi64(sums_, _mm_sad_epu8(pixels, zero));
-    counts_ = _mm_add_epi64(counts_, _mm_sad_epu8(_mm_andnot_si128(none, _mm_set1_epi8(1)), zero));
+    counts_ = _mm_add_epi64(counts_, countSelected(none));
     const __m128i low = _mm_unpacklo_epi8(pixels, zero), high = _mm_unpackhi_epi8(pixels, zero);
     squares = _mm_add_epi32(squares, _mm_madd_epi16(low, low));
     squares = _mm_add_epi32(squares, _mm_madd_epi16(high, high));
   }
 
-  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left) {
+  void piece(const u8* p, const u8* m, std::int64_t left) {
     const __m128i zero = _mm_setzero_si128();
     __m128i squares = zero;
     for (; left >= 16; p += 16, m += 16, left -= 16) {
@@ -69,7 +62,7 @@ class ByteMoments16 {
       scalarSquares += pixel * pixel;
     }
     squares = _mm_add_epi64(_mm_unpacklo_epi32(squares, zero), _mm_unpackhi_epi32(squares, zero));
-    squares_ += static_cast<double>(sumOfLanes64(squares) + scalarSquares);
+    squares_ += static_cast<double>(sumOfQwords(squares) + scalarSquares);
   }
 
   __m128i sums_ = _mm_setzero_si128(), counts_ = sums_;
@@ -81,39 +74,51 @@ class ByteMoments32;
 class ByteMoments64;
 
 #ifdef __AVX2__
+/// Squares of even and odd bytes in lanes of 32 bits.
+template <class Vector>
+struct ByteSquares {
+  using Integers = decltype(Vector::bits);
+  Integers even = zeroes<Integers>(), odd = even;
+
+  void add(Integers bytes) {
+    const Integers low = bytes & broadcastWords<Integers>(0xFF), high = srli_epi16<8>(bytes);
+    even = add_epi32(even, madd_epi16(low, low));
+    odd = add_epi32(odd, madd_epi16(high, high));
+  }
+  Integers sums() const { return add_epi32(even, odd); }
+};
+
 /// 32 pixels per iteration; the tail is filled up with zeros.
 class ByteMoments32 {
  public:
-  static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+  static Moments of(Plane<const u8> src, Plane<const u8> mask, Size roi) {
     ByteMoments32 moments;
     return withPrefetch(roi, 2, [&](auto prefetchAfter) {
-      forEachPiece(src, srcStep, mask, maskStep, roi,
-                   [&](auto* p, auto* m, std::int64_t pixels) { moments.piece(p, m, pixels, prefetchAfter); });
-      return Moments{moments.count_, static_cast<double>(sumOfLanes64(moments.sums_)),
+      forEachPiece(src, mask, roi, [&](const u8* p, const u8* m, std::int64_t pixels) {
+        moments.piece(p, m, pixels, prefetchAfter);
+      });
+      return Moments{moments.count_, static_cast<double>(sumOfQwords(moments.sums_)),
                      sumOf(moments.squares_)};
     });
   }
 
  private:
-  void piece(const std::uint8_t* p, const std::uint8_t* m, std::int64_t left, auto prefetchAfter) {
-    __m256i even = _mm256_setzero_si256(), odd = even;
+  void piece(const u8* p, const u8* m, std::int64_t left, auto prefetchAfter) {
+    ByteSquares<Vector32> squares;
     const auto add = [&](__m256i pixels, __m256i mask) {
       const __m256i none = unselected(mask);
       pixels = _mm256_andnot_si256(none, pixels);
       count_ += static_cast<std::uint32_t>(countClear(none));
       sums_ = _mm256_add_epi64(sums_, _mm256_sad_epu8(pixels, _mm256_setzero_si256()));
-      const __m256i low = _mm256_and_si256(pixels, _mm256_set1_epi16(0xFF));
-      const __m256i high = _mm256_srli_epi16(pixels, 8);
-      even = _mm256_add_epi32(even, _mm256_madd_epi16(low, low));
-      odd = _mm256_add_epi32(odd, _mm256_madd_epi16(high, high));
+      squares.add(pixels);
     };
     for (; left >= 32; p += 32, m += 32, left -= 32) {
       prefetchAfter(p);
       prefetchAfter(m);
       add(Vector32::load(p).bits, Vector32::load(m).bits);
     }
-    if (left != 0) add(loadShort(p, left), loadShort(m, left));
-    squares_ = plus(plus(squares_, even), odd);
+    if (left != 0) add(loadFirst32(p, left), loadFirst32(m, left));
+    squares_ = addWidened(squares_, squares.sums());
   }
 
   __m256i sums_ = _mm256_setzero_si256();
@@ -127,7 +132,7 @@ class ByteMoments32 {
 /// them: to empty the lanes would take longer than to sum a short row. Long rows are cut into strips.
 class ByteMoments64 {
  public:
-  static Moments of(const std::uint8_t* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+  static Moments of(Plane<const u8> src, Plane<const u8> mask, Size roi) {
     ByteMoments64 moments;
     return withPrefetch(roi, 2, [&](auto prefetchAfter) {
       for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
@@ -136,34 +141,32 @@ class ByteMoments64 {
         ZORVAN_NOTE_PLAN("squares of all rows in the lanes", rowsInLanes >= roi.height);
         for (std::int64_t r = 0; r < roi.height; r += rowsInLanes) {
           const std::int64_t rows = roi.height - r < rowsInLanes ? roi.height - r : rowsInLanes;
-          moments.add(rowAt(src, srcStep, r) + c, srcStep, rowAt(mask, maskStep, r) + c, maskStep, rows,
-                      pixels, prefetchAfter);
+          moments.add(src.from(r, c), mask.from(r, c), rows, pixels, prefetchAfter);
         }
       }
-      return Moments{moments.count_, static_cast<double>(_mm512_reduce_add_epi64(moments.sums_)),
+      return Moments{moments.count_, static_cast<double>(sumOfQwords(moments.sums_)),
                      sumOf(moments.squares_)};
     });
   }
 
  private:
-  void add(const std::uint8_t* p, std::int64_t srcStep, const std::uint8_t* m, std::int64_t maskStep,
-           std::int64_t rows, std::int64_t pixels, auto prefetchAfter) {
-    __m512i even = _mm512_setzero_si512(), odd = even, sums = sums_;
+  void add(Plane<const u8> src, Plane<const u8> mask, std::int64_t rows, std::int64_t pixels,
+           auto prefetchAfter) {
+    ByteSquares<Vector64> squares;
+    __m512i sums = sums_;
     std::uint32_t count = count_;
-    for (; rows != 0; p += srcStep, m += maskStep, --rows) {
+    const auto addRow = [&](const u8* p, const u8* m) {
       forEachSelection(m, pixels, [&](std::int64_t c, __mmask64 selected) {
         prefetchAfter(p + c);
         prefetchAfter(m + c);
-        const __m512i bytes = _mm512_maskz_loadu_epi8(selected, p + c);
+        const __m512i bytes = loadMasked(selected, p + c);
         count += static_cast<std::uint32_t>(countOf(selected));
         sums = _mm512_add_epi64(sums, _mm512_sad_epu8(bytes, _mm512_setzero_si512()));
-        const __m512i low = _mm512_and_si512(bytes, _mm512_set1_epi16(0xFF));
-        const __m512i high = _mm512_srli_epi16(bytes, 8);
-        even = _mm512_add_epi32(even, _mm512_madd_epi16(low, low));
-        odd = _mm512_add_epi32(odd, _mm512_madd_epi16(high, high));
+        squares.add(bytes);
       });
-    }
-    squares_ = plus(squares_, _mm512_add_epi32(even, odd));
+    };
+    forEachRow(rows, addRow, src, mask);
+    squares_ = addWidened(squares_, squares.sums());
     sums_ = sums;
     count_ = count;
   }

@@ -35,7 +35,7 @@ template <class V>
 int deviationOfBytes(const u8* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean,
                      double* stdDev) {
   if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != ippStsNoErr) return status;
-  const Moments sums = ByteMomentsPolicy<V>::of(src, srcStep, mask, maskStep, roi);
+  const Moments sums = ByteMomentsPolicy<V>::of({src, srcStep}, {mask, maskStep}, roi);
   const Deviation found = deviationOf<RoundingPolicy<V>>(sums);
   storeUnlessNull(mean, found.mean);
   storeUnlessNull(stdDev, found.stdDev);
@@ -46,13 +46,15 @@ template <class V>
 int deviationOfFloats(const float* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean,
                       double* stdDev) {
   if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != ippStsNoErr) return status;
-  const MaskedFloats image{src, srcStep, mask, maskStep, roi};
-  const Moments sums = FloatMomentsPolicy<V>::of(image);
+  const Plane<const float> pixels{src, srcStep};
+  const Plane<const u8> selection{mask, maskStep};
+  const Moments sums = FloatMomentsPolicy<V>::of(pixels, selection, roi);
   const Deviation found = deviationOf<RoundingPolicy<V>>(sums);
   storeUnlessNull(mean, found.mean);
   storeUnlessNull(stdDev, found.stdDev);
   if (isLostInCancellation(found)) {
-    const double squares = FloatMomentsPolicy<V>::squaresAround(static_cast<float>(found.mean), image);
+    const double squares =
+        FloatMomentsPolicy<V>::squaresAround(static_cast<float>(found.mean), pixels, selection, roi);
     storeUnlessNull(stdDev, rootOf(squares / countAsDouble(sums.count)));
   }
   return ippStsNoErr;

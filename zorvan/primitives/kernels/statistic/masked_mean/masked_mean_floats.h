@@ -4,7 +4,6 @@
 // some hundred additions, counted across rows: little precision is lost. An unselected pixel adds zero,
 // whatever its value.
 
-#include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/statistic/masked_mean/masked_mean_bytes.h"
 #include "zorvan/primitives/kernels/statistic/selection.h"
 
@@ -12,14 +11,14 @@ namespace Zorvan::Primitives::Statistic {
 namespace {
 
 /// The value, or zero bits for an unselected pixel.
-inline float selectedOrZero(const char* p, std::uint8_t mask) {
+inline float selectedOrZero(const float* p, u8 mask) {
   return __builtin_bit_cast(float, loadAs<std::int32_t>(p) & selectedBits(mask));
 }
 
 /// The tail of a row, added in single precision.
-inline double sumScalar(const char* p, const std::uint8_t* m, std::int64_t left, std::uint32_t& count) {
+inline double sumScalar(const float* p, const u8* m, std::int64_t left, std::uint32_t& count) {
   float sum = 0;
-  for (; left != 0; p += 4, ++m, --left) {
+  for (; left != 0; ++p, ++m, --left) {
     sum += selectedOrZero(p, *m);
     count += static_cast<std::uint32_t>(*m != 0);
   }
@@ -52,15 +51,14 @@ class AdditionBudget {
 /// 8 pixels per iteration into one accumulator of four lanes; the tail is scalar.
 class MaskedFloats16 {
  public:
-  static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
-    const bool aligned = isAligned(src, 16) && srcStep % 16 == 0;
-    return aligned ? sum<&Vector16::loadAligned>(src, srcStep, mask, maskStep, roi)
-                   : sum<&Vector16::load>(src, srcStep, mask, maskStep, roi);
+  static MaskedSum of(Plane<const float> src, Plane<const u8> mask, Size roi) {
+    const bool aligned = isAligned(src.pixels, 16) && src.step % 16 == 0;
+    return aligned ? sum<&Vector16::loadAligned>(src, mask, roi) : sum<&Vector16::load>(src, mask, roi);
   }
 
  private:
   template <Vector16 (*load)(const void*)>
-  static MaskedSum sum(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+  static MaskedSum sum(Plane<const float> src, Plane<const u8> mask, Size roi) {
     __m128d total = _mm_setzero_pd();
     __m128 lanes = _mm_setzero_ps();
     __m128i counts = _mm_setzero_si128();
@@ -71,28 +69,26 @@ class MaskedFloats16 {
       lanes = _mm_setzero_ps();
     };
     AdditionBudget budget(2);
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
-      const std::uint8_t* m = rowAt(mask, maskStep, r);
+    const auto addRow = [&](const float* p, const u8* m) {
       for (std::int64_t iterations = roi.width / 8; iterations != 0;) {
         const std::int64_t granted = budget.grant(iterations);
-        for (std::int64_t i = 0; i < granted; ++i, p += 32, m += 8) {
+        for (std::int64_t i = 0; i < granted; ++i, p += 8, m += 8) {
           const __m128i none = unselected(loadLow<8>(m));
           const __m128i words = _mm_unpacklo_epi8(none, none);
           const __m128i low = _mm_andnot_si128(_mm_unpacklo_epi16(words, words), load(p).bits);
-          const __m128i high = _mm_andnot_si128(_mm_unpackhi_epi16(words, words), load(p + 16).bits);
+          const __m128i high = _mm_andnot_si128(_mm_unpackhi_epi16(words, words), load(p + 4).bits);
           lanes = _mm_add_ps(lanes, _mm_castsi128_ps(low));
           lanes = _mm_add_ps(lanes, _mm_castsi128_ps(high));
-          const __m128i ones = _mm_andnot_si128(none, _mm_set_epi64x(0, 0x0101010101010101));
-          counts = _mm_add_epi64(counts, _mm_sad_epu8(ones, _mm_setzero_si128()));
+          counts = _mm_add_epi64(counts, countSelected(none));
         }
         if (budget.spend(granted)) empty();
         iterations -= granted;
       }
       total = _mm_add_sd(total, _mm_set_sd(sumScalar(p, m, roi.width % 8, count)));
-    }
+    };
+    forEachRow(roi.height, addRow, src, mask);
     empty();
-    return {count + static_cast<std::uint32_t>(MaskedByteLanes16::total(counts)), sumOf(total)};
+    return {count + static_cast<std::uint32_t>(sumOfQwords(counts)), sumOf(total)};
   }
 };
 
@@ -102,36 +98,30 @@ class MaskedFloats64;
 #ifdef __AVX2__
 /// 16 pixels per iteration into two accumulators of eight lanes, then 8, then scalar.
 struct MaskedFloats32 {
-  static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+  static MaskedSum of(Plane<const float> src, Plane<const u8> mask, Size roi) {
     return withPrefetch(roi, 5, [&](auto prefetchAfter) {
       __m256d total = _mm256_setzero_pd();
       __m256 a = _mm256_setzero_ps(), b = a;
       double scalarSum = 0;
       std::uint32_t count = 0;
       const auto empty = [&] {
-        total = plus(plus(total, a), b);
+        total = addWidened(addWidened(total, a), b);
         a = b = _mm256_setzero_ps();
       };
-      const auto add = [](__m256& lanes, const char* p, __m128i selection) {
+      const auto add = [](__m256& lanes, const float* p, __m128i selection) {
         const __m256 none = _mm256_castsi256_ps(unselectedDwords(selection));
-        lanes = _mm256_add_ps(lanes, _mm256_andnot_ps(none, _mm256_castsi256_ps(Vector32::load(p).bits)));
-      };
-      const auto counted = [](__m128i selection, int of) {
-        const int none = _mm_movemask_epi8(unselected(selection));
-        return static_cast<std::uint32_t>(of - _mm_popcnt_u32(static_cast<unsigned>(none)));
+        lanes = _mm256_add_ps(lanes, _mm256_andnot_ps(none, loadAs<__m256>(p)));
       };
       AdditionBudget budget(1);
-      for (std::int64_t r = 0; r < roi.height; ++r) {
-        const char* p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
-        const std::uint8_t* m = rowAt(mask, maskStep, r);
+      const auto addRow = [&](const float* p, const u8* m) {
         for (std::int64_t iterations = roi.width / 16; iterations != 0;) {
           const std::int64_t granted = budget.grant(iterations);
-          for (std::int64_t i = 0; i < granted; ++i, p += 64, m += 16) {
+          for (std::int64_t i = 0; i < granted; ++i, p += 16, m += 16) {
             const __m128i selection = Vector16::load(m).bits;
             prefetchAfter(p);
             add(a, p, selection);
-            add(b, p + 32, _mm_srli_si128(selection, 8));
-            count += counted(selection, 16);
+            add(b, p + 8, _mm_srli_si128(selection, 8));
+            count += countSelected16(unselected(selection));
           }
           if (budget.spend(granted)) empty();
           iterations -= granted;
@@ -139,13 +129,14 @@ struct MaskedFloats32 {
         if ((roi.width & 8) != 0) {
           const __m128i selection = loadLow<8>(m);
           add(a, p, selection);
-          count += counted(selection, 16);
-          p += 32;
+          count += countSelected16(unselected(selection));
+          p += 8;
           m += 8;
           if (budget.spend(1)) empty();
         }
         scalarSum += sumScalar(p, m, roi.width % 8, count);
-      }
+      };
+      forEachRow(roi.height, addRow, src, mask);
       empty();
       return MaskedSum{count, sumOf(total) + scalarSum};
     });
@@ -157,50 +148,49 @@ struct MaskedFloats32 {
 /// 64 pixels per iteration into four accumulators; the tail is masked. Rows below 8 pixels are scalar.
 class MaskedFloats64 {
  public:
-  static MaskedSum of(const float* src, int srcStep, const std::uint8_t* mask, int maskStep, Size roi) {
+  static MaskedSum of(Plane<const float> src, Plane<const u8> mask, Size roi) {
     MaskedFloats64 sum;
     return withPrefetch(roi, 5, [&](auto prefetchAfter) {
       double scalarSum = 0;
-      for (std::int64_t r = 0; r < roi.height; ++r) {
-        const char* const p = reinterpret_cast<const char*>(rowAt(src, srcStep, r));
-        const std::uint8_t* const m = rowAt(mask, maskStep, r);
+      const auto addRow = [&](const float* p, const u8* m) {
         if (roi.width < 8) {
           scalarSum += sumScalar(p, m, roi.width, sum.count_);
         } else {
           sum.row(p, m, roi.width, prefetchAfter);
         }
-      }
+      };
+      forEachRow(roi.height, addRow, src, mask);
       sum.empty();
       return MaskedSum{sum.count_, sumOf(sum.total_) + scalarSum};
     });
   }
 
  private:
-  void row(const char* p, const std::uint8_t* m, std::int64_t pixels, auto prefetchAfter) {
+  void row(const float* p, const u8* m, std::int64_t pixels, auto prefetchAfter) {
     for (std::int64_t c = 0; c < pixels;) {
       const std::int64_t iterations = budget_.grant((pixels - c + 63) / 64);
-      const std::int64_t some = iterations * 64 < pixels - c ? iterations * 64 : pixels - c;
-      forEachSelection(m + c, some, [&, from = p + 4 * c](std::int64_t at, __mmask64 selected) {
-        const char* const q = from + 4 * at;
+      const std::int64_t granted = iterations * 64 < pixels - c ? iterations * 64 : pixels - c;
+      forEachSelection(m + c, granted, [&, from = p + c](std::int64_t at, __mmask64 selected) {
+        const float* const q = from + at;
         prefetchAfter(q, 256);
         prefetchAfter(m + c + at);
         add(a_, sixteenOf<0>(selected), q);
-        add(b_, sixteenOf<1>(selected), q + 64);
-        add(c_, sixteenOf<2>(selected), q + 128);
-        add(d_, sixteenOf<3>(selected), q + 192);
+        add(b_, sixteenOf<1>(selected), q + 16);
+        add(c_, sixteenOf<2>(selected), q + 32);
+        add(d_, sixteenOf<3>(selected), q + 48);
         count_ += static_cast<std::uint32_t>(countOf(selected));
       });
       if (budget_.spend(iterations)) empty();
-      c += some;
+      c += granted;
     }
   }
 
-  static void add(__m512& lanes, __mmask16 selected, const char* p) {
-    lanes = _mm512_add_ps(lanes, _mm512_maskz_loadu_ps(selected, p));
+  static void add(__m512& lanes, __mmask16 selected, const float* p) {
+    lanes = _mm512_add_ps(lanes, loadMaskedFloats(selected, p));
   }
 
   void empty() {
-    total_ = plus(plus(plus(plus(total_, a_), b_), c_), d_);
+    total_ = addWidened(addWidened(addWidened(addWidened(total_, a_), b_), c_), d_);
     a_ = b_ = c_ = d_ = _mm512_setzero_ps();
   }
 

@@ -26,7 +26,7 @@ template <class Sum, class T>
 int maskedMean(const T* src, int srcStep, const u8* mask, int maskStep, Size roi, double* mean) {
   if (mean == nullptr) return ippStsNullPtrErr;
   if (const int status = testMasked(src, srcStep, mask, maskStep, roi); status != ippStsNoErr) return status;
-  storeAs(mean, Sum::of(src, srcStep, mask, maskStep, roi).mean());
+  storeAs(mean, Sum::of({src, srcStep}, {mask, maskStep}, roi).mean());
   return ippStsNoErr;
 }
 

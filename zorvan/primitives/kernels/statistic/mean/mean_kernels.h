@@ -15,12 +15,16 @@ namespace Zorvan::Primitives::Statistic {
 namespace {
 
 template <class V>
-using ByteSumPolicy = ByVariant<V, ByteSum16, ByteSum16, ByteSum16, ByteSum16, ByteSum32, ByteSum64>;
+using ByteSumPolicy = ByVariant<V, ByteSum16, ByteSum16, ByteSum16, ByteSum16, ByteSum<ZeroFilledRows32>,
+                                ByteSum<ZeroFilledRows64>>;
 template <class V>
-using WordSumPolicy = ByVariant<V, WordSum16, WordSum16, WordSum16, WordSum16, WordSum32, WordSum64>;
+using WordSumPolicy = ByVariant<V, WordSum16, WordSum16, WordSum16, WordSum16,
+                                TiledSum<ZeroFilledRows32, UnsignedPairs, unsignedTilePixels>,
+                                TiledSum<ZeroFilledRows64, UnsignedPairs, unsignedTilePixels>>;
 template <class V>
 using SignedWordSumPolicy = ByVariant<V, SignedWordSum16, SignedWordSum16, SignedWordSum16, SignedWordSum16,
-                                      SignedWordSum32, SignedWordSum64>;
+                                      TiledSum<ZeroFilledRows32, SignedPairs, signedTilePixels>,
+                                      TiledSum<ZeroFilledRows64, SignedPairs, signedTilePixels>>;
 template <class V>
 using AccurateSumPolicy = ByVariant<V, EvenOddSum, ModuloFourSum, EvenOddSum, RegionSum<Doubles32>,
                                     RegionSum<Doubles32>, RegionSum<Doubles64>>;
@@ -33,9 +37,9 @@ struct FloatSum {
   /// The hint for double precision throughout. All others select the fast sum.
   static constexpr int accurate = 2;
 
-  static double of(const float* src, int srcStep, Size roi, int hint) {
-    if (hint == accurate) return AccurateSumPolicy<V>::of(src, srcStep, roi);
-    return FastSumPolicy<V>::of(src, srcStep, roi);
+  static double of(Plane<const float> src, Size roi, int hint) {
+    if (hint == accurate) return AccurateSumPolicy<V>::of(src, roi);
+    return FastSumPolicy<V>::of(src, roi);
   }
 };
 
@@ -43,7 +47,8 @@ template <class Sum, class T, class... Hint>
 int mean(const T* src, int srcStep, Size roi, double* result, Hint... hint) {
   if (src == nullptr || result == nullptr) return ippStsNullPtrErr;
   if (isEmpty(roi)) return ippStsSizeErr;
-  storeAs(result, Sum::of(src, srcStep, roi, hint...) / static_cast<double>(wrappedCount(roi)));
+  storeAs(result,
+          Sum::of(Plane<const T>{src, srcStep}, roi, hint...) / static_cast<double>(wrappedCount(roi)));
   return ippStsNoErr;
 }
 

@@ -23,7 +23,7 @@ struct SumRows {
 };
 
 /// Bytes without a gap between the rows run as one row.
-constexpr SumRows planByteRows(Size roi, int step) {
+constexpr SumRows planByteRows(Size roi, std::int64_t step) {
   if (step == roi.width) return {1, std::int64_t{roi.width} * roi.height};
   return {roi.height, roi.width};
 }
