@@ -63,7 +63,7 @@ class MaskedBytes16 {
   static MaskedSum unrolled(Plane<const u8> src, Plane<const u8> mask, Size roi) {
     MaskedByteLanes16 sums;
     const auto addRow = [&](const u8* p, const u8* m) {
-      int c = 0;
+      std::int64_t c = 0;
       for (; roi.width - c >= 32; c += 32) {
         sums.add(load(p + c).bits, load(m + c).bits);
         sums.add(load(p + c + 16).bits, load(m + c + 16).bits);
@@ -78,7 +78,7 @@ class MaskedBytes16 {
   static MaskedSum rolled(Plane<const u8> src, Plane<const u8> mask, Size roi) {
     MaskedByteLanes16 sums;
     const auto addRow = [&](const u8* p, const u8* m) {
-      int c = 0;
+      std::int64_t c = 0;
       for (; roi.width - c >= 4; c += 4) sums.add(loadLow<4>(p + c), loadLow<4>(m + c));
       for (; c < roi.width; ++c) sums.addOne(p[c], m[c]);
     };
@@ -110,7 +110,7 @@ struct MaskedBytes32 {
           lanes = _mm256_add_epi64(lanes, _mm256_sad_epu8(_mm256_andnot_si256(none, pixels), zero));
           count += static_cast<std::uint32_t>(countClear(none));
         };
-        int c = 0;
+        std::int64_t c = 0;
         for (; roi.width - c >= 32; c += 32) {
           prefetchAfter(p + c);
           prefetchAfter(m + c);

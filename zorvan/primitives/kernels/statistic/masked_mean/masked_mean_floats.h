@@ -69,7 +69,9 @@ class MaskedFloats16 {
       lanes = _mm_setzero_ps();
     };
     AdditionBudget budget(2);
-    const auto addRow = [&](const float* p, const u8* m) {
+    for (std::int64_t r = 0; r < roi.height; ++r) {
+      const float* p = src.at(r);
+      const u8* m = mask.at(r);
       for (std::int64_t iterations = roi.width / 8; iterations != 0;) {
         const std::int64_t granted = budget.grant(iterations);
         for (std::int64_t i = 0; i < granted; ++i, p += 8, m += 8) {
@@ -85,8 +87,7 @@ class MaskedFloats16 {
         iterations -= granted;
       }
       total = _mm_add_sd(total, _mm_set_sd(sumScalar(p, m, roi.width % 8, count)));
-    };
-    forEachRow(roi.height, addRow, src, mask);
+    }
     empty();
     return {count + static_cast<std::uint32_t>(sumOfQwords(counts)), sumOf(total)};
   }
