@@ -20,7 +20,8 @@ struct ByteSum16 {
     ZORVAN_NOTE_ONE_ROW("planByteRows as one row", plan.rows, roi.height);
     __m128i lanes = _mm_setzero_si128();
     std::int64_t scalarSum = 0;
-    const auto addRow = [&](const u8* p) {
+    for (std::int64_t r = 0; r < plan.rows; ++r) {
+      const u8* p = src.at(r);
       std::int64_t left = plan.pixels;
       const std::int64_t peel = bytesToBoundary(p, 16);
       if (peel < left) {
@@ -31,8 +32,7 @@ struct ByteSum16 {
         lanes = _mm_add_epi64(lanes, _mm_sad_epu8(Vector16::load(p).bits, _mm_setzero_si128()));
       }
       for (; left != 0; ++p, --left) scalarSum += *p;
-    };
-    forEachRow(plan.rows, addRow, src);
+    }
     return static_cast<double>(sumOfQwords(lanes) + scalarSum);
   }
 };
