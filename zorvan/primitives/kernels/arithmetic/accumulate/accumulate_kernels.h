@@ -20,9 +20,11 @@ struct AccumulateImages {
   Plane<const u8> src, mask;
   Plane<u8> srcDst;
 
-  template <class Row>
-  void eachRow(Size roi, Row add) const {
-    const auto row = [&](const u8* s, const u8* m, u8* d) { add(s, m, d, roi.width); };
+  template <auto add>
+  void eachRow(Size roi) const {
+    const auto row = [width = std::int64_t{roi.width}](const u8* s, const u8* m, u8* d) {
+      add(s, m, d, width);
+    };
     forEachRow(roi.height, row, src, mask, srcDst);
   }
 };
@@ -31,7 +33,7 @@ template <class Row>
 struct AccumulateByRow {
   template <class Source>
   static void run(const AccumulateImages& images, Size roi) {
-    images.eachRow(roi, Row::template add<Source>);
+    images.eachRow<Row::template add<Source>>(roi);
   }
 };
 
@@ -44,9 +46,9 @@ struct AccumulateMasked {
     using Row = WeightedMaskedRow;
     const auto [pixels, step] = images.srcDst;
     if (ZORVAN_PLANNED("areFullVectors", areFullVectors<Row::Limits>(addressOf(pixels), step, roi.width))) {
-      images.eachRow(roi, Row::addFullVectors<Source>);
+      images.eachRow<Row::addFullVectors<Source>>(roi);
     } else {
-      images.eachRow(roi, Row::add<Source>);
+      images.eachRow<Row::add<Source>>(roi);
     }
   }
 #endif

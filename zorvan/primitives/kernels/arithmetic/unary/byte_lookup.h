@@ -60,20 +60,17 @@ class ByteLookup {
 
   template <class I>
   I lanes(I x) const {
-    return half(x, slices_) | half(x ^ broadcastBytes<I>(0x80), slices_ + 8);
-  }
-
- private:
-  template <class I>
-  static I half(I index, const __m256i* slices) {
-    I entry = zeroes<I>();
+    I low = x, high = x ^ broadcastBytes<I>(0x80), entry = zeroes<I>();
     for (int i = 0; i < 8; ++i) {
-      entry ^= shuffle_epi8(loadAs<I>(slices + i), index);
-      index = subs_epi8(index, broadcastBytes<I>(16));
+      entry ^= shuffle_epi8(loadAs<I>(slices_ + i), low);
+      entry ^= shuffle_epi8(loadAs<I>(slices_ + 8 + i), high);
+      low = subs_epi8(low, broadcastBytes<I>(16));
+      high = subs_epi8(high, broadcastBytes<I>(16));
     }
     return entry;
   }
 
+ private:
   const u8* table_;
   __m256i slices_[16];
 };
