@@ -1,7 +1,7 @@
 #pragma once
 
-// Scaled squares and square roots of integer pixels: the operation for each scale factor. The
-// variants differ in the width of their vectors only.
+// Scaled squares and square roots of integer pixels: the operation for each scale factor. The variants differ
+// in the width of their vectors only.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_lookup.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_rows.h"
