@@ -66,8 +66,8 @@ inline std::int64_t maskedStores(Source source, u8* dst, const u8* mask, std::in
   return i;
 }
 
-/// A row by mask registers: the longest row that is processed pixel by pixel. The ends of a row are parts of
-/// a store.
+/// A row by mask registers, its ends by stores of fewer lanes. Rows of up to `byPixelsUpTo` pixels are
+/// processed pixel by pixel.
 template <int byPixelsUpTo>
 struct RowByMaskRegisters {
   template <class Source>

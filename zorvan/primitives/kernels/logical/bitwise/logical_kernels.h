@@ -106,7 +106,7 @@ struct BlockCombine {
   }
 
  private:
-  /// Out of line, where it takes no registers from the loop over small images.
+  /// Out of line: it would take registers from the loop over small images.
   template <class Op>
   [[gnu::noinline]] static void prefetchedRows(Plane<const u8> src1, Plane<const u8> src2, Plane<u8> dst,
                                                Size roi) {

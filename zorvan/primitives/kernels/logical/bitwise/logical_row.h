@@ -4,8 +4,8 @@
 // operations of the four older variants, the complement of the two oldest.
 //
 // The peel is single bytes; a row that ends before the boundary has none. Whole blocks follow, then the tail
-// in blocks of half the size each, down to a byte. Sources that are aligned there have aligned loads in a
-// loop of their own: unaligned loads are slow on old processors, even from aligned addresses.
+// in blocks of half the size each, down to a byte. Sources that are aligned after the peel have aligned
+// loads in a loop of their own: unaligned loads are slow on old processors, even from aligned addresses.
 
 #include "zorvan/primitives/kernels/logical/bitwise/logical_rows.h"
 
