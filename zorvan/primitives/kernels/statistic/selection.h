@@ -50,12 +50,8 @@ inline __mmask64 selectedBytes(__m512i mask) { return _mm512_test_epi8_mask(mask
 template <class Use>
 inline void forEachSelection(const u8* mask, std::int64_t pixels, Use use) {
   std::int64_t c = 0;
-  for (; c + 64 <= pixels; c += 64) {
-    use(c, selectedBytes(Vector64::load(mask + c).bits));
-  }
-  if (c != pixels) {
-    use(c, selectedBytes(loadMasked(firstLanes<__mmask64>(pixels - c), mask + c)));
-  }
+  for (; c + 64 <= pixels; c += 64) use(c, selectedBytes(Vector64::load(mask + c).bits));
+  if (c != pixels) use(c, selectedBytes(loadMasked(firstLanes<__mmask64>(pixels - c), mask + c)));
 }
 
 inline int countOf(__mmask64 selected) { return static_cast<int>(_mm_popcnt_u64(selected)); }

@@ -24,7 +24,7 @@ class IntegerExtreme16 {
     IntegerExtreme16 search;
     for (std::int64_t r = 0; r < roi.height; ++r) {
       search.row(src.at(r), roi.width);
-      if (search.scalar_ == Lanes::limit || Lanes::holds(search.joined(), Lanes::limit)) return Lanes::limit;
+      if (search.scalar_ == Lanes::limit || Lanes::hasLimit(search.joined())) return Lanes::limit;
     }
     return Lanes::better(Lanes::bestOf(search.joined()), search.scalar_);
   }

@@ -41,7 +41,7 @@ struct ShortRowsMasked {
     __m256i current = _mm256_setzero_si256();
     for (std::int64_t r = 0; r < roi.height; ++r) {
       current = Lanes::better(current, loadMaskedBytes(inRow, src.at(r)));
-      if (Lanes::holds(current, Lanes::limit)) return Lanes::limit;
+      if (Lanes::hasLimit(current)) return Lanes::limit;
     }
     return Lanes::bestOf(current);
   }
@@ -133,19 +133,19 @@ class IntegerExtreme32 {
   static T find(Plane<const T> src, std::int64_t bytes, int rows, auto prefetchAfter) {
     auto current = broadcastPixels<decltype(Row::Vector::bits)>(Lanes::neutral);
     const u8* p = reinterpret_cast<const u8*>(src.pixels);
-    const auto hasLimit = [&] {
+    const auto rowHasLimit = [&] {
       const auto row = Row::template bestOf<Lanes, sizeof(T)>(p, bytes, prefetchAfter);
       current = Lanes::better(current, row);
       p += src.step;
-      return Lanes::holds(row, Lanes::limit);
+      return Lanes::hasLimit(row);
     };
     if constexpr (Row::unrolledBy4) {
       for (; rows >= 4; rows -= 4) {
-        if (hasLimit() || hasLimit() || hasLimit() || hasLimit()) return Lanes::limit;
+        if (rowHasLimit() || rowHasLimit() || rowHasLimit() || rowHasLimit()) return Lanes::limit;
       }
     }
     for (; rows != 0; --rows) {
-      if (hasLimit()) return Lanes::limit;
+      if (rowHasLimit()) return Lanes::limit;
     }
     return Lanes::bestOf(current);
   }

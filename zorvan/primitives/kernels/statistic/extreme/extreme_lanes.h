@@ -29,8 +29,7 @@ struct ExtremeLanes {
   }
   template <class Vector>
   static Vector better(Vector current, Vector candidate) {
-    if constexpr (low) return minimum<T>(current, candidate);
-    if constexpr (!low) return maximum<T>(current, candidate);
+    return low ? minimum<T>(current, candidate) : maximum<T>(current, candidate);
   }
 
 #ifdef __AVX512F__
@@ -42,27 +41,25 @@ struct ExtremeLanes {
 #endif
 
   template <class Vector>
-  static bool holds(Vector lanes, T value) {
-    return anyEqual<T>(lanes, broadcastPixels<Vector>(value));
+  static bool hasLimit(Vector lanes) {
+    return anyEqual<T>(lanes, broadcastPixels<Vector>(limit));
   }
 
   template <class Vector>
   static T bestOf(Vector lanes) {
-    const auto betterLanes = [](auto a, auto b) { return better(a, b); };
     if constexpr (sizeof(Vector) > 16) {
       return bestOf(better(lowHalf(lanes), highHalf(lanes)));
-    } else if constexpr (std::is_same_v<T, float>) {
-      return fold<T>(lanes, betterLanes);
     } else {
 #ifdef __SSE4_1__
       // One instruction finds the lowest of eight unsigned words. `xor` with the limit makes the better value
       // the lower one. Of the two bytes in a word the low byte becomes the lower one, and the high byte 0.
-      lanes ^= broadcastPixels<Vector>(limit);
-      if constexpr (sizeof(T) == 1) lanes = min_epu8(lanes, _mm_srli_epi16(lanes, 8));
-      return static_cast<T>(_mm_cvtsi128_si32(_mm_minpos_epu16(lanes)) ^ limit);
-#else
-      return fold<T>(lanes, betterLanes);
+      if constexpr (std::is_integral_v<T>) {
+        lanes ^= broadcastPixels<Vector>(limit);
+        if constexpr (sizeof(T) == 1) lanes = min_epu8(lanes, _mm_srli_epi16(lanes, 8));
+        return static_cast<T>(_mm_cvtsi128_si32(_mm_minpos_epu16(lanes)) ^ limit);
+      }
 #endif
+      return fold<T>(lanes, [](auto a, auto b) { return better(a, b); });
     }
   }
 };
