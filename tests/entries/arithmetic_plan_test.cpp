@@ -10,6 +10,12 @@ namespace {
 
 constexpr int lowestFactor = -2147483647 - 1, highestFactor = 2147483647;
 
+}  // namespace
+}  // namespace Zorvan::Primitives
+
+namespace Zorvan::Primitives::Arithmetic {
+namespace {
+
 /// An operation on a pixel type and the highest and lowest scale factors with pixels to compute.
 struct Limits {
   Operation operation;
@@ -164,6 +170,12 @@ TEST(FloatRow32Plan, IsOneForAllRowsWithoutPeelAndTail) {
   EXPECT_FALSE(noPeelOrTailAt(67, 65, 17));
 }
 
+}  // namespace
+}  // namespace Zorvan::Primitives::Arithmetic
+
+namespace Zorvan::Primitives::Division {
+namespace {
+
 template <class T>
 void expectQuotientRange(int lowest, int highest) {
   EXPECT_EQ(planQuotients<T>(0), Quotients::plain);
@@ -217,6 +229,12 @@ TEST(DividePlan, FloatRowsWithoutPeelAndTailBeginOnCacheLines) {
   EXPECT_FALSE(needNoPeelOrTail(128, 288, 64));  // the second row has a peel
   for (const int n : {63, 65, 80}) EXPECT_FALSE(needNoPeelOrTail(128, 512, n)) << n;
 }
+
+}  // namespace
+}  // namespace Zorvan::Primitives::Division
+
+namespace Zorvan::Primitives {
+namespace {
 
 TEST(PrefetchPlan, PrefetchesImagesInPlaceThatTheLastCacheHolds) {
   EXPECT_FALSE(prefetchesInPlace(true, (1 << 20) - 1));

@@ -27,10 +27,20 @@ struct Plane {
 inline const unsigned char* bytesOf(const void* pixels) { return static_cast<const unsigned char*>(pixels); }
 inline unsigned char* bytesOf(void* pixels) { return static_cast<unsigned char*>(pixels); }
 
-/// Calls `f` with the address of each row in turn, one argument for each plane.
-template <class F, class... T>
-[[gnu::always_inline]] inline void forEachRow(std::int64_t rows, F f, Plane<T>... planes) {
+/// Calls `f` with each row of the planes, one argument for each plane: with what its `at` returns.
+template <class F, class... Planes>
+[[gnu::always_inline]] inline void forEachRow(std::int64_t rows, F f, Planes... planes) {
   for (std::int64_t r = 0; r < rows; ++r) f(planes.at(r)...);
+}
+
+/// Unrolled, for rows of a few vectors: an iteration for each takes longer than such a row.
+template <int unrolledBy, class F, class... Planes>
+[[gnu::always_inline]] inline void forEachShortRow(std::int64_t rows, F f, Planes... planes) {
+  std::int64_t r = 0;
+  for (; r + unrolledBy <= rows; r += unrolledBy) {
+    for (int i = 0; i < unrolledBy; ++i) f(planes.at(r + i)...);
+  }
+  for (; r < rows; ++r) f(planes.at(r)...);
 }
 
 }  // namespace

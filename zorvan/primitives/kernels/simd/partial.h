@@ -170,6 +170,26 @@ inline __m512 loadMaskedFloats(__mmask16 lanes, const void* p, __m512 others) {
   return _mm512_mask_loadu_ps(others, lanes, p);
 }
 inline void storeMasked(__mmask16 lanes, void* p, __m512 x) { _mm512_mask_storeu_ps(p, lanes, x); }
+
+/// The chosen ones of 16 bytes, words or floats, by the width of `others`, which holds the other lanes.
+inline __m128i loadMasked(__mmask16 lanes, const void* p, __m128i others) {
+  return _mm_mask_loadu_epi8(others, lanes, p);
+}
+inline __m256i loadMasked(__mmask16 lanes, const void* p, __m256i others) {
+  return _mm256_mask_loadu_epi16(others, lanes, p);
+}
+inline __m512 loadMasked(__mmask16 lanes, const void* p, __m512 others) {
+  return _mm512_mask_loadu_ps(others, lanes, p);
+}
+
+/// Stores the chosen dwords as words, or as bytes that saturate unsigned dwords: as the instructions are
+/// named.
+inline void storeMasked_cvtepi32_epi16(__mmask16 lanes, void* p, __m512i x) {
+  _mm512_mask_cvtepi32_storeu_epi16(p, lanes, x);
+}
+inline void storeMasked_cvtusepi32_epi8(__mmask16 lanes, void* p, __m512i x) {
+  _mm512_mask_cvtusepi32_storeu_epi8(p, lanes, x);
+}
 #endif
 
 }  // namespace

@@ -18,6 +18,10 @@ inline void prefetch(const void* p, std::int64_t distance = 2048) {
   asm volatile("prefetcht0 %0" : : "m"(*reinterpret_cast<const char*>(line)));
 }
 
+/// The line at `p`, for reading, in a loop that does other work: an asm statement would change how compilers
+/// inline and unroll it.
+[[gnu::always_inline]] inline void prefetchLine(const void* p) { __builtin_prefetch(p); }
+
 /// The line at `p`, in a state in which it can be written.
 inline void prefetchForWrite(const void* p) {
   asm volatile("prefetchw %0" : : "m"(*static_cast<const char*>(p)));

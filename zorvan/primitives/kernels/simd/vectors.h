@@ -52,30 +52,10 @@ inline void storeLanes(void* p, Lanes x) {
     storeAs(p, x);
   }
 }
-/// Vectors of floats by their width in bytes.
-template <int bytes>
-struct FloatLanesOf;
-template <>
-struct FloatLanesOf<16> {
-  using type = __m128;
-};
-#ifdef __AVX__
-template <>
-struct FloatLanesOf<32> {
-  using type = __m256;
-};
-#endif
-#ifdef __AVX512F__
-template <>
-struct FloatLanesOf<64> {
-  using type = __m512;
-};
-#endif
-template <int bytes>
-using FloatLanes = typename FloatLanesOf<bytes>::type;
-
 /// A streaming store of a vector of floats.
 inline void streamLanes(void* p, __m128 x) { _mm_stream_ps(static_cast<float*>(p), x); }
+
+inline std::uintptr_t addressOf(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
 
 /// Bytes from `address` up to the next multiple of `boundary`, a power of two.
 inline std::int64_t bytesToBoundary(const void* address, std::int64_t boundary) {
@@ -148,6 +128,28 @@ inline Vector loadVector(const void* p) {
   if constexpr (aligned) return Vector::loadAligned(p);
   if constexpr (!aligned) return Vector::load(p);
 }
+
+/// Vectors of floats by their width in bytes.
+template <int bytes>
+struct FloatLanesOf;
+template <>
+struct FloatLanesOf<16> {
+  using type = __m128;
+};
+#ifdef __AVX__
+template <>
+struct FloatLanesOf<32> {
+  using type = __m256;
+};
+#endif
+#ifdef __AVX512F__
+template <>
+struct FloatLanesOf<64> {
+  using type = __m512;
+};
+#endif
+template <int bytes>
+using FloatLanes = typename FloatLanesOf<bytes>::type;
 
 }  // namespace
 }  // namespace Zorvan::Primitives

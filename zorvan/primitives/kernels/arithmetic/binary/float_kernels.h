@@ -4,11 +4,10 @@
 // each variant, the loop over them. Rows are never joined, and each one's plan follows from its address.
 
 #include "zorvan/primitives/kernels/arithmetic/binary/float_rows.h"
-#include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 /// 16-byte stores. Some forms stream long rows, others prefetch.
@@ -56,9 +55,9 @@ struct UnrolledFloatRows {
       }
     }
     if (ZORVAN_PLANNED("needNoPeelOrTail",
-                       needNoPeelOrTail(planOf(images.dst, length), images.dstStep, length / 4))) {
+                       needNoPeelOrTail(planOf(images.dst.pixels, length), images.dst.step, length / 4))) {
       if (length % unrolledFloatBytes != 0) return wholeVectors<Op, vectorBytes>(images);
-      const bool onLines = isAligned(images.dst, 64) && images.dstStep % 64 == 0;
+      const bool onLines = isAligned(images.dst.pixels, 64) && images.dst.step % 64 == 0;
       return onLines ? wholeIterations<Op, vectorBytes>(images) : wholeIterations<Op, 32>(images);
     }
     images.eachRow([length](auto a, auto b, unsigned char* dst) {
@@ -102,7 +101,6 @@ using FloatRows32 = UnrolledFloatRows<32, 29>;
 using FloatRows64 = UnrolledFloatRows<64, 29>;
 using AlignedFloatRows32 = UnrolledFloatRows<32, 16>;
 
-// Only the sum of three images streams, and only forms in place prefetch.
 template <class V>
 using FloatSumPolicy = ByVariant<V, StreamingFloatRows16, StreamingFloatRows16, StreamingFloatRows16,
                                  AlignedFloatRows16, FloatRows32, FloatRows64>;
@@ -116,14 +114,5 @@ template <class V>
 using FloatConstantPolicy = ByVariant<V, AlignedFloatRows16, AlignedFloatRows16, AlignedFloatRows16,
                                       AlignedFloatRows32, AlignedFloatRows32, AlignedFloatRows32>;
 
-template <class Policy, class Op, class A, class B>
-int floatImage(A a, B b, float* dst, int dstStep, Size roi) {
-  if (a.isNull() || b.isNull() || dst == nullptr) return ippStsNullPtrErr;
-  if (isEmpty(roi)) return ippStsSizeErr;
-  Policy::template run<Op>(RowImages<A, B>{a, b, reinterpret_cast<unsigned char*>(dst), dstStep, roi.height,
-                                           4 * std::int64_t{roi.width}});
-  return ippStsNoErr;
-}
-
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

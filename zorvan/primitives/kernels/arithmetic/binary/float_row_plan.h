@@ -7,7 +7,7 @@
 
 #include "zorvan/primitives/kernels/common/image_limits.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 struct FloatRowPlan {
@@ -58,10 +58,10 @@ constexpr FloatRowPlan planFloatRow32(std::uintptr_t dst, std::int64_t n, std::i
 constexpr bool prefersFloats64(std::int64_t pixels) { return pixels <= floats64UpToPixels; }
 
 /// Whether all rows are like the first: whole multiples of 16 pixels without a peel.
-constexpr bool needNoPeelOrTail(const FloatRowPlan& first, int dstStep, std::int64_t n) {
+constexpr bool needNoPeelOrTail(const FloatRowPlan& first, std::int64_t dstStep, std::int64_t n) {
   const bool alike = !first.aligned || dstStep % 32 == 0;
   return first.inVectors && first.peel == 0 && alike && n % 16 == 0;
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/arithmetic/binary/float_row_plan.h"
 #include "zorvan/primitives/kernels/arithmetic/binary/row_sources.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 /// Of single pixels and of vectors.
@@ -40,7 +40,7 @@ enum class FloatStores { anyAddress, aligned, streaming };
 template <class Op, FloatStores stores, bool alignedA, bool alignedB, bool prefetching, class A, class B>
 inline std::int64_t floatVectors16(A a, B b, unsigned char* dst, std::int64_t i, std::int64_t length) {
   for (; i + 32 <= length; i += 32) {
-    if constexpr (prefetching) _mm_prefetch(reinterpret_cast<const char*>(a.bytes) + i + 64, _MM_HINT_T0);
+    if constexpr (prefetching) prefetchLine(a.bytes + i + 64);
     for (int j = 0; j < 32; j += 16) {
       const __m128 x = a.template lanes<__m128, alignedA>(i + j);
       const __m128 y = b.template lanes<__m128, alignedB>(i + j);
@@ -131,4 +131,4 @@ inline void floatRow32(const FloatRowPlan& plan, A a, B b, unsigned char* dst, s
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

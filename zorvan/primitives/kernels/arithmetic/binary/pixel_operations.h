@@ -6,7 +6,7 @@
 #include "zorvan/primitives/kernels/arithmetic/binary/scaled_row_plan.h"
 #include "zorvan/primitives/kernels/common/scaling.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 template <class T>
@@ -125,4 +125,4 @@ struct ScaledOperation {
 };
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

@@ -5,12 +5,13 @@
 
 #include <cstdint>
 
-#include "zorvan/primitives/kernels/common/arguments.h"
+#include "zorvan/foundation/Geometry.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/prefetch.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 template <class T>
@@ -60,21 +61,16 @@ struct ConstantRow {
 template <class T>
 struct ImageSource {
   static constexpr bool isConstant = false;
-  const T* pixels;
-  int step;
+  Plane<const T> image;
 
-  bool isNull() const { return pixels == nullptr; }
-  RowSource<T> row(std::int64_t r) const {
-    return {rowAt(reinterpret_cast<const unsigned char*>(pixels), step, r)};
-  }
+  RowSource<T> at(std::int64_t r) const { return {reinterpret_cast<const unsigned char*>(image.at(r))}; }
 };
 template <class T>
 struct ConstantSource {
   static constexpr bool isConstant = true;
   T value;
 
-  static bool isNull() { return false; }
-  ConstantRow<T> row(std::int64_t) const { return {value}; }
+  ConstantRow<T> at(std::int64_t) const { return {value}; }
 };
 
 /// The images of an operation. Rows are never joined.
@@ -82,31 +78,29 @@ template <class A, class B>
 struct RowImages {
   A a;
   B b;
-  unsigned char* dst;
-  int dstStep;
+  Plane<unsigned char> dst;
   std::int64_t rows, rowBytes;
 
-  bool inPlace() const { return b.row(0).bytes == dst; }
+  bool inPlace() const { return b.at(0).bytes == dst.pixels; }
 
-  /// Calls `use(a, b, dst)` for row `r`.
-  template <class Use>
-  void onRow(std::int64_t r, Use use) const {
-    use(a.row(r), b.row(r), rowAt(dst, dstStep, r));
-  }
   template <class Use>
   void eachRow(Use use) const {
-    for (std::int64_t r = 0; r < rows; ++r) onRow(r, use);
+    forEachRow(rows, use, a, b, dst);
   }
-  /// Unrolled: one iteration for each row takes longer than a row of a lowLanes vectors.
   template <int unrolledBy, class Use>
   void eachShortRow(Use use) const {
-    std::int64_t r = 0;
-    for (; r + unrolledBy <= rows; r += unrolledBy) {
-      for (int i = 0; i < unrolledBy; ++i) onRow(r + i, use);
-    }
-    for (; r < rows; ++r) onRow(r, use);
+    forEachShortRow<unrolledBy>(rows, use, a, b, dst);
   }
 };
 
+template <class A, class B, class T>
+RowImages<A, B> rowImages(A a, B b, T* dst, int dstStep, Size roi) {
+  return {a,
+          b,
+          {reinterpret_cast<unsigned char*>(dst), dstStep},
+          roi.height,
+          roi.width * std::int64_t{sizeof(T)}};
+}
+
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

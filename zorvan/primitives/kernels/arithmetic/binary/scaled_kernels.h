@@ -1,7 +1,7 @@
 #pragma once
 
-// The common body of the integer entries for sums, differences and products: the argument checks, the choice
-// of the scaling, the loop over the rows. Rows are never joined.
+// Scaled sums, differences and products of integer images: the choice of the scaling and the loop over the
+// rows. Rows are never joined.
 
 #include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/arithmetic/binary/scaled_row_16.h"
@@ -11,7 +11,7 @@
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/common/prefetch_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 /// 16-byte stores, after a peel of single pixels.
@@ -79,19 +79,20 @@ int fillWith(s16 value, s16* dst, int dstStep, Size roi) {
 }
 
 template <class Op>
+using PixelOf = typename Op::Pixel;
+
+template <class Op>
 constexpr ScalingLimits scalingLimitsOf() {
-  using T = typename Op::Pixel;
+  using T = PixelOf<Op>;
   return scalingLimits(Op::operation, sizeof(T), std::is_signed_v<T>);
 }
 
 template <class V, class Op, class A, class B>
-void scaledRows(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f) {
-  using T = typename Op::Pixel;
+void scaledRows(A a, B b, PixelOf<Op>* dst, int dstStep, Size roi, int f) {
+  using T = PixelOf<Op>;
   const auto run = [&](auto scale) {
     const ScaledOperation<Op, decltype(scale)> pixels{scale};
-    const RowImages<A, B> images{a,       b,          reinterpret_cast<unsigned char*>(dst),
-                                 dstStep, roi.height, std::int64_t{roi.width} * std::int64_t{sizeof(T)}};
-    ScaledPolicy<V>::run(pixels, images);
+    ScaledPolicy<V>::run(pixels, rowImages(a, b, dst, dstStep, roi));
   };
   switch (ZORVAN_PLANNED("planScaling", planScaling(scalingLimitsOf<Op>(), f))) {
     case Scaling::saturated:
@@ -112,13 +113,5 @@ void scaledRows(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f)
   }
 }
 
-template <class V, class Op, class A, class B>
-int scaledImage(A a, B b, typename Op::Pixel* dst, int dstStep, Size roi, int f) {
-  if (a.isNull() || b.isNull() || dst == nullptr) return ippStsNullPtrErr;
-  if (isEmpty(roi)) return ippStsSizeErr;
-  scaledRows<V, Op>(a, b, dst, dstStep, roi, f);
-  return ippStsNoErr;
-}
-
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

@@ -10,7 +10,7 @@
 #include "zorvan/primitives/kernels/arithmetic/binary/pixel_operations.h"
 #include "zorvan/primitives/kernels/arithmetic/binary/row_sources.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 template <int iterationBytes, bool alignedA, bool alignedB, bool alignedStores, class Pixels, class A,
@@ -72,4 +72,4 @@ inline void scaledRow16(const Pixels& pixels, A a, B b, unsigned char* dst, std:
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

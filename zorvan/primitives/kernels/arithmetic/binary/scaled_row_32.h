@@ -11,7 +11,7 @@
 #include "zorvan/primitives/kernels/arithmetic/binary/row_sources.h"
 
 #ifdef __AVX2__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 template <int... sizes, class Pixels, class A, class B>
@@ -60,5 +60,5 @@ inline void scaledRow32(const Pixels& pixels, A a, B b, unsigned char* dst, std:
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic
 #endif

@@ -5,7 +5,7 @@
 
 #include "zorvan/primitives/kernels/common/scaling_plan.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
 enum class Operation { sum, difference, product };
@@ -49,4 +49,4 @@ constexpr int planScaledRow32(int pixelBytes, Scaling scaling) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Arithmetic

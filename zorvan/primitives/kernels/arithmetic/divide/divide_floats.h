@@ -11,9 +11,10 @@
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_plan.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_row.h"
 #include "zorvan/primitives/kernels/common/extreme_values.h"
-#include "zorvan/primitives/kernels/simd/vectors.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Division {
 namespace {
 
 /// A numerator over 0 of either sign is infinite with the sign of the numerator; 0 over 0 is a NaN.
@@ -26,11 +27,10 @@ inline float divideFloat(float divisor, float numerator, bool& anyZero) {
 }
 
 /// Pixels from `i` to `end`.
-inline void divideFloats(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                         std::int64_t i, std::int64_t end, bool& anyZero) {
+inline void dividePixels(const float* divisors, const float* numerators, float* dst, std::int64_t i,
+                         std::int64_t end, bool& anyZero) {
   for (; i < end; ++i) {
-    storeAs(dst + 4 * i,
-            divideFloat(loadAs<float>(divisors + 4 * i), loadAs<float>(numerators + 4 * i), anyZero));
+    storeAs(dst + i, divideFloat(loadAs<float>(divisors + i), loadAs<float>(numerators + i), anyZero));
   }
 }
 
@@ -44,163 +44,140 @@ inline F productWithReciprocal(F numerator, F divisor) {
 
 /// Lanes with the sign bit set where the estimate is not usable: magnitudes below 2^-126, and those from
 /// 2^125 on, infinity and NaN among them. Above 2^126 the estimate is 0, and just below it may be 0.
-inline __m128i unusableDivisors(__m128 divisor) {
-  const __m128i smallestNormal = _mm_set1_epi32(0x00800000), usableSpan = _mm_set1_epi32(0x7D800000 - 1);
-  const __m128i magnitude = _mm_castps_si128(divisor) & _mm_set1_epi32(0x7FFFFFFF);
-  const __m128i above = _mm_sub_epi32(magnitude, smallestNormal);
-  return above | _mm_cmpgt_epi32(above, usableSpan);
+template <class I>
+inline I unusableDivisors(I divisorBits) {
+  const I smallestNormal = broadcastDwords<I>(0x00800000);
+  const I usableSpan = broadcastDwords<I>(0x7D800000 - 1);
+  const I magnitude = divisorBits & broadcastDwords<I>(0x7FFFFFFF);
+  const I above = sub_epi32(magnitude, smallestNormal);
+  return above | cmpgt_epi32(above, usableSpan);
 }
-inline int signMask(__m128i x) { return _mm_movemask_ps(_mm_castsi128_ps(x)); }
+inline int signMask(__m128i x) { return _mm_movemask_ps(asFloats(x)); }
 inline int zeroMask(__m128 x) { return _mm_movemask_ps(_mm_cmpeq_ps(x, _mm_setzero_ps())); }
 
 #ifdef __AVX2__
-inline __m256i unusableDivisors(__m256 divisor) {
-  const __m256i smallestNormal = _mm256_set1_epi32(0x00800000),
-                usableSpan = _mm256_set1_epi32(0x7D800000 - 1);
-  const __m256i magnitude = _mm256_castps_si256(divisor) & _mm256_set1_epi32(0x7FFFFFFF);
-  const __m256i above = _mm256_sub_epi32(magnitude, smallestNormal);
-  return above | _mm256_cmpgt_epi32(above, usableSpan);
-}
-inline int signMask(__m256i x) { return _mm256_movemask_ps(_mm256_castsi256_ps(x)); }
-inline int zeroMask(__m256 x) {
-  return _mm256_movemask_ps(_mm256_cmp_ps(x, _mm256_setzero_ps(), _CMP_EQ_OQ));
-}
+inline int signMask(__m256i x) { return _mm256_movemask_ps(asFloats(x)); }
 using QuotientLanes = FloatLanes<32>;
 #else
 using QuotientLanes = FloatLanes<16>;
 #endif
 
 /// 8 pixels, one of which at least has a divisor without a usable estimate.
-[[gnu::noinline]] inline void divideEightFloats(const unsigned char* divisors,
-                                                const unsigned char* numerators, unsigned char* dst,
+[[gnu::noinline]] inline void divideEightFloats(const float* divisors, const float* numerators, float* dst,
                                                 bool& anyZero) {
-  const __m128 d0 = loadAs<__m128>(divisors), d1 = loadAs<__m128>(divisors + 16);
-  if ((zeroMask(d0) | zeroMask(d1)) != 0) return divideFloats(divisors, numerators, dst, 0, 8, anyZero);
-  const __m128 n0 = loadAs<__m128>(numerators), n1 = loadAs<__m128>(numerators + 16);
+  const __m128 d0 = loadAs<__m128>(divisors), d1 = loadAs<__m128>(divisors + 4);
+  if ((zeroMask(d0) | zeroMask(d1)) != 0) return dividePixels(divisors, numerators, dst, 0, 8, anyZero);
+  const __m128 n0 = loadAs<__m128>(numerators), n1 = loadAs<__m128>(numerators + 4);
   storeAs(dst, n0 / d0);
-  storeAs(dst + 16, n1 / d1);
+  storeAs(dst + 4, n1 / d1);
 }
 
 /// Returns whether any divisor of the row was 0.
-inline bool divideFloatRow(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                           std::int64_t n) {
-  constexpr int vectors = 32 / sizeof(QuotientLanes), size = sizeof(QuotientLanes);
+inline bool divideFloatRow(const float* divisors, const float* numerators, float* dst, std::int64_t n) {
+  constexpr int lanes = sizeof(QuotientLanes) / 4, vectors = 8 / lanes;
   bool anyZero = false;
-  const std::int64_t peel =
-      peelOfFloats(reinterpret_cast<std::uintptr_t>(divisors), reinterpret_cast<std::uintptr_t>(numerators),
-                   reinterpret_cast<std::uintptr_t>(dst), n, 16);
-  divideFloats(divisors, numerators, dst, 0, peel, anyZero);
+  const std::int64_t peel = peelOfFloats(addressOf(divisors), addressOf(numerators), addressOf(dst), n, 16);
+  dividePixels(divisors, numerators, dst, 0, peel, anyZero);
   std::int64_t i = peel;
   for (; i + 8 <= n; i += 8) {
     QuotientLanes d[vectors], x[vectors];
     int unusable = 0;
     for (int j = 0; j < vectors; ++j) {
-      d[j] = loadAs<QuotientLanes>(divisors + 4 * i + j * size);
-      x[j] = loadAs<QuotientLanes>(numerators + 4 * i + j * size);
-      unusable |= signMask(unusableDivisors(d[j]));
+      d[j] = loadAs<QuotientLanes>(divisors + i + j * lanes);
+      x[j] = loadAs<QuotientLanes>(numerators + i + j * lanes);
+      unusable |= signMask(unusableDivisors(asIntegers(d[j])));
     }
     if (unusable != 0) [[unlikely]] {
-      divideEightFloats(divisors + 4 * i, numerators + 4 * i, dst + 4 * i, anyZero);
+      divideEightFloats(divisors + i, numerators + i, dst + i, anyZero);
       continue;
     }
-    for (int j = 0; j < vectors; ++j) storeAs(dst + 4 * i + j * size, productWithReciprocal(x[j], d[j]));
+    for (int j = 0; j < vectors; ++j) storeAs(dst + i + j * lanes, productWithReciprocal(x[j], d[j]));
   }
-  divideFloats(divisors, numerators, dst, i, n, anyZero);
+  dividePixels(divisors, numerators, dst, i, n, anyZero);
   return anyZero;
 }
 
 #ifdef __AVX512F__
 /// Up to 16 pixels, at least one divisor of which is 0. Rare: kept out of the loops, whose registers it would
 /// take.
-[[gnu::cold, gnu::noinline]] inline void divideWithZero(const unsigned char* divisors,
-                                                        const unsigned char* numerators, unsigned char* dst,
-                                                        std::int64_t count) {
+[[gnu::cold, gnu::noinline]] inline void divideWithZero(const float* divisors, const float* numerators,
+                                                        float* dst, std::int64_t count) {
   bool anyZero = false;
-  divideFloats(divisors, numerators, dst, 0, count, anyZero);
+  dividePixels(divisors, numerators, dst, 0, count, anyZero);
 }
 
-/// Up to 16 pixels. Lanes outside the mask are divided by 1 and not stored.
-inline void divideMaskedFloats(const unsigned char* divisors, const unsigned char* numerators,
-                               unsigned char* dst, __mmask16 mask, int count, bool& anyZero) {
-  const __m512 d = _mm512_mask_loadu_ps(_mm512_set1_ps(1), mask, divisors);
+/// Up to 16 pixels. Lanes after them are divided by 1 and not stored.
+inline void divideFirstFloats(const float* divisors, const float* numerators, float* dst, std::int64_t count,
+                              bool& anyZero) {
+  const auto lanes = firstLanes<__mmask16>(count);
+  const __m512 d = loadMasked(lanes, divisors, broadcastFloats<__m512>(1));
   if (_mm512_cmp_ps_mask(d, _mm512_setzero_ps(), _CMP_EQ_OQ) != 0) [[unlikely]] {
     anyZero = true;
     return divideWithZero(divisors, numerators, dst, count);
   }
-  _mm512_mask_storeu_ps(dst, mask, _mm512_div_ps(_mm512_maskz_loadu_ps(mask, numerators), d));
+  storeMasked(lanes, dst, loadMaskedFloats(lanes, numerators) / d);
 }
 
 /// Divides vectors of 16 pixels and returns true, unless a divisor is 0: then it writes nothing.
 template <int vectors>
-inline bool divideFloatsWithoutZero(const unsigned char* divisors, const unsigned char* numerators,
-                                    unsigned char* dst) {
+inline bool divideFloatsWithoutZero(const float* divisors, const float* numerators, float* dst) {
   __m512 d[vectors];
   __mmask16 zeroes = 0;
   for (int j = 0; j < vectors; ++j) {
-    d[j] = _mm512_loadu_ps(divisors + 64 * j);
+    d[j] = loadAs<__m512>(divisors + 16 * j);
     zeroes = static_cast<__mmask16>(zeroes | _mm512_cmp_ps_mask(d[j], _mm512_setzero_ps(), _CMP_EQ_OQ));
   }
   if (zeroes != 0) [[unlikely]]
     return false;
-  for (int j = 0; j < vectors; ++j) {
-    _mm512_storeu_ps(dst + 64 * j, _mm512_div_ps(_mm512_loadu_ps(numerators + 64 * j), d[j]));
-  }
+  for (int j = 0; j < vectors; ++j) storeAs(dst + 16 * j, loadAs<__m512>(numerators + 16 * j) / d[j]);
   return true;
 }
 
 /// A multiple of 16 pixels from `i` to `end`.
-inline void divideFloatVectors(const unsigned char* divisors, const unsigned char* numerators,
-                               unsigned char* dst, std::int64_t i, std::int64_t end, bool& anyZero) {
+inline void divideFloatVectors(const float* divisors, const float* numerators, float* dst, std::int64_t i,
+                               std::int64_t end, bool& anyZero) {
   for (; i != end; i += 16) {
-    if (divideFloatsWithoutZero<1>(divisors + 4 * i, numerators + 4 * i, dst + 4 * i)) continue;
+    if (divideFloatsWithoutZero<1>(divisors + i, numerators + i, dst + i)) continue;
     anyZero = true;
-    divideWithZero(divisors + 4 * i, numerators + 4 * i, dst + 4 * i, 16);
+    divideWithZero(divisors + i, numerators + i, dst + i, 16);
   }
 }
 
-[[gnu::cold, gnu::noinline]] inline void divide64WithZero(const unsigned char* divisors,
-                                                          const unsigned char* numerators,
-                                                          unsigned char* dst) {
+[[gnu::cold, gnu::noinline]] inline void divide64WithZero(const float* divisors, const float* numerators,
+                                                          float* dst) {
   bool anyZero = false;
   divideFloatVectors(divisors, numerators, dst, 0, 64, anyZero);
 }
 
 /// A multiple of 64 pixels, unrolled by 4.
-inline void divideFloatsUnrolled(const unsigned char* divisors, const unsigned char* numerators,
-                                 unsigned char* dst, std::int64_t i, std::int64_t end, bool& anyZero) {
+inline void divideFloatsUnrolled(const float* divisors, const float* numerators, float* dst, std::int64_t i,
+                                 std::int64_t end, bool& anyZero) {
   for (; i != end; i += 64) {
-    if (divideFloatsWithoutZero<4>(divisors + 4 * i, numerators + 4 * i, dst + 4 * i)) continue;
+    if (divideFloatsWithoutZero<4>(divisors + i, numerators + i, dst + i)) continue;
     anyZero = true;
-    divide64WithZero(divisors + 4 * i, numerators + 4 * i, dst + 4 * i);
+    divide64WithZero(divisors + i, numerators + i, dst + i);
   }
 }
 
 /// Returns whether any divisor of the row was 0. `whole`: the row is a multiple of 64 pixels without a peel.
 template <bool whole>
-inline bool divideFloatRowMasked(const unsigned char* divisors, const unsigned char* numerators,
-                                 unsigned char* dst, std::int64_t n) {
+inline bool divideFloatRowMasked(const float* divisors, const float* numerators, float* dst, std::int64_t n) {
   bool anyZero = false;
   if constexpr (whole) {
     divideFloatsUnrolled(divisors, numerators, dst, 0, n, anyZero);
     return anyZero;
   }
-  const auto firstOnes = [](std::int64_t count) { return static_cast<__mmask16>((1 << count) - 1); };
-  const std::int64_t peel =
-      peelOfFloats(reinterpret_cast<std::uintptr_t>(divisors), reinterpret_cast<std::uintptr_t>(numerators),
-                   reinterpret_cast<std::uintptr_t>(dst), n, 64);
-  if (peel != 0) {
-    divideMaskedFloats(divisors, numerators, dst, firstOnes(peel), static_cast<int>(peel), anyZero);
-  }
+  const std::int64_t peel = peelOfFloats(addressOf(divisors), addressOf(numerators), addressOf(dst), n, 64);
+  if (peel != 0) divideFirstFloats(divisors, numerators, dst, peel, anyZero);
   const std::int64_t unrolled = peel + ((n - peel) & ~63), vectors = peel + ((n - peel) & ~15);
   divideFloatsUnrolled(divisors, numerators, dst, peel, unrolled, anyZero);
   divideFloatVectors(divisors, numerators, dst, unrolled, vectors, anyZero);
   if (vectors != n) {
-    divideMaskedFloats(divisors + 4 * vectors, numerators + 4 * vectors, dst + 4 * vectors,
-                       firstOnes(n - vectors), static_cast<int>(n - vectors), anyZero);
+    divideFirstFloats(divisors + vectors, numerators + vectors, dst + vectors, n - vectors, anyZero);
   }
   return anyZero;
 }
 #endif
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Division

@@ -3,15 +3,15 @@
 // Quotients of images: the entries, and how each variant divides. The first source is the divisor. The status
 // reports a divisor of 0 after all pixels have been written.
 
-#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_floats.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_masked_row.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_row.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
+#include "zorvan/primitives/kernels/common/plane.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Division {
 namespace {
 
 using Ipp::ippStsDivByZero;
@@ -21,13 +21,13 @@ struct EstimatedQuotients {
   struct Constants {};
 
   template <class T, Quotients>
-  static bool row(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                  std::int64_t n, const QuotientFactors& factors, Constants) {
-    return divideRow<T>(divisors, numerators, dst, n, factors);
+  static bool row(const T* divisors, const T* numerators, T* dst, std::int64_t n,
+                  const QuotientFactors& factors, Constants) {
+    return divideRow(divisors, numerators, dst, n, factors);
   }
   template <class Images>
   static int floatRows(const Images& images, Size roi) {
-    return images.eachRow(roi, divideFloatRow);
+    return images.eachRow(roi, [](auto... row) { return divideFloatRow(row...); });
   }
 };
 
@@ -38,16 +38,16 @@ struct MaskedQuotients {
   using Constants = FourthBytes;
 
   template <class T, Quotients form>
-  static bool row(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                  std::int64_t n, const QuotientFactors& factors, const Constants& constants) {
-    return divideMaskedRow<T, form>(divisors, numerators, dst, n, factors, constants);
+  static bool row(const T* divisors, const T* numerators, T* dst, std::int64_t n,
+                  const QuotientFactors& factors, const Constants& constants) {
+    return divideMaskedRow<form>(divisors, numerators, dst, n, factors, constants);
   }
   template <class Images>
   static int floatRows(const Images& images, Size roi) {
-    if (needNoPeelOrTail(reinterpret_cast<std::uintptr_t>(images.dst), images.dstStep, roi.width)) {
-      return images.eachRow(roi, divideFloatRowMasked<true>);
+    if (needNoPeelOrTail(addressOf(images.dst.pixels), images.dst.step, roi.width)) {
+      return images.eachRow(roi, [](auto... row) { return divideFloatRowMasked<true>(row...); });
     }
-    return images.eachRow(roi, divideFloatRowMasked<false>);
+    return images.eachRow(roi, [](auto... row) { return divideFloatRowMasked<false>(row...); });
   }
 #endif
 };
@@ -58,38 +58,39 @@ using QuotientPolicy = ByVariant<V, EstimatedQuotients, EstimatedQuotients, Esti
 
 template <class T>
 struct QuotientImages {
-  const T* divisors;
-  int divisorStep;
-  const T* numerators;
-  int numeratorStep;
-  T* dst;
-  int dstStep;
+  Plane<const T> divisors, numerators;
+  Plane<T> dst;
 
-  bool anyNull() const { return divisors == nullptr || numerators == nullptr || dst == nullptr; }
-  bool anyStepBelow1() const { return divisorStep < 1 || numeratorStep < 1 || dstStep < 1; }
+  /// Images of 16-bit unsigned pixels take any step.
+  int status(Size roi) const {
+    if (divisors.pixels == nullptr || numerators.pixels == nullptr || dst.pixels == nullptr) {
+      return ippStsNullPtrErr;
+    }
+    if (isEmpty(roi)) return ippStsSizeErr;
+    const bool anyBelow1 = divisors.step < 1 || numerators.step < 1 || dst.step < 1;
+    return anyBelow1 && !std::is_same_v<T, u16> ? ippStsStepErr : ippStsNoErr;
+  }
 
   /// Also divides the rows after one with a divisor of 0.
   template <class DivideRow>
   int eachRow(Size roi, DivideRow divideOne) const {
+    const std::int64_t n = roi.width;
     bool anyZero = false;
-    for (std::int64_t r = 0; r < roi.height; ++r) {
-      anyZero |= divideOne(rowAt(reinterpret_cast<const unsigned char*>(divisors), divisorStep, r),
-                           rowAt(reinterpret_cast<const unsigned char*>(numerators), numeratorStep, r),
-                           rowAt(reinterpret_cast<unsigned char*>(dst), dstStep, r), std::int64_t{roi.width});
-    }
+    forEachRow(
+        roi.height, [&](const T* d, const T* x, T* out) { anyZero |= divideOne(d, x, out, n); }, divisors,
+        numerators, dst);
     return anyZero ? ippStsDivByZero : ippStsNoErr;
   }
 
   /// For scale factors at which a quotient needs no division.
   template <class Pixel>
   int eachPixel(Size roi, Pixel quotient) const {
-    return eachRow(roi, [quotient](auto* d, auto* x, auto* out, std::int64_t n) {
+    return eachRow(roi, [quotient](const T* d, const T* x, T* out, std::int64_t n) {
       bool anyZero = false;
       for (std::int64_t i = 0; i < n; ++i) {
-        const T divisor = loadAs<T>(d + i * std::int64_t{sizeof(T)});
-        const T numerator = loadAs<T>(x + i * std::int64_t{sizeof(T)});
+        const T divisor = loadAs<T>(d + i), numerator = loadAs<T>(x + i);
         anyZero |= divisor == 0;
-        storeAs(out + i * std::int64_t{sizeof(T)}, quotient(divisor, numerator));
+        storeAs(out + i, quotient(divisor, numerator));
       }
       return anyZero;
     });
@@ -101,7 +102,7 @@ int divideRows(const QuotientImages<T>& images, Size roi, int f) {
   const auto run = [&](auto form) {
     const QuotientFactors factors = quotientFactors<T>(f);
     const typename QuotientPolicy<V>::Constants constants;
-    return images.eachRow(roi, [&](auto* d, auto* x, auto* out, std::int64_t n) {
+    return images.eachRow(roi, [&](const T* d, const T* x, T* out, std::int64_t n) {
       return QuotientPolicy<V>::template row<T, decltype(form)::value>(d, x, out, n, factors, constants);
     });
   };
@@ -120,53 +121,38 @@ int divideRows(const QuotientImages<T>& images, Size roi, int f) {
   return ippStsNoErr;
 }
 
-}  // namespace
-
-template <class V>
-int Routines<V>::ippiDiv_8u_C1RSfs(const u8* src1, int src1Step, const u8* src2, int src2Step, u8* dst,
-                                   int dstStep, Size roi, int scaleFactor) {
-  const QuotientImages<u8> images{src1, src1Step, src2, src2Step, dst, dstStep};
-  if (images.anyNull()) return ippStsNullPtrErr;
-  if (isEmpty(roi)) return ippStsSizeErr;
-  if (images.anyStepBelow1()) return ippStsStepErr;
+template <class V, class T>
+int divide(const T* src1, int src1Step, const T* src2, int src2Step, T* dst, int dstStep, Size roi,
+           int scaleFactor) {
+  const QuotientImages<T> images{{src1, src1Step}, {src2, src2Step}, {dst, dstStep}};
+  if (const int status = images.status(roi); status != ippStsNoErr) return status;
   return divideRows<V>(images, roi, scaleFactor);
 }
-/// Takes any step.
-template <class V>
-int Routines<V>::ippiDiv_16u_C1RSfs(const u16* src1, int src1Step, const u16* src2, int src2Step, u16* dst,
-                                    int dstStep, Size roi, int scaleFactor) {
-  const QuotientImages<u16> images{src1, src1Step, src2, src2Step, dst, dstStep};
-  if (images.anyNull()) return ippStsNullPtrErr;
-  if (isEmpty(roi)) return ippStsSizeErr;
-  return divideRows<V>(images, roi, scaleFactor);
+template <class V, class T>
+int divideInPlace(const T* src, int srcStep, T* srcDst, int srcDstStep, Size roi, int scaleFactor) {
+  return divide<V, T>(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi, scaleFactor);
 }
 template <class V>
-int Routines<V>::ippiDiv_16s_C1RSfs(const s16* src1, int src1Step, const s16* src2, int src2Step, s16* dst,
-                                    int dstStep, Size roi, int scaleFactor) {
-  const QuotientImages<s16> images{src1, src1Step, src2, src2Step, dst, dstStep};
-  if (images.anyNull()) return ippStsNullPtrErr;
-  if (isEmpty(roi)) return ippStsSizeErr;
-  if (images.anyStepBelow1()) return ippStsStepErr;
-  return divideRows<V>(images, roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiDiv_32f_C1R(const float* src1, int src1Step, const float* src2, int src2Step, float* dst,
-                                 int dstStep, Size roi) {
-  const QuotientImages<float> images{src1, src1Step, src2, src2Step, dst, dstStep};
-  if (images.anyNull()) return ippStsNullPtrErr;
-  if (isEmpty(roi)) return ippStsSizeErr;
-  if (images.anyStepBelow1()) return ippStsStepErr;
+[[gnu::noinline]] int divideFloats(const float* src1, int src1Step, const float* src2, int src2Step,
+                                   float* dst, int dstStep, Size roi) {
+  const QuotientImages<float> images{{src1, src1Step}, {src2, src2Step}, {dst, dstStep}};
+  if (const int status = images.status(roi); status != ippStsNoErr) return status;
   return QuotientPolicy<V>::floatRows(images, roi);
 }
-
 template <class V>
-int Routines<V>::ippiDiv_8u_C1IRSfs(const u8* src, int srcStep, u8* srcDst, int srcDstStep, Size roi,
-                                    int scaleFactor) {
-  return ippiDiv_8u_C1RSfs(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi, scaleFactor);
-}
-template <class V>
-int Routines<V>::ippiDiv_32f_C1IR(const float* src, int srcStep, float* srcDst, int srcDstStep, Size roi) {
-  return ippiDiv_32f_C1R(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi);
+int divideFloatsInPlace(const float* src, int srcStep, float* srcDst, int srcDstStep, Size roi) {
+  return divideFloats<V>(src, srcStep, srcDst, srcDstStep, srcDst, srcDstStep, roi);
 }
 
-}  // namespace Zorvan::Primitives
+template <class V>
+struct Bodies {
+  static constexpr auto ippiDiv_8u_C1IRSfs = divideInPlace<V, u8>;
+  static constexpr auto ippiDiv_32f_C1IR = divideFloatsInPlace<V>;
+  static constexpr auto ippiDiv_8u_C1RSfs = divide<V, u8>;
+  static constexpr auto ippiDiv_16u_C1RSfs = divide<V, u16>;
+  static constexpr auto ippiDiv_16s_C1RSfs = divide<V, s16>;
+  static constexpr auto ippiDiv_32f_C1R = divideFloats<V>;
+};
+
+}  // namespace
+}  // namespace Zorvan::Primitives::Division

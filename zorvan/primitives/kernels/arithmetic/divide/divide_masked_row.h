@@ -6,10 +6,10 @@
 // divided alone. The Newton step uses fused multiplications and additions.
 
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_pixels.h"
-#include "zorvan/primitives/kernels/common/scaling.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 
 #ifdef __AVX512BW__
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Division {
 namespace {
 
 /// One Newton step on `q`, the product of a numerator and the estimate `r` of the divisor's reciprocal. A
@@ -26,42 +26,35 @@ struct Sixteen;
 /// Sixteen pixels as 32-bit lanes; those outside the mask are `other`. Words also as four times sixteen.
 template <>
 struct Sixteen<u8> {
-  static __m512i load(const void* p, __mmask16 mask, char other) {
-    return _mm512_cvtepu8_epi32(_mm_mask_loadu_epi8(_mm_set1_epi8(other), mask, p));
+  static __m512i load(const u8* p, __mmask16 mask, char other) {
+    return _mm512_cvtepu8_epi32(loadMasked(mask, p, _mm_set1_epi8(other)));
   }
-  static void store(void* p, __mmask16 mask, __m512i lanes) {
-    _mm512_mask_cvtusepi32_storeu_epi8(p, mask, lanes);
-  }
-  static bool anyZeroOf64(const void* p) {
-    const __m512i x = _mm512_loadu_si512(p);
+  static void store(u8* p, __mmask16 mask, __m512i lanes) { storeMasked_cvtusepi32_epi8(mask, p, lanes); }
+  static bool anyZeroOf64(const u8* p) {
+    const auto x = loadAs<__m512i>(p);
     return _mm512_testn_epi8_mask(x, x) != 0;
   }
 };
 
 template <class T>
 struct SixteenWords {
-  static __m512i wide(__m256i words) {
+  static __m512i widened(__m256i words) {
     return std::is_signed_v<T> ? _mm512_cvtepi16_epi32(words) : _mm512_cvtepu16_epi32(words);
   }
-  static void load64(const void* p, __m512i (&lanes)[4]) {
-    for (int i = 0; i < 4; ++i) lanes[i] = wide(loadAs<__m256i>(static_cast<const char*>(p) + 32 * i));
+  static void load64(const T* p, __m512i (&lanes)[4]) {
+    for (int i = 0; i < 4; ++i) lanes[i] = widened(loadAs<__m256i>(p + 16 * i));
   }
-  static __m512i load(const void* p, __mmask16 mask, short other) {
-    return wide(_mm256_mask_loadu_epi16(_mm256_set1_epi16(other), mask, p));
+  static __m512i load(const T* p, __mmask16 mask, short other) {
+    return widened(loadMasked(mask, p, _mm256_set1_epi16(other)));
   }
   /// The lanes fit into words.
-  static void store(void* p, __mmask16 mask, __m512i lanes) {
-    _mm512_mask_cvtepi32_storeu_epi16(p, mask, lanes);
-  }
-  static bool anyZeroOf64(const void* p) {
-    const __m512i x = _mm512_loadu_si512(p), y = _mm512_loadu_si512(static_cast<const char*>(p) + 64);
+  static void store(T* p, __mmask16 mask, __m512i lanes) { storeMasked_cvtepi32_epi16(mask, p, lanes); }
+  static bool anyZeroOf64(const T* p) {
+    const auto x = loadAs<__m512i>(p), y = loadAs<__m512i>(p + 32);
     return (_mm512_testn_epi16_mask(x, x) | _mm512_testn_epi16_mask(y, y)) != 0;
   }
-  static void store64(void* p, const __m512i (&lanes)[4]) {
-    for (int i = 0; i < 4; ++i) {
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(static_cast<char*>(p) + 32 * i),
-                          _mm512_cvtepi32_epi16(lanes[i]));
-    }
+  static void store64(T* p, const __m512i (&lanes)[4]) {
+    for (int i = 0; i < 4; ++i) storeAs(p + 16 * i, _mm512_cvtepi32_epi16(lanes[i]));
   }
 };
 template <>
@@ -122,11 +115,10 @@ inline __m512 onePlusBytes(__m512i pixels, int i, const FourthBytes& fourthBytes
 
 /// Divides 64 bytes. `zeroes`: some divisor may be 0.
 template <Quotients form, bool zeroes>
-[[gnu::always_inline]] inline void divideBytes64(const unsigned char* divisors,
-                                                 const unsigned char* numerators, unsigned char* dst,
+[[gnu::always_inline]] inline void divideBytes64(const u8* divisors, const u8* numerators, u8* dst,
                                                  const QuotientFactors& factors,
                                                  const FourthBytes& fourthBytes) {
-  const __m512i d = _mm512_loadu_si512(divisors), n = _mm512_loadu_si512(numerators);
+  const auto d = loadAs<__m512i>(divisors), n = loadAs<__m512i>(numerators);
   const __m512i up = _mm512_set4_epi32(0x0C0C0C0C, 0x08080808, 0x04040404, 0);
   __m512i result = _mm512_setzero_si512();
   for (int i = 0; i < 4; ++i) {
@@ -145,13 +137,12 @@ template <Quotients form, bool zeroes>
     const __m512i bytes = _mm512_cvtps_epi32(q);
     result = i == 0 ? bytes : _mm512_mask_shuffle_epi8(result, fourthBytes.from(i), bytes, up);
   }
-  _mm512_storeu_si512(dst, result);
+  storeAs(dst, result);
 }
 
-template <class T, Quotients form, bool zeroes>
-[[gnu::always_inline]] inline void divide64(const unsigned char* divisors, const unsigned char* numerators,
-                                            unsigned char* dst, const QuotientFactors& factors,
-                                            const FourthBytes& fourthBytes) {
+template <Quotients form, bool zeroes, class T>
+[[gnu::always_inline]] inline void divide64(const T* divisors, const T* numerators, T* dst,
+                                            const QuotientFactors& factors, const FourthBytes& fourthBytes) {
   if constexpr (sizeof(T) == 1) {
     divideBytes64<form, zeroes>(divisors, numerators, dst, factors, fourthBytes);
   } else {
@@ -164,17 +155,14 @@ template <class T, Quotients form, bool zeroes>
 }
 
 /// Returns whether any divisor of the row was 0.
-template <class T, Quotients form>
-inline bool divideMaskedRow(const unsigned char* divisors, const unsigned char* numerators,
-                            unsigned char* dst, std::int64_t n, const QuotientFactors& factors,
-                            const FourthBytes& fourthBytes) {
-  constexpr std::int64_t size = sizeof(T);
+template <Quotients form, class T>
+inline bool divideMaskedRow(const T* divisors, const T* numerators, T* dst, std::int64_t n,
+                            const QuotientFactors& factors, const FourthBytes& fourthBytes) {
   bool anyZero = false;
   std::int64_t i = 0;
-  const auto isClean = [&] { return !Sixteen<T>::anyZeroOf64(divisors + i * size); };
+  const auto isClean = [&] { return !Sixteen<T>::anyZeroOf64(divisors + i); };
   const auto divide = [&](auto zeroes) {
-    divide64<T, form, decltype(zeroes)::value>(divisors + i * size, numerators + i * size, dst + i * size,
-                                               factors, fourthBytes);
+    divide64<form, decltype(zeroes)::value>(divisors + i, numerators + i, dst + i, factors, fourthBytes);
   };
   while (n - i >= 64) {
     for (; n - i >= 64 && isClean(); i += 64) divide(std::false_type{});
@@ -184,15 +172,15 @@ inline bool divideMaskedRow(const unsigned char* divisors, const unsigned char* 
     }
   }
   for (; i < n; i += 16) {
-    const auto mask = static_cast<__mmask16>(n - i >= 16 ? 0xFFFF : (1 << (n - i)) - 1);
-    const __m512i d = Sixteen<T>::load(divisors + i * size, mask, 1);
-    const __m512i x = Sixteen<T>::load(numerators + i * size, mask, 0);
+    const auto mask = firstLanes<__mmask16>(n - i);
+    const __m512i d = Sixteen<T>::load(divisors + i, mask, 1);
+    const __m512i x = Sixteen<T>::load(numerators + i, mask, 0);
     anyZero |= _mm512_testn_epi32_mask(d, d) != 0;
-    Sixteen<T>::store(dst + i * size, mask, divideSixteen<T, form, true>(d, x, factors));
+    Sixteen<T>::store(dst + i, mask, divideSixteen<T, form, true>(d, x, factors));
   }
   return anyZero;
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Division
 #endif

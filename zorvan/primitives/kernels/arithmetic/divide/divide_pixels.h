@@ -8,7 +8,7 @@
 #include "zorvan/primitives/kernels/common/extreme_values.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Division {
 namespace {
 
 /// The factors of a row's quotients, all powers of two: products with them are exact.
@@ -56,4 +56,4 @@ inline T saturatedQuotient(T divisor, T numerator) {
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Division

@@ -7,7 +7,7 @@
 
 #include "zorvan/foundation/PixelTypes.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Division {
 namespace {
 
 enum class Quotients {
@@ -74,9 +74,9 @@ constexpr std::int64_t peelOfFloats(std::uintptr_t a, std::uintptr_t b, std::uin
 }
 
 /// Whether all float rows are multiples of 64 pixels that start on a cache line.
-constexpr bool needNoPeelOrTail(std::uintptr_t dst, int dstStep, std::int64_t n) {
+constexpr bool needNoPeelOrTail(std::uintptr_t dst, std::int64_t dstStep, std::int64_t n) {
   return dst % 64 == 0 && dstStep % 64 == 0 && n % 64 == 0;
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Division

@@ -6,11 +6,12 @@
 // Peel and tail are divided pixel by pixel. In vectors the product of numerator and estimate is refined by
 // two Newton steps; a tie may be rounded to the other side than by a division.
 
-#include "zorvan/primitives/kernels/arithmetic/binary/row_sources.h"
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_pixels.h"
 #include "zorvan/primitives/kernels/common/scaling.h"
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 
-namespace Zorvan::Primitives {
+namespace Zorvan::Primitives::Division {
 namespace {
 
 inline __m128 reciprocalEstimate(__m128 x) { return _mm_rcp_ps(x); }
@@ -39,7 +40,7 @@ inline F estimatedQuotient(F numerator, F divisor) {
 
 /// Eight pixels as words.
 template <class T>
-inline __m128i loadEight(const unsigned char* p) {
+inline __m128i loadEight(const T* p) {
   if constexpr (sizeof(T) == 1) {
     return unpacklo_epi8(loadLow<8>(p), _mm_setzero_si128());
   } else {
@@ -52,7 +53,7 @@ struct EightDwords {
 };
 /// Lanes lie within the limits of the type; those of bytes saturate.
 template <class T>
-inline void storeEight(unsigned char* p, EightDwords lanes) {
+inline void storeEight(T* p, EightDwords lanes) {
   if constexpr (sizeof(T) == 1) {
     const __m128i words = packs_epi32(lanes.low, lanes.high);
     storeLow<8>(p, packus_epi16(words, words));
@@ -96,27 +97,26 @@ inline EightDwords divideEight(__m128i divisors, __m128i numerators, const Quoti
 
 /// Returns whether any divisor of the row was 0.
 template <class T>
-inline bool divideRow(const unsigned char* divisors, const unsigned char* numerators, unsigned char* dst,
-                      std::int64_t n, const QuotientFactors& factors) {
-  constexpr std::int64_t size = sizeof(T);
+inline bool divideRow(const T* divisors, const T* numerators, T* dst, std::int64_t n,
+                      const QuotientFactors& factors) {
   bool anyZero = false;
   std::int64_t i = 0;
   const auto pixelsUpTo = [&](std::int64_t end) {
     for (; i < end; ++i) {
-      const T d = loadAs<T>(divisors + i * size), x = loadAs<T>(numerators + i * size);
-      storeAs(dst + i * size, dividePixel(d, x, factors, anyZero));
+      const T d = loadAs<T>(divisors + i), x = loadAs<T>(numerators + i);
+      storeAs(dst + i, dividePixel(d, x, factors, anyZero));
     }
   };
-  pixelsUpTo(peelOfIntegers(reinterpret_cast<std::uintptr_t>(dst), n, size));
+  pixelsUpTo(peelOfIntegers(addressOf(dst), n, sizeof(T)));
   for (; i + 8 <= n; i += 8) {
-    const __m128i d = loadEight<T>(divisors + i * size), x = loadEight<T>(numerators + i * size);
+    const __m128i d = loadEight(divisors + i), x = loadEight(numerators + i);
     const bool zeroes = _mm_movemask_epi8(cmpeq_epi16(d, _mm_setzero_si128())) != 0;
     anyZero |= zeroes;
-    storeEight<T>(dst + i * size, divideEight<T>(d, x, factors, zeroes));
+    storeEight(dst + i, divideEight<T>(d, x, factors, zeroes));
   }
   pixelsUpTo(n);
   return anyZero;
 }
 
 }  // namespace
-}  // namespace Zorvan::Primitives
+}  // namespace Zorvan::Primitives::Division
