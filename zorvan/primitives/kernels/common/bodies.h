@@ -1,7 +1,7 @@
 #pragma once
 
-// Defines the entries of a list. A family has a table, `template <class V> struct Bodies`, with a member of each
-// entry's name: the function that computes it. Signatures are spelled in the list alone.
+// Defines the entries of a list. A family has a table, `template <class V> struct Bodies`, with a member of
+// each entry's name: the function that computes it. Signatures are spelled in the list alone.
 //
 //   #define ENTRY(...) ZORVAN_DEFINE(<Family>::Bodies, __VA_ARGS__)
 //   #include "zorvan/primitives/frame/entries/<Family>.def"

@@ -37,7 +37,6 @@ inline void storeAs(void* address, T value) {
   __builtin_memcpy(address, &value, sizeof value);
 }
 
-inline std::uintptr_t addressOf(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
 /// A whole vector of integers or floats; `aligned` promises that the address is a multiple of its size.
 template <class Lanes, bool aligned>
 inline Lanes loadLanes(const void* p) {
