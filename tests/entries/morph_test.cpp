@@ -18,6 +18,7 @@ namespace Zorvan::Test {
 namespace {
 
 using namespace Primitives;
+using namespace Primitives::Morphology;
 
 template <class T, class Spec>
 using MorphRoutine = typename MorphCall<T, Spec>::Routine;

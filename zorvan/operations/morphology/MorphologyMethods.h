@@ -49,8 +49,8 @@ class IppIMorphologyBase_Src_Dst : public Methods::Method_2M<T, T> {
     if (getSize(roiSize, maskSize, &specSize, &bufferSize) != ippStsNoErr) {
       throw TextException("Morph border get size error.");
     }
-    spec = IppS::IppSMemory<u8>(exactSizes.spec.fits() ? specSize : 0);
-    buffer = IppS::IppSMemory<u8>(exactSizes.buffer.fits() ? bufferSize : 0);
+    spec = IppS::IppSMemory<u8>(trueSizes.spec.fits() ? specSize : 0);
+    buffer = IppS::IppSMemory<u8>(trueSizes.buffer.fits() ? bufferSize : 0);
     auto* const record = reinterpret_cast<Spec*>(this->GetSpecPointer());
     if (init(roiSize, this->GetMaskPointer(), maskSize, record, this->GetBufferPointer()) != ippStsNoErr) {
       throw TextException("Morph border init error.");

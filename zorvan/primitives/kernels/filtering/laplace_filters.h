@@ -15,7 +15,6 @@
 //
 // The pixels to the left and right come from `loads`, which replaces those that the row does not have.
 
-#include "zorvan/primitives/kernels/filtering/float_vectors.h"
 #include "zorvan/primitives/kernels/filtering/pair_vectors.h"
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
 
@@ -77,37 +76,38 @@ template <class V>
 struct FloatRows {
   using Pixel = float;
   using Vector = V;
-  using Operations = FloatOperations<V>;
-  using Sums = typename Operations::Floats;
+  using Sums = typename FloatLanesOf<V::size>::type;
 
-  static Sums zero() { return Operations::of(V::broadcast(std::uint32_t{0})); }
-  static Sums add(Sums x, Sums y) { return Operations::add(x, y); }
-  static V pixels(Sums sums) { return Operations::vector(sums); }
+  static Sums zero() { return floats(V::broadcast(std::uint32_t{0})); }
+  static Sums add(Sums x, Sums y) { return x + y; }
+  static V pixels(Sums sums) { return __builtin_bit_cast(V, sums); }
 
   template <class Loads>
   static Sums sumOfThree(const Loads& loads, const unsigned char* p, V here) {
-    return add(add(at<-1>(loads, p), Operations::of(here)), at<1>(loads, p));
+    return at<-1>(loads, p) + floats(here) + at<1>(loads, p);
   }
 
-  static V nineTimesMinus(V here, Sums sums) {
-    return pixels(Operations::sub(times(9, Operations::of(here)), sums));
-  }
+  static V nineTimesMinus(V here, Sums sums) { return pixels(times(9, floats(here)) - sums); }
 
   template <class Loads>
   static Responses<Sums> responses(const Loads& loads, const unsigned char* p) {
-    const Sums outer = add(at<-2>(loads, p), at<2>(loads, p)), inner = add(at<-1>(loads, p), at<1>(loads, p)),
-               here = Operations::of(inRegister(loads.template load<0>(p)));
-    return {Operations::sub(Operations::sub(Operations::negative(outer), times(3, inner)), times(4, here)),
-            add(times(-3, outer), times(6, here)),
-            add(add(times(-4, outer), times(6, inner)), times(20, here))};
+    const Sums outer = at<-2>(loads, p) + at<2>(loads, p), inner = at<-1>(loads, p) + at<1>(loads, p),
+               here = floats(inRegister(loads.template load<0>(p)));
+    return {negative(outer) - times(3, inner) - times(4, here), times(-3, outer) + times(6, here),
+            times(-4, outer) + times(6, inner) + times(20, here)};
   }
 
  private:
+  static Sums floats(V v) { return __builtin_bit_cast(Sums, v.bits); }
   template <int columns, class Loads>
   static Sums at(const Loads& loads, const unsigned char* p) {
-    return Operations::of(loads.template load<columns>(p));
+    return floats(loads.template load<columns>(p));
   }
-  static Sums times(float factor, Sums v) { return Operations::times(factor, v); }
+  /// Spelled out, since a compiler that knows a negation may move it, and so change the sign of a NaN.
+  static Sums negative(Sums v) {
+    return floats({__builtin_bit_cast(V, v).bits ^ V::broadcast(std::uint32_t{0x80000000}).bits});
+  }
+  static Sums times(float factor, Sums v) { return broadcastFloats<Sums>(factor) * v; }
 };
 
 template <class Rows>

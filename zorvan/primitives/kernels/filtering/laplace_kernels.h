@@ -12,13 +12,6 @@
 namespace Zorvan::Primitives::Laplace {
 namespace {
 
-#ifndef __AVX__
-struct Vector32;
-#endif
-#ifndef __AVX512F__
-struct Vector64;
-#endif
-
 template <class V>
 using IntegerVector = ByVariant<V, Vector16, Vector16, Vector16, Vector16, Vector32, Vector64>;
 template <class V>

@@ -101,7 +101,7 @@ struct Sweep {
       for (; row != end; ++row, to += toNext) {
         const unsigned char* const p = *row + at;
         stores.store(filter.take(loads, p), to);
-        if (toPrefetch != 0) prefetch(p, toPrefetch);
+        if (toPrefetch != 0) prefetchLine(p + toPrefetch);
       }
     }
   };

@@ -4,6 +4,7 @@
 // it are the nearest pixel, a constant, or memory.
 
 #include "zorvan/primitives/kernels/neighbourhood/border_word.h"
+#include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
@@ -33,29 +34,24 @@ inline Vector16 loadBeforeEdge(const unsigned char* p, Vector16 edge) {
 }
 
 #ifdef __AVX__
-inline Vector32 joinHalves(Vector16 first, Vector16 second) {
-  return {_mm256_insertf128_si256(_mm256_castsi128_si256(first.bits), second.bits, 1)};
-}
 template <int bytes>
 inline Vector32 loadAfterEdge(const unsigned char* p, Vector32 edge) {
-  return joinHalves(loadAfterEdge<bytes>(p, Vector16{_mm256_castsi256_si128(edge.bits)}),
-                    Vector16::load(p + 16 - bytes));
+  return joinHalves(loadAfterEdge<bytes>(p, lowHalf(edge)), Vector16::load(p + 16 - bytes));
 }
 template <int bytes>
 inline Vector32 loadBeforeEdge(const unsigned char* p, Vector32 edge) {
-  return joinHalves(Vector16::load(p + bytes),
-                    loadBeforeEdge<bytes>(p + 16, Vector16{_mm256_castsi256_si128(edge.bits)}));
+  return joinHalves(Vector16::load(p + bytes), loadBeforeEdge<bytes>(p + 16, lowHalf(edge)));
 }
 #endif
 
 #ifdef __AVX512BW__
 template <int bytes>
 inline Vector64 loadAfterEdge(const unsigned char* p, Vector64 edge) {
-  return {_mm512_mask_loadu_epi8(edge.bits, ~0ull << bytes, p - bytes)};
+  return {loadMasked(~0ull << bytes, p - bytes, edge.bits)};
 }
 template <int bytes>
 inline Vector64 loadBeforeEdge(const unsigned char* p, Vector64 edge) {
-  return {_mm512_mask_loadu_epi8(edge.bits, ~0ull >> bytes, p + bytes)};
+  return {loadMasked(~0ull >> bytes, p + bytes, edge.bits)};
 }
 #endif
 

@@ -30,12 +30,6 @@ struct MorphMask {
   bool has(std::uint32_t flag) const { return (spec.flags & flag) != 0; }
 };
 
-struct ByteLanes16;
-struct ByteLanes32;
-struct ByteLanes64;
-struct FloatLanes32;
-struct FloatLanes64;
-
 template <class Operation, class Lanes>
 inline void computeSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                          Size mask, MorphWork work) {
@@ -73,7 +67,7 @@ inline void computeBordered(Plane<const typename Lanes::Pixel> src, Plane<typena
 template <class ForBytes, class ForFloats, int leastOfBytes>
 struct ScanningKernels {
   template <class Pixel>
-  using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+  using Lanes = PixelLanes<Pixel, std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>>;
   template <class Pixel>
   static constexpr int leastBordered = sizeof(Pixel) == 1 ? leastOfBytes : 5;
 
@@ -94,7 +88,7 @@ struct ScanningKernels {
 template <class ForBytes, class ForFloats>
 struct FormKernels {
   template <class Pixel>
-  using Lanes = std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>;
+  using Lanes = PixelLanes<Pixel, std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>>;
   template <class Pixel>
   static constexpr int leastBordered = 3;
 
@@ -145,10 +139,10 @@ struct FormKernels {
 };
 
 template <class V>
-using MorphPolicy = ByVariant<V, ScanningKernels<ByteLanes16, FloatLanes16, noneBordered>,
-                              ScanningKernels<ByteLanes16, FloatLanes16, 5>,
-                              FormKernels<ByteLanes16, FloatLanes16>, FormKernels<ByteLanes16, FloatLanes32>,
-                              FormKernels<ByteLanes32, FloatLanes32>, FormKernels<ByteLanes64, FloatLanes64>>;
+using MorphPolicy =
+    ByVariant<V, ScanningKernels<Vector16, Vector16, noneBordered>, ScanningKernels<Vector16, Vector16, 5>,
+              FormKernels<Vector16, Vector16>, FormKernels<Vector16, Vector32>,
+              FormKernels<Vector32, Vector32>, FormKernels<Vector64, Vector64>>;
 
 template <class V>
 inline int copyRegion(const u8* src, int srcStep, u8* dst, int dstStep, Size roi) {

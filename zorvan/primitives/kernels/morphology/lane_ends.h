@@ -3,7 +3,6 @@
 // Operations on vectors that reach over an end of a row.
 
 #include <cstdint>
-#include <type_traits>
 
 #include "zorvan/primitives/kernels/morphology/pixel_lanes.h"
 
@@ -15,10 +14,9 @@ struct LastBytes {
   std::int64_t bytes;
 };
 
-/// What vectors with mask registers have as members, for the others. It goes through memory, which costs
-/// little: only the ends of rows need it.
-template <class Lanes>
-struct EndsThroughMemory {
+/// Through memory, which costs little: only the ends of rows need it.
+template <class Lanes, bool masks = Lanes::hasMasks>
+struct LaneEnds {
   using Pixel = typename Lanes::Pixel;
   static constexpr std::int64_t pixelBytes = sizeof(Pixel), bytes = Lanes::count * pixelBytes;
 
@@ -33,16 +31,19 @@ struct EndsThroughMemory {
     return Lanes::load(pixels);
   }
 
+  /// The last `n` lanes, from one to all but one.
   static LastBytes last(std::int64_t n) { return {n * pixelBytes}; }
+  /// `a` in the given lanes and `b` in the others.
   static Lanes blend(FirstBytes lanes, Lanes a, Lanes b) {
     static constexpr std::int32_t ones[16] = {-1, -1, -1, -1, -1, -1, -1, -1};
     const auto* const end = reinterpret_cast<const unsigned char*>(ones + 8);
-    return Lanes::select(Lanes::load(reinterpret_cast<const Pixel*>(end - lanes.bytes)), a, b);
+    return {select(loadAs<typename Lanes::Bits>(end - lanes.bytes), a.bits, b.bits)};
   }
   static Lanes blend(LastBytes lanes, Lanes a, Lanes b) {
     return blend(FirstBytes{bytes - lanes.bytes}, b, a);
   }
 
+  /// The position of a lane, to be broadcast.
   using Place = std::int64_t;
   static Place place(std::int64_t i) { return i; }
   static Lanes broadcastLane(Lanes a, Place from) {
@@ -53,8 +54,43 @@ struct EndsThroughMemory {
   static Lanes broadcastFirst(Lanes a) { return broadcastLane(a, 0); }
 };
 
+#ifdef __AVX512BW__
+/// In registers.
 template <class Lanes>
-using LaneEnds = std::conditional_t<Lanes::hasMasks, Lanes, EndsThroughMemory<Lanes>>;
+struct LaneEnds<Lanes, true> {
+  using Pixel = typename Lanes::Pixel;
+  using Mask = typename Lanes::Partial;
+
+  template <class Active>
+  static Lanes load(const Pixel* p, Active lanes) {
+    return Lanes::load(p, lanes);
+  }
+  static Mask last(std::int64_t n) { return static_cast<Mask>(~firstLanes<Mask>(Lanes::count - n)); }
+  static Lanes blend(Mask lanes, Lanes a, Lanes b) {
+    if constexpr (Lanes::areBytes) return {_mm512_mask_blend_epi8(lanes, b.bits, a.bits)};
+    if constexpr (!Lanes::areBytes) return {_mm512_mask_blend_ps(lanes, b.bits, a.bits)};
+  }
+
+  struct Place {
+    __m512i dwords, bytes;
+  };
+  static Place place(std::int64_t i) {
+    constexpr int shift = Lanes::areBytes ? 2 : 0;
+    return {_mm512_set1_epi32(static_cast<int>(i >> shift)), _mm512_set1_epi8(static_cast<char>(i & 3))};
+  }
+  static Lanes broadcastLane(Lanes a, Place from) {
+    if constexpr (Lanes::areBytes) {
+      return {_mm512_shuffle_epi8(_mm512_permutexvar_epi32(from.dwords, a.bits), from.bytes)};
+    } else {
+      return {_mm512_permutexvar_ps(from.dwords, a.bits)};
+    }
+  }
+  static Lanes broadcastFirst(Lanes a) {
+    if constexpr (Lanes::areBytes) return {_mm512_broadcastb_epi8(_mm512_castsi512_si128(a.bits))};
+    if constexpr (!Lanes::areBytes) return {_mm512_broadcastss_ps(_mm512_castps512_ps128(a.bits))};
+  }
+};
+#endif
 
 }  // namespace
 }  // namespace Zorvan::Primitives::Morphology

@@ -11,7 +11,10 @@
 // accumulated extreme is the first operand and the pixel the second, so that the next pixel replaces a NaN.
 
 #include <cstdint>
+#include <type_traits>
 
+#include "zorvan/primitives/kernels/simd/lane_operations.h"
+#include "zorvan/primitives/kernels/simd/neighbours.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
@@ -31,290 +34,105 @@ struct FirstBytes {
   std::int64_t bytes;
 };
 
-struct ByteLanes16 {
-  using Pixel = std::uint8_t;
-  using Partial = FirstBytes;
-  static constexpr int count = 16;
-  static constexpr bool hasMasks = false;
-  static constexpr bool areLines = false;
-  __m128i bits;
-
-  static Partial first(std::int64_t n) { return {n}; }
-  static ByteLanes16 load(const Pixel* p, AllLanes = {}) { return {Vector16::load(p).bits}; }
-  static ByteLanes16 load(const Pixel* p, Partial lanes) { return {loadFirst16(p, lanes.bytes)}; }
-  void store(Pixel* p, AllLanes = {}) const { Vector16{bits}.store(p); }
-  void store(Pixel* p, Partial lanes) const { storeFirst(p, Vector16{bits}, lanes.bytes); }
-
-  static ByteLanes16 broadcast(Pixel value) { return {Vector16::broadcast(value).bits}; }
-  static ByteLanes16 largest(ByteLanes16 a, ByteLanes16 b) { return {_mm_max_epu8(a.bits, b.bits)}; }
-  static ByteLanes16 smallest(ByteLanes16 a, ByteLanes16 b) { return {_mm_min_epu8(a.bits, b.bits)}; }
-
-#ifdef __SSSE3__
-  /// The pixels `n` columns after those of `a`, `n` below 16; `next` is the vector after `a`.
-  template <int n, int>
-  static ByteLanes16 following(ByteLanes16 a, ByteLanes16 next) {
-    return {_mm_alignr_epi8(next.bits, a.bits, n)};
-  }
-  /// The pixels `n` columns before those of `a`, `n` below 16; `previous` is the vector before `a`.
-  template <int n, int>
-  static ByteLanes16 before(ByteLanes16 a, ByteLanes16 previous) {
-    return {_mm_alignr_epi8(a.bits, previous.bits, 16 - n)};
-  }
-#endif
-  /// `a` where all bits of `mask` are set and `b` where none is.
-  static ByteLanes16 select(ByteLanes16 mask, ByteLanes16 a, ByteLanes16 b) {
-    return {_mm_or_si128(_mm_and_si128(mask.bits, a.bits), _mm_andnot_si128(mask.bits, b.bits))};
-  }
+template <class V>
+struct IntegerBits {
+  using type = decltype(V::bits);
 };
-
-/// The floats `n` columns after those of `a`, `n` up to 4; `next` is the vector after `a`. The compiler
-/// shares shuffles between distances; for a `reach` of 1 alone, one shift of bytes is shorter.
-template <int n, int reach>
-inline __m128 followingFloats(__m128 a, __m128 next) {
-#ifdef __SSSE3__
-  if constexpr (reach == 1) {
-    return _mm_castsi128_ps(_mm_alignr_epi8(_mm_castps_si128(next), _mm_castps_si128(a), 4 * n));
-  }
-#endif
-  const __m128 two = _mm_shuffle_ps(a, next, _MM_SHUFFLE(1, 0, 3, 2));
-  if constexpr (n == 1) return _mm_shuffle_ps(a, two, _MM_SHUFFLE(2, 1, 2, 1));
-  if constexpr (n == 3) return _mm_shuffle_ps(two, next, _MM_SHUFFLE(2, 1, 2, 1));
-  return n == 0 ? a : n == 2 ? two : next;
-}
-
-struct FloatLanes16 {
-  using Pixel = float;
-  using Partial = FirstBytes;
-  static constexpr int count = 4;
-  static constexpr bool hasMasks = false;
-  static constexpr bool areLines = false;
-  __m128 bits;
-
-  static Partial first(std::int64_t n) { return {4 * n}; }
-  static FloatLanes16 load(const Pixel* p, AllLanes = {}) { return {_mm_loadu_ps(p)}; }
-  static FloatLanes16 load(const Pixel* p, Partial lanes) {
-    return {_mm_castsi128_ps(loadFirst16(p, lanes.bytes))};
-  }
-  void store(Pixel* p, AllLanes = {}) const { _mm_storeu_ps(p, bits); }
-  void store(Pixel* p, Partial lanes) const { storeFirst(p, Vector16{_mm_castps_si128(bits)}, lanes.bytes); }
-
-  static FloatLanes16 broadcast(Pixel value) { return {_mm_set1_ps(value)}; }
-  static FloatLanes16 largest(FloatLanes16 a, FloatLanes16 b) { return {_mm_max_ps(a.bits, b.bits)}; }
-  static FloatLanes16 smallest(FloatLanes16 a, FloatLanes16 b) { return {_mm_min_ps(a.bits, b.bits)}; }
-
-  template <int n, int reach>
-  static FloatLanes16 following(FloatLanes16 a, FloatLanes16 next) {
-    return {followingFloats<n, reach>(a.bits, next.bits)};
-  }
-  template <int n, int reach>
-  static FloatLanes16 before(FloatLanes16 a, FloatLanes16 previous) {
-    return following<4 - n, reach>(previous, a);
-  }
-  static FloatLanes16 select(FloatLanes16 mask, FloatLanes16 a, FloatLanes16 b) {
-    return {_mm_or_ps(_mm_and_ps(mask.bits, a.bits), _mm_andnot_ps(mask.bits, b.bits))};
-  }
+/// The first lanes of a vector of pixels T: a mask register where there is one.
+template <class T, bool masks>
+struct PartialOf {
+  using type = FirstBytes;
 };
-
-#ifdef __AVX__
-/// The same in each 16 bytes.
-template <int n, int reach>
-inline __m256 followingFloats(__m256 a, __m256 next) {
-#ifdef __AVX2__
-  if constexpr (reach == 1) {
-    return _mm256_castsi256_ps(_mm256_alignr_epi8(_mm256_castps_si256(next), _mm256_castps_si256(a), 4 * n));
-  }
-#endif
-  const __m256 two = _mm256_shuffle_ps(a, next, _MM_SHUFFLE(1, 0, 3, 2));
-  if constexpr (n == 1) return _mm256_shuffle_ps(a, two, _MM_SHUFFLE(2, 1, 2, 1));
-  if constexpr (n == 3) return _mm256_shuffle_ps(two, next, _MM_SHUFFLE(2, 1, 2, 1));
-  return n == 0 ? a : n == 2 ? two : next;
-}
-
-struct FloatLanes32 {
-  using Pixel = float;
-  using Partial = FirstBytes;
-  static constexpr int count = 8;
-  static constexpr bool hasMasks = false;
-  static constexpr bool areLines = false;
-  __m256 bits;
-
-  static Partial first(std::int64_t n) { return {4 * n}; }
-  static FloatLanes32 load(const Pixel* p, AllLanes = {}) { return {_mm256_loadu_ps(p)}; }
-  static FloatLanes32 load(const Pixel* p, Partial lanes) {
-    if (lanes.bytes < 16) {
-      return {_mm256_zextps128_ps256(_mm_castsi128_ps(loadFirst16(p, lanes.bytes)))};
-    }
-    const __m128 high = _mm_castsi128_ps(loadFirst16(p + 4, lanes.bytes - 16));
-    return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(p)), high, 1)};
-  }
-  void store(Pixel* p, AllLanes = {}) const { _mm256_storeu_ps(p, bits); }
-  void store(Pixel* p, Partial lanes) const {
-    const FloatLanes16 low{_mm256_castps256_ps128(bits)};
-    if (lanes.bytes < 16) return low.store(p, lanes);
-    low.store(p);
-    FloatLanes16{_mm256_extractf128_ps(bits, 1)}.store(p + 4, FirstBytes{lanes.bytes - 16});
-  }
-
-  static FloatLanes32 broadcast(Pixel value) { return {_mm256_set1_ps(value)}; }
-  static FloatLanes32 largest(FloatLanes32 a, FloatLanes32 b) { return {_mm256_max_ps(a.bits, b.bits)}; }
-  static FloatLanes32 smallest(FloatLanes32 a, FloatLanes32 b) { return {_mm256_min_ps(a.bits, b.bits)}; }
-
-  static __m256 middle(FloatLanes32 a, FloatLanes32 next) {
-    return _mm256_permute2f128_ps(a.bits, next.bits, 0x21);
-  }
-  /// `n` up to 4.
-  template <int n, int reach>
-  static FloatLanes32 following(FloatLanes32 a, FloatLanes32 next) {
-    return {followingFloats<n, reach>(a.bits, middle(a, next))};
-  }
-  template <int n, int reach>
-  static FloatLanes32 before(FloatLanes32 a, FloatLanes32 previous) {
-    return {followingFloats<4 - n, reach>(middle(previous, a), a.bits)};
-  }
-  static FloatLanes32 select(FloatLanes32 mask, FloatLanes32 a, FloatLanes32 b) {
-    return {_mm256_blendv_ps(b.bits, a.bits, mask.bits)};
-  }
-};
-#endif
-
-#ifdef __AVX2__
-struct ByteLanes32 {
-  using Pixel = std::uint8_t;
-  using Partial = FirstBytes;
-  static constexpr int count = 32;
-  static constexpr bool hasMasks = false;
-  static constexpr bool areLines = false;
-  __m256i bits;
-
-  static Partial first(std::int64_t n) { return {n}; }
-  static ByteLanes32 load(const Pixel* p, AllLanes = {}) { return {Vector32::load(p).bits}; }
-  static ByteLanes32 load(const Pixel* p, Partial lanes) { return {loadFirst32(p, lanes.bytes)}; }
-  void store(Pixel* p, AllLanes = {}) const { Vector32{bits}.store(p); }
-  void store(Pixel* p, Partial lanes) const { storeFirst(p, Vector32{bits}, lanes.bytes); }
-
-  static ByteLanes32 broadcast(Pixel value) { return {Vector32::broadcast(value).bits}; }
-  static ByteLanes32 largest(ByteLanes32 a, ByteLanes32 b) { return {_mm256_max_epu8(a.bits, b.bits)}; }
-  static ByteLanes32 smallest(ByteLanes32 a, ByteLanes32 b) { return {_mm256_min_epu8(a.bits, b.bits)}; }
-
-  static __m256i middle(ByteLanes32 a, ByteLanes32 next) {
-    return _mm256_permute2x128_si256(a.bits, next.bits, 0x21);
-  }
-  template <int n, int>
-  static ByteLanes32 following(ByteLanes32 a, ByteLanes32 next) {
-    return {_mm256_alignr_epi8(middle(a, next), a.bits, n)};
-  }
-  template <int n, int>
-  static ByteLanes32 before(ByteLanes32 a, ByteLanes32 previous) {
-    return {_mm256_alignr_epi8(a.bits, middle(previous, a), 16 - n)};
-  }
-  static ByteLanes32 select(ByteLanes32 mask, ByteLanes32 a, ByteLanes32 b) {
-    return {_mm256_blendv_epi8(b.bits, a.bits, mask.bits)};
-  }
-};
-#endif
-
 #ifdef __AVX512BW__
-struct ByteLanes64 {
-  using Pixel = std::uint8_t;
-  using Partial = __mmask64;
-  static constexpr int count = 64;
-  static constexpr bool hasMasks = true;
-  static constexpr bool areLines = true;
-  __m512i bits;
-
-  static Partial first(std::int64_t n) { return ~std::uint64_t{0} >> (-n & 63); }
-  static ByteLanes64 load(const Pixel* p, AllLanes = {}) { return {Vector64::load(p).bits}; }
-  static ByteLanes64 load(const Pixel* p, Partial lanes) { return {_mm512_maskz_loadu_epi8(lanes, p)}; }
-  void store(Pixel* p, AllLanes = {}) const { Vector64{bits}.store(p); }
-  void store(Pixel* p, Partial lanes) const { _mm512_mask_storeu_epi8(p, lanes, bits); }
-  void stream(Pixel* p) const { Vector64{bits}.stream(p); }
-
-  static ByteLanes64 broadcast(Pixel value) { return {Vector64::broadcast(value).bits}; }
-  static ByteLanes64 largest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_max_epu8(a.bits, b.bits)}; }
-  static ByteLanes64 smallest(ByteLanes64 a, ByteLanes64 b) { return {_mm512_min_epu8(a.bits, b.bits)}; }
-
-  template <int n, int>
-  static ByteLanes64 following(ByteLanes64 a, ByteLanes64 next) {
-    if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(next.bits, a.bits, n / 4)};
-    return {_mm512_alignr_epi8(_mm512_alignr_epi32(next.bits, a.bits, 4), a.bits, n % 16)};
-  }
-  template <int n, int>
-  static ByteLanes64 before(ByteLanes64 a, ByteLanes64 previous) {
-    const __m512i middle = _mm512_alignr_epi32(a.bits, previous.bits, 12);
-    if constexpr (n % 4 == 0) return {_mm512_alignr_epi32(a.bits, previous.bits, 16 - n / 4)};
-    return {_mm512_alignr_epi8(a.bits, middle, 16 - n % 16)};
-  }
-
-  /// The last `n` lanes, from one to all but one.
-  static Partial last(std::int64_t n) { return ~std::uint64_t{0} << (-n & 63); }
-  /// `a` in the given lanes and `b` in the others.
-  static ByteLanes64 blend(Partial lanes, ByteLanes64 a, ByteLanes64 b) {
-    return {_mm512_mask_blend_epi8(lanes, b.bits, a.bits)};
-  }
-  /// The position of a lane, to be broadcast.
-  struct Place {
-    __m512i dwords, bytes;
-  };
-  static Place place(std::int64_t i) {
-    return {_mm512_set1_epi32(static_cast<int>(i >> 2)), _mm512_set1_epi8(static_cast<char>(i & 3))};
-  }
-  static ByteLanes64 broadcastLane(ByteLanes64 a, Place from) {
-    return {_mm512_shuffle_epi8(_mm512_permutexvar_epi32(from.dwords, a.bits), from.bytes)};
-  }
-  static ByteLanes64 broadcastFirst(ByteLanes64 a) {
-    return {_mm512_broadcastb_epi8(_mm512_castsi512_si128(a.bits))};
-  }
+template <>
+struct PartialOf<std::uint8_t, true> {
+  using type = __mmask64;
 };
-
-struct FloatLanes64 {
-  using Pixel = float;
-  using Partial = __mmask16;
-  static constexpr int count = 16;
-  static constexpr bool hasMasks = true;
-  static constexpr bool areLines = true;
-  __m512 bits;
-
-  static Partial first(std::int64_t n) { return static_cast<Partial>(0xFFFFu >> (-n & 15)); }
-  static FloatLanes64 load(const Pixel* p, AllLanes = {}) { return {_mm512_loadu_ps(p)}; }
-  static FloatLanes64 load(const Pixel* p, Partial lanes) { return {_mm512_maskz_loadu_ps(lanes, p)}; }
-  void store(Pixel* p, AllLanes = {}) const { _mm512_storeu_ps(p, bits); }
-  void store(Pixel* p, Partial lanes) const { _mm512_mask_storeu_ps(p, lanes, bits); }
-  void stream(Pixel* p) const { _mm512_stream_ps(p, bits); }
-
-  static FloatLanes64 broadcast(Pixel value) { return {_mm512_set1_ps(value)}; }
-  static FloatLanes64 largest(FloatLanes64 a, FloatLanes64 b) {
-    return {_mm512_maskz_max_ps(0xFFFF, a.bits, b.bits)};
-  }
-  static FloatLanes64 smallest(FloatLanes64 a, FloatLanes64 b) {
-    return {_mm512_maskz_min_ps(0xFFFF, a.bits, b.bits)};
-  }
-
-  template <int n, int>
-  static FloatLanes64 following(FloatLanes64 a, FloatLanes64 next) {
-    return {_mm512_castsi512_ps(
-        _mm512_alignr_epi32(_mm512_castps_si512(next.bits), _mm512_castps_si512(a.bits), n))};
-  }
-  template <int n, int>
-  static FloatLanes64 before(FloatLanes64 a, FloatLanes64 previous) {
-    return following<16 - n, 0>(previous, a);
-  }
-
-  static Partial last(std::int64_t n) { return static_cast<Partial>(0xFFFFu << (16 - n)); }
-  static FloatLanes64 blend(Partial lanes, FloatLanes64 a, FloatLanes64 b) {
-    return {_mm512_mask_blend_ps(lanes, b.bits, a.bits)};
-  }
-  struct Place {
-    __m512i dwords;
-  };
-  static Place place(std::int64_t i) { return {_mm512_set1_epi32(static_cast<int>(i))}; }
-  static FloatLanes64 broadcastLane(FloatLanes64 a, Place from) {
-    return {_mm512_permutexvar_ps(from.dwords, a.bits)};
-  }
-  static FloatLanes64 broadcastFirst(FloatLanes64 a) {
-    return {_mm512_broadcastss_ps(_mm512_castps512_ps128(a.bits))};
-  }
+template <>
+struct PartialOf<float, true> {
+  using type = __mmask16;
 };
 #endif
+
+/// Of bytes and of floats.
+inline __m128i maximum(__m128i a, __m128i b) { return _mm_max_epu8(a, b); }
+inline __m128i minimum(__m128i a, __m128i b) { return _mm_min_epu8(a, b); }
+inline __m128 maximum(__m128 a, __m128 b) { return _mm_max_ps(a, b); }
+inline __m128 minimum(__m128 a, __m128 b) { return _mm_min_ps(a, b); }
+#ifdef __AVX__
+inline __m256 maximum(__m256 a, __m256 b) { return _mm256_max_ps(a, b); }
+inline __m256 minimum(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
+#endif
+#ifdef __AVX2__
+inline __m256i maximum(__m256i a, __m256i b) { return _mm256_max_epu8(a, b); }
+inline __m256i minimum(__m256i a, __m256i b) { return _mm256_min_epu8(a, b); }
+#endif
+#ifdef __AVX512BW__
+inline __m512i maximum(__m512i a, __m512i b) { return _mm512_max_epu8(a, b); }
+inline __m512i minimum(__m512i a, __m512i b) { return _mm512_min_epu8(a, b); }
+inline __m512 maximum(__m512 a, __m512 b) { return _mm512_max_ps(a, b); }
+inline __m512 minimum(__m512 a, __m512 b) { return _mm512_min_ps(a, b); }
+#endif
+
+/// The pixels of type T, bytes or floats, of a vector V.
+template <class T, class V, bool masks = V::size == 64>
+struct PixelLanes {
+  using Pixel = T;
+  using Vector = V;
+  static constexpr bool areBytes = sizeof(T) == 1;
+  using Bits = typename std::conditional_t<areBytes, IntegerBits<V>, FloatLanesOf<V::size>>::type;
+  using Partial = typename PartialOf<T, masks>::type;
+  static constexpr int count = V::size / static_cast<int>(sizeof(T));
+  static constexpr bool hasMasks = masks;
+  static constexpr bool areLines = V::size == 64;
+  Bits bits;
+
+  static Partial first(std::int64_t n) {
+    if constexpr (masks) return firstLanes<Partial>(n);
+    if constexpr (!masks) return {n * std::int64_t{sizeof(T)}};
+  }
+  static PixelLanes load(const T* p, AllLanes = {}) {
+    if constexpr (areBytes) return {V::load(p).bits};
+    if constexpr (!areBytes) return {loadFloats<Bits>(p)};
+  }
+  static PixelLanes load(const T* p, Partial lanes) {
+    if constexpr (masks && areBytes) return {loadMasked(lanes, p)};
+    if constexpr (masks && !areBytes) return {loadMaskedFloats(lanes, p)};
+    if constexpr (V::size == 32) return {__builtin_bit_cast(Bits, loadFirst32(p, lanes.bytes))};
+    if constexpr (V::size == 16) return {__builtin_bit_cast(Bits, loadFirst16(p, lanes.bytes))};
+  }
+  void store(T* p, AllLanes = {}) const {
+    if constexpr (areBytes) V{bits}.store(p);
+    if constexpr (!areBytes) storeFloats(p, bits);
+  }
+  void store(T* p, Partial lanes) const {
+    if constexpr (masks) storeMasked(lanes, p, bits);
+    if constexpr (!masks) storeFirst(p, __builtin_bit_cast(V, bits), lanes.bytes);
+  }
+  void stream(T* p) const { __builtin_bit_cast(V, bits).stream(p); }
+
+  static PixelLanes broadcast(T value) {
+    if constexpr (areBytes) return {V::broadcast(value).bits};
+    if constexpr (!areBytes) return {broadcastFloats<Bits>(value)};
+  }
+  static PixelLanes largest(PixelLanes a, PixelLanes b) { return {maximum(a.bits, b.bits)}; }
+  static PixelLanes smallest(PixelLanes a, PixelLanes b) { return {minimum(a.bits, b.bits)}; }
+
+  /// The pixels `n` columns after those of `a`; `next` is the vector after `a`. `reach` is the largest
+  /// distance for which the caller needs them: up to 4 for floats, below 16 for bytes.
+  template <int n, int reach>
+  static PixelLanes following(PixelLanes a, PixelLanes next) {
+    if constexpr (areBytes) return {followingBytes<n>(a.bits, next.bits)};
+    if constexpr (!areBytes) return {followingFloats<n, reach>(a.bits, next.bits)};
+  }
+  /// The pixels `n` columns before those of `a`; `previous` is the vector before `a`.
+  template <int n, int reach>
+  static PixelLanes before(PixelLanes a, PixelLanes previous) {
+    return following<count - n, reach>(previous, a);
+  }
+};
+
+using ByteLanes16 = PixelLanes<std::uint8_t, Vector16>;
 
 /// An operation: how it combines pixels, and its neutral pixel, the initial value of every result.
 struct Dilation {

@@ -23,7 +23,7 @@ inline std::uint8_t extremeOfLanes(ByteLanes16 lanes) {
 template <class Operation>
 inline ByteLanes16 underCells(ByteLanes16 pixels, ByteLanes16 cells) {
   const ByteLanes16 others = neutralLanes<Operation, ByteLanes16>();
-  return {_mm_or_si128(_mm_and_si128(cells.bits, pixels.bits), _mm_andnot_si128(cells.bits, others.bits))};
+  return {select(cells.bits, pixels.bits, others.bits)};
 }
 
 template <class Operation, class Pixel>

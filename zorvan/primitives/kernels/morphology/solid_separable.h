@@ -95,8 +95,8 @@ struct ColumnPass {
 template <class Pixel>
 inline void prefetchRows(Plane<const Pixel> src, Plane<Pixel> dst) {
   for (int r = 0; r < 2; ++r) {
-    prefetch(src.at(r, 0), 0);
-    prefetch(dst.at(r, 0), 0);
+    prefetchLine(src.at(r));
+    prefetchLine(dst.at(r));
   }
 }
 

@@ -51,6 +51,7 @@ ZORVAN_LANES_PAIR(add_epi16)
 ZORVAN_LANES_PAIR(add_epi32)
 ZORVAN_LANES_PAIR(add_epi64)
 ZORVAN_LANES_PAIR(sub_epi8)
+ZORVAN_LANES_PAIR(sub_epi16)
 ZORVAN_LANES_PAIR(sub_epi32)
 ZORVAN_LANES_PAIR(avg_epu16)
 ZORVAN_LANES_PAIR(mullo_epi16)
@@ -66,6 +67,9 @@ ZORVAN_LANES_PAIR(min_epu16)
 ZORVAN_LANES_PAIR(max_epu16)
 #endif
 ZORVAN_LANES_PAIR(sad_epu8)
+#ifdef __SSSE3__
+ZORVAN_LANES_PAIR(maddubs_epi16)
+#endif
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi8)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpeq_epi16)
 ZORVAN_LANES_PAIR_UP_TO_32(cmpgt_epi32)
@@ -170,6 +174,40 @@ inline __m512i slli_epi32(__m512i x) {
 }
 #endif
 
+/// `a` where all bits of `mask` are set and `b` where none is.
+inline __m128i select(__m128i mask, __m128i a, __m128i b) { return (mask & a) | _mm_andnot_si128(mask, b); }
+inline __m128 select(__m128 mask, __m128 a, __m128 b) {
+  return _mm_or_ps(_mm_and_ps(mask, a), _mm_andnot_ps(mask, b));
+}
+#ifdef __AVX__
+inline __m256 select(__m256 mask, __m256 a, __m256 b) { return _mm256_blendv_ps(b, a, mask); }
+#endif
+#ifdef __AVX2__
+inline __m256i select(__m256i mask, __m256i a, __m256i b) { return _mm256_blendv_epi8(b, a, mask); }
+#endif
+
+/// Shifts by a constant.
+template <int count>
+inline __m128i srli_epi16(__m128i x) {
+  return _mm_srli_epi16(x, count);
+}
+template <int count>
+inline __m128i srai_epi32(__m128i x) {
+  return _mm_srai_epi32(x, count);
+}
+#ifdef __AVX2__
+template <int count>
+inline __m256i srai_epi32(__m256i x) {
+  return _mm256_srai_epi32(x, count);
+}
+#endif
+#ifdef __AVX512BW__
+template <int count>
+inline __m512i srai_epi32(__m512i x) {
+  return _mm512_srai_epi32(x, count);
+}
+#endif
+
 inline __m128i signs_epi16(__m128i x) { return _mm_srai_epi16(x, 15); }
 /// The low halves of the 64-bit lanes of two vectors, in the order that `unpacklo_epi32` and
 /// `unpackhi_epi32` took them apart.
@@ -184,6 +222,17 @@ inline __m256i packLow_epi64(__m256i a, __m256i b) {
 }
 #endif
 
+#ifdef __AVX2__
+/// Moves the bytes of each 16 bytes into the same order.
+inline __m256i shuffleEach16(__m256i x, __m128i order) {
+  return _mm256_shuffle_epi8(x, _mm256_broadcastsi128_si256(order));
+}
+#endif
+#ifdef __AVX512BW__
+inline __m512i shuffleEach16(__m512i x, __m128i order) {
+  return _mm512_shuffle_epi8(x, _mm512_broadcast_i32x4(order));
+}
+#endif
 template <class I>
 inline I broadcastBytes(int value) {
   if constexpr (sizeof(I) == 16) return _mm_set1_epi8(static_cast<char>(value));

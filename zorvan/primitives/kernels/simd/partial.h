@@ -82,27 +82,33 @@ inline void storeFirst(void* address, Vector16 vector, std::int64_t bytes) {
   if (bytes & 1) *dst = static_cast<unsigned char>(last >> (8 * (bytes & 2)));
 }
 
-#ifdef __AVX2__
+#ifdef __AVX__
 /// The floats whose lanes have all bits set; the others are zero.
 inline __m256 loadMaskedFloats(__m256i lanes, const void* p) {
   return _mm256_maskload_ps(static_cast<const float*>(p), lanes);
 }
 
+inline Vector32 joinHalves(Vector16 low, Vector16 high) {
+  return {_mm256_insertf128_si256(_mm256_castsi128_si256(low.bits), high.bits, 1)};
+}
+inline Vector16 lowHalf(Vector32 x) { return {_mm256_castsi256_si128(x.bits)}; }
+inline Vector16 highHalf(Vector32 x) { return {_mm256_extractf128_si256(x.bits, 1)}; }
+
 /// The first `bytes` bytes, below 32; the rest of the vector is zero.
 inline __m256i loadFirst32(const void* address, std::int64_t bytes) {
   if (bytes < 16) return _mm256_zextsi128_si256(loadFirst16(address, bytes));
   const auto* p = static_cast<const unsigned char*>(address);
-  const __m128i high = loadFirst16(p + 16, bytes - 16);
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(Vector16::load(p).bits), high, 1);
+  return joinHalves(Vector16::load(p), {loadFirst16(p + 16, bytes - 16)}).bits;
 }
 inline void storeFirst(void* address, Vector32 vector, std::int64_t bytes) {
   auto* p = static_cast<unsigned char*>(address);
-  const Vector16 low{_mm256_castsi256_si128(vector.bits)};
-  if (bytes < 16) return storeFirst(p, low, bytes);
-  low.store(p);
-  storeFirst(p + 16, Vector16{_mm256_extracti128_si256(vector.bits, 1)}, bytes - 16);
+  if (bytes < 16) return storeFirst(p, lowHalf(vector), bytes);
+  lowHalf(vector).store(p);
+  storeFirst(p + 16, highHalf(vector), bytes - 16);
 }
+#endif
 
+#ifdef __AVX2__
 /// A mask with the first `count` bytes set, from none to all.
 inline __m256i firstBytes32(std::int64_t count) {
   const __m256i numbers = _mm256_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18,
@@ -115,10 +121,11 @@ inline __m256i firstBytes32(std::int64_t count) {
 template <class Vector>
 inline Vector loadFirst(const void* address, std::int64_t bytes) {
   if constexpr (Vector::size == 16) return {loadFirst16(address, bytes)};
-#ifdef __AVX2__
+#ifdef __AVX__
   if constexpr (Vector::size == 32) return {loadFirst32(address, bytes)};
 #endif
 }
+
 #ifdef __AVX2__
 /// The first `count` of 8 dwords, as a mask for `loadMasked` and `storeMasked`.
 inline __m256i firstDwords(int count) {
@@ -163,6 +170,10 @@ inline __m128i loadMaskedBytes(__mmask16 lanes, const void* p) { return _mm_mask
 inline void storeMasked(__mmask32 lanes, void* p, __m256i x) { _mm256_mask_storeu_epi8(p, lanes, x); }
 inline void storeMasked(__mmask16 lanes, void* p, __m128i x) { _mm_mask_storeu_epi8(p, lanes, x); }
 inline void storeMasked(__mmask8 lanes, void* p, __m256i x) { _mm256_mask_storeu_epi32(p, lanes, x); }
+/// The chosen bytes; the others are those of `rest`.
+inline __m512i loadMasked(__mmask64 lanes, const void* p, __m512i rest) {
+  return _mm512_mask_loadu_epi8(rest, lanes, p);
+}
 inline __m512 loadMaskedFloats(__mmask16 lanes, const void* p) { return _mm512_maskz_loadu_ps(lanes, p); }
 inline __m256 loadMaskedFloats(__mmask8 lanes, const void* p) { return _mm256_maskz_loadu_ps(lanes, p); }
 /// The chosen lanes; the others are those of `others`.

@@ -150,5 +150,24 @@ struct FloatLanesOf<64> {
 template <int bytes>
 using FloatLanes = typename FloatLanesOf<bytes>::type;
 
+/// Loads and stores of whole vectors of floats at any address.
+template <class F>
+inline F loadFloats(const float* p) {
+  if constexpr (sizeof(F) == 16) return _mm_loadu_ps(p);
+#ifdef __AVX__
+  if constexpr (sizeof(F) == 32) return _mm256_loadu_ps(p);
+#endif
+#ifdef __AVX512F__
+  if constexpr (sizeof(F) == 64) return _mm512_loadu_ps(p);
+#endif
+}
+inline void storeFloats(float* p, __m128 x) { _mm_storeu_ps(p, x); }
+#ifdef __AVX__
+inline void storeFloats(float* p, __m256 x) { _mm256_storeu_ps(p, x); }
+#endif
+#ifdef __AVX512F__
+inline void storeFloats(float* p, __m512 x) { _mm512_storeu_ps(p, x); }
+#endif
+
 }  // namespace
 }  // namespace Zorvan::Primitives
