@@ -40,7 +40,7 @@ struct FillCall {
         region(2 + side, sizeof(_IppiConnectedComp), {Placement::Edge::inside, 0}, seed),
         work(4 + side,
              static_cast<std::size_t>(
-                 Primitives::FloodFill::fillBufferBytes(Primitives::FloodFill::mostFillRecords(size))),
+                 Primitives::fillBufferBytes(Primitives::mostFillRecords(size))),
              {Placement::Edge::back, 0}, seed),
         roi(size),
         step(size.width * static_cast<int>(sizeof(T)) + moreBytes) {}

@@ -32,26 +32,15 @@ class Vectors(Planted):
                      "_mm512_mask_cvtepi32_storeu_epi8(p, m, v)", "_mm_prefetch(p, _MM_HINT_T0)",
                      "__builtin_prefetch(p, 1)", "_bzhi_u64(~0, n)"):
             self.plant(KERNEL, f"void f() {{ {code}; }}\n")
-            self.assertEqual(len(sources.vectors(self.root, [])), 1, code)
+            self.assertEqual(len(sources.vectors(self.root)), 1, code)
 
     def test_arithmetic_and_comments_pass(self):
         self.plant(KERNEL, "// _mm_loadu_si128(p)\n/* _mm_prefetch */ auto v = _mm_add_epi8(_mm_set1_epi8(1), w);\n")
-        self.assertEqual(sources.vectors(self.root, []), [])
+        self.assertEqual(sources.vectors(self.root), [])
 
     def test_the_vector_layer_passes(self):
         self.plant(LAYER, LOAD)
-        self.assertEqual(sources.vectors(self.root, []), [])
-
-    def test_an_exception_passes(self):
-        self.plant(KERNEL, LOAD)
-        self.assertEqual(sources.vectors(self.root, [KERNEL]), [])
-
-    def test_an_exception_that_is_none_any_more(self):
-        self.plant(KERNEL, "")
-        self.assertEqual(len(sources.vectors(self.root, [KERNEL])), 1)
-
-    def test_an_exception_without_a_file(self):
-        self.assertEqual(len(sources.vectors(self.root, [KERNEL])), 1)
+        self.assertEqual(sources.vectors(self.root), [])
 
 
 class Names(Planted):

@@ -2,8 +2,7 @@
 """Checks the sources themselves: sources.py CHECK ROOT
 
 vectors  Kernels load and store pixels by the helpers of zorvan/primitives/kernels/simd: no other source of the
-         library has loads, stores, prefetches or tail masks of its own. vectors.txt lists the files that still have
-         some; a file that has none any more is to be taken off the list.
+         library has loads, stores, prefetches or tail masks of its own.
 names    The sources of kernels, and those that are programs, are named in snake_case, and programs of tests end in
          _test.cpp. What is named after a class, a record or a list may have capitals.
 """
@@ -32,17 +31,9 @@ def sources(root, *folders):
                         yield os.path.relpath(file, root), COMMENT.sub("", text.read())
 
 
-def vectors(root, exceptions):
-    """`exceptions` are paths from the root."""
-    complaints, users = [], set()
-    for path, code in sources(root, "zorvan"):
-        if path.startswith(VECTOR_LAYER):
-            continue
-        if found := VECTOR_ACCESS.search(code):
-            users.add(path)
-            if path not in exceptions:
-                complaints.append(f"{path}: {found[0]} belongs into {VECTOR_LAYER}")
-    return complaints + [f"{path}: take it off the list of exceptions" for path in sorted(set(exceptions) - users)]
+def vectors(root):
+    return [f"{path}: {found[0]} belongs into {VECTOR_LAYER}" for path, code in sources(root, "zorvan")
+            if not path.startswith(VECTOR_LAYER) and (found := VECTOR_ACCESS.search(code))]
 
 
 def names(root):
@@ -59,11 +50,7 @@ def names(root):
 
 def main():
     check, root = sys.argv[1:]
-    if check == "names":
-        complaints = names(root)
-    else:
-        with open(os.path.join(os.path.dirname(__file__), "vectors.txt"), encoding="utf-8") as lines:
-            complaints = vectors(root, lines.read().split())
+    complaints = {"names": names, "vectors": vectors}[check](root)
     for text in complaints:
         print(text)
     print(f"{check}: {len(complaints)} complaints")

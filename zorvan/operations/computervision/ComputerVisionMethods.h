@@ -20,8 +20,8 @@ namespace Zorvan::Ipp::Image::ComputerVisions {
 inline std::int64_t workBytes(Size roi) {
   int reported = -1;
   Primitives::ippiFloodFillGetSize(roi, &reported);
-  if (reported < 1 || !Primitives::FloodFill::fillBufferBytesFit(roi)) return -1;
-  using namespace Primitives::FloodFill;
+  if (reported < 1 || !Primitives::fillBufferBytesFit(roi)) return -1;
+  using namespace Primitives;
   return std::max<std::int64_t>(reported, fillBufferBytes(mostFillRecords(roi)));
 }
 
