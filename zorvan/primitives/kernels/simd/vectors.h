@@ -130,25 +130,25 @@ inline Vector loadVector(const void* p) {
 
 /// Vectors of floats by their width in bytes.
 template <int bytes>
-struct FloatLanesOf;
+struct VectorOfFloatsIn;
 template <>
-struct FloatLanesOf<16> {
+struct VectorOfFloatsIn<16> {
   using type = __m128;
 };
 #ifdef __AVX__
 template <>
-struct FloatLanesOf<32> {
+struct VectorOfFloatsIn<32> {
   using type = __m256;
 };
 #endif
 #ifdef __AVX512F__
 template <>
-struct FloatLanesOf<64> {
+struct VectorOfFloatsIn<64> {
   using type = __m512;
 };
 #endif
 template <int bytes>
-using FloatLanes = typename FloatLanesOf<bytes>::type;
+using VectorOfFloats = typename VectorOfFloatsIn<bytes>::type;
 
 /// Loads and stores of whole vectors of floats at any address.
 template <class F>

@@ -92,7 +92,7 @@ constexpr std::int64_t unrolledFloatBytes = 256;
 
 template <class Op, int vectorBytes, int bytes, class A, class B>
 inline void floatVectors(A a, B b, unsigned char* dst, std::int64_t i) {
-  using Lanes = FloatLanes<vectorBytes>;
+  using Lanes = VectorOfFloats<vectorBytes>;
   for (int j = 0; j < bytes; j += vectorBytes) {
     const auto x = a.template lanes<Lanes, false>(i + j);
     const auto y = b.template lanes<Lanes, false>(i + j);

@@ -57,9 +57,9 @@ inline int zeroMask(__m128 x) { return _mm_movemask_ps(_mm_cmpeq_ps(x, _mm_setze
 
 #ifdef __AVX2__
 inline int signMask(__m256i x) { return _mm256_movemask_ps(asFloats(x)); }
-using QuotientLanes = FloatLanes<32>;
+using QuotientLanes = VectorOfFloats<32>;
 #else
-using QuotientLanes = FloatLanes<16>;
+using QuotientLanes = VectorOfFloats<16>;
 #endif
 
 /// 8 pixels, one of which at least has a divisor without a usable estimate.
