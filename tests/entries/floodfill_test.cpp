@@ -39,8 +39,7 @@ struct FillCall {
       : image(side, imageBytes(size, moreBytes), placement, seed),
         region(2 + side, sizeof(_IppiConnectedComp), {Placement::Edge::inside, 0}, seed),
         work(4 + side,
-             static_cast<std::size_t>(
-                 Primitives::fillBufferBytes(Primitives::mostFillRecords(size))),
+             static_cast<std::size_t>(Primitives::fillBufferBytes(Primitives::mostFillRecords(size))),
              {Placement::Edge::back, 0}, seed),
         roi(size),
         step(size.width * static_cast<int>(sizeof(T)) + moreBytes) {}

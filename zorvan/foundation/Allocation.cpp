@@ -30,8 +30,8 @@ void* coreMalloc(int length) {
   if (base == nullptr) return nullptr;
 
   const auto address = reinterpret_cast<std::uintptr_t>(base);
-  const std::uintptr_t alignedAddress =
-      (address + (allocationAlignmentBytes - 1) + sizeof(void*)) & ~std::uintptr_t{allocationAlignmentBytes - 1};
+  const std::uintptr_t alignedAddress = (address + (allocationAlignmentBytes - 1) + sizeof(void*)) &
+                                        ~std::uintptr_t{allocationAlignmentBytes - 1};
   void* const aligned = static_cast<char*>(base) + (alignedAddress - address);
   static_cast<void**>(aligned)[-1] = base;
   return aligned;

@@ -4,8 +4,8 @@
 
 namespace Zorvan {
 
-// The pixel types that have no name of their own in C++. Pixels and mask bytes are `u8`, `u16` and `s16` in the
-// whole library; `std::uint8_t` and the others are integers of that width that are not pixels.
+// The pixel types that have no name of their own in C++. Pixels and mask bytes are `u8`, `u16` and `s16` in
+// the whole library; `std::uint8_t` and the others are integers of that width that are not pixels.
 using u8 = std::uint8_t;    ///< 8-bit pixels, and masks
 using u16 = std::uint16_t;  ///< unsigned 16-bit pixels
 using s16 = std::int16_t;   ///< signed 16-bit pixels

@@ -76,7 +76,7 @@ template <class V>
 struct FloatRows {
   using Pixel = float;
   using Vector = V;
-  using Sums = typename FloatLanesOf<V::size>::type;
+  using Sums = VectorOfFloats<V::size>;
 
   static Sums zero() { return floats(V::broadcast(std::uint32_t{0})); }
   static Sums add(Sums x, Sums y) { return x + y; }

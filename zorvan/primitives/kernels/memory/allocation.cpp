@@ -24,8 +24,8 @@ void* imageMalloc(int widthPixels, int heightPixels, int* pStepBytes) {
   if (static_cast<std::uint64_t>(rowBytes) > largestBytes) return nullptr;
 
   // Less than the width only if the sum has wrapped.
-  const std::int32_t step =
-      wrappedSum(static_cast<std::int32_t>(rowBytes), allocationAlignmentBytes - 1) & -allocationAlignmentBytes;
+  const std::int32_t step = wrappedSum(static_cast<std::int32_t>(rowBytes), allocationAlignmentBytes - 1) &
+                            -allocationAlignmentBytes;
   if (step < widthPixels) return nullptr;
   *pStepBytes = step;
 

@@ -3,6 +3,7 @@
 // Erosion and dilation: the arguments, the driver, and which variant uses which algorithm for a mask.
 
 #include "zorvan/primitives/frame/MorphSizes.h"
+#include "zorvan/primitives/frame/Routines.h"
 #include "zorvan/primitives/kernels/common/arguments.h"
 #include "zorvan/primitives/kernels/common/by_variant.h"
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"

@@ -80,7 +80,7 @@ struct PixelLanes {
   using Pixel = T;
   using Vector = V;
   static constexpr bool areBytes = sizeof(T) == 1;
-  using Bits = typename std::conditional_t<areBytes, IntegerBits<V>, FloatLanesOf<V::size>>::type;
+  using Bits = typename std::conditional_t<areBytes, IntegerBits<V>, VectorOfFloatsIn<V::size>>::type;
   using Partial = typename PartialOf<T, masks>::type;
   static constexpr int count = V::size / static_cast<int>(sizeof(T));
   static constexpr bool hasMasks = masks;
