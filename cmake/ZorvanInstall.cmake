@@ -13,6 +13,9 @@ install(TARGETS zorvan_ipp EXPORT ZorvanIpp
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
   FILE_SET HEADERS COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# Headers of the examples that programs copy: regions by column and row, the code of an exception.
+install(FILES ${PROJECT_SOURCE_DIR}/examples/common/region.h ${PROJECT_SOURCE_DIR}/examples/common/status_code.h
+  DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zorvan-ipp/examples COMPONENT development)
 install(EXPORT ZorvanIpp FILE ZorvanIppConfig.cmake NAMESPACE Zorvan:: DESTINATION ${zorvan_package_dir}
   COMPONENT development)
 
