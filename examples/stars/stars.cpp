@@ -11,7 +11,7 @@ namespace {
 
 // A square of this size does not fit into any star, so an opening removes them all.
 constexpr Zorvan::Size largerThanStars{15, 15};
-// Of normally distributed noise one pixel in millions is so many deviations above the mean.
+// Of normally distributed noise less than one pixel in a million is this many deviations above the mean.
 constexpr double deviations = 6;
 
 /// Noise is estimated on the darker part of the sky, in which there are no stars.

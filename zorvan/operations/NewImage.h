@@ -63,7 +63,7 @@ IppIMemory<T> runIntoNew(std::tuple<IppIMemory<T>&, Others...> sources, Rect rec
                    std::tuple_cat(Methods::operandsOf(sources, rect),
                                   Methods::operandsOf(Methods::over(image), destination)),
                    roi);
-  // A copy leaves the surrounding memory behind. 16-bit images cannot be copied: returning `image` itself
+  // A copy does not contain the surrounding memory. 16-bit images cannot be copied: returning `image` itself
   // would hide that failure.
   return IppIMemory<T>(std::as_const(image));
 }

@@ -8,9 +8,9 @@
 // values: the one of the library, and a low one with which the kernels are compiled once more, as a library
 // that tests alone link. There images of a few bytes take every path, at every address and width.
 //
-// A low value is as low as the path behind it allows. A path that needs rows of some length, since its first
-// vectors overlap or its peel lies within the row, states that length where it is; a low value below it would
-// make the path leave its rows, which is no fault of the library.
+// A low value is as low as its path allows. A path that needs rows of some length, since its first vectors
+// overlap or its peel is within the row, states that length; with a low value below it the path would leave
+// its rows, and the library would not be at fault.
 //
 // Not here: lengths of rows that follow from the width of a vector, and what a result depends on (the float
 // additions between two roundings, `floatAdditions`, and the sides of a row's sums that wrap).

@@ -1,7 +1,7 @@
 #pragma once
 
-// Which images that are updated where they lie are asked for ahead of the loop. Pure, so that the limits can
-// be tested on any machine.
+// Which images that an operation updates in place are prefetched. Pure, so that the limits can be tested on
+// any machine.
 
 #include <cstdint>
 

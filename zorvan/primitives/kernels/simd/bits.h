@@ -3,10 +3,10 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The place of the lowest set bit of a figure that is not 0. For its built-in function the compiler may take
-/// the encoding of tzcnt where no tier promises that instruction, since processors without it read another
-/// one with the same result. A variant holds no instruction that its tier lacks, whatever it does there: the
-/// older instruction is spelled out.
+/// The index of the lowest set bit of a value other than 0. For the built-in function compilers may emit tzcnt
+/// also where the instruction set does not have it, since older processors decode it as bsf, with the same
+/// result. A variant must not contain an instruction that its instruction set lacks, so bsf is written as
+/// assembly.
 inline int lowestSetBit(unsigned bits) {
 #ifdef __BMI__
   return __builtin_ctz(bits);

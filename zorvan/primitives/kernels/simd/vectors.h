@@ -1,6 +1,6 @@
 #pragma once
 
-// Vectors of bytes and the ways to load and store them, in every width that the variant being built has.
+// Vectors of bytes with their loads and stores, in every width that the variant being built has.
 // Plain `load` and `store` take any address; the aligned and streaming forms take multiples of the width.
 //
 // Widths that the variant lacks are declared only, so that tables of variants can name them.

@@ -46,7 +46,7 @@ struct ByteSum {
     return withPrefetch(lightDistances, roi, 1, [&](auto prefetchAfter) {
       using Integers = decltype(Rows::Vector::bits);
       const Integers zero = zeroes<Integers>();
-      Integers lanes = zero, others = zero;  // used in turn: additions to one would wait for each other
+      Integers lanes = zero, others = zero;  // alternate: additions to one would wait for each other
       const auto addRow = [&](const u8* p) {
         Integers ends = zero;
         const auto body = [&](Integers pixels) {
