@@ -14,9 +14,9 @@ namespace Zorvan::Ipp::Image {
 ///
 /// If an operation takes a `Rect`, the same rectangle is applied to every image of the call, each with its
 /// own width. The images need not be of one size, but each must contain the rectangle: `rect.x + rect.width`
-/// must not exceed its width, and `rect.y + rect.height` not its height. The region starts at element `rect.x
-/// * width + rect.y`: see Rect for what that means and what the caller must ensure. A rectangle that does not
-/// fit throws IppException 29 (ippStsWrongIntersectROI) before anything is written.
+/// must not exceed its width, and `rect.y + rect.height` not its height. The region starts at element
+/// `rect.x * width + rect.y`: see Rect for what that means and what the caller must ensure. A rectangle that
+/// does not fit throws IppException 29 (ippStsWrongIntersectROI) before anything is written.
 ///
 /// Other failures of all operations with images, thrown as IppException before anything is written:
 /// -8 (ippStsNullPtrErr) for an image without a buffer, -6 (ippStsSizeErr) for a region with a width or
