@@ -17,16 +17,16 @@ std::int64_t pixels(Size size) { return std::int64_t{size.width} * size.height; 
 
 template <class T>
 T minimum(const T* image, Size size) {
-  T held = image[0];
-  for (std::int64_t i = 0; i < pixels(size); ++i) held = image[i] < held ? image[i] : held;
-  return held;
+  T extreme = image[0];
+  for (std::int64_t i = 0; i < pixels(size); ++i) extreme = image[i] < extreme ? image[i] : extreme;
+  return extreme;
 }
 
 template <class T>
 T maximum(const T* image, Size size) {
-  T held = image[0];
-  for (std::int64_t i = 0; i < pixels(size); ++i) held = image[i] > held ? image[i] : held;
-  return held;
+  T extreme = image[0];
+  for (std::int64_t i = 0; i < pixels(size); ++i) extreme = image[i] > extreme ? image[i] : extreme;
+  return extreme;
 }
 
 template <class T>
