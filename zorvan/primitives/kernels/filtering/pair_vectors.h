@@ -10,8 +10,8 @@ namespace Zorvan::Primitives::Laplace {
 namespace {
 
 /// Two weights in one lane, for the multiplications of pairs.
-constexpr std::int16_t byteWeights(int even, int odd) {
-  return static_cast<std::int16_t>(static_cast<std::uint16_t>((odd & 0xFF) << 8 | (even & 0xFF)));
+constexpr s16 byteWeights(int even, int odd) {
+  return static_cast<s16>(static_cast<u16>((odd & 0xFF) << 8 | (even & 0xFF)));
 }
 constexpr std::int32_t wordWeights(int even, int odd) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(odd & 0xFFFF) << 16 |

@@ -45,7 +45,7 @@ struct PartialOf {
 };
 #ifdef __AVX512BW__
 template <>
-struct PartialOf<std::uint8_t, true> {
+struct PartialOf<u8, true> {
   using type = __mmask64;
 };
 template <>
@@ -132,11 +132,11 @@ struct PixelLanes {
   }
 };
 
-using ByteLanes16 = PixelLanes<std::uint8_t, Vector16>;
+using ByteLanes16 = PixelLanes<u8, Vector16>;
 
 /// An operation: how it combines pixels, and its neutral pixel, the initial value of every result.
 struct Dilation {
-  static constexpr std::uint8_t neutral(std::uint8_t) { return 0; }
+  static constexpr u8 neutral(u8) { return 0; }
   static constexpr float neutral(float) { return -3.4028235e38f; }
   template <class Lanes>
   static Lanes combine(Lanes extreme, Lanes pixels) {
@@ -148,7 +148,7 @@ struct Dilation {
   }
 };
 struct Erosion {
-  static constexpr std::uint8_t neutral(std::uint8_t) { return 255; }
+  static constexpr u8 neutral(u8) { return 255; }
   static constexpr float neutral(float) { return 3.4028235e38f; }
   template <class Lanes>
   static Lanes combine(Lanes extreme, Lanes pixels) {

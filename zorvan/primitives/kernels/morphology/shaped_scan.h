@@ -11,12 +11,12 @@ namespace {
 
 /// The extreme of all lanes.
 template <class Operation>
-inline std::uint8_t extremeOfLanes(ByteLanes16 lanes) {
+inline u8 extremeOfLanes(ByteLanes16 lanes) {
   lanes = Operation::combine(lanes, ByteLanes16{_mm_srli_si128(lanes.bits, 8)});
   lanes = Operation::combine(lanes, ByteLanes16{_mm_srli_si128(lanes.bits, 4)});
   lanes = Operation::combine(lanes, ByteLanes16{_mm_srli_si128(lanes.bits, 2)});
   lanes = Operation::combine(lanes, ByteLanes16{_mm_srli_si128(lanes.bits, 1)});
-  return static_cast<std::uint8_t>(_mm_cvtsi128_si32(lanes.bits));
+  return static_cast<u8>(_mm_cvtsi128_si32(lanes.bits));
 }
 
 /// The pixels under set cells, and the neutral pixel under the others. Cells are 255 or 0.

@@ -17,8 +17,8 @@ struct Word {
   static Word load(const void* p) { return {loadAs<Integer>(p)}; }
   void store(void* p) const { storeAs(p, bits); }
 };
-using Bytes1 = Word<std::uint8_t>;
-using Bytes2 = Word<std::uint16_t>;
+using Bytes1 = Word<u8>;
+using Bytes2 = Word<u16>;
 using Bytes4 = Word<std::uint32_t>;
 using Bytes8 = Word<std::uint64_t>;
 

@@ -132,16 +132,16 @@ inline __m512 max_ps(__m512 a, __m512 b) { return _mm512_max_ps(a, b); }
 /// The lower or the higher of each two pixels of type T. Unsigned words need SSE4.1.
 template <class T, class V>
 inline V minimum(V a, V b) {
-  if constexpr (std::is_same_v<T, std::uint8_t>) return min_epu8(a, b);
-  if constexpr (std::is_same_v<T, std::uint16_t>) return min_epu16(a, b);
-  if constexpr (std::is_same_v<T, std::int16_t>) return min_epi16(a, b);
+  if constexpr (std::is_same_v<T, u8>) return min_epu8(a, b);
+  if constexpr (std::is_same_v<T, u16>) return min_epu16(a, b);
+  if constexpr (std::is_same_v<T, s16>) return min_epi16(a, b);
   if constexpr (std::is_same_v<T, float>) return min_ps(a, b);
 }
 template <class T, class V>
 inline V maximum(V a, V b) {
-  if constexpr (std::is_same_v<T, std::uint8_t>) return max_epu8(a, b);
-  if constexpr (std::is_same_v<T, std::uint16_t>) return max_epu16(a, b);
-  if constexpr (std::is_same_v<T, std::int16_t>) return max_epi16(a, b);
+  if constexpr (std::is_same_v<T, u8>) return max_epu8(a, b);
+  if constexpr (std::is_same_v<T, u16>) return max_epu16(a, b);
+  if constexpr (std::is_same_v<T, s16>) return max_epi16(a, b);
   if constexpr (std::is_same_v<T, float>) return max_ps(a, b);
 }
 

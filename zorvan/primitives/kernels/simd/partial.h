@@ -17,7 +17,7 @@ inline __m128i loadLow(const void* p) {
   if constexpr (bytes == 16) return _mm_loadu_si128(static_cast<const __m128i*>(p));
   if constexpr (bytes == 8) return _mm_cvtsi64_si128(loadAs<std::int64_t>(p));
   if constexpr (bytes == 4) return _mm_cvtsi32_si128(loadAs<std::int32_t>(p));
-  if constexpr (bytes == 2) return _mm_cvtsi32_si128(loadAs<std::uint16_t>(p));
+  if constexpr (bytes == 2) return _mm_cvtsi32_si128(loadAs<u16>(p));
   if constexpr (bytes == 1) return _mm_cvtsi32_si128(*static_cast<const unsigned char*>(p));
 }
 template <int bytes>
@@ -25,8 +25,8 @@ inline void storeLow(void* p, __m128i x) {
   if constexpr (bytes == 16) _mm_storeu_si128(static_cast<__m128i*>(p), x);
   if constexpr (bytes == 8) storeAs(p, _mm_cvtsi128_si64(x));
   if constexpr (bytes == 4) storeAs(p, _mm_cvtsi128_si32(x));
-  if constexpr (bytes == 2) storeAs(p, static_cast<std::uint16_t>(_mm_cvtsi128_si32(x)));
-  if constexpr (bytes == 1) storeAs(p, static_cast<std::uint8_t>(_mm_cvtsi128_si32(x)));
+  if constexpr (bytes == 2) storeAs(p, static_cast<u16>(_mm_cvtsi128_si32(x)));
+  if constexpr (bytes == 1) storeAs(p, static_cast<u8>(_mm_cvtsi128_si32(x)));
 }
 
 /// 4 or 8 bytes; the rest of the vector is that of `filler`.
@@ -76,7 +76,7 @@ inline void storeFirst(void* address, Vector16 vector, std::int64_t bytes) {
   }
   const int last = _mm_cvtsi128_si32(rest);
   if (bytes & 2) {
-    storeAs(dst, static_cast<std::uint16_t>(last));
+    storeAs(dst, static_cast<u16>(last));
     dst += 2;
   }
   if (bytes & 1) *dst = static_cast<unsigned char>(last >> (8 * (bytes & 2)));

@@ -35,7 +35,7 @@ inline void copyRun(void* to, const void* from, std::int64_t bytes) {
   } else if (bytes >= 4) {
     copyOverlapping<std::uint32_t>(dst, src, bytes);
   } else if (bytes >= 2) {
-    copyOverlapping<std::uint16_t>(dst, src, bytes);
+    copyOverlapping<u16>(dst, src, bytes);
   } else if (bytes == 1) {
     *dst = *src;
   }
@@ -53,7 +53,7 @@ inline void copyFixedRun(void* to, const void* from) {
   } else if constexpr (bytes >= 4) {
     copyOverlapping<std::uint32_t>(dst, src, bytes);
   } else if constexpr (bytes >= 2) {
-    copyOverlapping<std::uint16_t>(dst, src, bytes);
+    copyOverlapping<u16>(dst, src, bytes);
   } else {
     *dst = *src;
   }
@@ -88,11 +88,11 @@ template <int pixelBytes>
 struct PixelBits;
 template <>
 struct PixelBits<1> {
-  using type = std::uint8_t;
+  using type = u8;
 };
 template <>
 struct PixelBits<2> {
-  using type = std::uint16_t;
+  using type = u16;
 };
 template <>
 struct PixelBits<4> {

@@ -78,8 +78,8 @@ struct Vector16 {
   void storeAligned(void* p) const { _mm_store_si128(static_cast<__m128i*>(p), bits); }
   void stream(void* p) const { _mm_stream_si128(static_cast<__m128i*>(p), bits); }
 
-  static Vector16 broadcast(std::uint8_t value) { return {_mm_set1_epi8(static_cast<char>(value))}; }
-  static Vector16 broadcast(std::uint16_t value) { return {_mm_set1_epi16(static_cast<short>(value))}; }
+  static Vector16 broadcast(u8 value) { return {_mm_set1_epi8(static_cast<char>(value))}; }
+  static Vector16 broadcast(u16 value) { return {_mm_set1_epi16(static_cast<short>(value))}; }
   static Vector16 broadcast(std::uint32_t value) { return {_mm_set1_epi32(static_cast<int>(value))}; }
 };
 
@@ -94,8 +94,8 @@ struct Vector32 {
   void storeAligned(void* p) const { _mm256_store_si256(static_cast<__m256i*>(p), bits); }
   void stream(void* p) const { _mm256_stream_si256(static_cast<__m256i*>(p), bits); }
 
-  static Vector32 broadcast(std::uint8_t value) { return {_mm256_set1_epi8(static_cast<char>(value))}; }
-  static Vector32 broadcast(std::uint16_t value) { return {_mm256_set1_epi16(static_cast<short>(value))}; }
+  static Vector32 broadcast(u8 value) { return {_mm256_set1_epi8(static_cast<char>(value))}; }
+  static Vector32 broadcast(u16 value) { return {_mm256_set1_epi16(static_cast<short>(value))}; }
   static Vector32 broadcast(std::uint32_t value) { return {_mm256_set1_epi32(static_cast<int>(value))}; }
 };
 #else
@@ -113,8 +113,8 @@ struct Vector64 {
   void storeAligned(void* p) const { _mm512_store_si512(p, bits); }
   void stream(void* p) const { _mm512_stream_si512(static_cast<__m512i*>(p), bits); }
 
-  static Vector64 broadcast(std::uint8_t value) { return {_mm512_set1_epi8(static_cast<char>(value))}; }
-  static Vector64 broadcast(std::uint16_t value) { return {_mm512_set1_epi16(static_cast<short>(value))}; }
+  static Vector64 broadcast(u8 value) { return {_mm512_set1_epi8(static_cast<char>(value))}; }
+  static Vector64 broadcast(u16 value) { return {_mm512_set1_epi16(static_cast<short>(value))}; }
   static Vector64 broadcast(std::uint32_t value) { return {_mm512_set1_epi32(static_cast<int>(value))}; }
 };
 #else

@@ -120,7 +120,7 @@ inline I rootLanes(AllRoundToZero, I) {
 template <class Vector, class T, class Root>
 inline bool rootWordsRow(const Root& root, const unsigned char* src, unsigned char* dst, std::int64_t n) {
   constexpr std::int64_t lanes = Vector::size / 2;
-  auto signs = Vector::broadcast(std::uint16_t{0}).bits;
+  auto signs = Vector::broadcast(u16{0}).bits;
   for (; n >= lanes; src += Vector::size, dst += Vector::size, n -= lanes) {
     const auto pixels = Vector::load(src).bits;
     signs |= pixels;

@@ -21,8 +21,8 @@ namespace {
 /// A cache in two bytes: the size is the high nibble shifted left by the low nibble plus 18.
 struct Leaf2CopyRow {
   static constexpr int leastShift = 18;
-  std::uint8_t descriptor;
-  std::uint8_t size;
+  u8 descriptor;
+  u8 size;
 
   constexpr int bytes() const { return (size >> 4) << ((size & 0xF) + leastShift); }
 };
@@ -30,7 +30,7 @@ struct Leaf2CopyRow {
 consteval Leaf2CopyRow leaf2CopyRow(int descriptor, int bytes) {
   const int zeros = std::countr_zero(static_cast<unsigned>(bytes));
   const int nibbles = (bytes >> zeros) << 4 | (zeros - Leaf2CopyRow::leastShift);
-  return {static_cast<std::uint8_t>(descriptor), static_cast<std::uint8_t>(nibbles)};
+  return {static_cast<u8>(descriptor), static_cast<u8>(nibbles)};
 }
 
 #define LEAF2_CACHE(descriptor, size) \

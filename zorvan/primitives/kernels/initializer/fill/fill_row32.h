@@ -74,7 +74,7 @@ inline void fillRow32(T value, u8* dst, std::int64_t length) {
 }
 
 /// Fills a row of 16-bit pixels at any address, also an odd one.
-inline void fillAnyAddress(std::uint16_t value, u8* dst, std::int64_t length) {
+inline void fillAnyAddress(u16 value, u8* dst, std::int64_t length) {
   const Vector32 lanes = Vector32::broadcast(value);
   for (; length >= 32; dst += 32, length -= 32) lanes.store(dst);
   const Vector16 half{_mm256_castsi256_si128(lanes.bits)};

@@ -6,34 +6,13 @@
 // block show whether it is empty, full or mixed: an empty block is skipped, a full one is stored without a
 // load. Each block reads and writes its own pixels only.
 
+#include "zorvan/primitives/kernels/initializer/masked/blend.h"
 #include "zorvan/primitives/kernels/initializer/masked/masked_row.h"
 #include "zorvan/primitives/kernels/simd/bits.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
 
 namespace Zorvan::Primitives::Masked {
 namespace {
-
-/// The top bit of each byte: whether its pixel is selected.
-inline __m128i raiseMask(__m128i mask) { return _mm_adds_epu8(mask, _mm_set1_epi8(0x7F)); }
-
-/// `blend`: the selected bytes of `value` and the others of `kept`. `spreadTopBits` makes from the top bits
-/// what `blend` selects by.
-#ifdef __SSE4_1__
-inline __m128i spreadTopBits(__m128i raised) { return raised; }
-inline __m128i blend(__m128i selected, __m128i value, __m128i kept) {
-  return _mm_blendv_epi8(kept, value, selected);
-}
-#else
-inline __m128i spreadTopBits(__m128i raised) { return _mm_cmpgt_epi8(_mm_setzero_si128(), raised); }
-inline __m128i blend(__m128i selected, __m128i value, __m128i kept) {
-  return _mm_or_si128(_mm_and_si128(selected, value), _mm_andnot_si128(selected, kept));
-}
-#endif
-
-/// `selected`: from `spreadTopBits`, one lane for each pixel.
-inline void blendInto(u8* dst, __m128i selected, Vector16 value) {
-  Vector16{blend(selected, value.bits, Vector16::load(dst).bits)}.store(dst);
-}
 
 /// 16 pixels of 8 bits, one blend.
 struct ByteBlock16 {
@@ -43,11 +22,8 @@ struct ByteBlock16 {
   template <Stores stores, class Source>
   static void run(Source source, u8* dst, const u8* mask) {
     const __m128i raised = raiseMask(Vector16::load(mask).bits);
-    const int bits = _mm_movemask_epi8(raised);
-    if (bits == 0) return;
-    const auto value = source.template at<Vector16>(0);
-    if (bits == 0xFFFF) return storeVector<stores>(value, dst);
-    blendInto(dst, spreadTopBits(raised), value);
+    blendVector<Vector16, stores>(source, dst, _mm_movemask_epi8(raised), 0xFFFF,
+                                  [raised] { return spreadTopBits(raised); });
   }
 };
 

@@ -11,10 +11,6 @@ namespace Zorvan::Primitives::Masked {
 namespace {
 
 #ifdef __AVX2__
-inline void blendInto(u8* dst, __m256i selected, Vector32 value) {
-  Vector32{_mm256_blendv_epi8(Vector32::load(dst).bits, value.bits, selected)}.store(dst);
-}
-
 /// 32 pixels of 8 bits.
 struct ByteBlock32 {
   static constexpr int pixels = 32;
@@ -23,11 +19,7 @@ struct ByteBlock32 {
   template <Stores stores, class Source>
   static void run(Source source, u8* dst, const u8* mask) {
     const __m256i raised = _mm256_adds_epu8(Vector32::load(mask).bits, _mm256_set1_epi8(0x7F));
-    const int bits = _mm256_movemask_epi8(raised);
-    if (bits == 0) return;
-    const auto value = source.template at<Vector32>(0);
-    if (bits == -1) return storeVector<stores>(value, dst);
-    blendInto(dst, raised, value);
+    blendVector<Vector32, stores>(source, dst, _mm256_movemask_epi8(raised), -1, [raised] { return raised; });
   }
 };
 
@@ -39,11 +31,8 @@ struct WordBlock32 {
   template <Stores stores, class Source>
   static void run(Source source, u8* dst, const u8* mask) {
     const __m128i raised = raiseMask(Vector16::load(mask).bits);
-    const int bits = _mm_movemask_epi8(raised);
-    if (bits == 0) return;
-    const auto value = source.template at<Vector32>(0);
-    if (bits == 0xFFFF) return storeVector<stores>(value, dst);
-    blendInto(dst, _mm256_cvtepi8_epi16(raised), value);
+    blendVector<Vector32, stores>(source, dst, _mm_movemask_epi8(raised), 0xFFFF,
+                                  [raised] { return _mm256_cvtepi8_epi16(raised); });
   }
 };
 

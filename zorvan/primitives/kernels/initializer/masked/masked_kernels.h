@@ -65,12 +65,12 @@ struct WordRegisters64;
 template <class V, class Bits>
 struct Policy;
 template <class V>
-struct Policy<V, std::uint8_t> {
+struct Policy<V, u8> {
   using Fill = ByVariant<V, Bytes16, Bytes16, Bytes16, Bytes16, Bytes32, Registers64>;
   using Copy = Fill;
 };
 template <class V>
-struct Policy<V, std::uint16_t> {
+struct Policy<V, u16> {
   using Fill = ByVariant<V, Sparse16, Words16, Words16, Words16, Words32, WordRegisters64>;
   using Copy = ByVariant<V, WordsApart16, Words16, Words16, Words16, Words32, WordRegisters64>;
 };
@@ -124,15 +124,15 @@ int copy(const void* src, int srcStep, void* dst, int dstStep, Size roi, const u
 
 template <class V>
 struct Bodies {
-  static constexpr auto ippiSet_8u_C1MR = fill<V, std::uint8_t>;
-  static constexpr auto ippiSet_16u_C1MR = fill<V, std::uint16_t>;
-  static constexpr auto ippiSet_16s_C1MR = fill<V, std::uint16_t>;
+  static constexpr auto ippiSet_8u_C1MR = fill<V, u8>;
+  static constexpr auto ippiSet_16u_C1MR = fill<V, u16>;
+  static constexpr auto ippiSet_16s_C1MR = fill<V, u16>;
   static constexpr auto ippiSet_32s_C1MR = fill<V, std::uint32_t>;
   static constexpr auto ippiSet_32f_C1MR = fillFloats<V>;
 
-  static constexpr auto ippiCopy_8u_C1MR = copy<V, std::uint8_t>;
-  static constexpr auto ippiCopy_16u_C1MR = copy<V, std::uint16_t>;
-  static constexpr auto ippiCopy_16s_C1MR = copy<V, std::uint16_t>;
+  static constexpr auto ippiCopy_8u_C1MR = copy<V, u8>;
+  static constexpr auto ippiCopy_16u_C1MR = copy<V, u16>;
+  static constexpr auto ippiCopy_16s_C1MR = copy<V, u16>;
   static constexpr auto ippiCopy_32s_C1MR = copy<V, std::uint32_t>;
   static constexpr auto ippiCopy_32f_C1MR = copy<V, std::uint32_t>;
 };

@@ -26,7 +26,7 @@ struct Ends16 {
   static void write(const Rows& rows, u8* dst, std::int64_t i, std::int64_t end) {
     for (; end - i >= 16; i += 16) rows.template vector<Vector16>(i).store(dst + i);
     for (; end - i >= 4; i += 4) storeAs(dst + i, rows.template word<std::uint32_t>(i));
-    for (; i < end; ++i) storeAs(dst + i, rows.template word<std::uint8_t>(i));
+    for (; i < end; ++i) storeAs(dst + i, rows.template word<u8>(i));
   }
 };
 
@@ -44,7 +44,7 @@ struct Ends32 {
       storeMasked(lanes, dst + i, rows.template masked<Vector32>(i, lanes).bits);
       i += 4 * dwords;
     }
-    for (; i < end; ++i) storeAs(dst + i, rows.template word<std::uint8_t>(i));
+    for (; i < end; ++i) storeAs(dst + i, rows.template word<u8>(i));
   }
 };
 #endif
@@ -152,7 +152,7 @@ inline void xorConstantShort(u8 constant, const u8* src, u8* dst, std::int64_t l
     if (length >= 16) return writeBlockPair<Vector16, 16>(row, dst, length);
     if (length >= 8) return writeWordPair<std::uint64_t>(row, dst, length);
     if (length >= 4) return writeWordPair<std::uint32_t>(row, dst, length);
-    for (std::int64_t i = 0; i < length; ++i) storeAs(dst + i, row.word<std::uint8_t>(i));
+    for (std::int64_t i = 0; i < length; ++i) storeAs(dst + i, row.word<u8>(i));
   }
 }
 

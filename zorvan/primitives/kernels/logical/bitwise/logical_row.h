@@ -35,8 +35,8 @@ inline void writeOnBoundary(const Rows& rows, u8* dst, std::int64_t length) {
   if (rest & 16) writeAlignedBlock<16>(rows, dst, i), i += 16;
   if (rest & 8) writeWord<std::uint64_t>(rows, dst, i), i += 8;
   if (rest & 4) writeWord<std::uint32_t>(rows, dst, i), i += 4;
-  if (rest & 2) writeWord<std::uint16_t>(rows, dst, i), i += 2;
-  if (rest & 1) writeWord<std::uint8_t>(rows, dst, i);
+  if (rest & 2) writeWord<u16>(rows, dst, i), i += 2;
+  if (rest & 1) writeWord<u8>(rows, dst, i);
 }
 
 /// Writes the bytes up to the boundary and returns their number.
@@ -44,7 +44,7 @@ template <class Rows>
 inline std::int64_t writePeel(const Rows& rows, u8* dst, std::int64_t length) {
   const std::int64_t peel = bytesToBoundary(dst, 16);
   if (peel > length) return 0;
-  for (std::int64_t i = 0; i < peel; ++i) writeWord<std::uint8_t>(rows, dst, i);
+  for (std::int64_t i = 0; i < peel; ++i) writeWord<u8>(rows, dst, i);
   return peel;
 }
 
