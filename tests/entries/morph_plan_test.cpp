@@ -13,26 +13,21 @@ constexpr auto notCounted = [] {
   return 0;
 };
 
-TEST(MorphForm, OfSolidMasksDependsOnTheSizeAlone) {
-  EXPECT_EQ(planMorphForm({3, 3}, 18, notCounted), MorphForm::fused);
-  for (const Size size : {Size{1, 3}, Size{3, 1}, Size{3, 5}, Size{5, 3}, Size{31, 31}}) {
-    EXPECT_EQ(planMorphForm(size, 18, notCounted), MorphForm::separable);
-  }
-}
+TEST(MorphForm, OfSolidMasksIsSeparable) { EXPECT_EQ(planMorphForm(18, notCounted), MorphForm::separable); }
 
 TEST(MorphForm, OfOtherMasksGoesByFlagsInOrder) {
-  EXPECT_EQ(planMorphForm({3, 3}, 0x130, notCounted), MorphForm::known3);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x310, notCounted), MorphForm::known5);
-  EXPECT_EQ(planMorphForm({7, 7}, 0x510, notCounted), MorphForm::known7);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x30, notCounted), MorphForm::cross);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x20, notCounted), MorphForm::cross);
-  EXPECT_EQ(planMorphForm({5, 5}, 0x18, notCounted), MorphForm::runs);
+  EXPECT_EQ(planMorphForm(0x130, notCounted), MorphForm::known3);
+  EXPECT_EQ(planMorphForm(0x310, notCounted), MorphForm::known5);
+  EXPECT_EQ(planMorphForm(0x510, notCounted), MorphForm::known7);
+  EXPECT_EQ(planMorphForm(0x30, notCounted), MorphForm::cross);
+  EXPECT_EQ(planMorphForm(0x20, notCounted), MorphForm::cross);
+  EXPECT_EQ(planMorphForm(0x18, notCounted), MorphForm::runs);
 }
 
 TEST(MorphForm, ListsFewerThan128Cells) {
-  EXPECT_EQ(planMorphForm({31, 31}, 0, [] { return 127; }), MorphForm::cellList);
-  EXPECT_EQ(planMorphForm({31, 31}, 0, [] { return 128; }), MorphForm::cellTable);
-  EXPECT_EQ(planMorphForm({31, 31}, 8, [] { return 129; }), MorphForm::cellTable);
+  EXPECT_EQ(planMorphForm(0, [] { return 127; }), MorphForm::cellList);
+  EXPECT_EQ(planMorphForm(0, [] { return 128; }), MorphForm::cellTable);
+  EXPECT_EQ(planMorphForm(8, [] { return 129; }), MorphForm::cellTable);
 }
 
 TEST(MorphForm, OfTheOldestVariantsIsSolidOrNot) {
@@ -64,27 +59,17 @@ TEST(MorphRing, IsCutIntoBandsAboveItsShareOfTheCache) {
 }
 
 TEST(MorphBordered, TakesTheUsualSquares) {
-  for (const int side : {3, 5, 7, 9})
-    EXPECT_TRUE(planBordered({side, side}, BorderType::replicate, false, 3));
+  for (const int side : {3, 5, 7, 9}) EXPECT_TRUE(planBordered({side, side}, 3));
   for (const Size other : {Size{1, 1}, Size{3, 5}, Size{9, 7}, Size{11, 11}, Size{1, 3}, Size{3, 1}}) {
-    EXPECT_FALSE(planBordered(other, BorderType::replicate, false, 3));
-    EXPECT_FALSE(planBordered(other, BorderType::none, true, 3));
+    EXPECT_FALSE(planBordered(other, 3));
   }
 }
 
 TEST(MorphBordered, BeginsAtTheLeast) {
-  EXPECT_FALSE(planBordered({3, 3}, BorderType::replicate, false, 5));
-  EXPECT_TRUE(planBordered({5, 5}, BorderType::replicate, false, 5));
-  EXPECT_TRUE(planBordered({9, 9}, BorderType::none, true, largestBordered));
-  EXPECT_FALSE(planBordered({9, 9}, BorderType::none, true, noneBordered));
-}
-
-TEST(MorphBordered, TakesBordersThatFollowFromTheEdge) {
-  EXPECT_TRUE(planBordered({3, 3}, BorderType::replicate, false, 3));
-  EXPECT_TRUE(planBordered({3, 3}, BorderType::constant, false, 3));
-  EXPECT_FALSE(planBordered({3, 3}, BorderType::mirror, false, 3));
-  EXPECT_TRUE(planBordered({3, 3}, BorderType::mirror, true, 3));
-  EXPECT_TRUE(planBordered({3, 3}, BorderType::none, true, 3));
+  EXPECT_FALSE(planBordered({3, 3}, 5));
+  EXPECT_TRUE(planBordered({5, 5}, 5));
+  EXPECT_TRUE(planBordered({9, 9}, largestBordered));
+  EXPECT_FALSE(planBordered({9, 9}, noneBordered));
 }
 
 TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {

@@ -12,7 +12,6 @@
 #include "zorvan/primitives/kernels/morphology/shaped_cells.h"
 #include "zorvan/primitives/kernels/morphology/shaped_scan.h"
 #include "zorvan/primitives/kernels/morphology/solid_bordered.h"
-#include "zorvan/primitives/kernels/morphology/solid_fused.h"
 #include "zorvan/primitives/kernels/morphology/solid_separable.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_stripes.h"
 
@@ -100,11 +99,7 @@ struct FormKernels {
     const auto first = src.from(-reach.above, -reach.left);
     const bool packed = planPackedRows(src.step, roi.width, reach.mask().width, sizeof(Pixel));
     const TabledCells table(mask.spec);
-    switch (ZORVAN_PLANNED("planMorphForm",
-                           planMorphForm(mask.size(), mask.spec.flags, [&] { return table.count(); }))) {
-      case MorphForm::fused:
-        if (!packed) return fusedImage<Operation, Lanes<Pixel>>(src, dst, roi, work);
-        [[fallthrough]];
+    switch (ZORVAN_PLANNED("planMorphForm", planMorphForm(mask.spec.flags, [&] { return table.count(); }))) {
       case MorphForm::separable:
         return computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
       case MorphForm::known3:
@@ -198,8 +193,7 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   constexpr int least = MorphPolicy<V>::template leastBordered<T>;
   if constexpr (least <= largestBordered) {
     using Lanes = typename MorphPolicy<V>::template Lanes<T>;
-    if (mask.has(MorphSpec::allSet) &&
-        planBordered(maskSize, word.type(), word.has(BorderWord::allInMemory), least)) {
+    if (mask.has(MorphSpec::allSet) && planBordered(maskSize, least)) {
       computeBordered<Operation, Lanes, least>({src, srcStep}, {dst, dstStep}, roi, maskSize, word, value,
                                                work);
       return ippStsNoErr;

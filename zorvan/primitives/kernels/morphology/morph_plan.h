@@ -14,17 +14,15 @@
 namespace Zorvan::Primitives::Morphology {
 namespace {
 
-enum class MorphForm { fused, separable, known3, known5, known7, cross, cellList, cellTable, runs, scan };
+enum class MorphForm { separable, known3, known5, known7, cross, cellList, cellTable, runs, scan };
 
 /// Masks with fewer set cells are a list of offsets on the stack; others are read from their table.
 constexpr int listedCells = 128;
 
 /// The four newer variants. `countCells` is called for masks of no other form only.
 template <class CountCells>
-constexpr MorphForm planMorphForm(Size mask, std::uint32_t flags, CountCells countCells) {
-  if (flags & MorphSpec::allSet) {
-    return mask.width == 3 && mask.height == 3 ? MorphForm::fused : MorphForm::separable;
-  }
+constexpr MorphForm planMorphForm(std::uint32_t flags, CountCells countCells) {
+  if (flags & MorphSpec::allSet) return MorphForm::separable;
   if (flags & MorphSpec::knownShape) {
     if ((flags & MorphSpec::knownShape7) == MorphSpec::knownShape7) return MorphForm::known7;
     if ((flags & MorphSpec::knownShape5) == MorphSpec::knownShape5) return MorphForm::known5;
@@ -69,10 +67,9 @@ constexpr int noneBordered = largestBordered + 1;
 
 /// Whether the border of a solid mask is made in registers. `least` is the side of the smallest mask for
 /// which the variant does so.
-constexpr bool planBordered(Size mask, BorderType type, bool allInMemory, int least) {
-  const bool usual = mask.width == mask.height && mask.width % 2 == 1 && mask.width >= least &&
-                     mask.width <= largestBordered;
-  return usual && (allInMemory || type == BorderType::replicate || type == BorderType::constant);
+constexpr bool planBordered(Size mask, int least) {
+  return mask.width == mask.height && mask.width % 2 == 1 && mask.width >= least &&
+         mask.width <= largestBordered;
 }
 
 /// Bytes between the rows of the ring. Its memory has room for `maskHeight` rows rounded up to 32 bytes, and

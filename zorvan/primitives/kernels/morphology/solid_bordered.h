@@ -3,10 +3,10 @@
 // Extremes of solid square neighbourhoods with their border made in registers: the column-wise extreme of the
 // rows, then that combined with its neighbours in the row.
 //
-// A row above or below the region is the nearest row, or a row of the constant in the work memory. To the
-// left and right, the column-wise extremes of a repeated column are the repeated extremes, and those of a
-// constant are the constant. So the vectors before the first and after the last are broadcasts, and no pixel
-// is copied.
+// A row above or below the region is the nearest or the mirrored row, or a row of the constant in the work
+// memory. To the left and right, the column-wise extremes of a repeated column are the repeated extremes, and
+// those of a constant are the constant. So the vectors before the first and after the last are broadcasts,
+// and no pixel is copied; those of mirrored columns are computed again.
 //
 // Several rows of the result are computed together, since they share most of their source rows. The remaining
 // rows are computed one by one. Along a row, each vector of extremes is computed once; its neighbours come
@@ -29,8 +29,8 @@ namespace {
 template <class Pixel>
 struct BorderedRegion {
   Size roi;
-  BorderWord word;  ///< of type replicate or constant unless all sides are in memory
-  Pixel value;      ///< of a constant border
+  BorderWord word;
+  Pixel value;  ///< of a constant border
   BorderRows<Pixel> rows;
   std::int64_t left, right;  ///< columns in memory beside the region
 
@@ -44,7 +44,6 @@ struct BorderedRegion {
         left(word.has(BorderWord::leftInMemory) ? reach : 0),
         right(word.has(BorderWord::rightInMemory) ? reach : 0) {}
 
-  bool replicates() const { return word.type() == BorderType::replicate; }
   std::int64_t end() const { return roi.width + right; }
 };
 
@@ -66,11 +65,12 @@ struct BorderedRows {
   using Ends = LaneEnds<Lanes>;
   using Vectors = Extremes<Lanes, rows>;
 
-  static constexpr int readRows = height - 1 + rows;
+  static constexpr int reach = (width - 1) / 2, readRows = height - 1 + rows;
 
   const Pixel* src[readRows];  ///< column 0 of each row that is read
   std::int64_t left, end;      ///< columns in memory before column 0; the first after them that is not
-  bool replicates;
+  std::int64_t columns;        ///< of the region
+  BorderType type;
   Lanes constant;
   typename Ends::Place last;  ///< of the last column in memory, in its vector
 
@@ -79,7 +79,8 @@ struct BorderedRows {
                                       std::int64_t column)
       : left(region.left),
         end(region.end()),
-        replicates(region.replicates()),
+        columns(region.roi.width),
+        type(region.word.type()),
         constant(Lanes::broadcast(region.value)),
         last(Ends::place((end - 1 - column) & (Lanes::count - 1))) {
     for (int i = 0; i < readRows; ++i) src[i] = region.rows.at(first + i);
@@ -124,11 +125,23 @@ struct BorderedRows {
     }
   }
 
-  /// The border beside the columns in memory: `nearest(r)` in row r, or the constant.
+  /// The border in the vector at `column`: `nearest(r)` in row r, the constant, or mirrored columns.
   template <class Nearest>
-  Vectors border(Nearest nearest) const {
-    if (!replicates) return each([&](int) { return constant; });
-    return each(nearest);
+  Vectors border(std::int64_t column, Nearest nearest) const {
+    if (type == BorderType::replicate) return each(nearest);
+    if (type == BorderType::mirror) return mirroredBorder(column);
+    return each([&](int) { return constant; });
+  }
+  /// The columns within the reach; the other lanes are zero.
+  [[gnu::noinline]] Vectors mirroredBorder(std::int64_t column) const {
+    Pixel pixels[rows][Lanes::count] = {};
+    for (int i = 0; i < Lanes::count; ++i) {
+      const std::int64_t c = column + i;
+      if (c < -reach || c >= end + reach || (c >= 0 && c < end)) continue;
+      const Vectors extremes = load(mirrored(c, columns), Lanes::first(1));
+      for (int r = 0; r < rows; ++r) extremes.of[r].store(pixels[r] + i, Lanes::first(1));
+    }
+    return each([&](int r) { return Lanes::load(pixels[r]); });
   }
   template <class Active>
   Vectors bordered(const Vectors& found, Active lanes, const Vectors& border) const {
@@ -140,7 +153,8 @@ struct BorderedRows {
     const std::int64_t available = column + left;
     if (available >= Lanes::count) return load(column - Lanes::count, AllLanes{});
     const Vectors first = column == 0 ? vector : load(0, Lanes::first(1));
-    const Vectors beside = border([&](int r) { return Ends::broadcastFirst(first.of[r]); });
+    const Vectors beside =
+        border(column - Lanes::count, [&](int r) { return Ends::broadcastFirst(first.of[r]); });
     if (available == 0) return beside;
     const auto lanes = Ends::last(available);
     return bordered(load(column - Lanes::count, lanes), lanes, beside);
@@ -151,13 +165,13 @@ struct BorderedRows {
   [[gnu::always_inline]] Vectors from(std::int64_t column, const Vectors& previous) const {
     const std::int64_t available = end - column;
     if (available >= Lanes::count) return load(column, AllLanes{});
-    if (available <= 0) return border([&](int r) { return Ends::broadcastLane(previous.of[r], last); });
+    if (available <= 0)
+      return border(column, [&](int r) { return Ends::broadcastLane(previous.of[r], last); });
     const auto lanes = Lanes::first(available);
     const Vectors found = load(column, lanes);
-    return bordered(found, lanes, border([&](int r) { return Ends::broadcastLane(found.of[r], last); }));
+    return bordered(found, lanes,
+                    border(column, [&](int r) { return Ends::broadcastLane(found.of[r], last); }));
   }
-
-  static constexpr int reach = (width - 1) / 2;
 
   template <int... n>
   static Lanes acrossRow(Lanes previous, Lanes vector, Lanes next, std::integer_sequence<int, n...>) {

@@ -13,16 +13,6 @@
 namespace Zorvan::Primitives {
 namespace {
 
-/// The index below `n` that mirrors index `i`. The first and the last are not repeated.
-constexpr std::int64_t mirrored(std::int64_t i, std::int64_t n) {
-  if (i < 0) i = -i;
-  if (i < n) return i;
-  if (n == 1) return 0;
-  const std::int64_t period = 2 * n - 2;
-  i %= period;
-  return i < n ? i : period - i;
-}
-
 struct ReplicatedBorder {
   /// The source row that row `i` repeats.
   static std::int64_t rowOf(std::int64_t i, std::int64_t n) { return i < 0 ? 0 : i < n ? i : n - 1; }

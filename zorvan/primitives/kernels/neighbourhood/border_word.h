@@ -3,6 +3,8 @@
 // The word that describes the border of a region: a type in bits 0 to 3, and a bit for each side where the
 // operation reads memory. Entries test the word themselves; they differ in the types that they accept.
 
+#include <cstdint>
+
 #include "zorvan/foundation/Geometry.h"
 
 namespace Zorvan::Primitives {
@@ -37,6 +39,16 @@ struct BorderWord {
     return isSmall(roi, mask) && !has(allInMemory) ? BorderWord{bits & typeBits} : *this;
   }
 };
+
+/// The index below `n` that mirrors index `i`. The first and the last are not repeated.
+constexpr std::int64_t mirrored(std::int64_t i, std::int64_t n) {
+  if (i < 0) i = -i;
+  if (i < n) return i;
+  if (n == 1) return 0;
+  const std::int64_t period = 2 * n - 2;
+  i %= period;
+  return i < n ? i : period - i;
+}
 
 }  // namespace
 }  // namespace Zorvan::Primitives
