@@ -135,11 +135,20 @@ struct BorderedRows {
   /// The columns within the reach; the other lanes are zero.
   [[gnu::noinline]] Vectors mirroredBorder(std::int64_t column) const {
     Pixel pixels[rows][Lanes::count] = {};
-    for (int i = 0; i < Lanes::count; ++i) {
-      const std::int64_t c = column + i;
-      if (c < -reach || c >= end + reach || (c >= 0 && c < end)) continue;
-      const Vectors extremes = load(mirrored(c, columns), Lanes::first(1));
-      for (int r = 0; r < rows; ++r) extremes.of[r].store(pixels[r] + i, Lanes::first(1));
+    const auto mirror = [&](std::int64_t c) {
+      if (c < column || c >= column + Lanes::count) return;
+      const std::int64_t source = mirrored(c, columns), lastWhole = end - Lanes::count;
+      const std::int64_t first = lastWhole < 0 ? 0 : source < lastWhole ? source : lastWhole;
+      const Vectors extremes = lastWhole < 0 ? load(0, Lanes::first(end)) : load(first, AllLanes{});
+      for (int r = 0; r < rows; ++r) {
+        Pixel found[Lanes::count];
+        extremes.of[r].store(found);
+        pixels[r][c - column] = found[source - first];
+      }
+    };
+    for (int n = 1; n <= reach; ++n) {
+      mirror(-n);
+      mirror(end - 1 + n);
     }
     return each([&](int r) { return Lanes::load(pixels[r]); });
   }
