@@ -28,6 +28,7 @@ class ZORVAN_IPP_API IppException : public std::exception {
   /// Copies code and text. Assigning an object to itself leaves it intact.
   IppException& operator=(const IppException& source);
 
+  /// Frees the text.
   ~IppException() override;
 
   /// The text, valid as long as the object lives and is not assigned to.
