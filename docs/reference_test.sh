@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The reference is written without a warning, and a member without a comment is one.
+# The reference is written without a warning, and with an example of each member. A member without a comment or an
+# example is a warning.
 # usage: reference_test.sh doxygen Doxyfile scratch
 set -euo pipefail
 doxygen=$1 settings=$2 scratch=$3
@@ -11,7 +12,7 @@ write() {
   "$doxygen" "$scratch/Doxyfile"
 }
 
-write
+write "GENERATE_XML = YES"
 for page in index namespaceZorvan_1_1Ipp structZorvan_1_1Rect page_operations_morphology; do
   [[ -s $scratch/html/$page.html ]] || {
     echo "There is no page $page."
@@ -22,10 +23,16 @@ grep -q ippStsNullPtrErr "$scratch/html/namespaceZorvan_1_1Ipp.html" || {
   echo "The status codes are missing."
   exit 1
 }
+python3 -B "$(dirname "${BASH_SOURCE[0]}")/reference/check_examples.py" "$scratch/xml"
 
-printf 'namespace Zorvan {\n/// Documented.\nclass Planted {\n public:\n  void member();\n};\n}\n' >"$scratch/Planted.h"
-if write "INPUT += $scratch/Planted.h" 2>"$scratch/warnings"; then
-  echo "A member without a comment passed."
-  exit 1
-fi
-grep -q 'Member member() .* is not documented' "$scratch/warnings"
+# expectWarning text declaration...
+expectWarning() {
+  printf '%s\n' 'namespace Zorvan {' '/// Documented.' 'class Planted {' ' public:' "${@:2}" '};' '}' >"$scratch/Planted.h"
+  if write "INPUT = $scratch/Planted.h" "USE_MDFILE_AS_MAINPAGE =" 2>"$scratch/warnings"; then
+    echo "This passed: ${*:2}"
+    exit 1
+  fi
+  grep -q "$1" "$scratch/warnings"
+}
+expectWarning 'Member member() .* is not documented' '  void member();'
+expectWarning 'Planted.cpp' '  /// Without an example.' '  void member();'
