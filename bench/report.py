@@ -12,7 +12,6 @@ import argparse
 import collections
 import csv
 import json
-import math
 import pathlib
 import sys
 
@@ -232,46 +231,34 @@ def report(context, contests, failures, table, heading):
         yield f"FAILED {failure}"
 
 
-def plot(contests, title):
-    """Bars of the time divided by the limit, on a logarithmic scale, with marks for others and the plain loop."""
-    left, width, line, top = 230, 560, 18, 56
-    most = max(10.0, *(max(c.to_limit, c.to_limit / c.to_plain, c.others or 1) for c in contests))
-    least = min(0.5, *(c.to_limit for c in contests))
-
-    def x(ratio):
-        return left + width * math.log(ratio / least) / math.log(most / least)
-
-    height = top + line * len(contests) + 30
-    yield (f'<svg xmlns="http://www.w3.org/2000/svg" width="{left + width + 40}" height="{height}" '
-           'font-family="sans-serif" font-size="12">')
-    yield '<rect width="100%" height="100%" fill="white"/>'
-    yield f'<text x="{left}" y="18" font-size="14">{title}: time over streaming limit</text>'
-    yield (f'<text x="{left}" y="36"><tspan fill="#4878a8">&#9632; ours</tspan> '
-           '<tspan fill="#d06020">| others</tspan> <tspan fill="#555">&#9675; plain loop</tspan></text>')
-    for tick in (0.5, 1, 2, 5, 10, 20, 50, 100, 200, 500):
-        if least <= tick <= most:
-            yield (f'<line x1="{x(tick):.1f}" x2="{x(tick):.1f}" y1="{top - 6}" y2="{height - 24}" '
-                   f'stroke="{"#000" if tick == 1 else "#ccc"}"/>')
-            yield f'<text x="{x(tick):.1f}" y="{height - 8}" text-anchor="middle">{tick}</text>'
-    for i, c in enumerate(contests):
-        y = top + i * line
-        yield f'<text x="{left - 8}" y="{y + 11}" text-anchor="end">{c.operation} {c.pixels}</text>'
-        bar = max(1.0, x(c.to_limit) - left)
-        yield f'<rect x="{left}" y="{y + 2}" width="{bar:.1f}" height="{line - 7}" fill="#4878a8"/>'
-        plain = c.to_limit / c.to_plain
-        yield (f'<circle cx="{x(max(plain, least)):.1f}" cy="{y + 7}" r="4" fill="none" stroke="#555" '
-               'stroke-width="1.5"/>')
-        if c.others:
-            yield (f'<line x1="{x(c.others):.1f}" x2="{x(c.others):.1f}" y1="{y}" y2="{y + line - 3}" '
-                   'stroke="#d06020" stroke-width="3"/>')
-    yield "</svg>"
-
-
 def write_plots(contests, folder):
+    """For each size, bars of the time over the limit, with marks for others and the plain loop."""
+    from matplotlib.figure import Figure  # the tables do without it
+    from matplotlib.ticker import FormatStrFormatter, LogLocator
+
     folder.mkdir(parents=True, exist_ok=True)
-    for (variant, size), of_size in grouped(contests, "variant", "size").items():
+    for (variant, size), rows in grouped(contests, "variant", "size").items():
+        figure = Figure(figsize=(10, 1.2 + 0.22 * len(rows)), layout="constrained")
+        figure.suptitle(f"{size}, {variant}: time over streaming limit")
+        axes = figure.add_subplot(xscale="log")
+        axes.barh(range(len(rows)), [c.to_limit for c in rows], height=0.6, color="#4878a8", label="ours")
+        compared = [(c.others, place) for place, c in enumerate(rows) if c.others]
+        if compared:
+            axes.plot(*zip(*compared), "|", color="#d06020", markersize=10, markeredgewidth=3, label="others")
+        axes.plot([c.to_limit / c.to_plain for c in rows], range(len(rows)), "o", color="black",
+                  markerfacecolor="none", label="plain loop")
+        axes.axvline(1, color="black", linewidth=0.8)
+        axes.set_yticks(range(len(rows)), [f"{c.operation} {c.pixels}" for c in rows])
+        axes.set_ylim(len(rows) - 0.4, -0.6)
+        axes.set_xlim(left=min(0.5, *(0.9 * c.to_limit for c in rows)))
+        axes.xaxis.set_major_locator(LogLocator(subs=(1, 2, 5)))
+        axes.xaxis.set_major_formatter(FormatStrFormatter("%g"))
+        axes.minorticks_off()
+        axes.grid(axis="x", color="#ccc")
+        axes.set_axisbelow(True)
+        axes.legend(loc="lower left", bbox_to_anchor=(0, 1), ncols=3, frameon=False)
         path = folder / f"{variant}-{size}.svg"
-        path.write_text("\n".join(plot(of_size, f"{size}, {variant}")) + "\n", encoding="utf-8")
+        figure.savefig(path)
         print(f"plot: {path}")
 
 

@@ -81,13 +81,16 @@ def article(row):
     before = "".join(map(figure, row.before))
     code = re.sub(r"\s+", " ", row.code)
     return (f"<article>\n<p>{html.escape(row.sentence)}</p>\n<pre>{html.escape(code)}</pre>\n"
-            f'<div class="row">{before}<span class="arrow">&rarr;</span>{figure(row.after)}</div>\n</article>')
+            f'<div class="row">{before}<div class="result"><span class="arrow">&rarr;</span>{figure(row.after)}</div></div>\n</article>')
 
 
 STYLE = """
 .row { display: flex; flex-wrap: wrap; gap: .8rem; align-items: center; }
 .row figure { flex: 0 1 min(12rem, 42%); }
 article > pre { white-space: pre-wrap; }
+.result { display: flex; gap: .8rem; align-items: center; }
+.row > .result:has(img) { flex: 0 1 min(14rem, 55%); }
+.row > .result > figure { flex: 1 1 0; }
 .row .value { margin: 0; color: var(--ink); font-weight: 600; }
 .arrow { color: var(--accent); font-size: 1.4rem; }
 h2 { margin: 2.5rem 0 .6rem; }
