@@ -1,14 +1,16 @@
 // The pipeline finds the objects that were drawn: plates of known places, areas and brightness, and the coins
 // of the scene.
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <string>
 #include <vector>
 
-#include "check.h"
 #include "coin_table.h"
+#include "folder.h"
 #include "pipeline.h"
 #include "scene.h"
 
@@ -54,11 +56,11 @@ bool near(double a, double b) { return std::abs(a - b) < 1e-6; }
 
 void checkPlate(const Coin& coin, Area plate) {
   const Area box = grown(plate);
-  CHECK(coin.box.column == box.column && coin.box.row == box.row);
-  CHECK(coin.box.width == box.width && coin.box.height == box.height);
+  EXPECT_TRUE(coin.box.column == box.column && coin.box.row == box.row);
+  EXPECT_TRUE(coin.box.width == box.width && coin.box.height == box.height);
   const double area = box.width * box.height, inside = plate.width * plate.height - 2;
-  CHECK(coin.area == area);
-  CHECK(near(coin.measures.diameter, std::sqrt(area * 4 / std::acos(-1.0))));
+  EXPECT_EQ(coin.area, area);
+  EXPECT_TRUE(near(coin.measures.diameter, std::sqrt(area * 4 / std::acos(-1.0))));
 
   const double ring = area - plate.width * plate.height;
   const double mean = (inside * plateValue + darkValue + brightValue + ring * backgroundValue) / area;
@@ -66,34 +68,34 @@ void checkPlate(const Coin& coin, Area plate) {
   const double variance = (inside * square(plateValue) + square(darkValue) + square(brightValue) +
                            ring * square(backgroundValue)) /
                           area;
-  CHECK(near(coin.measures.brightness.Mean, mean));
-  CHECK(near(coin.measures.brightness.StdDev, std::sqrt(variance)));
+  EXPECT_TRUE(near(coin.measures.brightness.Mean, mean));
+  EXPECT_TRUE(near(coin.measures.brightness.StdDev, std::sqrt(variance)));
 
   const Zorvan::MinMaxIndex& extremes = coin.measures.extremes;
-  CHECK(extremes.Min == darkValue && extremes.Max == brightValue);
-  CHECK(box.column + extremes.MinIndex.x == plate.column + 5 &&
-        box.row + extremes.MinIndex.y == plate.row + 3);
-  CHECK(box.column + extremes.MaxIndex.x == plate.column + 2 &&
-        box.row + extremes.MaxIndex.y == plate.row + 6);
+  EXPECT_TRUE(extremes.Min == darkValue && extremes.Max == brightValue);
+  EXPECT_TRUE(box.column + extremes.MinIndex.x == plate.column + 5 &&
+              box.row + extremes.MinIndex.y == plate.row + 3);
+  EXPECT_TRUE(box.column + extremes.MaxIndex.x == plate.column + 2 &&
+              box.row + extremes.MaxIndex.y == plate.row + 6);
 }
 
-void checkCsv(const std::string& folder, const std::vector<Coin>& coins) {
-  Coins::writeCoinCsv(folder + "/coins.csv", coins);
-  std::ifstream file(folder + "/coins.csv");
+void checkCsv(const std::vector<Coin>& coins) {
+  Coins::writeCoinCsv(folder + "/plates/coins.csv", coins);
+  std::ifstream file(folder + "/plates/coins.csv");
   std::string line;
   std::vector<std::string> lines;
   while (std::getline(file, line)) lines.push_back(line);
-  CHECK(lines.size() == coins.size() + 1);
-  CHECK(lines[0] ==
-        "coin,column,row,width,height,area,diameter,mean,deviation,darkest,darkest_column,darkest_row,"
-        "brightest,"
-        "brightest_column,brightest_row");
+  EXPECT_EQ(lines.size(), coins.size() + 1);
+  EXPECT_TRUE(lines[0] ==
+              "coin,column,row,width,height,area,diameter,mean,deviation,darkest,darkest_column,darkest_row,"
+              "brightest,"
+              "brightest_column,brightest_row");
   // The first plate is at column 20, row 9.
-  CHECK(lines[1].rfind("1,19,8,32,22,704,29.9,", 0) == 0);
-  CHECK(endsWith(lines[1], ",7,25,12,180,22,15"));
+  EXPECT_TRUE(lines[1].rfind("1,19,8,32,22,704,29.9,", 0) == 0);
+  EXPECT_TRUE(endsWith(lines[1], ",7,25,12,180,22,15"));
 }
 
-void checkPlates(const std::string& folder) {
+TEST(Objects, ArePlatesOfKnownPlacesAndAreas) {
   Picture picture = emptyPicture();
   // From the top. The second ends a pixel before the right edge, which its outline reaches.
   const std::vector<Area> plates{
@@ -107,12 +109,11 @@ void checkPlates(const std::string& folder) {
   draw(picture, {100, 120, 60, 2}, plateValue);             // a scratch
   draw(picture, {100, 170, 40, 40}, plateValue);            // cut by the edge: its rim is open
   draw(picture, {240, 140, 40, 40}, backgroundValue + 30);  // too faint
-  Examples::Report report(folder);
+  Examples::Report report(folder + "/plates");
   const std::vector<Coin> found = Coins::runPipeline(picture, report);
-  CHECK(found.size() == plates.size());
-  if (failures > 0) return;
+  ASSERT_EQ(found.size(), plates.size());
   for (std::size_t i = 0; i < plates.size(); ++i) checkPlate(found[i], plates[i]);
-  checkCsv(folder, found);
+  checkCsv(found);
 }
 
 /// Whether the middles of the coins are those of the discs, in the same order.
@@ -133,91 +134,77 @@ void drawDisc(Picture& picture, const Coins::Disc& disc) {
 }
 
 /// Numbers follow the lines, although the discs of a line differ in row and size.
-void checkReadingOrder(const std::string& folder) {
+TEST(Objects, AreInReadingOrder) {
   Picture picture = emptyPicture();
   const std::vector<Coins::Disc> discs{{40, 30, 12},  {36, 90, 20},   {44, 150, 10},
                                        {120, 25, 10}, {112, 100, 25}, {122, 260, 18}};
   for (const Coins::Disc& disc : discs) drawDisc(picture, disc);
-  Examples::Report report(folder);
-  CHECK(standsAt(Coins::runPipeline(picture, report), discs));
+  Examples::Report report(folder + "/order");
+  EXPECT_TRUE(standsAt(Coins::runPipeline(picture, report), discs));
 }
 
 /// A line of another brightness along a side is not connected with the disc beside it.
-void checkSides(const std::string& folder) {
+TEST(Objects, AreApartFromTheSides) {
   // The outline of the disc ends where the outline of the line begins.
   const Coins::Disc disc{100, pictureWidth - 4 - 60, 60.9};
   Picture alone = emptyPicture();
   drawDisc(alone, disc);
   Picture lined = alone;
   draw(lined, {pictureWidth - 1, 30, 1, 100}, 0);
-  Examples::Report aloneReport(folder + "/alone"), linedReport(folder + "/lined");
+  Examples::Report aloneReport(folder + "/sides/alone"), linedReport(folder + "/sides/lined");
   const std::vector<Coin> expected = Coins::runPipeline(alone, aloneReport);
   const std::vector<Coin> found = Coins::runPipeline(lined, linedReport);
-  CHECK(expected.size() == 1 && found.size() == 1);
-  if (failures > 0) return;
-  CHECK(found[0].box.width == expected[0].box.width && found[0].area == expected[0].area);
+  ASSERT_TRUE(expected.size() == 1 && found.size() == 1);
+  EXPECT_TRUE(found[0].box.width == expected[0].box.width && found[0].area == expected[0].area);
 }
 
 /// Objects that extend over many bands of rows, and objects that begin within the rows of others.
-void checkBands(const std::string& folder) {
+TEST(Objects, ExtendOverManyBands) {
   Picture picture = emptyPicture();
   draw(picture, {10, 10, 12, 190}, plateValue);
   draw(picture, {40, 10, 200, 12}, plateValue);
   draw(picture, {228, 22, 12, 150}, plateValue);
   for (int row = 40; row < 160; row += 20) draw(picture, {60, row, 12, 12}, plateValue);
-  Examples::Report report(folder);
+  Examples::Report report(folder + "/bands");
   const std::vector<Coin> found = Coins::runPipeline(picture, report);
-  CHECK(found.size() == 8);
+  EXPECT_EQ(found.size(), 8);
   double area = 0;
   for (const Coin& coin : found) area += coin.area;
   // Each object grows by a pixel on every side; in the inner corner of the angle it grows by one pixel less.
-  CHECK(area >= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 - 8 &&
-        area <= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 + 8);
+  EXPECT_TRUE(area >= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 - 8 &&
+              area <= 14 * 192 + 202 * 14 + 14 * 150 + 6 * 14 * 14 + 8);
 }
 
 /// The pixels that a ring encloses belong to the object.
-void checkRing(const std::string& folder) {
+TEST(Objects, HaveThePixelsThatARingEncloses) {
   Picture picture = emptyPicture();
   draw(picture, {60, 50, 80, 70}, plateValue);
   draw(picture, {66, 56, 68, 58}, backgroundValue);
-  Examples::Report report(folder);
+  Examples::Report report(folder + "/ring");
   const std::vector<Coin> found = Coins::runPipeline(picture, report);
-  CHECK(found.size() == 1 && found[0].area == 82 * 72);
+  EXPECT_TRUE(found.size() == 1 && found[0].area == 82 * 72);
 }
 
-void checkScene(const std::string& folder) {
+TEST(Objects, AreTheCoinsOfTheScene) {
   Picture scene = Coins::drawScene();
-  Examples::Report report(folder);
+  Examples::Report report(folder + "/scene");
   const std::vector<Coin> found = Coins::runPipeline(scene, report);
-  CHECK(found.size() == 24);
+  EXPECT_EQ(found.size(), 24);
   for (const Coins::Disc& disc : Coins::sceneCoins()) {
     const auto coin = std::find_if(found.begin(), found.end(), [&](const Coin& c) {
       return disc.column >= c.box.column && disc.column < c.box.column + c.box.width &&
              disc.row >= c.box.row && disc.row < c.box.row + c.box.height;
     });
-    CHECK(coin != found.end());
+    EXPECT_TRUE(coin != found.end());
     if (coin == found.end()) continue;
-    CHECK(coin->measures.diameter > 2 * disc.radius && coin->measures.diameter < 2 * disc.radius + 3);
+    EXPECT_TRUE(coin->measures.diameter > 2 * disc.radius && coin->measures.diameter < 2 * disc.radius + 3);
   }
 }
 
-void checkNothing(const std::string& folder) {
+TEST(Objects, AreNoneInAnEmptyPicture) {
   Picture picture = emptyPicture(40, 30);
-  Examples::Report report(folder);
-  CHECK(Coins::runPipeline(picture, report).empty());
+  Examples::Report report(folder + "/nothing");
+  EXPECT_TRUE(Coins::runPipeline(picture, report).empty());
 }
 
 }  // namespace
-
-int main(int argumentCount, char** arguments) {
-  if (argumentCount != 2) return 2;
-  const std::string folder = arguments[1];
-  checkPlates(folder + "/plates");
-  checkRing(folder + "/ring");
-  checkScene(folder + "/scene");
-  checkNothing(folder + "/nothing");
-  checkReadingOrder(folder + "/order");
-  checkSides(folder + "/sides");
-  checkBands(folder + "/bands");
-  return failures;
-}

@@ -2,9 +2,11 @@
 
 #include "png_file.h"
 
+#include <gtest/gtest.h>
+
 #include <string>
 
-#include "check.h"
+#include "folder.h"
 #include "text_file.h"
 
 namespace {
@@ -22,23 +24,22 @@ bool isRamp(const Examples::Picture& picture) {
   return true;
 }
 
-}  // namespace
+TEST(Png, IsReadAsItIs) {
+  EXPECT_TRUE(isRamp(Examples::readPng(folder + "/grey.png")));
+  EXPECT_TRUE(isRamp(Examples::readPng(folder + "/interlaced.png")));
+}
 
-int main(int argumentCount, char** arguments) {
-  if (argumentCount != 2) return 2;
-  const std::string folder = arguments[1];
-  CHECK(isRamp(Examples::readPng(folder + "/grey.png")));
-  CHECK(isRamp(Examples::readPng(folder + "/interlaced.png")));
-
+TEST(Png, IsWrittenAndReadAgain) {
   Examples::Picture odd{7, 3, {}};
   for (int i = 0; i < 21; ++i) odd.pixels.push_back(static_cast<u8>(i * 12));
   Examples::writePng(folder + "/written.png", IppIMemory<u8>::CreateContainer(odd.pixels.data(), 7, 3));
   const Examples::Picture back = Examples::readPng(folder + "/written.png");
-  CHECK(back.width == 7 && back.height == 3 && back.pixels == odd.pixels);
+  EXPECT_TRUE(back.width == 7 && back.height == 3 && back.pixels == odd.pixels);
 
   // The second byte of the compressed data contains the level: 2 means 6, 3 means more.
   const std::string bytes = Examples::readText(folder + "/written.png");
   const std::size_t data = bytes.find("IDAT");
-  CHECK(data != std::string::npos && static_cast<unsigned char>(bytes.at(data + 5)) >> 6 == 2);
-  return failures;
+  EXPECT_TRUE(data != std::string::npos && static_cast<unsigned char>(bytes.at(data + 5)) >> 6 == 2);
 }
+
+}  // namespace

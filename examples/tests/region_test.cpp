@@ -2,10 +2,10 @@
 
 #include "region.h"
 
+#include <gtest/gtest.h>
+
 #include <stdexcept>
 #include <vector>
-
-#include "check.h"
 
 namespace {
 
@@ -39,53 +39,48 @@ void checkAllViews(int width, int height) {
             right = right &&
                     pixels[static_cast<std::size_t>(i)] == (contains(area, i % width, i / width) ? 9 : 1);
           }
-          CHECK(right);
+          EXPECT_TRUE(right);
         }
       }
     }
   }
 }
 
-void checkRefusals() {
+TEST(Region, IsAtItsColumnAndRow) {
+  checkAllViews(5, 3);
+  checkAllViews(3, 5);
+}
+
+TEST(Region, IsRefusedOutside) {
   const IppIMemory<u8> image(7, 3);
   for (const Area area :
        {Area{-1, 0, 2, 2}, Area{0, -1, 2, 2}, Area{6, 0, 2, 1}, Area{0, 2, 1, 2}, Area{0, 0, 8, 1},
         Area{0, 0, 1, 4}, Area{0, 0, 0, 1}, Area{0, 0, 1, 0}, Area{2147483647, 0, 1, 1},
         Area{1, 0, 2147483647, 1}, Area{0, -2147483647, 1, 2147483647}}) {
-    CHECK(throws<std::out_of_range>([&] { rectOf(image, area); }));
-    CHECK(throws<std::out_of_range>([&] { viewOf(image, area); }));
+    EXPECT_THROW(rectOf(image, area), std::out_of_range);
+    EXPECT_THROW(viewOf(image, area), std::out_of_range);
   }
 }
 
-/// A region in the right part of a wide image: it lies inside, is refused as a Rect, and works as a view.
-void checkWideImage() {
+TEST(Region, InTheRightPartOfAWideImageNeedsAView) {
   IppIMemory<u8> image(7, 3);
   Initializer::Fill<u8>(image, 1, image.SizeToRoi());
   const Area right{5, 0, 2, 2};
-  CHECK(throws<IppException>([&] { Initializer::Fill<u8>(image, 9, rectOf(image, right)); }));
+  EXPECT_THROW(Initializer::Fill<u8>(image, 9, rectOf(image, right)), IppException);
   const Area left{1, 1, 2, 2};
   Initializer::Fill<u8>(image, 9, rectOf(image, left));
   const auto pixels = image.buffer();
-  for (int i = 0; i < 21; ++i) CHECK(pixels[i] == (contains(left, i % 7, i / 7) ? 9 : 1));
+  for (int i = 0; i < 21; ++i) EXPECT_EQ(pixels[i], (contains(left, i % 7, i / 7) ? 9 : 1));
 }
 
-void checkViewOutlivesImage() {
+TEST(Region, AViewOutlivesItsImage) {
   IppIMemory<u8> view;
   {
     IppIMemory<u8> image(4, 4);
     Initializer::Fill<u8>(image, 5, image.SizeToRoi());
     view = viewOf(image, {1, 1, 2, 2});
   }
-  CHECK(view.buffer()[0] == 5);
+  EXPECT_EQ(view.buffer()[0], 5);
 }
 
 }  // namespace
-
-int main() {
-  checkAllViews(5, 3);
-  checkAllViews(3, 5);
-  checkRefusals();
-  checkWideImage();
-  checkViewOutlivesImage();
-  return failures;
-}

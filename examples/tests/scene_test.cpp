@@ -1,12 +1,14 @@
 // The pictures that the demo wrote for its drawn scene agree with each other in every pixel.
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "check.h"
+#include "folder.h"
 #include "png_file.h"
 #include "text_file.h"
 
@@ -15,14 +17,12 @@ namespace {
 using Examples::Picture;
 using Examples::readText;
 
-std::string folder;
-
 Picture step(const std::string& title) {
   for (const auto& file : std::filesystem::directory_iterator(folder)) {
     const std::string name = file.path().filename().string();
     if (name.size() > 3 && name.substr(3) == title + ".png") return Examples::readPng(file.path().string());
   }
-  CHECK(!"the picture is there");
+  ADD_FAILURE() << "There is no picture of the step " << title;
   return {};
 }
 
@@ -79,75 +79,74 @@ std::set<std::string> references(const std::string& html) {
   return files;
 }
 
-void checkPage() {
+TEST(Scene, ThePageShowsItsFilesOnly) {
   const std::string html = readText(folder + "/index.html");
-  CHECK(html.find("<h1>24 coins</h1>") != std::string::npos);
-  CHECK(html.find("://") == std::string::npos);
+  EXPECT_TRUE(html.find("<h1>24 coins</h1>") != std::string::npos);
+  EXPECT_TRUE(html.find("://") == std::string::npos);
   const std::set<std::string> files = references(html);
-  CHECK(files.size() > 20);
+  EXPECT_TRUE(files.size() > 20);
   for (const std::string& file : files) {
     const std::string bytes = readText(folder + "/" + file);
-    CHECK(!bytes.empty());
+    EXPECT_TRUE(!bytes.empty());
   }
   // The page shows the sources of the steps.
-  CHECK(html.find("outline</span>(") != std::string::npos &&
-        html.find("Dilate</span>(picture") != std::string::npos);
+  EXPECT_TRUE(html.find("outline</span>(") != std::string::npos &&
+              html.find("Dilate</span>(picture") != std::string::npos);
 }
 
-}  // namespace
-
-int main(int argumentCount, char** arguments) {
-  if (argumentCount != 2) return 2;
-  folder = arguments[1];
+TEST(Scene, ThePicturesAgree) {
   const Picture picture = step("picture"), quarter = step("quarter"), middle = step("middle"),
                 spot = step("spot"), outline = step("outline"), rising = step("rising"),
                 whole = step("whole"), mask = step("mask"), labels = step("labels"), found = step("found"),
                 filled = step("filled"), board = step("board"), pasted = step("pasted"),
                 bright = step("bright"), both = step("both"), either = step("either"),
                 onlyOne = step("only-one"), ground = step("background"), flat = step("flat");
-  CHECK(picture.width == 384 && picture.height == 303);
+  EXPECT_TRUE(picture.width == 384 && picture.height == 303);
   for (const Picture* same : {&spot, &outline, &rising, &whole, &mask, &labels, &found, &filled, &board,
                               &pasted, &bright, &both, &either, &onlyOne, &ground, &flat}) {
-    CHECK(same->width == 384 && same->height == 303);
+    EXPECT_TRUE(same->width == 384 && same->height == 303);
   }
-  CHECK(quarter.width == 192 && quarter.height == 152 && middle.width == 192 && middle.height == 152);
-  if (failures > 0) return failures;
+  EXPECT_TRUE(quarter.width == 192 && quarter.height == 152 && middle.width == 192 && middle.height == 152);
+  if (HasFailure()) return;
 
-  CHECK(everywhere(quarter, [&](int c, int r) { return at(quarter, c, r) == at(picture, c, r); }));
-  CHECK(everywhere(middle, [&](int c, int r) { return at(middle, c, r) == at(picture, c + 96, r + 75); }));
+  EXPECT_TRUE(everywhere(quarter, [&](int c, int r) { return at(quarter, c, r) == at(picture, c, r); }));
+  EXPECT_TRUE(
+      everywhere(middle, [&](int c, int r) { return at(middle, c, r) == at(picture, c + 96, r + 75); }));
   // The window is 152 pixels wide and high and ends at column 303. A Rect cannot reach further to the right.
-  CHECK(everywhere(spot, [&](int c, int r) {
+  EXPECT_TRUE(everywhere(spot, [&](int c, int r) {
     return at(spot, c, r) == (c >= 151 && c < 303 && r < 152 ? at(picture, c, r) : 0);
   }));
-  CHECK(everywhere(rising,
-                   [&](int c, int r) { return at(rising, c, r) == (at(outline, c, r) > 30 ? 255 : 0); }));
-  CHECK(everywhere(whole, [&](int c, int r) { return at(whole, c, r) == 255 || at(rising, c, r) == 0; }));
-  CHECK(everywhere(mask, [&](int c, int r) { return at(mask, c, r) == 0 || at(mask, c, r) == 255; }));
-  CHECK(everywhere(labels, [&](int c, int r) { return (at(labels, c, r) > 0) == (at(mask, c, r) > 0); }));
-  CHECK(everywhere(
+  EXPECT_TRUE(everywhere(
+      rising, [&](int c, int r) { return at(rising, c, r) == (at(outline, c, r) > 30 ? 255 : 0); }));
+  EXPECT_TRUE(
+      everywhere(whole, [&](int c, int r) { return at(whole, c, r) == 255 || at(rising, c, r) == 0; }));
+  EXPECT_TRUE(everywhere(mask, [&](int c, int r) { return at(mask, c, r) == 0 || at(mask, c, r) == 255; }));
+  EXPECT_TRUE(
+      everywhere(labels, [&](int c, int r) { return (at(labels, c, r) > 0) == (at(mask, c, r) > 0); }));
+  EXPECT_TRUE(everywhere(
       filled, [&](int c, int r) { return at(filled, c, r) == (at(mask, c, r) ? 255 : at(picture, c, r)); }));
-  CHECK(everywhere(board,
-                   [&](int c, int r) { return at(board, c, r) == ((c / 24 + r / 24) % 2 ? 228 : 250); }));
-  CHECK(everywhere(pasted, [&](int c, int r) {
+  EXPECT_TRUE(everywhere(
+      board, [&](int c, int r) { return at(board, c, r) == ((c / 24 + r / 24) % 2 ? 228 : 250); }));
+  EXPECT_TRUE(everywhere(pasted, [&](int c, int r) {
     return at(pasted, c, r) == (at(mask, c, r) ? at(picture, c, r) : at(board, c, r));
   }));
-  CHECK(
+  EXPECT_TRUE(
       everywhere(both, [&](int c, int r) { return at(both, c, r) == (at(mask, c, r) & at(bright, c, r)); }));
-  CHECK(everywhere(either,
-                   [&](int c, int r) { return at(either, c, r) == (at(mask, c, r) | at(bright, c, r)); }));
-  CHECK(everywhere(onlyOne,
-                   [&](int c, int r) { return at(onlyOne, c, r) == (at(mask, c, r) ^ at(bright, c, r)); }));
-  CHECK(everywhere(flat, [&](int c, int r) {
+  EXPECT_TRUE(everywhere(
+      either, [&](int c, int r) { return at(either, c, r) == (at(mask, c, r) | at(bright, c, r)); }));
+  EXPECT_TRUE(everywhere(
+      onlyOne, [&](int c, int r) { return at(onlyOne, c, r) == (at(mask, c, r) ^ at(bright, c, r)); }));
+  EXPECT_TRUE(everywhere(flat, [&](int c, int r) {
     return at(ground, c, r) <= at(picture, c, r) && at(flat, c, r) == at(picture, c, r) - at(ground, c, r);
   }));
-  CHECK(countAreas(mask) == 24);
+  EXPECT_EQ(countAreas(mask), 24);
 
   const Picture montage = Examples::readPng(folder + "/montage.png");
-  CHECK(montage.width == 776 && montage.height == 614);
-  CHECK(everywhere(picture, [&](int c, int r) {
+  EXPECT_TRUE(montage.width == 776 && montage.height == 614);
+  EXPECT_TRUE(everywhere(picture, [&](int c, int r) {
     return at(montage, c, r) == at(picture, c, r) && at(montage, c + 392, r) == at(outline, c, r) &&
            at(montage, c, r + 311) == at(mask, c, r) && at(montage, c + 392, r + 311) == at(found, c, r);
   }));
-  checkPage();
-  return failures;
 }
+
+}  // namespace

@@ -19,7 +19,8 @@ class ZorvanIpp(ConanFile):
 
     def export_sources(self):
         sources = os.path.join(self.recipe_folder, "..", "..")
-        for pattern in ("CMakeLists.txt", "CHANGELOG.md", "LICENCE", "cmake/*", "packaging/*", "zorvan/*", "docs/*"):
+        for pattern in ("CMakeLists.txt", "CHANGELOG.md", "LICENCE", "cmake/*", "docs/*", "examples/common/*", "packaging/*",
+                        "zorvan/*"):
             copy(self, pattern, src=sources, dst=self.export_sources_folder)
 
     def layout(self):
