@@ -3,6 +3,7 @@
 
 Doxygen knows headings by names of its own. Each heading gets the name that links have for it, made unique by the
 page's; links to pages become references to these names, and links to files that are not pages become plain text.
+Pictures are in the folder that write_reference makes beside the pages.
 """
 
 import os
@@ -11,6 +12,7 @@ import sys
 
 HEADING = re.compile(r"^(#+) (.*?)\s*$")
 LINK = re.compile(r"(?<!!)\[([^\]]*)\]\(([^)\s]+)\)")
+PICTURE = re.compile(r'!\[(?P<alt>[^\]]*)\]\((?P<path>[^)]+)\)|<img src="(?P<source>[^"]+)"(?P<rest>[^>]*)>')
 FENCE = re.compile(r"^\s*```")
 
 
@@ -35,6 +37,12 @@ def reference(match):
     return text
 
 
+def picture(match):
+    path = os.path.normpath(os.path.join(os.path.dirname(PAGE), match["path"] or match["source"]))
+    rest = match["rest"] or f' alt="{match["alt"]}"'
+    return f'<img src="pictures/{os.path.relpath(path, os.path.dirname(DOCS))}"{rest}>'
+
+
 PAGE = os.path.abspath(sys.argv[1])
 DOCS = os.path.dirname(os.path.abspath(__file__))
 
@@ -49,5 +57,5 @@ with open(PAGE, encoding="utf-8") as page:
                 heading = "" if len(found[1]) == 1 else slug(found[2])
                 line = f"{found[1]} {found[2]} {{#{nameOf(PAGE, heading)}}}"
             else:
-                line = LINK.sub(reference, line)
+                line = PICTURE.sub(picture, LINK.sub(reference, line))
         print(line)

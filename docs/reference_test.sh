@@ -4,12 +4,13 @@
 # usage: reference_test.sh doxygen Doxyfile scratch
 set -euo pipefail
 doxygen=$1 settings=$2 scratch=$3
+docs=$(dirname "${BASH_SOURCE[0]}")
 
 rm -rf "$scratch"
 mkdir -p "$scratch"
 write() {
   { cat "$settings"; printf 'OUTPUT_DIRECTORY = %s\n' "$scratch"; printf '%s\n' "$@"; } >"$scratch/Doxyfile"
-  "$doxygen" "$scratch/Doxyfile"
+  bash "$docs/write_reference" "$doxygen" "$scratch/Doxyfile" "$scratch"
 }
 
 write "GENERATE_XML = YES"
@@ -23,7 +24,15 @@ grep -q ippStsNullPtrErr "$scratch/html/namespaceZorvan_1_1Ipp.html" || {
   echo "The status codes are missing."
   exit 1
 }
-python3 -B "$(dirname "${BASH_SOURCE[0]}")/reference/check_examples.py" "$scratch/xml"
+python3 -B "$docs/reference/check_examples.py" "$scratch/xml"
+pictures=$(grep -oh '<img src="[^"]*"' "$scratch"/html/page_*.html | cut -d'"' -f2 | sort -u)
+[[ $pictures == *pictures/docs/images/* && $pictures == *pictures/examples/recipes/* ]]
+for picture in $pictures; do
+  [[ -s $scratch/html/$picture ]] || {
+    echo "There is no picture $picture."
+    exit 1
+  }
+done
 
 # expectWarning text declaration...
 expectWarning() {
