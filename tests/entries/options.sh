@@ -21,7 +21,7 @@ ends_with 0 "${few[@]}" --variant=VariantSse2 --seed=18446744073709551615
 ends_with 0 --gtest_list_tests
 for option in --variant=VariantSse5 --variant=variantSse2 --entry=ippiSett_8u_C1R \
   --seed=abc --seed=1x --seed= --seed=-1 --seed=18446744073709551616 \
-  --rounds=0 --rounds=many --rounds=2147483648 --expected-index=two --expected-index=-1 \
+  --rounds=0 --rounds=many --rounds=2147483648 --expected-index=two --expected-index=-1 --expected-cache=much \
   --level=quik --gtest_filter=Set.ippiSett* --vairant=VariantSse2 VariantSse2; do
   ends_with 2 "${few[@]}" "$option"
 done

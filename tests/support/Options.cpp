@@ -20,7 +20,7 @@ Options parsed;
   std::fprintf(stderr,
                "unknown argument: %s\n"
                "known: --level=few|quick|full|fuzz --rounds=N --seed=N --entry=TEXT --variant=TEXT "
-               "--expected-index=N, and GoogleTest's --gtest_... flags\nvariants:",
+               "--expected-index=N --expected-cache=N, and GoogleTest's --gtest_... flags\nvariants:",
                argument.c_str());
   for (const char* name : Primitives::variantNames) std::fprintf(stderr, " %s", name);
   std::fprintf(stderr, "\n");
@@ -79,6 +79,8 @@ void parseOptions(int argc, char** argv) {
       parsed.variant = value;
     } else if (key == "--expected-index") {
       parsed.expectedIndex = intOf(value, argument);
+    } else if (key == "--expected-cache") {
+      parsed.expectedCache = intOf(value, argument);
     } else {
       refuse(argument);
     }

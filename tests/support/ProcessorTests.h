@@ -2,7 +2,7 @@
 
 namespace Zorvan::Test {
 
-/// With `--expected-index=`, registers the tests that this processor selects that variant.
+/// Registers tests of what `--expected-index=` and `--expected-cache=` say of this processor.
 void registerProcessorTests();
 
 }  // namespace Zorvan::Test
