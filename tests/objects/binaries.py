@@ -1,24 +1,25 @@
 """The output of nm, objdump and readelf about an object or a shared library."""
 
+import functools
 import re
 import subprocess
+import sys
 from collections import namedtuple
 
 Symbol = namedtuple("Symbol", "address letter name")
 Section = namedtuple("Section", "name address size flags")
-Instruction = namedtuple("Instruction", "address function name operands target")
+Instruction = namedtuple("Instruction", "address function name operands target code section", defaults=("", ""))
 
 # Words that objdump prints before the name of an instruction.
-PREFIX = re.compile(r"repn?z?|lock|notrack|bnd|[cdefgs]s|data16|addr32|rex(\.\w+)?")
+PREFIX = re.compile(r"repn?z?|lock|notrack|bnd|[cdefgs]s|data16|addr32|rex(\.\w+)?|\{evex\}")
 
-# The lines that objdump prints for the beginning of a function and for an instruction: address, words, comment.
-FUNCTION = re.compile(r"[0-9a-f]+ <(.*)>:")
-INSTRUCTION = re.compile(r" *([0-9a-f]+):\t([^#\t]*)(?:#([^\t]*))?")
+# The line that objdump prints for the beginning of a section.
+SECTION = re.compile(r"Disassembly of section (.*):")
 NAMED_ADDRESS = re.compile(r"<.*>")
 
 
-def output(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+def output(*command, words=None):
+    return subprocess.run(command, check=True, capture_output=True, text=True, input=words).stdout
 
 
 def definedSymbols(path):
@@ -32,7 +33,8 @@ def definedSymbols(path):
 
 
 def undefinedNames(path):
-    return {line.split()[-1] for line in output("nm", "--undefined-only", path).splitlines()}
+    """The names that the file takes from others: of C++ names the demangled ones."""
+    return {line.strip().partition(" ")[2] for line in output("nm", "--undefined-only", "--demangle", path).splitlines()}
 
 
 def groupSignatures(path):
@@ -49,6 +51,14 @@ def sections(path):
     return [Section(name, int(address, 16), int(size, 16), flags) for name, address, size, flags in found]
 
 
+def functionSections(path):
+    """The names of functions, each with the section that holds it."""
+    numbered = dict(enumerate(sections(path), start=1))
+    found = re.findall(r"^ *\d+: [0-9a-f]+ +\S+ I?FUNC +\S+ +\S+ +(\d+) (\S+)$",
+                       output("readelf", "--symbols", "-W", path), re.M)
+    return [(name, numbered[int(number)]) for number, name in found]
+
+
 def segments(path):
     """Name, address, size in memory and flags of each program header."""
     found = re.findall(r"^ +([A-Z_]+) +0x\S+ 0x(\S+) 0x\S+ 0x\S+ 0x(\S+) ([RWE ]{3})",
@@ -60,18 +70,32 @@ def dynamicEntries(path):
     return output("readelf", "--dynamic", "-W", path)
 
 
+@functools.cache
+def _withoutPrefixes(text):
+    """Name and operands. A prefix without an instruction is the name."""
+    words = NAMED_ADDRESS.sub("", text).split()
+    while len(words) > 1 and PREFIX.fullmatch(words[0]):
+        words = words[1:]
+    return sys.intern(words[0]), " ".join(words[1:])
+
+
 def instructions(path):
-    """All instructions of the sections with code, in Intel syntax. `target` is the address and symbol that
-    objdump computes for an operand relative to the instruction."""
-    function = ""
-    text = output("objdump", "--disassemble", "--no-show-raw-insn", "--demangle", "-M", "intel", path)
-    for line in text.splitlines():
-        if found := INSTRUCTION.match(line):
-            address, text, target = found.groups()
-            words = NAMED_ADDRESS.sub("", text).split()
-            while len(words) > 1 and PREFIX.fullmatch(words[0]):
-                words = words[1:]
-            if words and not PREFIX.fullmatch(words[0]):
-                yield Instruction(int(address, 16), function, words[0], " ".join(words[1:]), (target or "").strip())
-        elif head := FUNCTION.fullmatch(line):
-            function = head[1]
+    """All instructions of the sections with code, in Intel syntax. `code` is its bytes as hexadecimal numbers with
+    spaces between, `target` the address and symbol that objdump computes for an operand relative to the instruction."""
+    section = function = ""
+    lines = output("objdump", "--disassemble", "--disassemble-zeroes", "--wide", "-M", "intel", path).splitlines()
+    # Names with template arguments are long, and objdump prints them with each jump.
+    mangled = [line.split("<", 1)[1][:-2] for line in lines if line.endswith(">:")]
+    names = iter(output("c++filt", words="\n".join(mangled)).splitlines())
+    for line in lines:
+        # Address, bytes, words; after # the comment.
+        columns = line.split("\t")
+        if len(columns) > 2:
+            words, _, target = columns[2].partition("#")
+            name, operands = _withoutPrefixes(words)
+            yield Instruction(int(columns[0].rstrip(":"), 16), function, name, operands, target.strip(),
+                              columns[1].rstrip(), section)
+        elif line.endswith(">:"):
+            function = next(names)
+        elif head := SECTION.fullmatch(line):
+            section = head[1]

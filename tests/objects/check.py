@@ -31,7 +31,8 @@ def run(check, objects, library, entries):
     if check == "initialisers":
         return [c for part, path in variants for c in checks.initialisers(part, path)]
     if check == "memory":
-        return [c for _, path in objects for c in checks.stackOfObject(path)] + checks.memoryOfLibrary(library)
+        return [c for _, path in objects for c in checks.stackOfObject(path) + checks.codeInData(path)] + \
+            checks.memoryOfLibrary(library)
     names = binaries.output(entries).split()
     if check == "rows":
         return checks.rows(library, len(names))

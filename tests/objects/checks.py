@@ -6,24 +6,38 @@ import binaries
 import instruction_sets
 
 TAG = re.compile(r"Zorvan::Primitives::(Variant\w+)")
+DIRECT_JUMP = re.compile(r"(?:j[a-z]+|call) ([0-9a-f]+)")
 ROW_BYTES, WORD_BYTES = 64, 8
 
 
 def symbols(part, path):
     """A variant's object may define global names of its own variant only. If two objects define the same name, the
-    linker keeps one: the code of a newer variant could run on an older processor."""
+    linker keeps one: the code of a newer variant could run on an older processor. Nor may it use another variant's
+    names."""
     offered = {s.name for s in binaries.definedSymbols(path) if s.letter.isupper() or s.letter in "ui"}
     offered.update(binaries.groupSignatures(path))
-    return [f"{path}: offers {name}" for name in sorted(offered) if set(TAG.findall(name)) != {part}]
+    return ([f"{path}: offers {name}" for name in sorted(offered) if set(TAG.findall(name)) != {part}] +
+            [f"{path}: uses {name}" for name in sorted(binaries.undefinedNames(path))
+             if not set(TAG.findall(name)) <= {part}])
 
 
 def instructions(part, path):
-    complaints = {}
+    complaints, starts, targets = {}, {}, {}
     for i in binaries.instructions(path):
-        why = instruction_sets.complaint(part, i.name, i.operands)
+        # In an object a jump to elsewhere has the address behind it, which may be the section's end.
+        starts.setdefault(i.section, set()).update((i.address, i.address + len(i.code) // 3 + 1))
+        if jump := DIRECT_JUMP.fullmatch(f"{i.name} {i.operands}"):
+            targets.setdefault(i.section, {})[int(jump[1], 16)] = i
+        why = instruction_sets.complaint(part, i.name, i.operands, i.code)
         if why:
             text = f"{path}: {i.name} {why}"
             complaints.setdefault(text, f"first: {i.name} {i.operands} in {i.function}")
+    # Between its instructions a jump finds others, which are not in the list.
+    for section, jumps in targets.items():
+        if between := sorted(jumps.keys() - starts[section]):
+            jump = jumps[between[0]]
+            complaints[f"{path}: {len(between)} jumps between the instructions of {section}"] = \
+                f"first: {jump.name} {jump.operands} in {jump.function}"
     return [f"{text}; {first}" for text, first in complaints.items()]
 
 
@@ -33,6 +47,15 @@ def initialisers(part, path):
                   if re.match(r"\.(pre)?(init|fini)_array|\.[cd]tors|\.init$|\.fini$", s.name)]
     running = re.compile("_GLOBAL__sub_I|global constructors|__cxx_global_var_init|__static_initialization")
     complaints += [f"{path}: function {s.name}" for s in binaries.definedSymbols(path) if running.search(s.name)]
+    return complaints
+
+
+def codeInData(path):
+    """Only sections that nothing may write hold code: the disassembly has the instructions of no other section."""
+    sections = binaries.sections(path)
+    complaints = [f"{path}: code in {s.name} can be written" for s in sections if {"W", "X"} <= set(s.flags)]
+    complaints += [f"{path}: {name} is in {section.name}, which holds no code"
+                   for name, section in binaries.functionSections(path) if "X" not in section.flags]
     return complaints
 
 
@@ -48,6 +71,8 @@ def memoryOfLibrary(path):
     complaints = []
     if not stacks or "E" in stacks[0].flags:
         complaints.append(f"{path}: the stack is executable")
+    complaints += [f"{path}: a part of the memory can be written and executed" for s in binaries.segments(path)
+                   if s.name == "LOAD" and {"W", "E"} <= set(s.flags)]
     if "TEXTREL" in binaries.dynamicEntries(path):
         complaints.append(f"{path}: the loader has to write into code")
     return complaints

@@ -106,6 +106,12 @@ INTEGER_ON_YMM = re.compile("vp(?!test|ermilp|erm2f128).*|vmpsadbw|vmovntdqa")
 # So does the broadcast from a register.
 BROADCAST_OF_REGISTER = re.compile(r"vbroadcasts[sd] [xyz]mm\d+,xmm\d+")
 
+# The instruction of SSE2 has a register as its destination, that of SSE4.1 also memory.
+WORD_TO_MEMORY = re.compile(r"pextrw (?:WORD PTR )?(?:[cdefgs]s:)?\[.*")
+# The first byte after the prefixes of all vector instructions of AVX-512. With registers below 16 only it tells such an
+# instruction from that of AVX, or broadcast and rounding, which objdump prints among the operands.
+CODE_OF_AVX512 = re.compile(r"(?:(?:2e|36|3e|26|64|65|67) )*62 .*")
+
 VECTOR_FEATURES_BEFORE_AVX = ["SSE", "SSE2", "SSE3", "SSSE3", "SSE4.1", "SSE4.2"]
 
 
@@ -134,8 +140,8 @@ def allowed(part):
     return inherited[0] | set(features.split()), inherited[1] | set(registers)
 
 
-def complaint(part, name, operands):
-    """Why an object of this type may not use the instruction; None if it may."""
+def complaint(part, name, operands, code):
+    """Why an object of this type may not use the instruction of these bytes; None if it may."""
     features, registers = allowed(part)
     needed = featuresOf(name)
     if not needed:
@@ -145,6 +151,10 @@ def complaint(part, name, operands):
     for register, pattern in _registers.items():
         if register not in registers and pattern.search(operands):
             return f"uses {register} registers"
+    if "AVX-512F" not in features and CODE_OF_AVX512.fullmatch(code):
+        return "is encoded for AVX-512"
+    if "SSE4.1" not in features and WORD_TO_MEMORY.fullmatch(f"{name} {operands}"):
+        return "needs SSE4.1 to write memory"
     if "AVX2" not in features:
         if "ymm" in operands and INTEGER_ON_YMM.fullmatch(name):
             return "needs AVX2 for ymm registers"

@@ -82,6 +82,14 @@ class Symbols(Planted):
             "[[gnu::used]] static void (*volatile use)() = f;"
         self.assertReports(checks.symbols("VariantSse2", self.object(source)), "DW.ref.__gxx_personality_v0")
 
+    def test_a_use_of_another_variants_routine(self):
+        source = OWN_NAMES.replace("template struct Routines<VariantSse2>;",
+                                   "template struct Routines<VariantSse2>; extern template struct Routines<VariantAvx2>;") + \
+            "static int f() { return Zorvan::Primitives::Routines<Zorvan::Primitives::VariantAvx2>::entry(1); } " \
+            "[[gnu::used]] static int (*volatile use)() = f;"
+        self.assertReports(checks.symbols("VariantSse2", self.object(source)),
+                           "uses Zorvan::Primitives::Routines<Zorvan::Primitives::VariantAvx2>::entry(int)")
+
 
 # For each instruction: types of objects that have to refuse it and types that may use it.
 INSTRUCTIONS = [
@@ -99,6 +107,10 @@ INSTRUCTIONS = [
     ("pblendvb %xmm0, %xmm1, %xmm2", "VariantSse2 VariantSsse3", "VariantSse42 VariantAvx"),
     ("pmovzxbw %xmm1, %xmm0", "VariantSsse3", "VariantSse42"),
     ("pcmpgtq %xmm1, %xmm0", "VariantSsse3", "VariantSse42"),
+    ("pextrw $1, %xmm0, %eax", "frame", "base VariantSse2 VariantSsse3 VariantSse42"),
+    ("pextrw $1, %xmm0, (%rdi)", "frame base VariantSse2 VariantSsse3", "VariantSse42 VariantAvx"),
+    ("pextrw $1, %xmm0, %fs:8(%rdi,%rcx,4)", "base VariantSse2 VariantSsse3", "VariantSse42"),
+    ("vpextrw $1, %xmm0, (%rdi)", "VariantSse42", "VariantAvx"),
     ("popcnt %eax, %ecx", "VariantSse2 VariantSsse3", "VariantSse42 VariantAvx VariantAvx512"),
     ("crc32l %eax, %ecx", "VariantSsse3", "VariantSse42"),
     ("vpaddd %xmm0, %xmm1, %xmm2", "VariantSse2 VariantSse42", "VariantAvx VariantAvx2 VariantAvx512"),
@@ -139,6 +151,13 @@ INSTRUCTIONS = [
     ("vpternlogd $1, %ymm0, %ymm1, %ymm2", "VariantAvx2", "VariantAvx512"),
     ("vplzcntd %zmm0, %zmm1", "VariantAvx2", "VariantAvx512"),
     ("vpmullq %zmm0, %zmm1, %zmm2", "VariantAvx2", "VariantAvx512"),
+    ("{evex} vpaddd %ymm0, %ymm1, %ymm2", "base VariantAvx VariantAvx2", "VariantAvx512"),
+    ("{evex} vaddps %fs:(%rdi), %xmm1, %xmm2", "VariantAvx VariantAvx2", "VariantAvx512"),
+    ("vaddps (%rdi){1to4}, %xmm1, %xmm2", "VariantAvx VariantAvx2", "VariantAvx512"),
+    ("vpaddd (%edi){1to8}, %ymm1, %ymm2", "VariantAvx2", "VariantAvx512"),
+    ("vaddss {rn-sae}, %xmm0, %xmm1, %xmm2", "VariantAvx VariantAvx2", "VariantAvx512"),
+    ("vcvtss2si {rz-sae}, %xmm0, %eax", "VariantAvx VariantAvx2", "VariantAvx512"),
+    ("vpsrldq $3, (%rdi), %xmm1", "VariantAvx2", "VariantAvx512"),
     ("vpermb %zmm0, %zmm1, %zmm2", "VariantAvx512", ""),
     ("vpopcntd %zmm0, %zmm1", "VariantAvx512", ""),
     ("vpopcntb %zmm0, %zmm1", "VariantAvx512", ""),
@@ -178,6 +197,29 @@ class Instructions(Planted):
         self.assertReports(checks.instructions("VariantAvx", path), "vpaddd")
         self.assertEqual(checks.instructions("VariantAvx2", path), [])
 
+    def test_code_for_another_target(self):
+        source = "typedef int V __attribute__((vector_size(32))); " \
+            "__attribute__((target(\"avx512vl\"))) V f(V a, int* b) { return a + *b; }"
+        self.assertReports(checks.instructions("VariantAvx2", self.object(source, "-O2", "-mavx2")), "is encoded for AVX-512")
+
+    # Bytes between the instructions, as data in the code: some are no instruction, others take the bytes of the next.
+    def test_bytes_that_are_no_instruction(self):
+        self.assertReports(checks.instructions("base", self.assembled("ret; .byte 0x06; ret")), "(bad) is in no list")
+
+    def test_a_prefix_alone(self):
+        for prefix in (0xF0, 0x48, 0x66):
+            path = self.assembled(f"ret; .byte {prefix}; g: ret")
+            self.assertReports(checks.instructions("base", path), "is in no list")
+
+    def test_a_jump_between_instructions(self):
+        path = self.assembled("jmp 1f; .byte 0xB8; 1: ret; .byte 0, 0, 0; ret")
+        self.assertReports(checks.instructions("base", path), "1 jumps between the instructions of .text")
+
+    def test_zeros_are_code(self):
+        path = self.assembled("ret; .zero 64; aesenc %xmm0, %xmm1")
+        zeros = [i for i in binaries.instructions(path) if i.code == "00 00"]
+        self.assertEqual(len(zeros), 32)
+
 
 class Initialisers(Planted):
     def test_none(self):
@@ -207,11 +249,22 @@ class Memory(Planted):
     def test_an_object_that_says_nothing(self):
         self.assertReports(checks.stackOfObject(self.assembled("ret")), "does not say")
 
+    def test_code_that_can_be_written(self):
+        self.assertEqual(checks.codeInData(self.object(OWN_NAMES)), [])
+        path = self.assembled('ret; .section .mine,"awx",@progbits; ret')
+        self.assertReports(checks.codeInData(path), "code in .mine can be written")
+
+    def test_a_function_among_data(self):
+        path = self.assembled('ret; .section .mine,"aw",@progbits; .type g, @function; g: ret')
+        self.assertReports(checks.codeInData(path), "g is in .mine, which holds no code")
+
     def test_libraries(self):
         plain = self.compiled("int f() { return 1; }", "-shared", name="plain.so")
         self.assertEqual(checks.memoryOfLibrary(plain), [])
         stack = self.compiled("int f() { return 1; }", "-shared", "-Wl,-z,execstack", name="stack.so")
         self.assertReports(checks.memoryOfLibrary(stack), "executable")
+        data = self.compiled("int f() { return 1; }", "-shared", "-nostdlib", "-Wl,--omagic", name="data.so")
+        self.assertReports(checks.memoryOfLibrary(data), "can be written and executed")
         text = self.compiled('int data; asm(".text; f: movabs $data, %rax; ret");', "-shared", "-Wl,-z,notext", name="text.so")
         self.assertReports(checks.memoryOfLibrary(text), "write into code")
 
