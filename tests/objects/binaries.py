@@ -4,6 +4,7 @@ import functools
 import re
 import subprocess
 import sys
+import tempfile
 from collections import namedtuple
 
 Symbol = namedtuple("Symbol", "address letter name")
@@ -49,6 +50,14 @@ def sections(path):
         r"^ *\[ *\d+\] (\S+) +\S+ +([0-9a-f]+) [0-9a-f]+ ([0-9a-f]+) [0-9a-f]+ +([A-Za-z]*) +\d+ +\d+ +\d+$",
         output("readelf", "--sections", "-W", path), re.M)
     return [Section(name, int(address, 16), int(size, 16), flags) for name, address, size, flags in found]
+
+
+def constants(path):
+    """The address and the bytes of the section with constants."""
+    address = next(s.address for s in sections(path) if s.name == ".rodata")
+    with tempfile.NamedTemporaryFile() as file:
+        output("objcopy", "--output-target=binary", "--only-section=.rodata", path, file.name)
+        return address, file.read()
 
 
 def functionSections(path):

@@ -10,6 +10,8 @@ import sys
 
 import binaries
 import checks
+import paths
+import streaming
 
 SKIPPED = 77
 INSTRUMENTATION = ("__asan_", "__tsan_", "__msan_", "__ubsan_", "__gcov", "__llvm_profile", "__sanitizer_")
@@ -38,6 +40,8 @@ def run(check, objects, library, entries):
         return checks.rows(library, len(names))
     if check == "stubs":
         return checks.stubs(library, names)
+    if check == "streaming":
+        return streaming.streaming(paths.Code(library), names)
     raise SystemExit(f"unknown check {check}")
 
 

@@ -9,6 +9,8 @@ import unittest
 import binaries
 import checks
 import includes
+import paths
+import streaming
 
 CXX = os.environ.get("CXX", "c++")
 
@@ -346,6 +348,111 @@ class Stubs(Planted):
         self.assertEqual(why([code[0], *code]), "does not load the index once")
         self.assertEqual(why(code[:-1]), "does not end in its one jump")
         self.assertEqual(why(moved), "does not start at a multiple of 16")
+
+
+class Streaming(Planted):
+    """A library with one entry of each form, in assembly: the first has the code under test, the others stream."""
+
+    BY_FORM = ["ippiSet_8u_C1R", "ippiCopy_8u_C1R", "ippiCopy_32s_C1MR", "ippiSet_16u_C1R", "ippiSet_32s_C1MR",
+               "ippiConvert_32s8u_C1R", "ippiConvert_32s32f_C1R", "ippiAdd_32f_C1R", "ippiSqr_8u_C1RSfs",
+               "ippiSqr_32f_C1R", "ippiSqrt_32f_C1R", "ippiAbs_32f_C1R", "ippiNot_8u_C1R", "ippiCompareC_16s_C1R",
+               "ippiCompareC_8u_C1R", "ippiFilterLaplaceBorder_8u_C1R", "ippiMorphErodeBorder_8u_C1R",
+               "ippiMorphOpenBorder_8u_C1R"]
+    STORE = "movntdq %xmm0, (%rdi)\n"
+    TABLE = """lea .Ltable(%rip), %rax
+        movslq (%rax,%rdi,4), %rdx
+        add %rdx, %rax
+        notrack jmp *%rax
+        .Lfirst: movntdq %xmm0, (%rdi)
+        sfence
+        .Lsecond: ret
+        .section .rodata
+        .Ltable: .long .Lfirst - .Ltable, .Lsecond - .Ltable
+        .text"""
+
+    def complaints(self, code, entry="ippiSet_8u_C1R", variant="VariantSse2", more=""):
+        names = [entry] + [name for name in self.BY_FORM if name != entry]
+        text = ".section .rodata; .quad 0; .text\n"
+        for v in streaming.VARIANTS:
+            for name in names:
+                mangled = f"_ZN6Zorvan10Primitives8RoutinesINS0_{len(v)}{v}EE{len(name)}{name}Ev"
+                streams = self.STORE if streaming.isExpected(name, v) else ""
+                fence = "sfence\n" if streams and name != streaming.NOT_WAITING else ""
+                body = code if (name, v) == (entry, variant) else streams + fence + "ret"
+                text += f".globl {mangled}\n.type {mangled}, @function\n{mangled}:\n{body}\n"
+        path = os.path.join(self.folder.name, "streaming.so")
+        subprocess.run([CXX, "-shared", "-nostdlib", "-x", "assembler", "-", "-o", path], input=text + more, text=True,
+                       check=True)
+        return streaming.streaming(paths.Code(path), names)
+
+    def assertWaits(self, *code, **where):
+        self.assertEqual(self.complaints(*code, **where), [])
+
+    def assertReturnsBefore(self, *code, **where):
+        complaints = self.complaints(*code, **where)
+        self.assertEqual(len(complaints), 1, complaints)
+        self.assertIn("returns before its streaming stores are visible", complaints[0])
+
+    def test_one_path(self):
+        self.assertWaits(self.STORE + "sfence; ret")
+        self.assertReturnsBefore(self.STORE + "ret")
+        self.assertReturnsBefore("sfence;" + self.STORE + "ret")
+
+    def test_one_path_of_two(self):
+        self.assertWaits("test %rdi, %rdi; je 1f;" + self.STORE + "sfence; 1: ret")
+        self.assertReturnsBefore(self.STORE + "test %rdi, %rdi; je 1f; sfence; 1: ret")
+
+    def test_a_loop(self):
+        self.assertWaits("1:" + self.STORE + "dec %rsi; jne 1b; sfence; ret")
+        self.assertReturnsBefore("1: sfence;" + self.STORE + "dec %rsi; jne 1b; ret")
+
+    def test_a_call(self):
+        helper = ".type helper, @function\nhelper: {}\nret\n"
+        self.assertWaits("call helper; sfence; ret", more=helper.format(self.STORE))
+        self.assertReturnsBefore("call helper; ret", more=helper.format(self.STORE))
+        self.assertWaits(self.STORE + "jmp helper", more=helper.format("sfence"))
+        self.assertReturnsBefore(self.STORE + "jmp helper", more=helper.format("nop"))
+
+    def test_a_call_by_address(self):
+        helper = ".type helper, @function\nhelper: {}\nret\n"
+        call = "lea helper(%rip), %rax; call *%rax; ret"
+        self.assertWaits(call, more=helper.format(self.STORE + "sfence"))
+        self.assertReturnsBefore(call, more=helper.format(self.STORE))
+
+    def test_a_table(self):
+        self.assertWaits(self.TABLE)
+        self.assertReturnsBefore(self.TABLE.replace("sfence", "nop"))
+
+    def test_loops_that_choose_the_kind_of_store(self):
+        where = {"entry": "ippiMorphErodeBorder_8u_C1R", "variant": "VariantAvx512"}
+        code = self.STORE + "test %rdi, %rdi; je 1f; {}; 1: ret"
+        self.assertWaits(code.format("sfence"), **where)
+        self.assertReturnsBefore(code.format("nop"), **where)
+        self.assertReturnsBefore("sfence;" + code.format("nop"), **where)
+        self.assertReturnsBefore(code.format("nop"), "ippiMorphOpenBorder_8u_C1R", "VariantAvx512")
+
+    def test_plain_stores(self):
+        self.assertReports(self.complaints("movdqa %xmm0, (%rdi); ret"), "VariantSse2 has no streaming stores")
+        self.assertReports(self.complaints("movdqa %xmm0, (%rdi); sfence; ret"), "has no streaming stores", "has a fence")
+
+    def test_streaming_stores_where_none_belong(self):
+        complaints = self.complaints(self.STORE + "sfence; ret", "ippiNot_8u_C1R", "VariantSsse3")
+        self.assertEqual(complaints, ["ippiNot_8u_C1R of VariantSsse3 has streaming stores"])
+
+    def test_the_entry_that_does_not_wait(self):
+        self.assertWaits(self.STORE + "ret", "ippiAdd_32f_C1R", "VariantSse42")
+        self.assertEqual(self.complaints(self.STORE + "sfence; ret", "ippiAdd_32f_C1R", "VariantSse42"),
+                         ["ippiAdd_32f_C1R of VariantSse42 has a fence"])
+
+    def test_a_call_of_another_entry(self):
+        other = "_ZN6Zorvan10Primitives8RoutinesINS0_11VariantSse2EE15ippiCopy_8u_C1REv"
+        self.assertWaits(f"call {other};" + self.STORE + "sfence; ret")
+        self.assertReports(self.complaints(f"jmp {other}"), "has no streaming stores")
+
+    def test_an_entry_that_is_missing(self):
+        self.assertReports(streaming.streaming(paths.Code(self.compiled("int f() { return 1; } const char* text = \"abc\";",
+                           "-shared", name="none.so")), ["ippiAdd_32f_C1R"]),
+                           "ippiAdd_32f_C1R of VariantSse42 is not in the library", "no entry is named ippiCopy")
 
 
 class Includes(Planted):
