@@ -88,11 +88,13 @@ def _withoutPrefixes(text):
     return sys.intern(words[0]), " ".join(words[1:])
 
 
-def instructions(path):
-    """All instructions of the sections with code, in Intel syntax. `code` is its bytes as hexadecimal numbers with
-    spaces between, `target` the address and symbol that objdump computes for an operand relative to the instruction."""
+def instructions(path, first=0, behind=None):
+    """The instructions of the sections with code, in Intel syntax: all, or those from one address to before another.
+    `code` is the bytes as hexadecimal numbers with spaces between, `target` the address and symbol that objdump computes
+    for an operand relative to the instruction."""
     section = function = ""
-    lines = output("objdump", "--disassemble", "--disassemble-zeroes", "--wide", "-M", "intel", path).splitlines()
+    area = [f"--start-address={first}"] + ([f"--stop-address={behind}"] if behind else [])
+    lines = output("objdump", "--disassemble", "--disassemble-zeroes", "--wide", "-M", "intel", *area, path).splitlines()
     # Names with template arguments are long, and objdump prints them with each jump.
     mangled = [line.split("<", 1)[1][:-2] for line in lines if line.endswith(">:")]
     names = iter(output("c++filt", words="\n".join(mangled)).splitlines())

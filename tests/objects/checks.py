@@ -143,9 +143,13 @@ def stubs(path, names):
     table, variantIndex = _symbol(path, "table"), _symbol(path, "variantIndex")
     if table is None or variantIndex is None:
         return [f"{path}: has no symbols of the table and the index"]
+    wanted, symbols = {f"Zorvan::Primitives::{name}" for name in names}, binaries.definedSymbols(path)
+    stubAddresses = [s.address for s in symbols if s.name.partition("(")[0] in wanted]
     functions = {}
-    for i in binaries.instructions(path):
-        functions.setdefault(i.function, []).append(i)
+    if stubAddresses:
+        behind = min((s.address for s in symbols if s.address > max(stubAddresses)), default=None)
+        for i in binaries.instructions(path, min(stubAddresses), behind):
+            functions.setdefault(i.function, []).append(i)
     byName = {}
     for function in functions:
         byName.setdefault(function.partition("(")[0], []).append(function)
