@@ -4,6 +4,7 @@
 
 namespace Zorvan::Bench {
 
+void addChains(Suite& suite);
 void addComputerVision(Suite& suite);
 void addFiltering(Suite& suite);
 void addArithmetic(Suite& suite);

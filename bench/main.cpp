@@ -3,10 +3,12 @@
 #include <benchmark/benchmark.h>
 #include <sched.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,16 +42,49 @@ constexpr const char* helpText =
     "                         limits: pairs on both sides of each size from which an operation takes\n"
     "                         another path, with a short time for each; use it with --variant=all to\n"
     "                         measure a change of a kernel\n"
+    "                         shapes: widths from 1 to 130, and odd sides; use it with --ours\n"
     "                         or your own sizes: 1024x1000,1024x1048\n"
+    "  --seconds=<number>     the time for each row\n"
+    "  --ours                 measure the library only: no plain loop, no limit\n"
+    "  --serve                as --ours, with rows and numbers of calls from standard input\n"
+    "  --layout=<name>|all    where the rows of images begin: tight (without gaps, the default), padded (on\n"
+    "                         cache lines, with gaps) or odd (on all pixels of a line); the last two only\n"
+    "                         with --ours\n"
     "  --quick                the quick sizes and a short time for each; with --sizes, that time for those\n"
     "  --benchmark_filter=<regex>, --benchmark_out=<file>, --benchmark_list_tests and the other options\n"
-    "                         of the benchmark framework; names are <operation>/<pixels>/<size>/<variant>\n";
+    "                         of the benchmark framework; names are <operation>/<pixels>/<size>/<variant>,\n"
+    "                         and /<layout> for rows with gaps\n";
 
 struct Options {
   std::string variant;
   std::string sizes;
+  std::vector<Layout> layouts = {Layout::tight};
+  double seconds = 0;  // 0: by size
   bool quick = false;
+  bool oursOnly = false;
+  bool serve = false;
 };
+
+[[noreturn]] void refuse(const std::string& text) {
+  std::fprintf(stderr, "%s\n", text.c_str());
+  std::exit(2);
+}
+
+std::vector<Layout> layoutsNamed(const std::string& requested) {
+  std::vector<Layout> layouts;
+  for (const Layout layout : {Layout::tight, Layout::padded, Layout::odd}) {
+    if (requested == "all" || requested == layoutNames[static_cast<int>(layout)]) layouts.push_back(layout);
+  }
+  if (layouts.empty()) refuse("no layout '" + requested + "'; there are: all tight padded odd");
+  return layouts;
+}
+
+double secondsOf(const std::string& text) {
+  char* end = nullptr;
+  const double seconds = std::strtod(text.c_str(), &end);
+  if (text.empty() || *end != '\0' || !(seconds > 0)) refuse("'" + text + "' is not a number of seconds");
+  return seconds;
+}
 
 /// The rest of an argument that begins with `name`.
 std::optional<std::string> valueOf(std::string_view argument, std::string_view name) {
@@ -79,12 +114,24 @@ Options takeOptions(int& argc, char** argv) {
       options.variant = *variant;
     } else if (const auto sizes = valueOf(argument, "--sizes=")) {
       options.sizes = *sizes;
+    } else if (const auto layouts = valueOf(argument, "--layout=")) {
+      options.layouts = layoutsNamed(*layouts);
+    } else if (const auto seconds = valueOf(argument, "--seconds=")) {
+      options.seconds = secondsOf(*seconds);
+    } else if (argument == "--ours") {
+      options.oursOnly = true;
+    } else if (argument == "--serve") {
+      options.serve = true;
+      options.oursOnly = true;
     } else {
       argv[kept++] = argv[i];
     }
   }
   argc = kept;
   if (options.sizes.empty()) options.sizes = options.quick ? "quick" : "usual";
+  if (!options.oursOnly && options.layouts != std::vector{Layout::tight}) {
+    refuse("the plain loops and the limit have no gaps between rows: use --layout with --ours");
+  }
   return options;
 }
 
@@ -109,10 +156,9 @@ std::vector<int> variantsToMeasure(const std::string& requested) {
     }
   }
   if (!known) {
-    std::fprintf(stderr, "no variant %s; there are: all", requested.c_str());
-    for (const char* name : Primitives::variantNames) std::fprintf(stderr, " %s", name);
-    std::fprintf(stderr, "\n");
-    std::exit(2);
+    std::string names;
+    for (const char* name : Primitives::variantNames) names.append(" ").append(name);
+    refuse("no variant " + requested + "; there are: all" + names);
   }
   if (!skipped.empty()) benchmark::AddCustomContext("skipped_variants", skipped);
   return variants;
@@ -128,16 +174,35 @@ void pin() {
   benchmark::AddCustomContext("pinned_to", pinned ? std::to_string(cpu) : "none");
 }
 
-std::string processorName() {
+/// A field of the first processor.
+std::string processorField(std::string_view name) {
   std::ifstream file("/proc/cpuinfo");
   for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("model name")) return line.substr(line.find(':') + 2);
+    const std::size_t colon = line.find(':');
+    if (colon == std::string::npos) continue;
+    if (line.substr(0, line.find_last_not_of(" \t", colon - 1) + 1) == name) return line.substr(colon + 2);
   }
   return "unknown";
 }
 
-void compare(benchmark::State& state, const Operation& operation, Size size, int variant, Effort effort) {
-  Primitives::variantIndex = variant;
+/// Maker, family and model: the name alone, of a virtual machine, can stand for several generations.
+std::string processorKind() {
+  return processorField("vendor_id") + " family " + processorField("cpu family") + " model " +
+         processorField("model");
+}
+
+/// What one benchmark measures.
+struct Row {
+  const Operation* operation;
+  Size size;
+  int variant;
+  Layout layout;
+};
+
+void compare(benchmark::State& state, const Row& row, Effort effort) {
+  const Operation& operation = *row.operation;
+  const Size size = row.size;
+  Primitives::variantIndex = row.variant;
   if (pixelsOf(size) <= mostComparedPixels && !operation.agreesAt(size)) {
     state.SkipWithError("the result is not that of the plain loop");
     return;
@@ -161,8 +226,20 @@ void compare(benchmark::State& state, const Operation& operation, Size size, int
   state.counters["bytes"] = static_cast<double>(operation.bytesPerPixel * pixelsOf(size));
 }
 
+void measureOurs(benchmark::State& state, const Row& row, Effort effort) {
+  Primitives::variantIndex = row.variant;
+  const Contestant contestant = row.operation->oursAt(row.size, row.layout);
+  Timing timing;
+  for (auto _ : state) {
+    timing = measure(contestant, effort);
+    state.SetIterationTime(timing.nanoseconds * 1e-9);
+  }
+  state.counters["ours_noise"] = timing.noise;
+}
+
 /// Calls on large images take milliseconds, so a stable minimum needs more time.
 Effort effortFor(Size size, const Options& options) {
+  if (options.seconds > 0) return {options.seconds, 6};
   if (options.sizes == "limits") return {0.1, 6};
   if (options.quick) return {0.3, 6};
   const bool large = pixelsOf(size) > 4'000'000;
@@ -172,33 +249,66 @@ Effort effortFor(Size size, const Options& options) {
 std::vector<Size> sizesToMeasure(const std::string& requested) {
   const std::vector<Size> sizes = sizesNamed(requested);
   if (sizes.empty()) {
-    std::fprintf(stderr, "no sizes '%s'; there are: usual quick limits <width>x<height>,...\n",
-                 requested.c_str());
-    std::exit(2);
+    refuse("no sizes '" + requested + "'; there are: usual quick limits shapes <width>x<height>,...");
   }
   return sizes;
 }
 
-int registerAll(const Suite& suite, const std::vector<int>& variants, const Options& options) {
+std::string nameOf(const Row& row) {
+  std::string name = row.operation->name + "/" + row.operation->pixels + "/" +
+                     std::to_string(row.size.width) + "x" + std::to_string(row.size.height) + "/" +
+                     Primitives::variantNames[row.variant];
+  if (row.layout != Layout::tight) name.append("/").append(layoutNames[static_cast<int>(row.layout)]);
+  return name;
+}
+
+std::vector<Row> rowsToMeasure(const Suite& suite, const Options& options) {
   const std::vector<Size> sizes = sizesToMeasure(options.sizes);
-  int count = 0;
+  const std::vector<int> variants = variantsToMeasure(options.variant);
+  std::vector<Row> rows;
   for (const Operation& operation : suite.operations()) {
     for (const Size size : sizes) {
-      const Effort effort = effortFor(size, options);
       for (const int variant : variants) {
-        const std::string name = operation.name + "/" + operation.pixels + "/" + std::to_string(size.width) +
-                                 "x" + std::to_string(size.height) + "/" + Primitives::variantNames[variant];
-        benchmark::RegisterBenchmark(name.c_str(),
-                                     [&operation, size, variant, effort](auto& state) {
-                                       compare(state, operation, size, variant, effort);
-                                     })
-            ->Iterations(1)
-            ->UseManualTime();
-        ++count;
+        for (const Layout layout : options.layouts) rows.push_back({&operation, size, variant, layout});
       }
     }
   }
-  return count;
+  return rows;
+}
+
+void registerRows(const std::vector<Row>& rows, const Options& options) {
+  for (const Row& row : rows) {
+    const Effort effort = effortFor(row.size, options);
+    const auto run = [=, oursOnly = options.oursOnly](benchmark::State& state) {
+      if (oursOnly) {
+        measureOurs(state, row, effort);
+      } else {
+        compare(state, row, effort);
+      }
+    };
+    benchmark::RegisterBenchmark(nameOf(row).c_str(), run)->Iterations(1)->UseManualTime();
+  }
+}
+
+/// Answers requests from standard input, so that a script can let the programs of two builds run alternately.
+/// The name of a row prepares its images, and a number of calls is answered by the nanoseconds of one of
+/// them.
+int serve(const std::vector<Row>& rows) {
+  Contestant contestant;
+  for (std::string line; std::getline(std::cin, line);) {
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return nameOf(r) == line; });
+    if (row != rows.end()) {
+      Primitives::variantIndex = row->variant;
+      contestant = row->operation->oursAt(row->size, row->layout);
+      contestant.run(1);
+      std::cout << "ready" << std::endl;
+    } else if (const int calls = std::atoi(line.c_str()); calls > 0 && contestant.run) {
+      std::cout << timeOf(contestant, calls) << std::endl;
+    } else {
+      refuse("no row and no number of calls: " + line);
+    }
+  }
+  return 0;
 }
 
 /// Prints a line for each contest when it ends.
@@ -214,6 +324,7 @@ class Progress : public benchmark::BenchmarkReporter {
 
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
+      if (run.run_type == Run::RT_Aggregate) continue;
       std::fprintf(stderr, "%4d/%d %-46s ", ++done_, count_, run.run_name.function_name.c_str());
       if (run.error_occurred) {
         std::fprintf(stderr, "%s\n", run.error_message.c_str());
@@ -221,8 +332,12 @@ class Progress : public benchmark::BenchmarkReporter {
         continue;
       }
       const double ours = run.GetAdjustedRealTime();
-      std::fprintf(stderr, "%12.0f %8.2f %8.2f  %s\n", ours, ours / run.counters.at("limit_ns"),
-                   ours / run.counters.at("plain_ns"), run.report_label.c_str());
+      std::fprintf(stderr, "%12.0f", ours);
+      if (run.counters.contains("limit_ns")) {
+        std::fprintf(stderr, " %8.2f %8.2f  %s", ours / run.counters.at("limit_ns"),
+                     ours / run.counters.at("plain_ns"), run.report_label.c_str());
+      }
+      std::fprintf(stderr, "\n");
     }
   }
 
@@ -241,10 +356,10 @@ int run(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
   pin();
-  benchmark::AddCustomContext("processor", processorName());
+  benchmark::AddCustomContext("processor", processorField("model name"));
+  benchmark::AddCustomContext("kind", processorKind());
   benchmark::AddCustomContext("compiler", __VERSION__);
   benchmark::AddCustomContext("command", command);
-  const std::vector<int> variants = variantsToMeasure(options.variant);
   Suite suite;
   addInitializer(suite);
   addArithmetic(suite);
@@ -253,7 +368,11 @@ int run(int argc, char** argv) {
   addStatistic(suite);
   addFiltering(suite);
   addComputerVision(suite);
-  Progress progress(registerAll(suite, variants, options));
+  addChains(suite);
+  const std::vector<Row> rows = rowsToMeasure(suite, options);
+  if (options.serve) return serve(rows);
+  registerRows(rows, options);
+  Progress progress(static_cast<int>(rows.size()));
   const std::size_t matching = benchmark::RunSpecifiedBenchmarks(&progress);
   benchmark::Shutdown();
   if (matching == 0) return 2;

@@ -22,12 +22,6 @@ struct Endless : Read<T> {
   }
 };
 
-/// Keeps the compiler from removing the computation of an unused result.
-template <class R>
-void use(const R& result) {
-  asm volatile("" : : "m"(result));
-}
-
 template <class T>
 void addUnmasked(Suite& suite, const char* pixels) {
   suite.add<Endless<T>>(

@@ -18,6 +18,7 @@ struct Operation {
   std::string pixels;
   int bytesPerPixel;  // what the limit moves
   std::function<Contest(Size)> contestAt;
+  std::function<Contestant(Size, Layout)> oursAt;
 
   /// Whether the library and the plain loop write the same bytes in all operands.
   std::function<bool(Size)> agreesAt;
@@ -42,6 +43,10 @@ class Suite {
                      {"plain", repeated([=] { callPlain(*set); })},
                      limitLoops<Operands...>(set->pixels(), size)};
     };
+    const auto oursAt = [=](Size size, Layout layout) {
+      const auto set = std::make_shared<OperandSet<Operands...>>(size, layout);
+      return Contestant{"ours", repeated([=] { callOurs(*set); })};
+    };
     const auto agreesAt = [=](Size size) {
       OperandSet<Operands...> ofOurs(size);
       OperandSet<Operands...> ofPlain(size);
@@ -50,7 +55,7 @@ class Suite {
       return ofOurs.agreesWith(ofPlain);
     };
     constexpr int bytes = ((Operands::pixelBytes * (Operands::access == Access::update ? 2 : 1)) + ...);
-    operations_.push_back({name, pixels, bytes, contestAt, agreesAt});
+    operations_.push_back({name, pixels, bytes, contestAt, oursAt, agreesAt});
   }
 
   const std::vector<Operation>& operations() const { return operations_; }

@@ -16,13 +16,6 @@ constexpr int mostRounds = 4000;
 constexpr int trialRounds = 4;
 constexpr double hopeless = 1.3;
 
-double timeOf(const Contestant& contestant, int calls) {
-  const auto start = Clock::now();
-  contestant.run(calls);
-  const std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
-  return elapsed.count() / calls;
-}
-
 class Lane {
  public:
   explicit Lane(const Contestant& contestant) : contestant_(&contestant) {
@@ -53,6 +46,13 @@ double bestOf(const std::vector<Lane>& lanes) {
 }
 
 }  // namespace
+
+double timeOf(const Contestant& contestant, int calls) {
+  const auto start = Clock::now();
+  contestant.run(calls);
+  const std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
+  return elapsed.count() / calls;
+}
 
 Result measure(const Contest& contest, Effort effort) {
   Lane ours(contest.ours);

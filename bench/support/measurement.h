@@ -27,6 +27,12 @@ std::function<void(int)> repeated(Call call) {
   };
 }
 
+/// Keeps the compiler from removing the computation of an unused result.
+template <class R>
+void use(const R& result) {
+  asm volatile("" : : "m"(result));
+}
+
 struct Timing {
   double nanoseconds = std::numeric_limits<double>::infinity();
 
@@ -53,6 +59,9 @@ struct Effort {
   double seconds;  // for one contest
   int leastRounds;
 };
+
+/// The nanoseconds of one of several calls.
+double timeOf(const Contestant& contestant, int calls);
 
 Result measure(const Contest& contest, Effort effort);
 

@@ -119,11 +119,29 @@ class Memory {
   std::byte* data_;
 };
 
-/// The images of one operation at one size, in the order of its parameters. Their rows have no gaps.
+/// Where the rows of an image begin. `tight`: rows without gaps. `padded`: each row at the begin of a cache
+/// line. `odd`: the first row one pixel after it, and an odd number of pixels from row to row.
+enum class Layout { tight, padded, odd };
+inline constexpr const char* layoutNames[] = {"tight", "padded", "odd"};
+
+constexpr int stepPixels(Layout layout, int width, int pixelBytes) {
+  constexpr int lineBytes = 64;
+  switch (layout) {
+    case Layout::padded:
+      return (width * pixelBytes / lineBytes + 1) * (lineBytes / pixelBytes);
+    case Layout::odd:
+      return (width + 1) | 1;
+    default:
+      return width;
+  }
+}
+
+/// The images of one operation at one size, in the order of its parameters.
 template <class... Operands>
 class OperandSet {
  public:
-  explicit OperandSet(Size size) : OperandSet(size, std::index_sequence_for<Operands...>{}) {}
+  explicit OperandSet(Size size, Layout layout = Layout::tight)
+      : OperandSet(size, layout, std::index_sequence_for<Operands...>{}) {}
 
   bool agreesWith(const OperandSet& other) const {
     return agreesWith(other, std::index_sequence_for<Operands...>{});
@@ -136,15 +154,25 @@ class OperandSet {
 
  private:
   template <std::size_t... i>
-  OperandSet(Size size, std::index_sequence<i...>)
+  OperandSet(Size size, Layout layout, std::index_sequence<i...>)
       : size_(size),
-        memory_{Memory(pixelsOf(size) * Operands::pixelBytes, static_cast<int>(i))...},
-        pixels_{reinterpret_cast<typename Operands::Pixel*>(memory_[i].data())...} {
+        memory_{Memory((pixelsOf(wholeOf<Operands>(size, layout)) + 1) * Operands::pixelBytes,
+                       static_cast<int>(i))...},
+        pixels_{reinterpret_cast<typename Operands::Pixel*>(memory_[i].data()) +
+                (layout == Layout::odd ? 1 : 0)...} {
     // Assigned, not copied: a copy of an image would have its own pixels.
     ((std::get<i>(images_) = std::remove_reference_t<decltype(std::get<i>(images_))>::CreateContainer(
-          std::get<i>(pixels_), size)),
+          std::get<i>(pixels_), wholeOf<Operands>(size, layout))),
      ...);
-    (Operands::prepare(std::get<i>(pixels_), size_, static_cast<std::uint32_t>(i) + 1), ...);
+    (Operands::prepare(std::get<i>(pixels_), wholeOf<Operands>(size, layout),
+                       static_cast<std::uint32_t>(i) + 1),
+     ...);
+  }
+
+  /// The image with the gaps after its rows; the operations run on a region of it.
+  template <class Operand>
+  static Size wholeOf(Size size, Layout layout) {
+    return {stepPixels(layout, size.width, Operand::pixelBytes), size.height};
   }
 
   template <std::size_t... i>

@@ -26,11 +26,21 @@ inline const std::vector<Size> limitSizes = {
     {4096, 3000}, {4096, 3144},  // 24 MiB in two images of bytes
 };
 
+/// All widths on both sides of two cache lines of bytes, and an image of odd sides beside one whose rows are
+/// whole lines.
+inline std::vector<Size> shapeSizes() {
+  std::vector<Size> sizes;
+  for (int width = 1; width <= 130; ++width) sizes.push_back({width, 480});
+  sizes.insert(sizes.end(), {{192, 480}, {1921, 1081}, {1984, 1081}});
+  return sizes;
+}
+
 /// The sizes of a named set or of a list such as 640x480,64x64. Empty if the text is wrong.
 inline std::vector<Size> sizesNamed(std::string_view text) {
   if (text == "usual") return usualSizes;
   if (text == "quick") return quickSizes;
   if (text == "limits") return limitSizes;
+  if (text == "shapes") return shapeSizes();
   std::vector<Size> sizes;
   const char* at = text.data();
   const char* const end = at + text.size();
