@@ -1,10 +1,13 @@
 """Results for chunks are equal to those for the whole picture."""
 
+import math
+from fractions import Fraction
+
 import dask
 import dask.array
 import numpy as np
 import pytest
-from hypothesis import given, settings
+from hypothesis import example, given, settings
 from hypothesis import strategies as st
 
 import zorvan_ipp as zi
@@ -79,6 +82,44 @@ def test_sums_are_restored(seed, base, spread):
     assert chunked._sums(pixels, mask) == (selected.size, selected.sum(), (selected**2).sum())
 
 
+floats = st.floats(width=32, allow_nan=False, allow_infinity=False)
+
+
+@few
+@given(chunks=cut(), seed=st.integers(0, 99), values=st.lists(floats, min_size=1, max_size=20), share=st.floats(0, 1))
+@example(chunks=((3, 4), (5,)), seed=1, values=[2.0**-149, float(np.finfo(np.float32).max)], share=1)
+def test_mean_std_dev_of_floats(chunks, seed, values, share):
+    """Pixels of all magnitudes, some of which cancel out."""
+    random = np.random.default_rng(seed)
+    pixels = random.choice(np.array(values + [-value for value in values], np.float32), shape_of(chunks))
+    mask = random.random(pixels.shape) < share
+    found = chunked.mean_std_dev(dask.array.from_array(pixels, chunks), dask.array.from_array(mask)).compute()
+    selected = [Fraction(value) for value in pixels[mask].tolist()]
+    if selected:
+        mean = sum(selected) / len(selected)
+        variance = sum(value**2 for value in selected) / len(selected) - mean**2
+        assert found.mean == float(mean)
+        assert found.std_dev == pytest.approx(math.sqrt(variance), rel=1e-14, abs=0)
+    else:
+        assert found == (0, 0)
+
+
+def test_mean_std_dev_of_floats_is_that_of_the_whole_picture():
+    pixels = np.random.default_rng(1).random((90, 70), dtype=np.float32) * 255
+    mask = pixels > 30
+    found = chunked.mean_std_dev(dask.array.from_array(pixels, (32, 32)), dask.array.from_array(mask)).compute()
+    # the library adds some floats before each addition to a double
+    assert tuple(found) == pytest.approx(tuple(zi.mean_std_dev(pixels, mask)), rel=1e-6)
+
+
+@pytest.mark.parametrize("special", [np.inf, -np.inf, np.nan])
+def test_mean_std_dev_of_special_floats(special):
+    pixels = np.ones((20, 20), np.float32)
+    pixels[3, 4] = special
+    found = chunked.mean_std_dev(dask.array.from_array(pixels, (8, 8)), dask.array.from_array(pixels != 0)).compute()
+    np.testing.assert_equal(found, (special, np.nan))
+
+
 @few
 @given(chunks=cut(), seed=st.integers(0, 99), dtype=st.sampled_from([np.uint8, np.float32]), share=st.floats(0, 1))
 def test_min_max_index(chunks, seed, dtype, share):
@@ -137,7 +178,7 @@ def test_pixel_by_pixel():
 
 
 def test_types():
-    floats = dask.array.zeros((5, 5), dtype=np.float32)
+    words = dask.array.zeros((5, 5), dtype=np.int16)
     for function in (chunked.mean_std_dev, lambda a, m: chunked.objects(m, a)):
         with pytest.raises(TypeError, match="uint8"):
-            function(floats, floats != 0)
+            function(words, words != 0)

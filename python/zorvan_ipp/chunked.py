@@ -8,7 +8,8 @@ Needs Debian's python3-dask, and python3-distributed for clusters.
 """
 
 import math
-from typing import List, NamedTuple, Optional, Tuple
+from fractions import Fraction
+from typing import List, NamedTuple, Optional, Tuple, Union
 
 import dask
 import dask.array
@@ -58,12 +59,15 @@ def laplace(array: dask.array.Array, size: int = 3, border: str = "replicate", v
 # --- reductions
 
 
+_LEAST_EXPONENT = -148  # of numpy.frexp for the smallest float32
+
+
 class _Sums(NamedTuple):
-    """Integers, so that the sums do not depend on the order."""
+    """Exact numbers, so that the sums do not depend on the order: integers, or fractions for floats."""
 
     count: int
-    total: int
-    squares: int
+    total: Union[int, Fraction, float]  # a float if a pixel is infinite or NaN
+    squares: Union[int, Fraction, float]
 
     def __add__(self, other):
         return _Sums(*map(sum, zip(self, other)))
@@ -72,7 +76,27 @@ class _Sums(NamedTuple):
         if self.count == 0:
             return zorvan_ipp.MeanStdDev(0.0, 0.0)
         variance = self.count * self.squares - self.total**2  # times the square of the count
-        return zorvan_ipp.MeanStdDev(self.total / self.count, math.sqrt(variance) / self.count)
+        return zorvan_ipp.MeanStdDev(float(self.total / self.count), math.sqrt(variance) / self.count)
+
+
+def _float_sums(pixels):
+    """The exact sum and sum of squares of float32."""
+    if not numpy.isfinite(pixels).all():
+        total = float(pixels.sum(dtype=numpy.float64))
+        return total, total**2
+    fractions, exponents = numpy.frexp(pixels)
+    whole = (fractions * 2.0**24).astype(numpy.int64)  # each pixel is a whole number times 2**(exponent - 24)
+    places = exponents - _LEAST_EXPONENT
+    high, low = whole >> 12, whole & 4095  # the square of a whole number would have too many digits for a float64
+
+    def total(values, scale):
+        # Sums of numbers below 2**25 are exact in float64 for chunks of 2**28 pixels.
+        by_place = numpy.bincount(places, weights=values)
+        return sum(int(by_place[place]) << (scale * int(place)) for place in numpy.flatnonzero(by_place))
+
+    squares = (total(high**2, 2) << 24) + (total(2 * high * low, 2) << 12) + total(low**2, 2)
+    unit = 2 ** (24 - _LEAST_EXPONENT)
+    return Fraction(total(whole, 1), unit), Fraction(squares, unit**2)
 
 
 def _sums(pixels, mask):
@@ -86,7 +110,7 @@ def _sums(pixels, mask):
         numbers = numpy.bincount(pixels[mask != 0], minlength=2**16)
         values = numpy.arange(2**16, dtype=numpy.int64)
         return _Sums(count, int(numbers @ values), int(numbers @ values**2))
-    raise TypeError(f"sums are exact for uint8 and uint16, not for {pixels.dtype}")
+    return _Sums(count, *_float_sums(pixels[mask != 0]))
 
 
 def _chunks(*arrays):
@@ -112,9 +136,9 @@ def _add_sums(parts):
 
 
 def mean_std_dev(array: dask.array.Array, mask: dask.array.Array):
-    """zorvan_ipp.mean_std_dev of the whole picture, from exact sums. uint8, and uint16 as words."""
-    if array.dtype not in (numpy.uint8, numpy.uint16):
-        raise TypeError(f"sums are exact for uint8 and uint16, not for {array.dtype}")
+    """zorvan_ipp.mean_std_dev of the whole picture, from exact sums. uint8, uint16 as words, and float32."""
+    if array.dtype not in (numpy.uint8, numpy.uint16, numpy.float32):
+        raise TypeError(f"mean_std_dev takes uint8, uint16 and float32, not {array.dtype}")
     return _add_sums([_chunk_sums(*chunk) for _, chunk in _chunks(array, mask)])
 
 
