@@ -3,17 +3,18 @@
 
     report.py run.json                     tables on the terminal
     report.py run.json --svg FOLDER        one plot for each size
-    report.py run.json --update PAGE.md    writes the tables between the marks of the page
 
-A run of several variants has its own tables and marks. Its tables have a column for each variant.
+A run of several variants has its own tables, with a column for each variant.
 """
 
 import argparse
 import collections
 import csv
-import json
+import math
 import pathlib
 import sys
+
+import results
 
 OTHERS = pathlib.Path(__file__).parent / "others.csv"
 
@@ -34,8 +35,8 @@ CLIFF = 1.15
 # A variant is reported as slower than an older one if its time is longer by more than this factor.
 SLOWER = 1.1
 
-MARKS = "<!-- tables begin -->", "<!-- tables end -->"
-VARIANT_MARKS = "<!-- variants begin -->", "<!-- variants end -->"
+# Rows of two operations, which are not compared with others.
+CHAINS = "copy_mean", "copy_max", "add_max", "abs_max"
 
 Contest = collections.namedtuple(
     "Contest", "operation pixels size variant ns call_ns to_limit to_plain others limit_loop limit_noise noise")
@@ -48,31 +49,22 @@ def read_others(path=OTHERS):
                 for row in rows for size in row if "x" in size and size[0].isdigit()}
 
 
-def read_run(path, others):
-    with open(path, encoding="utf-8") as file:
-        run = json.load(file)
-    contests, failures = [], []
-    for entry in run["benchmarks"]:
-        operation, pixels, size, variant = entry["name"].split("/")[:4]
-        if entry.get("error_occurred"):
-            failures.append(f"{operation} {pixels} {size} {variant}: {entry['error_message']}")
+def contests_of(rows, others):
+    """The rows that have a limit. One that measured the library only takes the lowest limit of the other rows of its
+    operation and size, and is not compared with the plain loop."""
+    limits = results.limits_of(rows)
+    for row in rows:
+        limit = row.limit_ns or limits.get((row.operation, row.pixels, row.size))
+        if limit is None:
             continue
-        contests.append(Contest(
-            operation, pixels, size, variant, entry["real_time"], entry.get("call_ns"),
-            entry["real_time"] / entry["limit_ns"], entry["real_time"] / entry["plain_ns"],
-            others.get((operation, pixels, size)), entry["label"], entry["limit_noise"],
-            max(entry["ours_noise"], entry["plain_noise"])))
-    return run["context"], contests, failures
-
-
-def fastest(contests):
-    """The fastest result of each row, if several runs have the row."""
-    fields = ("operation", "pixels", "size", "variant")
-    return [min(same, key=lambda c: c.ns) for same in grouped(contests, *fields).values()]
+        yield Contest(row.operation, row.pixels, row.size, row.variant, row.ns, row.call_ns, row.ns / limit,
+                      row.ns / row.plain_ns if row.plain_ns else None,
+                      others.get((row.operation, row.pixels, row.size)), row.limit_by, row.limit_noise or 0,
+                      max(row.noise, row.plain_noise or 0))
 
 
 def loses_to_plain(contest):
-    return contest.to_plain > TOLERANCE
+    return contest.to_plain is not None and contest.to_plain > TOLERANCE
 
 
 def loses_by_the_call(contest):
@@ -262,35 +254,27 @@ def write_plots(contests, folder):
         print(f"plot: {path}")
 
 
-def update_page(page, marks, lines):
-    begin, end = marks
-    text = page.read_text(encoding="utf-8")
-    if begin not in text or end not in text:
-        sys.exit(f"{page} has no lines '{begin}' and '{end}', between which the tables belong")
-    before, after = text.split(begin)[0], text.split(end)[1]
-    page.write_text("\n".join([before + begin, "", *lines, "", end + after]), encoding="utf-8")
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("runs", type=pathlib.Path, nargs="+", metavar="run.json",
                         help="output of zorvan_bench with --benchmark_out; the first file names the machine")
     parser.add_argument("--svg", type=pathlib.Path, metavar="FOLDER")
-    parser.add_argument("--update", type=pathlib.Path, metavar="PAGE")
     arguments = parser.parse_args()
-    runs = [read_run(path, read_others()) for path in arguments.runs]
+    runs = [results.read_json(path) for path in arguments.runs]
     context = runs[0][0]
-    contests = fastest([contest for run in runs for contest in run[1]])
+    rows = results.fastest([row for run in runs for row in run[1]])
     failures = [failure for run in runs for failure in run[2]]
-    if not contests and not failures:
+    contests = list(contests_of(rows, read_others()))
+    if not rows and not failures:
         sys.exit("the run has no measurements: does the filter match a name?")
-    print("\n".join(report(context, contests, failures, text_table, lambda text: text)))
+    if contests or failures:
+        print("\n".join(report(context, contests, failures, text_table, lambda text: text)))
+    else:
+        print("\n".join(text_table([("operation", "pixels", "size", "variant", "layout", "ns"),
+                                    *((*row[:5], f"{row.ns:.0f}") for row in rows)])))
     if arguments.svg:
         write_plots(contests, arguments.svg)
-    if arguments.update:
-        update_page(arguments.update, VARIANT_MARKS if len(variants_of(contests)) > 1 else MARKS,
-                    report(context, contests, failures, markdown_table, lambda text: f"### {text}"))
 
 
 if __name__ == "__main__":
