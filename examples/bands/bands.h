@@ -36,7 +36,8 @@ void markAtOnce(Frame& frame, float level, Between& between, IppIMemory<u8>& mas
 /// `sizeBetween`.
 void markInBands(Frame& frame, float level, Between& between, IppIMemory<u8>& mask);
 
-/// The rows of a band. What the five operations use of them fits half of a second-level cache of 512 KiB.
+/// The rows of a band, at least 8. What the five operations use of them fits half of a second-level cache of
+/// 512 KiB.
 int rowsOfBand(int width);
 
 /// A band, and the rows above and below it that the dilation needs.
