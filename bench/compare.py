@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/env -S python3 -B
 """Names the rows of the benchmark that a change made slower, or faster.
 
     compare.py BEFORE.json AFTER.json           two results of zorvan_bench

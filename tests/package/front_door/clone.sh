@@ -17,6 +17,8 @@ fresh_clone() {
   done
   fake "$scratch/clone/examples/run_demo" run_demo
   fake "$scratch/clone/bench/run_bench" run_bench
+  fake "$scratch/clone/bench/measure" measure
+  fake "$scratch/clone/bench/compare.py" compare.py
   fake "$scratch/clone/python/run_tests" run_tests
   fake "$scratch/clone/python/run_wheel" run_wheel
   # Every package is installed.

@@ -68,6 +68,10 @@ refuses bench --variant=Avx2
 refuses bench --benchmark_
 refuses bench --sizes=large
 refuses bench --sizes=640x480,
+refuses bench --layout=
+refuses bench compare before
+refuses bench measure --long
+refuses bench measure --short --short
 refuses check debug nonsense
 refuses fuzz 0
 refuses fuzz -1
@@ -84,4 +88,7 @@ hands_on "run_bench $PWD/build/release --quick --variant=VariantAvx2 --benchmark
   bench --quick --variant=VariantAvx2 --benchmark_filter=Copy
 hands_on "run_bench $PWD/build/release --variant=all --sizes=limits" bench --variant=all --sizes=limits
 hands_on "run_bench $PWD/build/release --sizes=640x480,64x64" bench --sizes=640x480,64x64
+hands_on "run_bench $PWD/build/release --ours --layout=all --seconds=1" bench --ours --layout=all --seconds=1
+hands_on "measure $PWD/build/release --short" bench measure --short
+hands_on "compare.py before after --rounds=2" bench compare before after --rounds=2
 exit "$failed"
