@@ -8,10 +8,10 @@ The programs of two build folders run alternately on one processor, each for two
 speed affects both. They measure the library only. Rows that seem to differ are measured again, by new processes. The
 options are --rounds=N, the number of runs of each row (default: 15), and those of zorvan_bench that choose rows.
 
-A row's time is the minimum of its runs. Its noise is the relative difference between the minima of the even and of
-the odd runs, or, of a single run, the one that the run has recorded. A row is named if its times differ by more than
-3 % and the noise of both, and if three of four pairs of runs agree: a minimum alone can be that of a faster moment. The
-status is 1 if a row is slower, fails or is missing after the change.
+The ratio of a row is the median of the ratios of its pairs of runs. It lies between two of these ratios with a
+certainty of three standard deviations; half of their distance is the noise. For a single run it is computed from the
+noise that the run has recorded. A row is named if its ratio differs from 1 by more than 3 % and by more than the noise.
+The status is 1 if a row is slower, fails or is missing after the change.
 """
 
 import argparse
@@ -19,6 +19,7 @@ import json
 import math
 import os
 import pathlib
+import statistics
 import subprocess
 import sys
 
@@ -26,8 +27,6 @@ from report import text_table
 
 # Two minima of the same code can differ by this factor.
 TOLERANCE = 1.03
-# The share of the pairs of runs in which the slower one must be slower.
-AGREEING = 0.75
 
 RUN_NANOSECONDS = 2e6  # one run of a row, as long as many calls or some time slices
 # How often rows that seem to differ are measured again, with the same number of rounds.
@@ -49,15 +48,6 @@ class Row:
             self.times.append(entry["real_time"])
             self.recorded_noise.append(entry["ours_noise"])
 
-    def best(self):
-        return min(self.times)
-
-    def noise(self):
-        if len(self.times) == 1:
-            return self.recorded_noise[0]
-        minima = [min(self.times[0::2]), min(self.times[1::2])]
-        return max(minima) / min(minima) - 1
-
 
 def read_into(rows, path):
     with open(path, encoding="utf-8") as file:
@@ -66,15 +56,27 @@ def read_into(rows, path):
                 rows.setdefault(entry["name"].removesuffix(SUFFIX), Row()).add(entry)
 
 
-def ratio(before, after):
-    return after.best() / before.best()
+class Change:
+    """The times of a row after the change over those before, and between which values this ratio lies."""
 
+    def __init__(self, before, after):
+        self.before, self.after = min(before.times), min(after.times)
+        ratios = sorted(second / first for first, second in zip(before.times, after.times))
+        self.ratio = statistics.median(ratios)
+        if len(ratios) == 1:
+            noise = (1 + before.recorded_noise[0]) * (1 + after.recorded_noise[0])
+            self.low, self.high = self.ratio / noise, self.ratio * noise
+        else:
+            # Of n ratios, n / 2 are expected below the true one, with a standard deviation of sqrt(n) / 2.
+            beyond = max(0, int(len(ratios) / 2 - 1.5 * math.sqrt(len(ratios))))
+            self.low, self.high = ratios[beyond], ratios[-1 - beyond]
+        self.noise = (self.high - self.low) / 2 / self.ratio
 
-def is_slower(before, after):
-    pairs = list(zip(before.times, after.times))
-    agreeing = sum(first < second for first, second in pairs)
-    return (ratio(before, after) > TOLERANCE * (1 + before.noise()) * (1 + after.noise())
-            and agreeing >= AGREEING * len(pairs))
+    def is_large(self):
+        return not 1 / TOLERANCE <= self.ratio <= TOLERANCE
+
+    def is_certain(self):
+        return self.low > 1 or self.high < 1
 
 
 def usable(rows, name):
@@ -141,10 +143,8 @@ def measure(programs, options, names, rounds, both):
     print(file=sys.stderr)
 
 
-def in_doubt(both):
-    before, after = both
-    return [name for name in before if usable(before, name) and usable(after, name)
-            and not 1 / TOLERANCE <= ratio(before[name], after[name]) <= TOLERANCE]
+def changes(before, after):
+    return {name: Change(before[name], after[name]) for name in before if usable(before, name) and usable(after, name)}
 
 
 def measure_folders(folders, options, rounds):
@@ -155,8 +155,8 @@ def measure_folders(folders, options, rounds):
     both = {}, {}
     measure(programs, options, [name for name in names[0] if name in set(names[1])], rounds, both)
     for _ in range(REPEATS):
-        if doubtful := in_doubt(both):
-            measure(programs, options, doubtful, rounds, both)
+        if large := [name for name, change in changes(*both).items() if change.is_large()]:
+            measure(programs, options, large, rounds, both)
     for side, other in ((0, 1), (1, 0)):
         for name in names[side]:
             if name not in names[other]:
@@ -166,16 +166,15 @@ def measure_folders(folders, options, rounds):
 
 def report(before, after):
     """Prints the table. Returns whether the change made something worse."""
-    common = [name for name in before if usable(before, name) and usable(after, name)]
-    slower = [name for name in common if is_slower(before[name], after[name])]
-    faster = [name for name in common if is_slower(after[name], before[name])]
-    changed = sorted(slower + faster, key=lambda name: -ratio(before[name], after[name]))
-    if changed:
+    common = changes(before, after)
+    named = [(name, change) for name, change in common.items() if change.is_large() and change.is_certain()]
+    named.sort(key=lambda pair: -pair[1].ratio)
+    slower = [name for name, change in named if change.ratio > 1]
+    if named:
         print("\n".join(text_table(
             [("", "row", "before ns", "after ns", "ratio", "noise"),
-             *(("slower" if name in slower else "faster", name, f"{before[name].best():.0f}",
-                f"{after[name].best():.0f}", f"{ratio(before[name], after[name]):.3f}",
-                f"{max(before[name].noise(), after[name].noise()):.3f}") for name in changed)])))
+             *(("slower" if change.ratio > 1 else "faster", name, f"{change.before:.0f}", f"{change.after:.0f}",
+                f"{change.ratio:.3f}", f"{change.noise:.3f}") for name, change in named)])))
     lost = [name for name in before if name not in after]
     failed = [name for name in after if after[name].failures]
     new = [name for name in after if name not in before]
@@ -183,13 +182,12 @@ def report(before, after):
         print(f"missing after the change: {name}")
     for name in failed:
         print(f"fails after the change: {name}: {after[name].failures[0]}")
-    if common:
-        mean = math.exp(sum(math.log(ratio(before[name], after[name])) for name in common) / len(common))
-        noisy = sum(max(before[name].noise(), after[name].noise()) > 0.05 for name in common)
-        print(f"{len(common)} rows: {len(slower)} slower, {len(faster)} faster, {noisy} with a noise "
-              f"above 5 %; geometric mean of the ratios {mean:.3f}" + (f"; {len(new)} new rows" if new else ""))
-    else:
+    if not common:
         sys.exit("no row has a time in both")
+    mean = math.exp(sum(math.log(change.ratio) for change in common.values()) / len(common))
+    noisy = sum(change.noise > 0.05 for change in common.values())
+    print(f"{len(common)} rows: {len(slower)} slower, {len(named) - len(slower)} faster, {noisy} with a noise above 5 %; "
+          f"geometric mean of the ratios {mean:.3f}" + (f"; {len(new)} new rows" if new else ""))
     return bool(slower or lost or failed)
 
 

@@ -57,7 +57,7 @@ class Results(unittest.TestCase):
 
     def test_names_what_differs_by_more_than_its_noise(self):
         status, named, text = self.compare("before.json", "after.json")
-        # dilate3x3 is slower by a fifth, and its noise is more; mean is slower in half of its runs
+        # dilate3x3 has one fast run before the change; mean is slower in half of its runs
         self.assertEqual(named, {"add/u8/64x64/VariantAvx2": "slower", "not/u8/64x64/VariantAvx2": "faster"})
         self.assertIn("5 rows: 1 slower, 1 faster, 1 with a noise above 5 %", text)
         self.assertEqual(status, 1)
