@@ -50,7 +50,7 @@ class Scratch(unittest.TestCase):
 
 class Results(Scratch):
     def test_rows_are_read_as_they_were_written(self):
-        rows = [row(), row(size="640x480", limit_ns=None)]
+        rows = [row(ns=41.25), row(size="640x480", ns=123400.0, limit_ns=None)]
         results.write_rows(self.root / "rows.csv", {"processor": "some, with: signs"}, rows)
         self.assertEqual(results.read_rows(self.root / "rows.csv"), ({"processor": "some, with: signs"}, rows))
 
