@@ -392,6 +392,12 @@ void selectedNans(int variant) {
     for (int column = 0; column < 64; ++column) returning[64 + column] = nan;
     expectExtremes(extremesOf(routine, allSelected(returning, {64, 300})), 1, {0, 0}, 9, {3, 0});
   }
+  // A NaN in front of the extremes is none of them: later pixels fill its lane.
+  std::vector<float> inFront(64 * 2, 5);
+  inFront[3] = nan;
+  inFront[64 + 40] = 1;
+  inFront[64 + 50] = 9;
+  expectExtremes(extremesOf(routine, allSelected(inFront, {64, 2})), 1, {40, 1}, 9, {50, 1});
   // A sum with a NaN is NaN.
   const auto sum = allSelected<float>({1, nan, 3}, {3, 1});
   EXPECT_TRUE(std::isnan(meanOf(ROUTINE(ippiMean_32f_C1MR, variant), sum)));

@@ -133,6 +133,21 @@ void fastSumsByRow(int variant) {
   EXPECT_EQ(found(ROUTINE(ippiMean_32f_C1R, variant), pixels, {width, 3}, 0), 16.0 / (3 * width));
 }
 
+/// Every hint but 2 has the fast sum's result, to the bit. Narrow regions of the newer variants have that of
+/// hint 2.
+void allOtherHintsAddFast(int variant) {
+  const auto routine = ROUTINE(ippiMean_32f_C1R, variant);
+  for (const Size roi : {Size{5, 999}, Size{16, 4000}, Size{17, 4000}, Size{333, 192}, Size{64000, 1}}) {
+    const std::vector<float> pixels = pixelsWithManyDigits(roi.width * roi.height);
+    const double fast = found(routine, pixels, roi, 1), accurate = found(routine, pixels, roi, 2);
+    EXPECT_EQ(fast == accurate, variant >= avx && roi.width < 17) << roi.width << " by " << roi.height;
+    for (const int hint :
+         {std::numeric_limits<int>::min(), -3, -2, -1, 0, 3, 4, std::numeric_limits<int>::max()}) {
+      EXPECT_EQ(found(routine, pixels, roi, hint), fast) << "hint " << hint;
+    }
+  }
+}
+
 void nanInTheLastPixel(int variant) {
   for (const int width : {1, 5, 16, 17, 64, 71}) {
     std::vector<float> pixels(static_cast<std::size_t>(3 * width), 0.0f);
@@ -149,6 +164,7 @@ void registerEntryTests() {
   registerForEachVariant("Mean", "integerSumsAreExact", integerSums);
   registerForEachVariant("Mean", "accurateSumsOfFloats", accurateSums);
   registerForEachVariant("Mean", "fastSumsLoseWithinARowOnly", fastSumsByRow);
+  registerForEachVariant("Mean", "allOtherHintsAddFast", allOtherHintsAddFast);
   registerForEachVariant("Mean", "nanInTheLastPixel", nanInTheLastPixel);
 }
 

@@ -111,9 +111,7 @@ TYPED_TEST(EachFilteredType, AnyOtherBorderIsReplicate) {
   }
 }
 
-/// A region as wide as the kernel is copied as a whole with its border, and needs more memory than an image
-/// one pixel wider that is processed in stripes.
-TYPED_TEST(EachFilteredType, ARegionMayNeedMoreWorkMemoryThanItsImage) {
+TYPED_TEST(EachFilteredType, ARegionAsWideAsTheKernelIsFilteredAsAnImageOfItsOwn) {
   using T = TypeParam;
   for (const bool use3x3 : {true, false}) {
     const int extent = use3x3 ? 3 : 5, width = extent + 1, height = 3000;
