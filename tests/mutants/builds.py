@@ -66,6 +66,12 @@ class Build:
         """The entries that the object defines."""
         return set(ENTRY.findall(run(["nm", "--defined-only", "--demangle", obj], cwd=self.folder).stdout))
 
+    def missesNames(self, obj, output):
+        """Whether the new object lacks a name that the linker would then take from the old one."""
+        old, new = (set(line.split()[-1] for line in run(["nm", "--defined-only", "--extern-only", path]).stdout.splitlines()
+                        if line.split()[-2] in "TDBR") for path in (os.path.join(self.folder, obj), output))
+        return not old <= new
+
     @functools.cache
     def namesOfTests(self, program):
         return set(re.findall(r"\b(?:ippi|core)\w+", run([os.path.join(self.folder, program), "--gtest_list_tests"]).stdout))

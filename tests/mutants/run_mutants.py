@@ -60,7 +60,7 @@ ABSENT = "not in the code of this processor"
 
 
 class Refused(Exception):
-    """The changed file does not compile."""
+    """The changed file does not compile, or the library with it does not link."""
 
 
 class Killed(Exception):
@@ -122,7 +122,8 @@ class Trial:
             if obj in self.compiled:
                 continue
             output = os.path.join(self.folder, obj.replace("/", "_"))
-            if not self.build.compile(obj, self.overlay, self.source(obj), output):
+            if not self.build.compile(obj, self.overlay, self.source(obj), output) or \
+                    self.build.missesNames(obj, output):
                 raise Refused
             same = self.build.comparable(obj) and filecmp.cmp(output, os.path.join(self.build.folder, obj), False)
             self.compiled[obj] = None if same else output
