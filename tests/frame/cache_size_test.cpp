@@ -220,6 +220,11 @@ TEST_F(CacheSize, OfLeaf4IsTheLargestThatHoldsData) {
   EXPECT_EQ(probeLeaf4({cache(31, 1, 1, 32, 1)}), (Answer{0, 32, 32}));  // a type that is not defined
 }
 
+/// Every field is stored as one less than it stands for.
+TEST_F(CacheSize, OfTheLeastFieldsIsOneByte) {
+  EXPECT_EQ(probeLeaf4({cache(Data, 1, 1, 1, 1)}), (Answer{0, 1, 1}));
+}
+
 TEST_F(CacheSize, MultipliesAllFieldsOfLeaf4) {
   EXPECT_EQ(probeLeaf4({cache(Unified, 3, 5, 7, 11)}), (Answer{0, 3 * 5 * 7 * 11, 7}));
   EXPECT_EQ(probeLeaf4({cache(Unified, 1024, 1, 64, 1)}), (Answer{0, 1024 * 64, 64}));
