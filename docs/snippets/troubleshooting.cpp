@@ -219,6 +219,27 @@ TEST(Troubleshooting, MorphBorderInitError) {
   expectOnPage(text);
 }
 
+// Runs in its own process, because it uses up the memory.
+TEST(Troubleshooting, BadAlloc) {
+#ifdef TROUBLESHOOTING_SANITIZED
+  GTEST_SKIP() << "a sanitizer ends programs that run out of memory";
+#endif
+  const std::string text = "std::bad_alloc";
+  const auto lines = [] {
+    // snippet
+    IppIMemory<u8> image(8, 4);
+    const rlimit noMore{1, 1};
+    setrlimit(RLIMIT_AS, &noMore);
+    for (std::size_t bytes = 4096; bytes > 0; --bytes) {
+      for (void* volatile block = &image; block != nullptr;) block = std::malloc(bytes);
+    }
+    Initializer::Fill<u8>(image, 7, {0, 5, 3, 2});  // would throw 29
+    // end of snippet
+  };
+  EXPECT_EXIT(std::exit(failureOf(lines) == text ? 0 : 1), testing::ExitedWithCode(0), "");
+  expectOnPage(text);
+}
+
 // Problems without an exception.
 
 TEST(Troubleshooting, RegionInAnotherPlace) {

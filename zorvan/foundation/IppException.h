@@ -14,7 +14,8 @@ namespace Zorvan::Ipp {
 ///
 ///     ippStsSizeErr: Incorrect value for data size( error Code : -6 )
 ///
-/// The containers do not throw it: their failures are objects of a class derived from std::exception.
+/// If there is no memory for the text, an operation throws std::bad_alloc instead. The containers do not
+/// throw IppException: their failures are objects of a class derived from std::exception.
 class ZORVAN_IPP_API IppException : public std::exception {
  public:
   /// Composes the text once, from the message of `status` and the code itself. A code that has no message

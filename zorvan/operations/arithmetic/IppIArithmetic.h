@@ -27,7 +27,8 @@ namespace Zorvan::Ipp::Image {
 /// region wider than an image, which passes the test if `rect.x` is negative.
 ///
 /// The statuses 2 of Divide and 3 of SquareRoot are warnings: they are thrown as IppException after all
-/// pixels of the region have been written.
+/// pixels of the region have been written. If there is no memory for the text of a failure or a warning,
+/// std::bad_alloc is thrown instead.
 template <class T>
 class ZORVAN_IPP_API IppIArithmetic {
  public:

@@ -47,9 +47,11 @@ namespace Zorvan::Ipp::Image {
 /// Failures, before anything is written: IppException 29 (ippStsWrongIntersectROI) if `rect` does not fit
 /// `src`, then `dst`; std::exception, "invalid length", for a `src` with a width or height below 1, or work
 /// memory above 2 GiB; then IppException -8 (ippStsNullPtrErr) for an image without a buffer or if memory
-/// runs out, -6 (ippStsSizeErr) for a `rect` with a width or height below 1. Each call allocates work memory
-/// of a few rows of `src`, or of some bytes per pixel if `src` or the region is not wider or not higher than
-/// the kernel.
+/// runs out, -6 (ippStsSizeErr) for a `rect` with a width or height below 1. If there is no memory for the
+/// text of a failure, std::bad_alloc is thrown instead.
+///
+/// Each call allocates work memory of a few rows of `src`, or of some bytes per pixel if `src` or the region
+/// is not wider or not higher than the kernel.
 class ZORVAN_IPP_API FilteringFunction {
  public:
   /// The Laplace filter with the 3 by 3 kernel if `use3x3`, otherwise with the 5 by 5 kernel.

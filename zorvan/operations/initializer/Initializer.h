@@ -20,7 +20,9 @@ namespace Zorvan::Ipp::Image {
 ///
 /// Other failures of all operations with images, thrown as IppException before anything is written:
 /// -8 (ippStsNullPtrErr) for an image without a buffer, -6 (ippStsSizeErr) for a region with a width or
-/// height below 1. The destination of a call must not share pixels with its source or its mask.
+/// height below 1. If there is no memory for the text of a failure, std::bad_alloc is thrown instead.
+///
+/// The destination of a call must not share pixels with its source or its mask.
 class ZORVAN_IPP_API Initializer {
  public:
   /// Allocates an image of `width` by `height` pixels. The pixels are not initialised.

@@ -38,8 +38,8 @@ class ZORVAN_IPP_API Comparer {
   /// `dst`: see Rect. One that does not fit throws IppException 29 (ippStsWrongIntersectROI). Other failures,
   /// thrown as IppException before anything is written: -8 (ippStsNullPtrErr) for an image without a buffer,
   /// -16 (ippStsStepErr) for an image of width 0, -6 (ippStsSizeErr) for a region with a width or height
-  /// below 1. The images must not share memory. A `comparison` that is none of the five throws nothing and
-  /// does not change `dst`.
+  /// below 1. If there is no memory for the text of a failure, std::bad_alloc is thrown instead. The images
+  /// must not share memory. A `comparison` that is none of the five throws nothing and does not change `dst`.
   static void Compare(IppIMemory<T>& src, IppIMemory<u8>& dst, Rect rect, float value,
                       eComparison comparison);
 

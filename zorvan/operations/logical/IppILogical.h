@@ -23,8 +23,10 @@ namespace Zorvan::Ipp::Image {
 ///
 /// Other failures, thrown as IppException before anything is written: -8 (ippStsNullPtrErr) for an image
 /// without a buffer, -16 (ippStsStepErr) for an image of width 0, -6 (ippStsSizeErr) for a region with
-/// a width or height below 1. Source and destination may be one image; regions that overlap otherwise are not
-/// supported.
+/// a width or height below 1. If there is no memory for the text of a failure, std::bad_alloc is thrown
+/// instead.
+///
+/// Source and destination may be one image; regions that overlap otherwise are not supported.
 template <class T>
 class ZORVAN_IPP_API IppILogical {
  public:

@@ -44,7 +44,8 @@ namespace Zorvan::Ipp::Image {
 ///  - std::exception, "invalid length", if the mask or the work memory would be larger than 2 GiB;
 ///  - std::exception, "Morph border init error.", if memory runs out for the mask or the work memory;
 ///  - IppException -8, or std::exception, "Assign error in IppIMemory", if it runs out for the new image;
-///  - IppException -8 (ippStsNullPtrErr) for an image without a buffer.
+///  - IppException -8 (ippStsNullPtrErr) for an image without a buffer;
+///  - std::bad_alloc instead of each of these, and of 29, if there is no memory for its text.
 template <class T>
 class ZORVAN_IPP_API IppIMorphology {
  public:

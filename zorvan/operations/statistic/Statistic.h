@@ -33,7 +33,8 @@ namespace Ipp::Image {
 /// mask: see Rect. A rectangle that does not fit throws IppException 29 (ippStsWrongIntersectROI). Other
 /// failures of all functions, thrown as IppException: -8 (ippStsNullPtrErr) for an image without a buffer, -6
 /// (ippStsSizeErr) for a region with a width or height below 1; with a mask also -16 (ippStsStepErr) for a
-/// region wider than image or mask, which passes the test if `rect.x` is negative.
+/// region wider than image or mask, which passes the test if `rect.x` is negative. If there is no memory for
+/// the text of a failure, std::bad_alloc is thrown instead.
 template <class T>
 class ZORVAN_IPP_API Statistic {
  public:
