@@ -18,20 +18,6 @@ namespace {
 using namespace Ipp::Image;
 using Ipp::IppException;
 
-/// During its lifetime all entries run in this variant.
-class ForcedVariant {
- public:
-  explicit ForcedVariant(int variant) : before_(Primitives::variantIndex) {
-    Primitives::variantIndex = variant;
-  }
-  ~ForcedVariant() { Primitives::variantIndex = before_; }
-  ForcedVariant(const ForcedVariant&) = delete;
-  ForcedVariant& operator=(const ForcedVariant&) = delete;
-
- private:
-  std::int32_t before_;
-};
-
 /// Pixels for which no operation has a warning, except zero divisors of bytes.
 template <class T>
 T drawPixel(Random& random) {

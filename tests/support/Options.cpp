@@ -20,7 +20,8 @@ Options parsed;
   std::fprintf(stderr,
                "unknown argument: %s\n"
                "known: --level=few|quick|full|fuzz --rounds=N --seed=N --entry=TEXT --variant=TEXT "
-               "--expected-index=N --expected-cache=N, and GoogleTest's --gtest_... flags\nvariants:",
+               "--write=FILE --expected-index=N --expected-cache=N, and GoogleTest's --gtest_... flags
+variants:",
                argument.c_str());
   for (const char* name : Primitives::variantNames) std::fprintf(stderr, " %s", name);
   std::fprintf(stderr, "\n");
@@ -77,6 +78,8 @@ void parseOptions(int argc, char** argv) {
     } else if (key == "--variant") {
       if (!isPartOfAVariant(value)) refuse(argument);
       parsed.variant = value;
+    } else if (key == "--write") {
+      parsed.resultsFile = value;
     } else if (key == "--expected-index") {
       parsed.expectedIndex = intOf(value, argument);
     } else if (key == "--expected-cache") {

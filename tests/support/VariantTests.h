@@ -1,12 +1,29 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
+
+#include "zorvan/primitives/frame/Processor.h"
 
 namespace Zorvan::Test {
 
 /// The highest index of a variant that this processor can run; it can run all lower ones too.
 int highestVariant();
+
+/// During its lifetime all entries run in this variant.
+class ForcedVariant {
+ public:
+  explicit ForcedVariant(int variant) : before_(Primitives::variantIndex) {
+    Primitives::variantIndex = variant;
+  }
+  ~ForcedVariant() { Primitives::variantIndex = before_; }
+  ForcedVariant(const ForcedVariant&) = delete;
+  ForcedVariant& operator=(const ForcedVariant&) = delete;
+
+ private:
+  std::int32_t before_;
+};
 
 /// Registers one GoogleTest test for each variant, named `family.entry/variant`. `body` gets the variant's
 /// index. Variants that this processor cannot run are reported as skipped.
