@@ -31,16 +31,18 @@ struct FillEntry {
 /// The image, the record and the work memory of one call.
 template <class T>
 struct FillCall {
-  Block image, region, work;
+  Block blocks[3];
+  Block &image = blocks[0], &region = blocks[1], &work = blocks[2];
   Size roi;
   int step;
 
   FillCall(int side, Size size, int moreBytes, Placement placement, std::uint64_t seed)
-      : image(side, imageBytes(size, moreBytes), placement, seed),
-        region(2 + side, sizeof(_IppiConnectedComp), {Placement::Edge::inside, 0}, seed),
-        work(4 + side,
-             static_cast<std::size_t>(Primitives::fillBufferBytes(Primitives::mostFillRecords(size))),
-             {Placement::Edge::back, 0}, seed),
+      : blocks{{side, imageBytes(size, moreBytes), placement, seed},
+               {2 + side, sizeof(_IppiConnectedComp), {Placement::Edge::inside, 0}, seed},
+               {4 + side,
+                static_cast<std::size_t>(Primitives::fillBufferBytes(Primitives::mostFillRecords(size))),
+                {Placement::Edge::back, 0},
+                seed}},
         roi(size),
         step(size.width * static_cast<int>(sizeof(T)) + moreBytes) {}
 
@@ -78,17 +80,12 @@ bool agreeOn(const FillEntry<T>& entry, int variant, Size roi, int moreBytes, Pl
   expected.draw(gap, pixelAt);
   actual.draw(gap, pixelAt);
   const int expectedStatus = expected.run(entry.reference, seed, value);
-  int status = 1;
-  const std::string fault =
-      faultOf([&] { status = actual.run(entry.row->routine[1 + variant], seed, value); });
-  std::string difference = fault;
-  if (difference.empty() && status != expectedStatus) difference = "status " + std::to_string(status);
-  if (difference.empty() && !expected.image.sameBytes(actual.image)) {
-    difference = "image: " + expected.image.difference(actual.image);
-  }
-  if (difference.empty() && !expected.region.sameBytes(actual.region)) {
-    difference = "record: " + expected.region.difference(actual.region);
-  }
+  const std::string difference = differenceOf(
+      expectedStatus, [&] { return actual.run(entry.row->routine[1 + variant], seed, value); },
+      expected.blocks, actual.blocks,
+      [&](const Block& want, Block& got) {
+        return &want == &expected.work ? sameAround(want, got) : want.sameBytes(got);
+      });
   if (difference.empty()) return true;
   ADD_FAILURE() << difference << "\n  " << what << ", region " << roi.width << " by " << roi.height
                 << ", seed " << seed.x << ", " << seed.y << ", " << moreBytes << " bytes between rows";
