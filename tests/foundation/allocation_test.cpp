@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
+#include "zorvan/foundation/address_sanitizer.h"
 #include "zorvan/primitives/frame/Entries.h"
 
 namespace {
@@ -17,6 +19,11 @@ constexpr int lowest = std::numeric_limits<int>::min();
 constexpr int untouched = 0x5A5A5A5A;
 
 std::uintptr_t addressOf(const void* block) { return reinterpret_cast<std::uintptr_t>(block); }
+
+/// The word below the block. The address sanitizer forbids others than the library to read it.
+[[gnu::no_sanitize_address]] std::uintptr_t heapAddressOf(const void* block) {
+  return addressOf(static_cast<void* const*>(block)[-1]);
+}
 
 bool isAligned(const void* block) { return block != nullptr && addressOf(block) % 64 == 0; }
 
@@ -32,7 +39,7 @@ TEST(CoreMalloc, AlignsBlocksOfEachLength) {
 TEST(CoreMalloc, StoresTheHeapsAddressBelowTheBlock) {
   void* const block = coreMalloc(1);
   ASSERT_TRUE(isAligned(block));
-  const std::uintptr_t base = addressOf(static_cast<void**>(block)[-1]);
+  const std::uintptr_t base = heapAddressOf(block);
   EXPECT_EQ(addressOf(block), (base + 71) & ~std::uintptr_t{63});
   coreFree(block);
 }
@@ -43,6 +50,29 @@ TEST(CoreMalloc, RefusesLengthsThatAreNotPositive) {
 
 TEST(CoreMalloc, RefusesLengthsWhoseBlockWouldWrap) {
   for (const int length : {0x7FFFFFB8, 0x7FFFFFB9, highest}) EXPECT_EQ(coreMalloc(length), nullptr) << length;
+}
+
+TEST(CoreMalloc, LetsTheAddressSanitizerSeeTheBytesAround) {
+#ifndef ZORVAN_ADDRESS_SANITIZER
+  GTEST_SKIP() << "not built with the address sanitizer";
+#else
+  for (const int length : {1, 7, 8, 61, 64, 100}) {
+    volatile char* const block = static_cast<char*>(coreMalloc(length));
+    block[0] = 1;
+    block[length - 1] = 1;
+    for (const int outside : {-9, -8, -1, length, length + 7}) {
+      EXPECT_DEATH(block[outside] = 1, "AddressSanitizer") << outside << " of " << length;
+    }
+    coreFree(const_cast<char*>(block));
+  }
+  // The heap gets the whole block back.
+  for (int i = 0; i < 100; ++i) {
+    coreFree(coreMalloc(1000));
+    void* const block = std::malloc(1072);
+    std::memset(block, 1, 1072);
+    std::free(block);
+  }
+#endif
 }
 
 TEST(CoreFree, AcceptsNull) {

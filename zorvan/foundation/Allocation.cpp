@@ -12,6 +12,7 @@
 #include <cstdlib>
 
 #include "zorvan/foundation/Wrapping.h"
+#include "zorvan/foundation/address_sanitizer.h"
 
 namespace Zorvan::Primitives {
 
@@ -32,13 +33,20 @@ void* coreMalloc(int length) {
   const auto address = reinterpret_cast<std::uintptr_t>(base);
   const std::uintptr_t alignedAddress = (address + (allocationAlignmentBytes - 1) + sizeof(void*)) &
                                         ~std::uintptr_t{allocationAlignmentBytes - 1};
-  void* const aligned = static_cast<char*>(base) + (alignedAddress - address);
-  static_cast<void**>(aligned)[-1] = base;
+  char* const begin = static_cast<char*>(base);
+  char* const aligned = begin + (alignedAddress - address);
+  reinterpret_cast<void**>(aligned)[-1] = base;
+  // The sanitizer knows the heap block only, and would accept accesses before and after the aligned one.
+  forbidAccess(begin, aligned);
+  forbidAccess(aligned + length, begin + blockBytes);
   return aligned;
 }
 
 void coreFree(void* ptr) {
-  if (ptr != nullptr) std::free(static_cast<void**>(ptr)[-1]);
+  if (ptr == nullptr) return;
+  void** const stored = static_cast<void**>(ptr) - 1;
+  allowAccess(stored, sizeof *stored);
+  std::free(*stored);
 }
 
 }  // namespace Zorvan::Primitives
