@@ -1,7 +1,8 @@
 #pragma once
 
 // When two results of a statistic agree. Integers and exact sums: byte for byte. The effects of NaNs and
-// infinities on extremes differ by variant and have their own tests.
+// infinities on extremes differ by variant and have their own tests. The bytes around a result are always the
+// same.
 
 #include <cmath>
 #include <cstring>
@@ -29,28 +30,35 @@ bool isResult(const Block& block) {
 
 /// A float extreme. Older variants return the largest finite value instead of infinity; zeros are equal.
 struct SameExtreme {
-  static bool agree(const Block& expected, const Block& actual) {
+  static bool agree(const Block& expected, Block& actual) {
     if (!isResult<float>(expected) || expected.sameBytes(actual)) return expected.sameBytes(actual);
     const auto want = valueOf<float>(expected), got = valueOf<float>(actual);
     const float finite = std::copysign(std::numeric_limits<float>::max(), want);
-    return std::isnan(want) || want == got || (std::isinf(want) && got == finite);
+    const bool agrees = std::isnan(want) || want == got || (std::isinf(want) && got == finite);
+    return agrees && sameAround(expected, actual);
   }
 };
 
 /// A float value; zeros are equal.
 struct SameValue {
-  static bool agree(const Block& expected, const Block& actual) {
-    if (!isResult<float>(expected)) return expected.sameBytes(actual);
-    return expected.sameBytes(actual) || valueOf<float>(expected) == valueOf<float>(actual);
+  static bool agree(const Block& expected, Block& actual) {
+    if (!isResult<float>(expected) || expected.sameBytes(actual)) return expected.sameBytes(actual);
+    return valueOf<float>(expected) == valueOf<float>(actual) && sameAround(expected, actual);
   }
 };
 
 /// A double within the tolerance that follows from the pixels.
 struct NearMean {
   template <class Arguments>
-  static bool agree(const Block& expected, const Block& actual, const Arguments& arguments) {
+  static bool agree(const Block& expected, Block& actual, const Arguments& arguments) {
     if (!isResult<double>(expected) || expected.sameBytes(actual)) return expected.sameBytes(actual);
-    const auto want = valueOf<double>(expected), got = valueOf<double>(actual);
+    return isNear(valueOf<double>(expected), valueOf<double>(actual), arguments) &&
+           sameAround(expected, actual);
+  }
+
+ private:
+  template <class Arguments>
+  static bool isNear(double want, double got, const Arguments& arguments) {
     if (std::isnan(want)) return std::isnan(got);
     const double tolerance =
         std::apply([](auto... argument) { return Reference::toleranceOf(argument...); }, arguments);
