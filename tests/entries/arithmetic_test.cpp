@@ -64,6 +64,7 @@ void registerEntryTests() {
   // One row long enough for the sum that streams, at any alignment; rows of bytes that are prefetched.
   rules.largeRegions = {{90001, 1}, {1031, 1021}};
   rules.forcedCacheBytes = {1 << 20};
+  rules.imagesMayBeOne = true;
 #define CHECK(name, ...)                                                                                     \
   registerEntry<AgreementOf<Primitives::name##_Routine>::type>("Arithmetic", #name, rules, &Reference::name, \
                                                                Primitives::table.name);

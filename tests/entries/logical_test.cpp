@@ -205,6 +205,7 @@ void Zorvan::Test::registerEntryTests() {
   CheckRules rules;
   rules.range.moreWidths = {256, 512};
   rules.largeRegions = {{1031, 509}, {1031, 1021}, {2048, 512}, {32768, 3}};
+  rules.imagesMayBeOne = true;
 #define ENTRY(...) CHECK_ENTRY("Logical", rules, __VA_ARGS__)
 #include "zorvan/primitives/frame/entries/Logical.def"
 #undef ENTRY

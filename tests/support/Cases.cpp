@@ -123,6 +123,8 @@ std::string Case::text() const {
     text += "\n  image: step " + std::string(nameOf(layout.stepType)) + ", " + nameOf(layout.placement) +
             ", " + nameOf(layout.content);
   }
+  if (!identity.empty()) text += "\n  equal numbers are one image:";
+  for (const int image : identity) text += " " + std::to_string(image);
   return text + "\n  seed " + std::to_string(seed);
 }
 

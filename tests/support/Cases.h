@@ -30,6 +30,9 @@ struct Case {
   Size roi;
   std::vector<Layout> images;
   std::uint64_t seed;
+  /// The number of an earlier image, or its own, for each image: equal numbers are one image. Without numbers
+  /// all images are different.
+  std::vector<int> identity = {};
 
   std::string text() const;
 };
