@@ -104,17 +104,30 @@ int morph(bool dilate, const T* src, int srcStep, T* dst, int dstStep, Size roi,
   const bool small = width >= roi.width || height >= roi.height;
   if (small && (word & allInMemory) != allInMemory) word &= ~allInMemory;
 
+  std::vector<Size> cells;  // the set ones, from the mask's first row and column
+  for (int i = 0; i < height; ++i) {
+    for (int j = 0; j < width; ++j) {
+      if (!copies && mask.cells[i * width + j] != 0) cells.push_back({j, i});
+    }
+  }
+
   const Image<T> image{src, srcStep, roi};
+  const int columns = roi.width + width - 1, rows = roi.height + height - 1;
+  std::vector<T> extended;
+  for (int r = 0; r < rows; ++r) {
+    for (int c = 0; c < columns; ++c) {
+      extended.push_back(extendedPixel(image, r - height / 2, c - width / 2, word, value));
+    }
+  }
+
   std::vector<T> result;
   for (int r = 0; r < roi.height; ++r) {
     for (int c = 0; c < roi.width; ++c) {
+      const T* const first = extended.data() + r * columns + c;
       T extreme = startValue<T>(dilate);
-      for (int i = 0; i < height; ++i) {
-        for (int j = 0; j < width; ++j) {
-          if (copies || mask.cells[i * width + j] == 0) continue;
-          const T pixel = extendedPixel(image, r + i - height / 2, c + j - width / 2, word, value);
-          if (dilate ? !(extreme > pixel) : !(extreme < pixel)) extreme = pixel;
-        }
+      for (const Size cell : cells) {
+        const T pixel = first[cell.height * columns + cell.width];
+        if (dilate ? !(extreme > pixel) : !(extreme < pixel)) extreme = pixel;
       }
       result.push_back(copies ? get(src, srcStep, r, c) : extreme);
     }

@@ -3,7 +3,8 @@
 // The contents of test images: random pixels, and also runs, extremes, mostly empty images and the special
 // values of a format.
 
-#include <cstring>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <type_traits>
 #include <vector>
@@ -75,41 +76,9 @@ T randomValue(Random& random) {
   }
 }
 
-/// Fills `count` pixels at any address.
+/// Fills `count` pixels at any address. Most of the time of the tests is spent here, so it is compiled once,
+/// with optimisation, for the types of pixels.
 template <class T>
-void fillPixels(void* at, std::size_t count, Content content, std::uint64_t seed) {
-  Random random(seed);
-  const auto& special = specialValues<T>();
-  T run{};
-  int left = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    T value{};
-    switch (content) {
-      case Content::random:
-        value = randomValue<T>(random);
-        break;
-      case Content::halfEmpty:
-        value = random.below(2) != 0 ? randomValue<T>(random) : T{};
-        break;
-      case Content::special:
-        value = random.oneOf(special);
-        break;
-      case Content::runs:
-      case Content::blocks:
-        if (left-- == 0) {
-          left = random.below(content == Content::runs ? 24 : 200);
-          run = random.below(3) == 0 ? T{} : random.oneOf(special);
-        }
-        value = run;
-        break;
-      case Content::empty:
-        break;
-      case Content::full:
-        value = std::numeric_limits<T>::max();
-        break;
-    }
-    std::memcpy(static_cast<unsigned char*>(at) + i * sizeof(T), &value, sizeof value);
-  }
-}
+void fillPixels(void* at, std::size_t count, Content content, std::uint64_t seed);
 
 }  // namespace Zorvan::Test
