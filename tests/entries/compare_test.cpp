@@ -30,7 +30,7 @@ Compare<float>* floatReferenceOf(int variant) {
 /// Floats have a reference by variant. Overload resolution prefers this to the form for all entries.
 void registerEntry(const std::string& family, const std::string& name, const CheckRules& rules,
                    Compare<float>* /*reference*/, const Primitives::Row<Compare<float>>& row) {
-  registerForEachVariant(family, name, [rules, &row](int variant) {
+  registerDrawnCases(family, name, [rules, &row](int variant) {
     checkEntry<SameBytes>(floatReferenceOf(variant), row.routine[1 + variant], rules);
   });
 }

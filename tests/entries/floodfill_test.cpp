@@ -167,6 +167,28 @@ void everyOffset(const FillEntry<T>& entry, int variant) {
   });
 }
 
+/// Any shape, or the given pixels.
+template <class T>
+void drawnCases(const FillEntry<T>& entry, int variant) {
+  bool agrees = true;
+  forEachDraw([&](Random& random) {
+    const Size roi = drawnSize(random);
+    const Point seed{random.below(roi.width), random.below(roi.height)};
+    if (givenPixels.empty() || random.below(2) == 0) {
+      const FillShape shape = random.oneOf(allFillShapes);
+      agrees = agrees && agreeOnShape(entry, variant, shape, roi, seed, random);
+      return;
+    }
+    const int moreBytes = static_cast<int>(sizeof(T)) * random.below(70);
+    const auto pixelAt = [roi](int x, int y) {
+      const auto index = static_cast<std::uint64_t>(y * roi.width + x);
+      return (givenPixel<u8>(index / 8) >> index % 8 & 1) != 0 ? otherPixel<T> : oldPixel<T>;
+    };
+    agrees = agrees && agreeOn<T>(entry, variant, roi, moreBytes, {Placement::Edge::inside, random.below(64)},
+                                  seed, oldPixel<T>, newPixel<T>, pixelAt, "given pixels");
+  });
+}
+
 /// Rows that lie whole pages apart, whose columns are not followed in registers.
 template <class T>
 void pagedRows(const FillEntry<T>& entry, int variant) {
@@ -284,6 +306,8 @@ void registerFill(const char* name, FillRoutine<T>* reference, const Primitives:
     registerForEachVariant("FloodFill", std::string(name) + "/" + type,
                            [entry, body](int variant) { body(entry, variant); });
   };
+  registerDrawnCases("FloodFill", std::string(name) + "/DrawnCases",
+                     [entry](int variant) { drawnCases(entry, variant); });
   add("Shapes", shapes);
   add("PagedRows", pagedRows);
   if (limitsAreLowered) add("EveryOffset", everyOffset);

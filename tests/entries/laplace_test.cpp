@@ -174,7 +174,7 @@ LaplaceCase anyCase(Size roi, int mask, int border, Random& random) {
           anyPlacement(random),
           anyPlacement(random),
           random.below(2) != 0,
-          random.oneOf(allContents),
+          drawnContent(random, allContents),
           random.next()};
 }
 
@@ -250,6 +250,18 @@ void everyOffset(const LaplaceEntry<T>& entry, int variant) {
         agreeAt(c, offset, random);
       }
     }
+  });
+}
+
+/// Any case at all.
+template <class T>
+void drawnCases(const LaplaceEntry<T>& entry, int variant) {
+  const auto words = borderWords();
+  bool agrees = true;
+  forEachDraw([&](Random& random) {
+    const int masks[] = {33, 55};
+    const LaplaceCase c = anyCase<T>(drawnSize(random), random.oneOf(masks), random.oneOf(words), random);
+    agrees = agrees && agreeOn(entry, variant, c, anyValue<T>(random));
   });
 }
 
@@ -394,6 +406,8 @@ void registerLaplace(const char* name, LaplaceRoutine<T>* reference,
     registerForEachVariant("Laplace", std::string(name) + "/" + type,
                            [entry, body](int variant) { body(entry, variant); });
   };
+  registerDrawnCases("Laplace", std::string(name) + "/DrawnCases",
+                     [entry](int variant) { drawnCases(entry, variant); });
   add("SmallRegions", smallRegions);
   add("WideRegions", wideRegions);
   if (limitsAreLowered) {

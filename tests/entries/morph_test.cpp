@@ -116,7 +116,7 @@ MorphCase drawCase(Random& random, const MorphMaskCells& mask, Size roi) {
           roi,
           random.below(24) == 0 ? 240 : random.oneOf(borderTypes) | sides,
           4 * random.below(3),
-          random.oneOf(contents),
+          drawnContent(random, contents),
           random.oneOf(placements),
           random.next()};
 }
@@ -143,6 +143,32 @@ void manyMasks(const Pair<T, Spec>& pair) {
       if (differences >= 3) return;
     }
   }
+}
+
+MorphMaskCells drawnMask(Random& random) {
+  const int most = random.below(8) == 0 ? 19 : 7;
+  const Size size{1 + random.below(most), 1 + random.below(most)};
+  switch (random.below(4)) {
+    case 0:
+      return randomMask(random, size, 10 + random.below(90));
+    case 1:
+      return randomRuns(random, size);
+    case 2:
+      return crossOf(size.width, random.below(size.width), random.below(size.width));
+    default:
+      return solidMask(size);
+  }
+}
+
+/// Any mask on any small region.
+template <class T, class Spec>
+void drawnCases(const Pair<T, Spec>& pair) {
+  bool agrees = true;
+  forEachDraw([&](Random& random) {
+    const MorphMaskCells mask = drawnMask(random);
+    const Size roi{1 + random.below(random.below(4) == 0 ? 140 : 40), 1 + random.below(20)};
+    agrees = agrees && pair.agreesOn(drawCase(random, mask, roi));
+  });
 }
 
 /// Every small region with every border word, for masks with every form of stripes.
@@ -420,6 +446,9 @@ void registerMorph(const char* name, MorphRoutine<T, Spec>* reference,
   const auto onPair = [](auto body) {
     return [body](auto* expected, auto* actual) { body(Pair<T, Spec>{expected, actual}); };
   };
+  registerDrawnCases("Morphology", std::string(name) + "_drawnCases", [=, &row](int variant) {
+    drawnCases(Pair<T, Spec>{reference, row.routine[1 + variant]});
+  });
   add("", onPair(manyMasks<T, Spec>));
   add("_everyWord", onPair(everyWord<T, Spec>));
   if (limitsAreLowered) {

@@ -40,7 +40,7 @@ FloatExtremes* testedRoutine = nullptr;
 
 void registerStatistic(const char* name, const CheckRules& rules, FloatExtremes*,
                        const Primitives::Row<FloatExtremes>& row) {
-  registerForEachVariant("Statistic", name, [rules, &row](int variant) {
+  registerDrawnCases("Statistic", name, [rules, &row](int variant) {
     testedRoutine = row.routine[1 + variant];
     checkEntry<SameValue>(&withoutNans<Reference::ippiMinMaxIndx_32f_C1MR>, &withoutNans<testedRoutine>,
                           rules);

@@ -3,6 +3,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/frame/ExpectedFeatures.h"
 #include "tests/frame/FakeProcessorTest.h"
 
 namespace Zorvan::Test {
@@ -13,41 +14,19 @@ using namespace Primitives;
 
 using FeatureMask = FakeProcessorTest;
 
-struct Source {
-  int maskBit;
-  std::uint32_t leaf;
-  char reg;
-  int bit;
-};
-
-constexpr std::uint32_t extended = 0x80000001;
-
-// Repeated on purpose: the list that the library expands is under test.
-constexpr Source sources[] = {
-    {0, 1, 'd', 23},        {1, 1, 'd', 25},  {2, 1, 'd', 26},  {3, 1, 'c', 0},   {4, 1, 'c', 9},
-    {5, 1, 'c', 22},        {6, 1, 'c', 19},  {7, 1, 'c', 20},  {8, 1, 'c', 28},  {10, 1, 'c', 25},
-    {11, 1, 'c', 1},        {13, 1, 'c', 30}, {14, 1, 'c', 29}, {16, 7, 'b', 19}, {17, 7, 'b', 18},
-    {18, extended, 'c', 8}, {19, 7, 'b', 29}, {20, 7, 'b', 16}, {21, 7, 'b', 28}, {22, 7, 'b', 27},
-    {23, 7, 'b', 26},       {24, 7, 'b', 30}, {25, 7, 'b', 17}, {26, 7, 'b', 31}, {27, 7, 'c', 1},
-    {28, 7, 'b', 14},       {29, 7, 'd', 3},  {30, 7, 'd', 2},  {32, 7, 'b', 21}, {34, 7, 'c', 14},
-    {35, 7, 'c', 12},
-};
-
-constexpr std::uint64_t bit(int number) { return std::uint64_t{1} << number; }
-
 TEST_F(FeatureMask, IsEmptyForAProcessorWithoutFeatures) { EXPECT_EQ(mask(), 0u); }
 
 TEST_F(FeatureMask, HasOneBitForEachSourceBitAndNoneForOtherBits) {
-  for (const std::uint32_t leaf : {1u, 7u, extended}) {
+  for (const std::uint32_t leaf : {1u, 7u, extendedLeaf1}) {
     for (int reg = leaf == 1 ? 1 : 0; reg < 4; ++reg) {  // EAX of leaf 1 is the signature
       for (int sourceBit = 0; sourceBit < 32; ++sourceBit) {
         FakeProcessor single;
         single.setHighestLeaf(7);
-        single.setHighestExtendedLeaf(extended);
+        single.setHighestExtendedLeaf(extendedLeaf1);
         single.setBit(leaf, reg, sourceBit);
         fakeWith(single);
         std::uint64_t expected = 0;
-        for (const Source& source : sources) {
+        for (const FeatureSource& source : featureSources) {
           if (source.leaf == leaf && source.reg == "abcd"[reg] && source.bit == sourceBit)
             expected = bit(source.maskBit);
         }
@@ -72,11 +51,11 @@ TEST_F(FeatureMask, NamesTheFeaturesByTheirBits) {
 
 TEST_F(FeatureMask, IsFullForAProcessorWithEverything) {
   processor.setHighestLeaf(7);
-  processor.setHighestExtendedLeaf(extended);
+  processor.setHighestExtendedLeaf(extendedLeaf1);
   processor.setSavedState(0xE7);
   processor.setLeaf(1, {0xB10, ~0u, ~0u, ~0u});
   processor.setLeaf(7, {~0u, ~0u, ~0u, ~0u});
-  processor.setLeaf(extended, {~0u, ~0u, ~0u, ~0u});
+  processor.setLeaf(extendedLeaf1, {~0u, ~0u, ~0u, ~0u});
   EXPECT_EQ(mask(), bit(36) - 1 - bit(12));
 }
 
@@ -128,7 +107,7 @@ TEST_F(FeatureMask, HasTheAvx2GroupWithAllFourOnly) {
 }
 
 TEST_F(FeatureMask, ReadsTheExtendedLeafOnlyWhereItExists) {
-  processor.setBit(extended, Ecx, 8);
+  processor.setBit(extendedLeaf1, Ecx, 8);
   for (const std::uint32_t highest : {0u, 1u, 0x7FFFFFFFu, 0x80000000u}) {
     processor.setHighestExtendedLeaf(highest);
     EXPECT_EQ(mask(), 0u) << highest;

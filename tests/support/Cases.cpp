@@ -42,8 +42,8 @@ const char* nameOf(StepType type) {
 }
 
 const char* nameOf(Content content) {
-  constexpr const char* names[] = {"random", "half empty", "runs",  "special values",
-                                   "empty",  "full",       "blocks"};
+  constexpr const char* names[] = {"random", "half empty", "runs",   "special values",
+                                   "empty",  "full",       "blocks", "given"};
   return names[static_cast<int>(content)];
 }
 
@@ -55,20 +55,20 @@ std::string nameOf(Placement placement) {
 
 Layout layoutOf(Random& random, const CaseRange& range, bool tight) {
   return {tight ? StepType::tight : random.oneOf(range.stepTypes), placementOf(random),
-          random.oneOf(allContents)};
-}
-
-/// Random sizes, small ones more often than large ones.
-Size drawnSize(Random& random) {
-  const int width = 1 + random.below(1 << (1 + random.below(11)));
-  const int height = 1 + random.below(1 << (1 + random.below(5)));
-  return {width, height};
+          drawnContent(random, allContents)};
 }
 
 /// A cache for nothing, little or everything, or an unknown one.
 struct DrawnCache {
   int bytes, status;
+
+  std::string text() const {
+    return status != 0 ? "cache unknown" : "cache of " + std::to_string(bytes) + " bytes";
+  }
 };
+constexpr DrawnCache caches[] = {{0, 0}, {512, 0}, {1 << 30, 0}, {0, 37}};
+
+std::span<const unsigned char> bytesOfCases;
 
 /// All images at the offset with strides of whole lines, so that all rows have the same offset; then any
 /// layout.
@@ -76,7 +76,6 @@ void forEachCaseOfAllOffsets(const CaseRange& range, int imageCount,
                              const std::function<void(const Case&)>& use) {
   forEachOffset([&](int width, int offset, Random& random) {
     for (const bool alike : {true, false}) {
-      constexpr DrawnCache caches[] = {{0, 0}, {512, 0}, {1 << 30, 0}, {0, 37}};
       const DrawnCache drawn = random.oneOf(caches);
       const ForcedCache cache(drawn.bytes, 64, drawn.status);
       Case c{{width, drawnHeight(random, width)}, {}, random.next()};
@@ -89,9 +88,7 @@ void forEachCaseOfAllOffsets(const CaseRange& range, int imageCount,
         }
         c.images.push_back(layout);
       }
-      const testing::ScopedTrace trace(
-          __FILE__, __LINE__,
-          drawn.status != 0 ? "cache unknown" : "cache of " + std::to_string(drawn.bytes) + " bytes");
+      const testing::ScopedTrace trace(__FILE__, __LINE__, drawn.text());
       use(c);
     }
   });
@@ -160,6 +157,30 @@ void forEachOffset(const std::function<void(int width, int offset, Random& rando
   allOffsetsWereUsed = true;
 }
 
+void drawCasesFrom(std::span<const unsigned char> bytes) { bytesOfCases = bytes; }
+
+void forEachDraw(const std::function<void(Random& random)>& use) {
+  const Level level = options().level;
+  const int rounds = level == Level::few     ? 10
+                     : level == Level::quick ? 100
+                     : level == Level::full  ? 1000
+                                             : options().rounds;
+  Random random(options().seed, bytesOfCases);
+  for (int round = 0; round < rounds; ++round) {
+    const DrawnCache drawn = random.oneOf(caches);
+    const ForcedCache cache(drawn.bytes, 64, drawn.status);
+    const testing::ScopedTrace trace(__FILE__, __LINE__, drawn.text());
+    use(random);
+  }
+}
+
+Size drawnSize(Random& random) {
+  const int mostBits = limitsAreLowered ? 8 : 11;
+  const int width = 1 + random.below(1 << (1 + random.below(mostBits)));
+  const int height = 1 + random.below(1 << (1 + random.below(5)));
+  return {width, height};
+}
+
 int drawnHeight(Random& random, int width) {
   const int most = random.below(4) != 0 ? 9 : width < 24 ? 70 : 24;
   return 1 + random.below(most);
@@ -167,22 +188,23 @@ int drawnHeight(Random& random, int width) {
 
 void forEachCase(const CaseRange& range, int imageCount, const std::function<void(const Case&)>& use) {
   const Level level = options().level;
-  Random random(options().seed);
-  const auto useLayouts = [&](Size roi, bool tight) {
+  const auto useLayouts = [&](Random& random, Size roi, bool tight) {
     Case c{roi, {}, random.next()};
     for (int image = 0; image < imageCount; ++image) c.images.push_back(layoutOf(random, range, tight));
     use(c);
   };
   if (level == Level::fuzz) {
-    for (int round = 0; round < options().rounds; ++round)
-      useLayouts(drawnSize(random), random.below(4) == 0);
-    return;
+    return forEachDraw([&](Random& random) {
+      const Size roi = drawnSize(random);
+      useLayouts(random, roi, random.below(4) == 0);
+    });
   }
   if (limitsAreLowered) return forEachCaseOfAllOffsets(range, imageCount, use);
+  Random random(options().seed);
   for (const int width : widthsOf(range, level)) {
     for (int height = 1; height <= range.heights; ++height) {
       for (int i = 0; i < layoutsPerSize(level); ++i) {
-        useLayouts({width, height}, i == 0);  // all tight: only then can rows run as one
+        useLayouts(random, {width, height}, i == 0);  // all tight: only then can rows run as one
       }
     }
   }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,16 @@ std::vector<int> widthsOf(const CaseRange& range, Level level);
 /// Calls `use` with widths up to 140 at every offset within a line, or a sample of them, for tests with
 /// lowered limits.
 void forEachOffset(const std::function<void(int width, int offset, Random& random)>& use);
+
+/// Draws from these bytes from now on, and from the seed of the options when they are used up.
+void drawCasesFrom(std::span<const unsigned char> bytes);
+
+/// Calls `use` with numbers to draw one case from, as often as the level of the options asks for, each time
+/// with a drawn cache.
+void forEachDraw(const std::function<void(Random& random)>& use);
+
+/// Random sizes, small ones more often than large ones.
+Size drawnSize(Random& random);
 
 /// Mostly few rows, many if they are short.
 int drawnHeight(Random& random, int width);

@@ -22,7 +22,7 @@ void registerEntryTests();
 template <class Agreement = SameBytes, class Result, class... Parameters>
 void registerEntry(const std::string& family, const std::string& name, const CheckRules& rules,
                    Result (*reference)(Parameters...), const Primitives::Row<Result(Parameters...)>& row) {
-  registerForEachVariant(family, name, [rules, reference, &row](int variant) {
+  registerDrawnCases(family, name, [rules, reference, &row](int variant) {
     checkEntry<Agreement>(reference, row.routine[1 + variant], rules);
   });
 }

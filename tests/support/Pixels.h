@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <type_traits>
 #include <vector>
 
@@ -13,10 +14,19 @@
 
 namespace Zorvan::Test {
 
-enum class Content { random, halfEmpty, runs, special, empty, full, blocks };
+enum class Content { random, halfEmpty, runs, special, empty, full, blocks, given };
 inline constexpr Content allContents[] = {Content::random,  Content::halfEmpty, Content::runs,
                                           Content::special, Content::blocks,    Content::empty,
                                           Content::full};
+
+/// The bytes of images with the content `given`, repeated; none unless a fuzzer sets them.
+inline std::span<const unsigned char> givenPixels;
+
+/// One of the contents, also the given one if there is any.
+template <class Contents>
+Content drawnContent(Random& random, const Contents& contents) {
+  return !givenPixels.empty() && random.below(2) == 0 ? Content::given : random.oneOf(contents);
+}
 
 template <class T>
 const std::vector<T>& specialValues() {

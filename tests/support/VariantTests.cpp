@@ -26,6 +26,7 @@ class VariantTest : public testing::Test {
 };
 
 bool foundEntry = false;
+std::vector<DrawnCases> drawnCases;
 
 bool contains(const std::string& name, const std::string& part) {
   return name.find(part) != std::string::npos;
@@ -52,6 +53,13 @@ void registerForEachVariant(const std::string& family, const std::string& entry,
                           [variant, body]() -> testing::Test* { return new VariantTest(variant, body); });
   }
 }
+
+void registerDrawnCases(const std::string& family, const std::string& entry, std::function<void(int)> body) {
+  drawnCases.push_back({family + "." + entry, body});
+  registerForEachVariant(family, entry, std::move(body));
+}
+
+const std::vector<DrawnCases>& allDrawnCases() { return drawnCases; }
 
 bool entryWasFound() { return foundEntry; }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "zorvan/primitives/frame/Processor.h"
 
@@ -29,6 +30,19 @@ class ForcedVariant {
 /// index. Variants that this processor cannot run are reported as skipped.
 void registerForEachVariant(const std::string& family, const std::string& entry,
                             std::function<void(int)> body);
+
+/// Does the same for a body whose cases are drawn by forEachCase or forEachDraw, so that a fuzzer can draw
+/// them.
+void registerDrawnCases(const std::string& family, const std::string& entry, std::function<void(int)> body);
+
+/// The name of a test and its body for any variant.
+struct DrawnCases {
+  std::string name;
+  std::function<void(int)> body;
+};
+
+/// All that have been registered.
+const std::vector<DrawnCases>& allDrawnCases();
 
 /// Whether the name of a registered entry contains the text of `--entry=`.
 bool entryWasFound();

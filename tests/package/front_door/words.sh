@@ -77,6 +77,8 @@ refuses fuzz 0
 refuses fuzz -1
 refuses fuzz 1.5
 refuses fuzz 1 1
+refuses fuzz facades containers
+refuses fuzz 20 "facades containers"
 refuses docs --help=no
 
 hands_on "run_demo $PWD/build/release picture.png" demo picture.png
@@ -91,4 +93,7 @@ hands_on "run_bench $PWD/build/release --sizes=640x480,64x64" bench --sizes=640x
 hands_on "run_bench $PWD/build/release --ours --layout=all --seconds=1" bench --ours --layout=all --seconds=1
 hands_on "measure $PWD/build/release --short" bench measure --short
 hands_on "compare.py before after --rounds=2" bench compare before after --rounds=2
+hands_on "run_fuzz $PWD/build/fuzz 20 facades" fuzz facades 20
+hands_on "run_fuzz $PWD/build/fuzz 600 facades" fuzz facades
+hands_on "run_fuzz $PWD/build/fuzz 20 $(cd "$1/tests/fuzz/corpus" && ls | sed 's/\.txt$//' | paste -sd ' ')" fuzz 20
 exit "$failed"
