@@ -146,7 +146,7 @@ void manyMasks(const Pair<T, Spec>& pair) {
 }
 
 MorphMaskCells drawnMask(Random& random) {
-  const int most = random.below(8) == 0 ? 19 : 7;
+  const int most = random.below(16) == 0 ? 19 : 5;
   const Size size{1 + random.below(most), 1 + random.below(most)};
   switch (random.below(4)) {
     case 0:
@@ -166,7 +166,7 @@ void drawnCases(const Pair<T, Spec>& pair) {
   bool agrees = true;
   forEachDraw([&](Random& random) {
     const MorphMaskCells mask = drawnMask(random);
-    const Size roi{1 + random.below(random.below(4) == 0 ? 140 : 40), 1 + random.below(20)};
+    const Size roi{1 + random.below(random.below(8) == 0 ? 140 : 33), 1 + random.below(12)};
     agrees = agrees && pair.agreesOn(drawCase(random, mask, roi));
   });
 }

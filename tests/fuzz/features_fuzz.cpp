@@ -137,6 +137,10 @@ class Queries {
     }
   }
   Registers anyRegisters() {
+    constexpr std::uint32_t allSet = 0xFFFFFFFF;
+    const int kind = input_.ConsumeIntegralInRange(0, 3);
+    if (kind == 0) return {};
+    if (kind == 1) return {allSet, allSet, allSet, allSet};
     Registers registers;
     for (std::uint32_t& word : registers) word = anyWord();
     return registers;
@@ -162,7 +166,7 @@ class Queries {
     machine_.extended = anyRegisters();
     machine_.savedState = input_.ConsumeIntegral<std::uint8_t>();
     machine_.leaf4 = {};
-    const bool many = input_.ConsumeIntegralInRange(0, 15) == 0;
+    const bool many = input_.ConsumeIntegralInRange(0, 3) == 0;
     const std::size_t caches =
         many ? machine_.leaf4.size() : input_.ConsumeIntegralInRange<std::size_t>(0, 4);
     for (std::uint32_t i = 0; i < caches; ++i) {
