@@ -203,7 +203,7 @@ class Images {
   /// Elements for `size` pixels; any size is accepted with any block.
   std::int64_t anyElements(Size size) {
     const std::int64_t pixels = std::int64_t{size.width} * size.height;
-    return pixels > 0 && pixels * elementBytes <= mostBlockBytes ? pixels : 1;
+    return pixels > 0 && pixels <= mostBlockBytes / elementBytes ? pixels : 1;
   }
 
   void wrapPointer() {
