@@ -6,7 +6,7 @@ fresh_clone() {
   local source=$1 scratch=$2 tool
   calls=$scratch/calls
   rm -rf "$scratch"
-  mkdir -p "$scratch"/{tools,clone/{examples,bench,python,zorvan/primitives/frame,tests/fuzz}}
+  mkdir -p "$scratch"/{tools,clone/{examples,bench,python,zorvan/primitives/frame,tests/{coverage,fuzz}}}
   cp "$source/run" "$source/README.md" "$scratch/clone"
   cp "$source/zorvan/primitives/frame/Variants.def" "$scratch/clone/zorvan/primitives/frame"
   cp -r "$source/tests/fuzz/corpus" "$scratch/clone/tests/fuzz"
@@ -21,6 +21,7 @@ fresh_clone() {
   fake "$scratch/clone/bench/measure" measure
   fake "$scratch/clone/bench/compare.py" compare.py
   fake "$scratch/clone/tests/fuzz/run_fuzz" run_fuzz
+  fake "$scratch/clone/tests/coverage/run_coverage" run_coverage
   fake "$scratch/clone/python/run_tests" run_tests
   fake "$scratch/clone/python/run_wheel" run_wheel
   # Every package is installed.

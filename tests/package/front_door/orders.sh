@@ -7,7 +7,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 . "$here/clone.sh"
 fresh_clone "$1" "$2"
 
-commands=(demo test bench python docs "fuzz 20" "check valgrind" "check lint" "check compilers")
+commands=(demo test bench coverage python docs "fuzz 20" "check valgrind" "check lint" "check compilers")
 failed=0 tried=0
 
 works_after() {

@@ -41,7 +41,7 @@ hands_on() {
   grep -qxF -- "$call" "$calls" || fail "$*: does not call: $call"
 }
 
-for command in demo test bench check fuzz python docs format; do
+for command in demo test bench check coverage fuzz python docs format; do
   explains "$command" --help
   explains "$command" -h
   refuses "$command" nonsense
@@ -86,6 +86,7 @@ hands_on "run_demo $PWD/build/release --threshold=40 --name=discs picture.png" \
   demo --threshold=40 --name=discs picture.png
 hands_on "ctest --preset release --parallel $(nproc) --label-regex quick -R Fill.* --rerun-failed" \
   test quick -R 'Fill.*' --rerun-failed
+hands_on "run_coverage $PWD $PWD/build/coverage" coverage
 hands_on "run_bench $PWD/build/release --quick --variant=VariantAvx2 --benchmark_filter=Copy" \
   bench --quick --variant=VariantAvx2 --benchmark_filter=Copy
 hands_on "run_bench $PWD/build/release --variant=all --sizes=limits" bench --variant=all --sizes=limits
