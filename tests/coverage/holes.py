@@ -8,6 +8,7 @@ import re
 Hole = collections.namedtuple("Hole", "path what text")
 
 COMMENT = re.compile(r"//.*|/\*.*?\*/")
+CONDITIONAL = re.compile(r"\s*#\s*(if|el|endif)")
 
 
 def textOf(lines, span):
@@ -37,8 +38,22 @@ class Sources:
         return self._lines[path]
 
     def isCode(self, path, line):
-        """Whether the line has more than a comment or a bracket."""
-        return re.search(r"\w", COMMENT.sub("", self.lines(path)[line - 1])) is not None
+        """Whether the line has more than a comment, a bracket or a condition of the preprocessor."""
+        text = COMMENT.sub("", self.lines(path)[line - 1])
+        return re.search(r"\w", text) is not None and not CONDITIONAL.match(text)
+
+    def isSwitch(self, path, span):
+        """Whether the condition is that of a switch: its branch is a default that the source does not have, since
+        compilers report an enumerator without a case."""
+        return self.lines(path)[span[0] - 1][:span[1] - 1].rstrip().endswith("switch (")
+
+    def ofLibrary(self, files):
+        """The files of the library, without what is no code."""
+        kept = {path: file for path, file in files.items() if self.isIn(path)}
+        for path, file in kept.items():
+            file.lines = {line: times for line, times in file.lines.items() if self.isCode(path, line)}
+            file.branches = {span: times for span, times in file.branches.items() if not self.isSwitch(path, span)}
+        return kept
 
 
 def holesOf(sources, files):

@@ -23,6 +23,13 @@ template <int width> int f(int x) {
 }
 int g() { return 0; }
 ENTRY(h)
+void s(E e) {
+#ifdef __AVX__
+  switch (e) {
+    case E::a: g();
+  }
+#endif
+}
 """
 
 
@@ -60,9 +67,7 @@ class Planted(unittest.TestCase):
 
     def holes(self, records, unit, counted=None):
         counts = Counts(VARIANTS, records, counted or {record["name"] for record in records})
-        files = {path: file for path, file in counts.units[unit].items() if self.sources.isIn(path)}
-        for file in files.values():
-            file.lines = {line: times for line, times in file.lines.items() if self.sources.isCode(self.file, line)}
+        files = self.sources.ofLibrary(counts.units[unit])
         return {(hole.what, line) for hole, lines in holesOf(self.sources, files).items() for line in lines}
 
 
@@ -114,6 +119,14 @@ class Holes(Planted):
         self.assertEqual(Counts(VARIANTS, records, {"VariantAvx:_Z1f"}).unused, {(self.file, (11, 9, 11, 22))})
         records.append(self.record("VariantAvx2:_Z1g", [(11, 9, 11, 22, 0)]))
         self.assertEqual(Counts(VARIANTS, records, {"VariantAvx2:_Z1g"}).unused, {(self.file, (1, 35, 10, 2))})
+
+
+    def test_what_is_no_code(self):
+        records = [self.record("VariantAvx:_Z1s", [(13, 13, 19, 2, 3), (16, 5, 16, 20, 3)],
+                               [(15, 11, 15, 12, 0, 3), (16, 5, 16, 14, 3, 0)])]
+        self.assertEqual(self.holes(records, "VariantAvx"), {("never false", 16)})
+        records = [self.record("VariantAvx:_Z1s", [(13, 13, 19, 2, 0), (16, 5, 16, 20, 0)])]
+        self.assertEqual(self.holes(records, "VariantAvx"), {("line", 13), ("line", 15), ("line", 16)})
 
 
 class List(Planted):
