@@ -4,7 +4,7 @@ import collections
 import os
 import re
 
-# what: "line", or the outcome of a branch. text: the line, or the condition of the branch.
+# what: "line", "never true", "never false" or "unused". text: the line, or the condition of the branch.
 Hole = collections.namedtuple("Hole", "path what text")
 
 COMMENT = re.compile(r"//.*|/\*.*?\*/")
@@ -69,6 +69,17 @@ def holesOf(sources, files):
                 if times == 0 and file.lines.get(span[0], 0) > 0:
                     text = textOf(sources.lines(path), span)
                     holes[Hole(sources.relative(path), what, text)].append(span[0])
+    return holes
+
+
+def unusedFunctions(sources, bodies):
+    """Functions that no source of any variant uses, except those that may be for the compiler alone."""
+    holes = collections.defaultdict(list)
+    for path, span in sorted(bodies):
+        if sources.isIn(path):
+            text = " ".join(sources.lines(path)[span[0] - 1].split())
+            if not re.search(r"\b(constexpr|consteval)\b", text):
+                holes[Hole(sources.relative(path), "unused", text)].append(span[0])
     return holes
 
 

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 
 from counts import CODE, COMMON, EXPANSION, GAP, Counts
-from holes import Exceptions, Hole, Sources, holesOf
+from holes import Exceptions, Hole, Sources, holesOf, unusedFunctions
 
 VARIANTS = ["VariantAvx", "VariantAvx2"]
 PATH = "zorvan/kernels/f.h"
@@ -117,6 +117,8 @@ class Holes(Planted):
         records = [self.f("VariantAvx", 1, 0), self.record("VariantAvx:_Z1g", [(11, 9, 11, 22, 0)])]
         self.assertNotIn(("line", 11), self.holes(records, "VariantAvx", {"VariantAvx:_Z1f"}))
         self.assertEqual(Counts(VARIANTS, records, {"VariantAvx:_Z1f"}).unused, {(self.file, (11, 9, 11, 22))})
+        self.assertEqual(unusedFunctions(self.sources, {(self.file, (11, 9, 11, 22))}),
+                         {Hole(PATH, "unused", "int g() { return 0; }"): [11]})
         records.append(self.record("VariantAvx2:_Z1g", [(11, 9, 11, 22, 0)]))
         self.assertEqual(Counts(VARIANTS, records, {"VariantAvx2:_Z1g"}).unused, {(self.file, (1, 35, 10, 2))})
 
