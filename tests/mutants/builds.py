@@ -72,6 +72,11 @@ class Build:
                         if line.split()[-2] in "TDBR") for path in (os.path.join(self.folder, obj), output))
         return not old <= new
 
+    def initialData(self, path):
+        """The bytes with which the object's variables start."""
+        lines = run(["objdump", "-s", "-j", ".data", path], cwd=self.folder).stdout.splitlines()
+        return [line for line in lines if line.startswith(" ")]
+
     @functools.cache
     def namesOfTests(self, program):
         return set(re.findall(r"\b(?:ippi|core)\w+", run([os.path.join(self.folder, program), "--gtest_list_tests"]).stdout))

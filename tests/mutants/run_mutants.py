@@ -215,7 +215,8 @@ class Trial:
                 if not self.build.comparable(obj):
                     before = os.path.join(self.folder, "before.o")
                     self.build.compile(obj, "/none", self.source(obj), before)
-                if same_code.difference(before, output):
+                if same_code.difference(before, output) or \
+                        self.build.initialData(before) != self.build.initialData(output):
                     return True
         return False
 
