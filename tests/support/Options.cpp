@@ -17,12 +17,12 @@ namespace {
 Options parsed;
 
 [[noreturn]] void refuse(const std::string& argument) {
-  std::fprintf(stderr,
-               "unknown argument: %s\n"
-               "known: --level=few|quick|full|fuzz --rounds=N --seed=N --entry=TEXT --variant=TEXT "
-               "--write=FILE --expected-index=N --expected-cache=N, and GoogleTest's --gtest_... flags
-variants:",
-               argument.c_str());
+  std::fprintf(
+      stderr,
+      "unknown argument: %s\n"
+      "known: --level=few|quick|full|fuzz --rounds=N --seed=N --entry=TEXT --variant=TEXT "
+      "--write=FILE --expected-index=N --expected-cache=N, and GoogleTest's --gtest_... flags\nvariants:",
+      argument.c_str());
   for (const char* name : Primitives::variantNames) std::fprintf(stderr, " %s", name);
   std::fprintf(stderr, "\n");
   std::exit(2);

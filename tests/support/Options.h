@@ -26,9 +26,9 @@ struct Options {
 const Options& options();
 
 /// With lowered limits the full level adds only the systematic cases: all others run with the library's
-/// limits. Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=`, `--write=`, `--expected-index=`
-/// and `--expected-cache=`; ends the program with a text for all other options and for invalid variants and
-/// numbers.
+/// limits. Takes `--level=`, `--seed=`, `--entry=`, `--variant=`, `--rounds=`, `--write=`,
+/// `--expected-index=` and `--expected-cache=`; ends the program with a text for all other options and for
+/// invalid variants and numbers.
 void parseOptions(int argc, char** argv);
 
 }  // namespace Zorvan::Test
