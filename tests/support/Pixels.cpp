@@ -16,18 +16,6 @@ void fill(void* at, std::size_t count, Pixel pixel) {
   }
 }
 
-/// Pixel `index` of the given ones. The bits of a NaN are those of all tests.
-template <class T>
-T givenPixel(std::uint64_t index) {
-  unsigned char bytes[sizeof(T)];
-  for (std::size_t i = 0; i < sizeof(T); ++i) {
-    bytes[i] = givenPixels[(index * sizeof(T) + i) % givenPixels.size()];
-  }
-  T value;
-  std::memcpy(&value, bytes, sizeof value);
-  return value == value ? value : std::numeric_limits<T>::quiet_NaN();
-}
-
 }  // namespace
 
 template <class T>

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <span>
 #include <type_traits>
@@ -84,6 +85,18 @@ T randomValue(Random& random) {
   } else {
     return static_cast<T>(random.next());
   }
+}
+
+/// Pixel `index` of the given ones. The bits of a NaN are those of all tests.
+template <class T>
+T givenPixel(std::uint64_t index) {
+  unsigned char bytes[sizeof(T)];
+  for (std::size_t i = 0; i < sizeof(T); ++i) {
+    bytes[i] = givenPixels[(index * sizeof(T) + i) % givenPixels.size()];
+  }
+  T value;
+  std::memcpy(&value, bytes, sizeof value);
+  return value == value ? value : std::numeric_limits<T>::quiet_NaN();
 }
 
 /// Fills `count` pixels at any address. Most of the time of the tests is spent here, so it is compiled once,
