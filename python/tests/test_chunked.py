@@ -36,9 +36,14 @@ def random_pixels(chunks, seed, dtype=np.uint8):
 
 @pytest.mark.parametrize("name", ["erode", "dilate", "open", "close"])
 @few
-@given(chunks=cut(), seed=st.integers(0, 99), size=st.tuples(st.integers(1, 8), st.integers(1, 8)))
-def test_morphology(name, chunks, seed, size):
-    pixels = random_pixels(chunks, seed)
+@given(
+    chunks=cut(),
+    seed=st.integers(0, 99),
+    size=st.tuples(st.integers(1, 8), st.integers(1, 8)),
+    dtype=st.sampled_from([np.uint8, np.float32]),
+)
+def test_morphology(name, chunks, seed, size, dtype):
+    pixels = random_pixels(chunks, seed, dtype)
     found = getattr(chunked, name)(dask.array.from_array(pixels, chunks), size)
     np.testing.assert_array_equal(found.compute(), getattr(zi, name)(pixels, size))
 
@@ -49,10 +54,12 @@ def test_morphology(name, chunks, seed, size):
     seed=st.integers(0, 99),
     size=st.sampled_from([3, 5]),
     border=st.sampled_from(["replicate", "constant"]),
-    dtype=st.sampled_from([np.uint8, np.int16]),
+    dtype=st.sampled_from([np.uint8, np.int16, np.float32]),
 )
 def test_laplace(chunks, seed, size, border, dtype):
     pixels = random_pixels(chunks, seed, dtype)
+    if dtype == np.float32:
+        pixels *= np.float32(np.pi)  # sums that are rounded
     found = chunked.laplace(dask.array.from_array(pixels, chunks), size, border, 9)
     np.testing.assert_array_equal(found.compute(), zi.laplace(pixels, size, border, 9))
 
