@@ -72,28 +72,43 @@ using QuotientLanes = VectorOfFloats<16>;
   storeAs(dst + 4, n1 / d1);
 }
 
+/// Vectors of pixels. Returns false and writes nothing if the estimate of a divisor is not usable. There is
+/// one branch for all vectors, because the test takes about as long as the quotients.
+template <int vectors>
+inline bool divideByEstimates(const float* divisors, const float* numerators, float* dst) {
+  constexpr int lanes = sizeof(QuotientLanes) / 4;
+  QuotientLanes d[vectors];
+  for (int j = 0; j < vectors; ++j) d[j] = loadAs<QuotientLanes>(divisors + j * lanes);
+  auto unusable = unusableDivisors(asIntegers(d[0]));
+  for (int j = 1; j < vectors; ++j) unusable = unusable | unusableDivisors(asIntegers(d[j]));
+  if (signMask(unusable) != 0) [[unlikely]]
+    return false;
+  for (int j = 0; j < vectors; ++j) {
+    storeAs(dst + j * lanes, productWithReciprocal(loadAs<QuotientLanes>(numerators + j * lanes), d[j]));
+  }
+  return true;
+}
+
 /// Returns whether any divisor of the row was 0.
 inline bool divideFloatRow(const float* divisors, const float* numerators, float* dst, std::int64_t n) {
-  constexpr int lanes = sizeof(QuotientLanes) / 4, vectors = 8 / lanes;
+  constexpr int lanes = sizeof(QuotientLanes) / 4, unrolled = 4 * lanes;
   bool anyZero = false;
+  const auto eights = [&](std::int64_t begin, std::int64_t end) {
+    for (std::int64_t i = begin; i != end; i += 8) {
+      if (divideByEstimates<8 / lanes>(divisors + i, numerators + i, dst + i)) continue;
+      divideEightFloats(divisors + i, numerators + i, dst + i, anyZero);
+    }
+  };
   const std::int64_t peel = peelOfFloats(addressOf(divisors), addressOf(numerators), addressOf(dst), n, 16);
   dividePixels(divisors, numerators, dst, 0, peel, anyZero);
   std::int64_t i = peel;
-  for (; i + 8 <= n; i += 8) {
-    QuotientLanes d[vectors], x[vectors];
-    int unusable = 0;
-    for (int j = 0; j < vectors; ++j) {
-      d[j] = loadAs<QuotientLanes>(divisors + i + j * lanes);
-      x[j] = loadAs<QuotientLanes>(numerators + i + j * lanes);
-      unusable |= signMask(unusableDivisors(asIntegers(d[j])));
-    }
-    if (unusable != 0) [[unlikely]] {
-      divideEightFloats(divisors + i, numerators + i, dst + i, anyZero);
-      continue;
-    }
-    for (int j = 0; j < vectors; ++j) storeAs(dst + i + j * lanes, productWithReciprocal(x[j], d[j]));
+  for (; i + unrolled <= n; i += unrolled) {
+    if (divideByEstimates<4>(divisors + i, numerators + i, dst + i)) continue;
+    eights(i, i + unrolled);
   }
-  dividePixels(divisors, numerators, dst, i, n, anyZero);
+  const std::int64_t tail = i + ((n - i) & ~7);
+  eights(i, tail);
+  dividePixels(divisors, numerators, dst, tail, n, anyZero);
   return anyZero;
 }
 
