@@ -190,6 +190,25 @@ def test_invert(case):
     check_written(zi.invert, np.invert, case, [case.array(0, np.uint8)], case.array(1, np.uint8))
 
 
+@pytest.mark.parametrize("shape", [(40, 255), (63, 257), (33, 256), (3, 9000), (2, 2**21)])
+def test_invert_of_long_rows(shape):
+    """The library writes past the cache from 256 columns on."""
+    src = np.random.default_rng(4).integers(0, 256, shape, dtype=np.uint8)
+    region = (1, 0, shape[0] - 1, shape[1])
+    np.testing.assert_array_equal(zi.invert(src), ~src)
+    out = src.copy()
+    zi.invert(src, out=out, region=region)
+    np.testing.assert_array_equal(out, np.vstack([src[:1], ~src[1:]]))
+
+
+def test_bits_of_floats_are_refused():
+    src, out = np.ones((20, 300), np.float32), np.zeros((20, 300), np.float32)
+    for call in (lambda: zi.invert(src, out), lambda: zi.bitwise_and(src, src, out)):
+        with pytest.raises(zi.IppError) as raised:
+            call()
+        assert raised.value.code == -59 and not out.any()
+
+
 @given(
     case=cases(2),
     comparison=st.sampled_from(
