@@ -176,6 +176,13 @@ def test_types_must_agree():
         zi.add(image(), image(dtype=np.float32))
 
 
+def test_masks_of_masked_arrays_are_not_used():
+    masked = np.ma.array(image(), mask=image() < 100)
+    np.testing.assert_array_equal(zi.invert(masked), ~image())
+    found = zi.min_max_index(masked, mask=~masked.mask)
+    assert (found.min, found.max) == (masked.min(), masked.max())
+
+
 # --- copy=True
 
 
