@@ -7,16 +7,16 @@ namespace Zorvan::Primitives {
 
 // Each stub passes on the arguments exactly as the caller passed them. A compiler might extend small
 // arguments or move those on the stack first, so the stub is written in assembly; rax and r11 hold no
-// argument.
+// argument. A sanitizer's checks of the two addresses would overwrite arguments.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wunused-parameter"
-#define STUB(name, Result, Parameters, Arguments)           \
-  [[gnu::naked, gnu::aligned(16)]] Result name Parameters { \
-    asm("movslq %c0(%%rip), %%rax\n\t"                      \
-        "leaq %c1(%%rip), %%r11\n\t"                        \
-        "jmp *(%%r11,%%rax,8)"                              \
-        :                                                   \
-        : "i"(&variantIndex), "i"(&table.name.routine[1])); \
+#define STUB(name, Result, Parameters, Arguments)                                        \
+  __attribute__((naked, aligned(16), no_sanitize("undefined"))) Result name Parameters { \
+    asm("movslq %c0(%%rip), %%rax\n\t"                                                   \
+        "leaq %c1(%%rip), %%r11\n\t"                                                     \
+        "jmp *(%%r11,%%rax,8)"                                                           \
+        :                                                                                \
+        : "i"(&variantIndex), "i"(&table.name.routine[1]));                              \
   }
 #define ENTRY(...) STUB(__VA_ARGS__)
 #include "zorvan/primitives/frame/Entries.def"
