@@ -89,11 +89,25 @@ py::object usableCopy(PyArrayObject* array, const char* name, TypeSet types) {
   return copy;
 }
 
+bool isMaskedArray(Value value) {
+  return PyArray_Check(value) && !PyArray_CheckExact(value) &&
+         py::isinstance(value, py::module_::import("numpy.ma").attr("MaskedArray"));
+}
+
 py::object arrayOf(Value value, const char* name, bool mayCopy) {
+  const std::string subject = name;
+  if (isMaskedArray(value)) {
+    throw py::type_error(subject + " is a masked array, whose mask would be lost: pass " + subject +
+                         ".data, with mask=~" + subject + ".mask to a function that takes a mask");
+  }
   if (PyArray_Check(value)) return py::reinterpret_borrow<py::object>(value);
+  if (PyNumber_Check(value) != 0) {
+    throw py::type_error(subject + " must be a numpy array, not the number " + textOf(value) +
+                         ": add_constant and its like take numbers; numpy.full makes an array of one");
+  }
   if (!mayCopy) {
-    throw py::type_error(std::string(name) + " must be a numpy array, not " + Py_TYPE(value)->tp_name +
-                         ": pass numpy.asarray(" + name + "), or copy=True");
+    throw py::type_error(subject + " must be a numpy array, not " + Py_TYPE(value)->tp_name +
+                         ": pass numpy.asarray(" + subject + "), or copy=True");
   }
   auto array = py::reinterpret_steal<py::object>(PyArray_FROM_O(value));
   if (!array) throw py::error_already_set();

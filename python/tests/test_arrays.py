@@ -176,11 +176,19 @@ def test_types_must_agree():
         zi.add(image(), image(dtype=np.float32))
 
 
-def test_masks_of_masked_arrays_are_not_used():
+def test_masked_arrays_are_refused():
     masked = np.ma.array(image(), mask=image() < 100)
-    np.testing.assert_array_equal(zi.invert(masked), ~image())
-    found = zi.min_max_index(masked, mask=~masked.mask)
+    for copy in (False, True):
+        with pytest.raises(TypeError, match="mask would be lost: pass src.data, with mask=~src.mask"):
+            zi.invert(masked, copy=copy)
+    found = zi.min_max_index(masked.data, mask=~masked.mask)
     assert (found.min, found.max) == (masked.min(), masked.max())
+
+
+def test_numbers_are_refused():
+    for copy in (False, True):
+        with pytest.raises(TypeError, match="b must be a numpy array, not the number 3: add_constant"):
+            zi.add(image(), 3, copy=copy)
 
 
 # --- copy=True
