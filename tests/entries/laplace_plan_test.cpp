@@ -103,17 +103,16 @@ TEST(LaplacePlan, VectorsInsideARowHaveTheirNeighboursInItAndLeaveNothingOut) {
   }
 }
 
-TEST(LaplacePlan, BandsHaveMoreRowsTheShorterTheyAre) {
-  EXPECT_EQ(planBandRows(1, 1, false), 64);
-  EXPECT_EQ(planBandRows(512, 1, false), 64);
-  EXPECT_EQ(planBandRows(513, 1, false), 63);
-  EXPECT_EQ(planBandRows(2048, 1, false), 16);
-  EXPECT_EQ(planBandRows(2049, 1, false), 16);
-  EXPECT_EQ(planBandRows(2049, 1, true), 15);
-  EXPECT_EQ(planBandRows(4096, 1, true), 8);
-  EXPECT_EQ(planBandRows(4097, 1, true), 8);
-  EXPECT_EQ(planBandRows(4096, 2, true), 16);
-  EXPECT_EQ(planBandRows(std::int64_t{1} << 40, 2, false), 16);
+TEST(LaplacePlan, BandsHaveMoreRowsInTheNearestCache) {
+  EXPECT_EQ(planBandRows(1), 64);
+  EXPECT_EQ(planBandRows(32768), 64);
+  EXPECT_EQ(planBandRows(32769), 8);
+  EXPECT_EQ(planBandRows(std::int64_t{1} << 40), 8);
+}
+
+TEST(LaplacePlan, TheSumsOfAllColumnsOfABandFitTheirRoom) {
+  EXPECT_EQ(planColumns(256), 128);
+  EXPECT_EQ(planColumns(96), 341);
 }
 
 TEST(LaplacePlan, StreamsLargeRegionsWithRowsInStep) {

@@ -25,6 +25,7 @@ inline int workBytes(Size image, Size roi, int maskCode, int dataType) {
         roi, Primitives::Laplace::extentOfMask(maskCode), Primitives::Laplace::bytesOfType(dataType));
     if (needed > static_cast<std::uint64_t>(std::numeric_limits<int>::max())) return -1;
   }
+  if (roi.width == image.width && roi.height == image.height) return forImage;
   Primitives::ippiFilterLaplaceBorderGetBufferSize(roi, maskCode, dataType, dataType, 1, &forRegion);
   return std::max(forImage, forRegion);
 }

@@ -198,10 +198,14 @@ constexpr auto morphPackedBytes = imageLimit<std::int64_t>(2048, 192);
 
 // ---- the Laplace filter ----
 
-/// Rows of a band, and bytes of a band that stay in a near cache. With streaming stores the 3 by 3 kernel may
-/// have bands of fewer rows.
-constexpr int mostBandRows = imageLimit(64, 7), bandBytes = imageLimit(32768, 256);
-constexpr int leastBandRows = imageLimit(16, 3), leastStreamedBandRows = imageLimit(8, 2);
+/// A band has few rows, so that their lines stay in a nearest cache even if rows lie whole pages apart. Each
+/// column of a band reads and writes its sums, so a region that fits that cache has bands of more rows.
+constexpr auto laplaceNearestBytes = imageLimit<std::int64_t>(32 << 10, 256);
+constexpr int laplaceBandRows = imageLimit(8, 2), laplaceNearestBandRows = imageLimit(64, 7);
+
+/// The sums that the columns of one band hand on to the next one. Longer rows are divided, but not much
+/// shorter ones: the hardware's prefetcher starts anew for each part.
+constexpr int laplaceCarriedBytes = imageLimit(32 << 10, 1024);
 
 /// Rows of narrow regions that are copied at a time.
 constexpr auto narrowBandRows = imageLimit<std::int64_t>(16, 3);

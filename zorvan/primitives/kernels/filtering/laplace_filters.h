@@ -34,16 +34,18 @@ struct PairRows {
   using Lanes = PairLanes<T, V>;
   using Sums = Pair<V>;
 
-  static Sums zero() { return {V::broadcast(std::uint32_t{0}), V::broadcast(std::uint32_t{0})}; }
   static Sums add(Sums x, Sums y) { return {Lanes::add(x.even, y.even), Lanes::add(x.odd, y.odd)}; }
   static V pixels(Sums sums) { return Lanes::join(sums); }
 
-  /// The sums of three neighbours.
+  /// The sums of three neighbours. Two of them are the pair of pixels in a lane.
   template <class Loads>
   static Sums sumOfThree(const Loads& loads, const unsigned char* p, V here) {
-    return {Lanes::add(Lanes::template weight<1, 1>(loads.template load<-1>(p)), Lanes::odd(here)),
-            Lanes::add(Lanes::even(here), Lanes::template weight<1, 1>(loads.template load<1>(p)))};
+    const V pair = Lanes::template weight<1, 1>(here);
+    return {Lanes::add(Lanes::even(loads.template load<-1>(p)), pair),
+            Lanes::add(pair, Lanes::odd(loads.template load<1>(p)))};
   }
+
+  static Sums inRegisters(const Sums& sums) { return {inRegister(sums.even), inRegister(sums.odd)}; }
 
   static V nineTimesMinus(V here, Sums sums) {
     return pixels({Lanes::sub(Lanes::template weight<9, 0>(here), sums.even),
@@ -78,7 +80,6 @@ struct FloatRows {
   using Vector = V;
   using Sums = VectorOfFloats<V::size>;
 
-  static Sums zero() { return floats(V::broadcast(std::uint32_t{0})); }
   static Sums add(Sums x, Sums y) { return x + y; }
   static V pixels(Sums sums) { return __builtin_bit_cast(V, sums); }
 
@@ -86,6 +87,8 @@ struct FloatRows {
   static Sums sumOfThree(const Loads& loads, const unsigned char* p, V here) {
     return at<-1>(loads, p) + floats(here) + at<1>(loads, p);
   }
+
+  static Sums inRegisters(const Sums& sums) { return floats(inRegister(V{__builtin_bit_cast(V, sums)})); }
 
   static V nineTimesMinus(V here, Sums sums) { return pixels(times(9, floats(here)) - sums); }
 
@@ -129,11 +132,17 @@ class Filter3x3 {
     return result;
   }
 
+  /// Takes over all sums. Spelled out, since compilers copy an object in parts that are not whole vectors.
+  [[gnu::always_inline]] void assign(const Filter3x3& other) {
+    last_ = Rows::inRegisters(other.last_);
+    two_ = Rows::inRegisters(other.two_);
+    here_ = inRegister(other.here_);
+  }
+
  private:
   using Sums = typename Rows::Sums;
-  Sums last_ = Rows::zero();
-  Sums two_ = Rows::zero();
-  Vector here_ = Vector::broadcast(std::uint32_t{0});
+  Sums last_, two_;
+  Vector here_;
 };
 
 template <class Rows>
@@ -155,10 +164,18 @@ class Filter5x5 {
     return result;
   }
 
+  /// Takes over all sums.
+  [[gnu::always_inline]] void assign(const Filter5x5& other) {
+    four_ = Rows::inRegisters(other.four_);
+    three_ = Rows::inRegisters(other.three_);
+    two_ = Rows::inRegisters(other.two_);
+    one_ = Rows::inRegisters(other.one_);
+  }
+
  private:
   using Sums = typename Rows::Sums;
   /// Sums of that number of responses, for the following output rows.
-  Sums four_ = Rows::zero(), three_ = Rows::zero(), two_ = Rows::zero(), one_ = Rows::zero();
+  Sums four_, three_, two_, one_;
 };
 
 }  // namespace

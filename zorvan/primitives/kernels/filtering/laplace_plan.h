@@ -36,13 +36,13 @@ constexpr VectorsInside planInside(std::int64_t rowBytes, std::int64_t reachByte
   return {first, count, made < last};
 }
 
-/// Rows of a band. What neighbouring rows share is computed again in each band, so bands have as many rows as
-/// stay in a near cache. With streaming stores the 3 by 3 kernel, whose rows share little, takes fewer long
-/// rows: each is a separate stream of writes to memory.
-constexpr std::int64_t planBandRows(std::int64_t rowBytes, int reach, bool streams) {
-  const int fewest = streams && reach == 1 ? leastStreamedBandRows : leastBandRows;
-  const std::int64_t rows = bandBytes / rowBytes;
-  return rows > mostBandRows ? mostBandRows : rows < fewest ? fewest : rows;
+/// Columns of vectors that go from the top of a region to its bottom before the next ones, by the size of the
+/// sums of one.
+constexpr int planColumns(int sumBytes) { return laplaceCarriedBytes / sumBytes; }
+
+/// Rows of a band, by the size of the result.
+constexpr int planBandRows(std::int64_t resultBytes) {
+  return resultBytes <= laplaceNearestBytes ? laplaceNearestBandRows : laplaceBandRows;
 }
 
 /// Whether a region takes streaming stores. The first aligned vector begins at `peelBytes`; it needs its left

@@ -3,8 +3,9 @@
 // Runs a Laplace filter over a region and creates its border on the fly.
 //
 // The region is divided into bands of rows. A band goes from left to right, and each column of vectors from
-// the band's top to its bottom, so that a source row is loaded and weighted once for all output rows of the
-// band that it serves. Rows that are not whole vectors end with one that overlaps the one before.
+// the band's top to its bottom, with its sums in registers; then it hands them on to the next band, so that
+// each source row is loaded and weighted once. Rows that are not whole vectors end with one that overlaps the
+// one before.
 
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/common/plane.h"
@@ -12,7 +13,6 @@
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_rows.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
-#include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives::Laplace {
@@ -73,36 +73,49 @@ struct Sweep {
   }
 
  private:
-  /// A column of vectors of a band.
-  struct Band {
-    const unsigned char* rows[mostBandRows + around];
-    unsigned char* dst;
-    std::int64_t step, srcStep;
-    std::int64_t bytes;  ///< of a row
-    std::int64_t count;
+  /// Columns inside the rows that are filtered from the top of the region to its bottom before the next ones.
+  static constexpr int mostInside = planColumns(sizeof(Filter));
+  static_assert(mostInside > 0);
 
-    /// Bytes from a column to the one that is prefetched with it, further on in the row or in the next band;
-    /// 0 for none. A band has more rows than the hardware's prefetcher follows.
-    std::int64_t prefetchDistance(std::int64_t at) const {
-      constexpr std::int64_t distance = 512;
-      if (bytes <= distance) return 0;
-      return at + distance < bytes ? distance : distance - bytes + count * srcStep;
-    }
+  /// Rows that are filtered together, and the sums that their columns hand on to the next band.
+  struct Band {
+    const unsigned char* rows[laplaceNearestBandRows + around];
+    unsigned char* dst;
+    std::int64_t step;
+    std::int64_t count;
+    bool isFirst, isLast;
+    Filter carried[mostInside + 3];  // and at the ends of the rows
 
     /// `loads` is a copy, so that its members stay in registers.
     template <class Loads, class Stores>
-    [[gnu::noinline]] void filterColumn(std::int64_t at, Loads loads, Stores stores) const {
-      Filter filter;
-      for (int i = 0; i < around; ++i) filter.take(loads, rows[i] + at);
-      const unsigned char* const* row = rows + around;
-      const unsigned char* const* const end = row + count;
-      const std::int64_t toNext = step, toPrefetch = prefetchDistance(at);
-      unsigned char* to = dst + at;
-      for (; row != end; ++row, to += toNext) {
-        const unsigned char* const p = *row + at;
-        stores.store(filter.take(loads, p), to);
-        if (toPrefetch != 0) prefetchLine(p + toPrefetch);
+    [[gnu::noinline]] void filterColumn(std::int64_t at, Filter* state, Loads loads, Stores stores) const {
+      filterRows(at, *state, loads, stores);
+    }
+
+    /// Adjacent columns of vectors, all inside the rows.
+    template <class Stores>
+    [[gnu::noinline]] void filterColumns(std::int64_t at, std::int64_t columns, Filter* state,
+                                         Stores stores) const {
+      Filter* const end = state + columns;
+      for (; state != end; ++state, at += V::size) filterRows(at, *state, Inside{}, stores);
+    }
+
+   private:
+    template <class Loads, class Stores>
+    [[gnu::always_inline]] void filterRows(std::int64_t at, Filter& state, const Loads& loads,
+                                           Stores stores) const {
+      const unsigned char* const* row = rows;
+      Filter filter{};
+      if (isFirst) {
+        for (int i = 0; i < around; ++i) filter.take(loads, *row++ + at);
+      } else {
+        filter.assign(state);
       }
+      const unsigned char* const* const end = row + count;
+      const std::int64_t toNext = step;
+      unsigned char* to = dst + at;
+      for (; row != end; ++row, to += toNext) stores.store(filter.take(loads, *row + at), to);
+      if (!isLast) state.assign(filter);
     }
   };
 
@@ -110,30 +123,50 @@ struct Sweep {
   template <class Stores>
   static void sweep(const Region<T>& region, std::int64_t peel, Stores stores) {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
-    const std::int64_t last = bytes - V::size;
     const VectorsInside inside = planInside(bytes, reachBytes, peel, V::size);
-    const std::int64_t bandRows = planBandRows(bytes, Filter::reach, Stores::streams);
+    const int rows = planBandRows(bytes * region.size.height);
     Band band;
     band.step = region.dst.step;
-    band.srcStep = region.rows.src.step;
-    band.bytes = bytes;
-    for (std::int64_t y = 0; y < region.size.height; y += bandRows) {
-      band.count = region.size.height - y < bandRows ? region.size.height - y : bandRows;
-      for (std::int64_t i = 0; i < band.count + around; ++i) {
-        band.rows[i] = bytesOf(region.rows.at(y - Filter::reach + i));
+    for (std::int64_t first = 0; first == 0 || first < inside.count; first += mostInside) {
+      const std::int64_t left = inside.count - first, columns = left < mostInside ? left : mostInside;
+      for (std::int64_t y = 0; y < region.size.height; y += rows) {
+        startBand(band, region, y, rows);
+        filterBand(band, region, inside, first, columns, stores);
       }
-      band.dst = bytesOf(region.dst.at(y));
-      if (last == 0) {
-        band.filterColumn(0, Ends<true, true>(region.ends), PlainStores<V>{});
-        continue;
-      }
-      band.filterColumn(0, Ends<true, false>(region.ends), PlainStores<V>{});
-      for (std::int64_t i = 0; i < inside.count; ++i) {
-        band.filterColumn(inside.first + i * V::size, Inside{}, stores);
-      }
-      if (inside.overlaps) band.filterColumn(last - reachBytes, Inside{}, PlainStores<V>{});
-      band.filterColumn(last, Ends<false, true>(region.ends), PlainStores<V>{});
     }
+  }
+
+  static void startBand(Band& band, const Region<T>& region, std::int64_t y, std::int64_t rows) {
+    const std::int64_t left = region.size.height - y;
+    band.isFirst = y == 0;
+    band.isLast = left <= rows;
+    band.count = band.isLast ? left : rows;
+    band.dst = bytesOf(region.dst.at(y));
+
+    const unsigned char** row = band.rows;
+    std::int64_t r = band.isFirst ? -Filter::reach : y + Filter::reach;
+    const std::int64_t end = y + band.count + Filter::reach;
+    for (; r < 0; ++r) *row++ = bytesOf(region.rows.at(r));
+    const std::int64_t endInside = end < region.size.height ? end : region.size.height;
+    if (r < endInside) {
+      const unsigned char* inside = bytesOf(region.rows.src.at(r));
+      for (; r < endInside; ++r, inside += region.rows.src.step) *row++ = inside;
+    }
+    for (; r < end; ++r) *row++ = bytesOf(region.rows.at(r));
+  }
+
+  template <class Stores>
+  static void filterBand(Band& band, const Region<T>& region, const VectorsInside& inside, std::int64_t first,
+                         std::int64_t columns, Stores stores) {
+    const std::int64_t last = region.size.width * std::int64_t{sizeof(T)} - V::size;
+    Filter* state = band.carried;
+    if (last == 0) return band.filterColumn(0, state, Ends<true, true>(region.ends), PlainStores<V>{});
+    if (first == 0) band.filterColumn(0, state++, Ends<true, false>(region.ends), PlainStores<V>{});
+    band.filterColumns(inside.first + first * V::size, columns, state, stores);
+    if (first + columns < inside.count) return;
+    state += columns;
+    if (inside.overlaps) band.filterColumn(last - reachBytes, state++, Inside{}, PlainStores<V>{});
+    band.filterColumn(last, state, Ends<false, true>(region.ends), PlainStores<V>{});
   }
 };
 
@@ -156,7 +189,7 @@ struct NarrowRegion {
       for (std::int64_t at = 0; at < bytes; at += V::size) {
         const std::int64_t part = bytes - at;
         const unsigned char* row = built + Filter::reach * pixelBytes + at;
-        Filter filter;
+        Filter filter{};
         for (int i = 0; i < around; ++i, row += rowBytes) filter.take(InsideRow<T, V>{}, row);
         for (std::int64_t i = 0; i < count; ++i, row += rowBytes) {
           const V result = filter.take(InsideRow<T, V>{}, row);
