@@ -14,15 +14,25 @@
 namespace Zorvan::Primitives::Arithmetic {
 namespace {
 
-template <int... sizes, class Pixels, class A, class B>
-inline void scaledTail(std::integer_sequence<int, sizes...>, const Pixels& pixels, A a, B b,
-                       unsigned char* dst, std::int64_t i, std::int64_t length) {
-  const auto run = [&]<int bytes>() {
-    for (; i + bytes <= length; i += bytes) {
-      storeLow<bytes>(dst + i, pixels.lanes(a.template lowLanes<bytes>(i), b.template lowLanes<bytes>(i)));
+/// The rest of a row, shorter than twice `bits`, a power of two: for each of its bits vectors of the largest
+/// of the sizes that is not above it. A loop for each size would be slower, since most have one iteration.
+template <int bits, int size, int... smaller, class Pixels, class A, class B>
+[[gnu::always_inline]] inline void scaledTail(std::integer_sequence<int, size, smaller...> sizes,
+                                              const Pixels& pixels, A a, B b, unsigned char* dst,
+                                              std::int64_t i, std::int64_t length) {
+  if constexpr (bits < size) {
+    scaledTail<bits>(std::integer_sequence<int, smaller...>(), pixels, a, b, dst, i, length);
+  } else {
+    if ((length - i) & bits) {
+      for (int j = 0; j < bits; j += size) {
+        const auto x = a.template lowLanes<size>(i + j), y = b.template lowLanes<size>(i + j);
+        storeLow<size>(dst + i + j, pixels.lanes(x, y));
+      }
+      i += bits;
     }
-  };
-  (run.template operator()<sizes>(), ...);
+    constexpr bool last = sizeof...(smaller) == 0 && bits == size;
+    if constexpr (!last) scaledTail<bits / 2>(sizes, pixels, a, b, dst, i, length);
+  }
 }
 
 template <class Pixels, class A, class B>
@@ -51,11 +61,12 @@ inline void scaledRow32(const Pixels& pixels, A a, B b, unsigned char* dst, std:
   if (i != end) iteration();
   if (whole || i == length) return;
   if constexpr (size == 2) {
-    scaledTail(std::integer_sequence<int, 16, 4, 2>{}, pixels, a, b, dst, i, length);
+    scaledTail<iterationBytes / 2>(std::integer_sequence<int, 16, 4, 2>{}, pixels, a, b, dst, i, length);
   } else if constexpr (iterationBytes == 64) {
-    scaledTail(std::integer_sequence<int, 16, 8, 4, 2, 1>{}, pixels, a, b, dst, i, length);
+    scaledTail<iterationBytes / 2>(std::integer_sequence<int, 16, 8, 4, 2, 1>{}, pixels, a, b, dst, i,
+                                   length);
   } else {
-    scaledTail(std::integer_sequence<int, 8, 4, 2, 1>{}, pixels, a, b, dst, i, length);
+    scaledTail<iterationBytes / 2>(std::integer_sequence<int, 8, 4, 2, 1>{}, pixels, a, b, dst, i, length);
   }
 }
 

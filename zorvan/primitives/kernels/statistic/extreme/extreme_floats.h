@@ -51,6 +51,7 @@ class FloatExtreme<seek, Vector16> {
       add4(a_, p);
       add4(b_, p + 4);
     }
+    if (left == 0) return;  // narrow rows would notice the tests below
     if (left >= 4) {
       add4(a_, p);
       p += 4;
