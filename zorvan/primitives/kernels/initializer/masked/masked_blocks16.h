@@ -108,8 +108,15 @@ struct NibbleBlock16 {
 };
 
 #ifdef __SSSE3__
+/// `address` if any of the wanted bits is set, else `other`. Written as assembly, since compilers make a
+/// branch of it, which is slow where masks are irregular.
+inline u8* ifAny(int bits, int wanted, u8* address, u8* other) {
+  asm("test %2, %1\n\tcmovz %3, %0" : "+r"(address) : "r"(bits), "ri"(wanted), "r"(other) : "cc");
+  return address;
+}
+
 /// 16 pixels of 32 bits, a mixed block by quarters of 4 pixels; a shuffle copies each mask byte to the 4
-/// bytes of its pixel.
+/// bytes of its pixel. An empty quarter blends elsewhere.
 struct ShuffledBlock16 {
   static constexpr int pixels = 16;
   static constexpr int boundary = 16;
@@ -125,13 +132,10 @@ struct ShuffledBlock16 {
     }
     const __m128i selected = spreadTopBits(raised);
     __m128i spread = _mm_set_epi32(0x03030303, 0x02020202, 0x01010101, 0);
+    alignas(16) u8 unused[16] = {};
     for (int i = 0; i < pixels; i += 4) {
-      const int quarter = bits >> i & 15;
-      if (quarter == 15) {
-        storeVector<stores>(source.template at<Vector16>(i), dst + 4 * i);
-      } else if (quarter != 0) {
-        blendInto(dst + 4 * i, _mm_shuffle_epi8(selected, spread), source.template at<Vector16>(i));
-      }
+      blendInto(ifAny(bits, 15 << i, dst + 4 * i, unused), _mm_shuffle_epi8(selected, spread),
+                source.template at<Vector16>(i));
       spread = _mm_add_epi8(spread, _mm_set1_epi8(4));
     }
   }
