@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstdint>
-#include <exception>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "tests/fuzz/Finding.h"
+#include "tests/fuzz/Thrown.h"
 #include "zorvan/ipp.h"
 
 namespace Zorvan::Test {
@@ -25,19 +25,6 @@ using IppS::IppSMemory;
 
 template <class T, class... List>
 constexpr bool isOneOf = (std::is_same_v<T, List> || ...);
-
-/// The text that `call` throws, empty if it throws nothing.
-template <class Call>
-std::string thrownBy(Call call) {
-  try {
-    call();
-  } catch (const Ipp::IppException&) {
-    finding("a container threw an IppException");
-  } catch (const std::exception& thrown) {
-    return thrown.what();
-  }
-  return "";
-}
 
 /// The pixels of a block, as bytes. Those that nobody has written have no value.
 template <class T>
