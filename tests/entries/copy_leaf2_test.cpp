@@ -143,6 +143,31 @@ TEST_P(Leaf2CopyVariants, StreamAtAnyPlace) {
   }
 }
 
+/// What a processor answers, and how often a large copy asks.
+struct UnusualAnswer {
+  const char* vendor;
+  Registers leaf2;
+  int calls;
+};
+
+TEST_P(Leaf2CopyVariants, AskNoFurtherThanTheProcessorAnswers) {
+  constexpr std::uint32_t known = 0x43 << 8, unknown = 0xFE << 8, noDescriptors = 0x80000000;
+  const UnusualAnswer answers[] = {
+      {"AuthenticAMD", {oneRound | known, 0, 0, 0}, 1},
+      {"Genu----ntel", {oneRound | known, 0, 0, 0}, 1},
+      {"GenuineI----", {oneRound | known, 0, 0, 0}, 1},
+      {"GenuineIntel", {2 | known, 0, 0, 0}, 2},
+      {"GenuineIntel", {oneRound | unknown, 0, 0, 0}, 2},
+      {"GenuineIntel", {noDescriptors | oneRound | known, 0x43, noDescriptors, 0}, 2}};
+  for (const UnusualAnswer& answer : answers) {
+    ProcessorWith processor(0, answer.vendor);
+    processor.setLeaf(2, answer.leaf2);
+    const int before = processor.cpuidCalls();
+    expectCopy(GetParam(), 0x20001, 1, 0, 0, 0);
+    EXPECT_EQ(processor.cpuidCalls(), before + answer.calls) << answer.vendor;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Copy, Leaf2CopyVariants, testing::ValuesIn(copiers),
                          [](const auto& copier) { return copier.param.name; });
 

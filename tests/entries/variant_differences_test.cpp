@@ -213,6 +213,9 @@ void nanAmongPlaces(int variant) {
   auto mask2 = sixteen.image(2);
   if (variant <= avx) {
     EXPECT_EQ(Statistic<float>::MinMaxIndexWithMask(two, mask2).Max, variant == avx ? 9 : 5);
+    Pixels<float> ones = {1, 1, 1, 1, 1, 1, 1, 1, nan, nan, nan, nan, 5, 5, 5, 5};
+    auto twoOfOnes = ones.image(2);
+    EXPECT_EQ(Statistic<float>::MinMaxIndexWithMask(twoOfOnes, mask2).Min, variant == avx ? 1 : 5);
   }
 }
 

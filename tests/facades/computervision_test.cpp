@@ -105,6 +105,13 @@ TYPED_TEST(EachFilledType, RefusesRegionsWhoseWorkMemoryHasNoLength) {
   }
 }
 
+/// The work memory is larger than a buffer can be. The image has one pixel in memory, at which the fill ends.
+TEST(FloodFill, FillsRegionsWithMoreWorkMemoryThanABufferHolds) {
+  std::vector<u8> pixel = {3};
+  auto image = IppIMemory<u8>::CreateContainer(pixel.data(), 17000, 17000);
+  EXPECT_EQ(ComputerVision::FloodFill<u8>(image, {0, 0}, 3, image.SizeToRoi()).area, 0);
+}
+
 /// Three rows, the middle one full, single pixels at every second column above and below: more runs are
 /// pending at the same time than a quarter of the pixels.
 TYPED_TEST(EachFilledType, FillsACombOnBothSides) {

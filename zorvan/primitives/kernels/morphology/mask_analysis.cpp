@@ -160,15 +160,13 @@ std::uint32_t knownShapeOf(const Cells& cells) {
   return 0;
 }
 
+/// Of a mask with an unset cell.
 std::uint32_t fillFlags(const Cells& cells) {
-  bool anySet = false, anyUnset = false;
-  for (std::ptrdiff_t i = 0; i < cells.width * cells.height && !(anySet && anyUnset); ++i) {
-    (cells.at[i] != 0 ? anySet : anyUnset) = true;
-  }
+  const bool anySet =
+      std::memchr(cells.at, setCell, static_cast<std::size_t>(cells.width * cells.height)) != nullptr;
   const bool emptyEdge = cells.setInRow(0) == 0 || cells.setInRow(cells.height - 1) == 0 ||
                          cells.setInColumn(0) == 0 || cells.setInColumn(cells.width - 1) == 0;
-  return (anyUnset ? 0 : MorphSpec::allSet) | (anySet ? 0 : MorphSpec::noneSet) |
-         (emptyEdge ? MorphSpec::emptyEdge : 0);
+  return (anySet ? 0 : MorphSpec::noneSet) | (emptyEdge ? MorphSpec::emptyEdge : 0);
 }
 
 /// Whether all cells are set and none pads the mask.

@@ -89,7 +89,6 @@ struct Vector32 {
   __m256i bits;
 
   static Vector32 load(const void* p) { return {_mm256_loadu_si256(static_cast<const __m256i*>(p))}; }
-  static Vector32 loadAligned(const void* p) { return {_mm256_load_si256(static_cast<const __m256i*>(p))}; }
   void store(void* p) const { _mm256_storeu_si256(static_cast<__m256i*>(p), bits); }
   void storeAligned(void* p) const { _mm256_store_si256(static_cast<__m256i*>(p), bits); }
   void stream(void* p) const { _mm256_stream_si256(static_cast<__m256i*>(p), bits); }
@@ -108,7 +107,6 @@ struct Vector64 {
   __m512i bits;
 
   static Vector64 load(const void* p) { return {_mm512_loadu_si512(p)}; }
-  static Vector64 loadAligned(const void* p) { return {_mm512_load_si512(p)}; }
   void store(void* p) const { _mm512_storeu_si512(p, bits); }
   void storeAligned(void* p) const { _mm512_store_si512(p, bits); }
   void stream(void* p) const { _mm512_stream_si512(static_cast<__m512i*>(p), bits); }

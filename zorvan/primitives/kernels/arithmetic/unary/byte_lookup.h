@@ -14,11 +14,8 @@ namespace {
 class ByteLookup {
  public:
   explicit ByteLookup(const u8* table)
-      : table_(table),
-        low_{pairs(table, table + 64), pairs(table + 32, table + 96)},
+      : low_{pairs(table, table + 64), pairs(table + 32, table + 96)},
         high_{pairs(table + 128, table + 192), pairs(table + 160, table + 224)} {}
-
-  u8 pixel(u8 x) const { return table_[x]; }
 
   __m512i lanes(__m512i x) const {
     const __m512i even = words(x, _mm512_test_epi16_mask(x, _mm512_set1_epi16(0x80)));
@@ -39,7 +36,6 @@ class ByteLookup {
                                    _mm512_permutex2var_epi16(high_[0], index, high_[1]));
   }
 
-  const u8* table_;
   __m512i low_[2], high_[2];
 };
 #elif defined(__AVX2__)

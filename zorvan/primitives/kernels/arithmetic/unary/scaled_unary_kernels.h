@@ -66,7 +66,9 @@ void rootsOfBytes(const UnaryImages& images, Size roi, int f) {
     if (k < 5) return run(ByteLookup{table});
 #endif
     const auto row = [&](const u8* src, u8* dst) {
+#ifndef __AVX2__
       if (k < 5) return lookUpRow(table, src, dst, roi.width);
+#endif
       lookUpRowUpTo(table, lastOfRootTable(k), src, dst, roi.width);
     };
     return forEachRow(roi.height, row, images.src, images.dst);

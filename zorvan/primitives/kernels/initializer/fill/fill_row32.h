@@ -65,7 +65,8 @@ inline void fillInPhase(Vector32 lanes, u8* dst, std::int64_t length) {
 template <FillStores form, class T>
 inline void fillRow32(T value, u8* dst, std::int64_t length) {
   if constexpr (sizeof(T) == 4) {
-    for (; length != 0 && !isAligned(dst, 4); --length) {
+    // At most three bytes, and the row has at least one pixel.
+    for (; !isAligned(dst, 4); --length) {
       *dst++ = static_cast<u8>(value);
       value = (value >> 8) | (value << 24);
     }
