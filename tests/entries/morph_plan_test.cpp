@@ -72,6 +72,22 @@ TEST(MorphBordered, BeginsAtTheLeast) {
   EXPECT_FALSE(planBordered({9, 9}, noneBordered));
 }
 
+TEST(MorphBordered, TakesRowsOfAVectorOrLongerByTheReachAtBothEnds) {
+  EXPECT_TRUE(planBorderedRows(32, 9, 32));
+  EXPECT_FALSE(planBorderedRows(31, 9, 32));
+  EXPECT_FALSE(planBorderedRows(33, 9, 32));
+  EXPECT_FALSE(planBorderedRows(39, 9, 32));
+  EXPECT_TRUE(planBorderedRows(40, 9, 32));
+  EXPECT_TRUE(planBorderedRows(34, 3, 32));
+}
+
+TEST(MorphBordered, TakesNoRowsShorterThanTheMask) {
+  EXPECT_FALSE(planBorderedRows(4, 9, 4));
+  EXPECT_FALSE(planBorderedRows(4, 5, 4));
+  EXPECT_TRUE(planBorderedRows(4, 3, 4));
+  EXPECT_TRUE(planBorderedRows(12, 9, 4));
+}
+
 TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
   EXPECT_EQ(planStripColumns(65536, 4, 1), 65536);  // 64 KiB each
   EXPECT_EQ(planStripColumns(65537, 4, 1), 65536);

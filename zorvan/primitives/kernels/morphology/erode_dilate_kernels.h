@@ -40,7 +40,7 @@ inline void computeSolid(Plane<const typename Lanes::Pixel> src, Plane<typename 
   }
 }
 
-/// Solid masks for which `planBordered` holds.
+/// Solid masks for which `planBordered` holds, in rows for which `planBorderedRows` does.
 template <class Operation, class Lanes, int least>
 inline void computeBordered(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
                             Size roi, Size mask, BorderWord word, typename Lanes::Pixel value,
@@ -69,6 +69,8 @@ struct ScanningKernels {
   template <class Pixel>
   using Lanes = PixelLanes<Pixel, std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>>;
   template <class Pixel>
+  using NarrowLanes = Lanes<Pixel>;
+  template <class Pixel>
   static constexpr int leastBordered = sizeof(Pixel) == 1 ? leastOfBytes : 5;
 
   template <class Operation, class Pixel>
@@ -84,11 +86,14 @@ struct ScanningKernels {
   }
 };
 
-/// The newer variants: a kernel for each form of mask.
-template <class ForBytes, class ForFloats>
+/// The newer variants: a kernel for each form of mask. Bordered kernels use `ForNarrowBytes` in rows that are
+/// too short for longer vectors.
+template <class ForBytes, class ForFloats, class ForNarrowBytes = ForBytes>
 struct FormKernels {
   template <class Pixel>
   using Lanes = PixelLanes<Pixel, std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>>;
+  template <class Pixel>
+  using NarrowLanes = PixelLanes<Pixel, std::conditional_t<sizeof(Pixel) == 1, ForNarrowBytes, ForFloats>>;
   template <class Pixel>
   static constexpr int leastBordered = 3;
 
@@ -138,7 +143,7 @@ template <class V>
 using MorphPolicy =
     ByVariant<V, ScanningKernels<Vector16, Vector16, noneBordered>, ScanningKernels<Vector16, Vector16, 5>,
               FormKernels<Vector16, Vector16>, FormKernels<Vector16, Vector32>,
-              FormKernels<Vector32, Vector32>, FormKernels<Vector64, Vector64>>;
+              FormKernels<Vector32, Vector32, Vector16>, FormKernels<Vector64, Vector64, Vector32>>;
 
 template <class V>
 inline int copyRegion(const u8* src, int srcStep, u8* dst, int dstStep, Size roi) {
@@ -192,11 +197,19 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   const MorphWork work{alignWork(buffer), streamedBytes};
   constexpr int least = MorphPolicy<V>::template leastBordered<T>;
   if constexpr (least <= largestBordered) {
-    using Lanes = typename MorphPolicy<V>::template Lanes<T>;
     if (mask.has(MorphSpec::allSet) && planBordered(maskSize, least)) {
-      computeBordered<Operation, Lanes, least>({src, srcStep}, {dst, dstStep}, roi, maskSize, word, value,
-                                               work);
-      return ippStsNoErr;
+      const auto computed = [&]<class Lanes>(Lanes) {
+        if (!planBorderedRows(roi.width, maskSize.width, Lanes::count)) return false;
+        computeBordered<Operation, Lanes, least>({src, srcStep}, {dst, dstStep}, roi, maskSize, word, value,
+                                                 work);
+        return true;
+      };
+      using Lanes = typename MorphPolicy<V>::template Lanes<T>;
+      using Narrow = typename MorphPolicy<V>::template NarrowLanes<T>;
+      if (computed(Lanes{})) return ippStsNoErr;
+      if constexpr (!std::is_same_v<Narrow, Lanes>) {
+        if (computed(Narrow{})) return ippStsNoErr;
+      }
     }
   }
   const MorphMeasures<WrappingNumber> measures(roi, maskSize, sizeof(T));

@@ -60,16 +60,22 @@ constexpr std::int64_t planStripColumns(int width, int readRows, int pixelBytes)
   return width * std::int64_t{pixelBytes} <= bytes ? width : bytes / pixelBytes;
 }
 
-/// The side of the largest square mask with a kernel of its own. Its reach is shorter than any vector.
+/// The side of the largest square mask with a kernel of its own. Its reach is not longer than any vector.
 constexpr int largestBordered = 9;
 /// As the side of the least mask: no mask.
 constexpr int noneBordered = largestBordered + 1;
 
-/// Whether the border of a solid mask is made in registers. `least` is the side of the smallest mask for
+/// Whether the border of a solid mask may be made in registers. `least` is the side of the smallest mask for
 /// which the variant does so.
 constexpr bool planBordered(Size mask, int least) {
   return mask.width == mask.height && mask.width % 2 == 1 && mask.width >= least &&
          mask.width <= largestBordered;
+}
+
+/// Whether rows are long enough for that: they are a vector, or longer by the reach at both ends at least,
+/// since all loads are of whole vectors within the row. Mirrored columns are mirrored once.
+constexpr bool planBorderedRows(int width, int maskWidth, int vectorPixels) {
+  return width >= maskWidth && (width == vectorPixels || width >= vectorPixels + maskWidth - 1);
 }
 
 /// Bytes between the rows of the ring. Its memory has room for `maskHeight` rows rounded up to 32 bytes, and

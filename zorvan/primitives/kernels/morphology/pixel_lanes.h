@@ -74,6 +74,32 @@ inline __m512 maximum(__m512 a, __m512 b) { return _mm512_max_ps(a, b); }
 inline __m512 minimum(__m512 a, __m512 b) { return _mm512_min_ps(a, b); }
 #endif
 
+/// The first or the last lane in all lanes, of bytes and of floats.
+#ifdef __SSSE3__
+inline __m128i repeatFirst(__m128i a) { return _mm_shuffle_epi8(a, _mm_setzero_si128()); }
+inline __m128i repeatLast(__m128i a) { return _mm_shuffle_epi8(a, _mm_set1_epi8(15)); }
+#endif
+inline __m128 repeatFirst(__m128 a) { return _mm_shuffle_ps(a, a, 0); }
+inline __m128 repeatLast(__m128 a) { return _mm_shuffle_ps(a, a, 0xFF); }
+#ifdef __AVX__
+inline __m256 repeatFirst(__m256 a) { return _mm256_permute_ps(_mm256_permute2f128_ps(a, a, 0), 0); }
+inline __m256 repeatLast(__m256 a) { return _mm256_permute_ps(_mm256_permute2f128_ps(a, a, 0x11), 0xFF); }
+#endif
+#ifdef __AVX2__
+inline __m256i repeatFirst(__m256i a) { return _mm256_broadcastb_epi8(_mm256_castsi256_si128(a)); }
+inline __m256i repeatLast(__m256i a) {
+  return _mm256_shuffle_epi8(_mm256_permute4x64_epi64(a, 0xFF), _mm256_set1_epi8(15));
+}
+#endif
+#ifdef __AVX512BW__
+inline __m512i repeatFirst(__m512i a) { return _mm512_broadcastb_epi8(_mm512_castsi512_si128(a)); }
+inline __m512i repeatLast(__m512i a) {
+  return _mm512_shuffle_epi8(_mm512_shuffle_i32x4(a, a, 0xFF), _mm512_set1_epi8(15));
+}
+inline __m512 repeatFirst(__m512 a) { return _mm512_broadcastss_ps(_mm512_castps512_ps128(a)); }
+inline __m512 repeatLast(__m512 a) { return _mm512_permutexvar_ps(_mm512_set1_epi32(15), a); }
+#endif
+
 /// The pixels of type T, bytes or floats, of a vector V.
 template <class T, class V, bool masks = V::size == 64>
 struct PixelLanes {

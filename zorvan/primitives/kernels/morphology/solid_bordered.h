@@ -6,12 +6,13 @@
 // A row above or below the region is the nearest or the mirrored row, or a row of the constant in the work
 // memory. To the left and right, the column-wise extremes of a repeated column are the repeated extremes, and
 // those of a constant are the constant. So the vectors before the first and after the last are broadcasts,
-// and no pixel is copied; those of mirrored columns are computed again.
+// and no pixel is copied; those of mirrored columns are the first and last extremes in reverse.
 //
 // Several rows of the result are computed together, since they share most of their source rows. The remaining
 // rows are computed one by one. Along a row, each vector of extremes is computed once; its neighbours come
-// from the vectors before and after it. Wide regions go in strips of columns, so that source rows that are
-// read again for the next rows of the result stay in a near cache.
+// from the vectors before and after it. The last vector ends with the row and computes some pixels again, so
+// all loads are of whole vectors. Wide regions go in strips of columns, so that source rows that are read
+// again for the next rows of the result stay in a near cache.
 
 #include <utility>
 
@@ -25,6 +26,15 @@
 namespace Zorvan::Primitives::Morphology {
 namespace {
 
+/// Where the pixels beside a row come from.
+enum class Beside { memory, nearest, mirrored, constant };
+
+constexpr Beside besideOf(BorderWord word, int side) {
+  if (word.has(side)) return Beside::memory;
+  if (word.type() == BorderType::replicate) return Beside::nearest;
+  return word.type() == BorderType::mirror ? Beside::mirrored : Beside::constant;
+}
+
 /// A region and its border.
 template <class Pixel>
 struct BorderedRegion {
@@ -32,7 +42,6 @@ struct BorderedRegion {
   BorderWord word;
   Pixel value;  ///< of a constant border
   BorderRows<Pixel> rows;
-  std::int64_t left, right;  ///< columns in memory beside the region
 
   /// `room` has space for a row of pixels with the reach on both sides. Masks are square.
   BorderedRegion(Plane<const Pixel> source, Size size, int reach, BorderWord given, Pixel constant,
@@ -40,11 +49,7 @@ struct BorderedRegion {
       : roi(size),
         word(given.of(size, {2 * reach + 1, 2 * reach + 1})),
         value(constant),
-        rows(source, size, word, constant, room, reach),
-        left(word.has(BorderWord::leftInMemory) ? reach : 0),
-        right(word.has(BorderWord::rightInMemory) ? reach : 0) {}
-
-  std::int64_t end() const { return roi.width + right; }
+        rows(source, size, word, constant, room, reach) {}
 };
 
 /// How many rows of the result are computed together. For a mask of three rows, four take as many comparisons
@@ -62,27 +67,21 @@ struct Extremes {
 template <class Operation, class Lanes, int width, int height, int rows>
 struct BorderedRows {
   using Pixel = typename Lanes::Pixel;
-  using Ends = LaneEnds<Lanes>;
   using Vectors = Extremes<Lanes, rows>;
 
   static constexpr int reach = (width - 1) / 2, readRows = height - 1 + rows;
 
   const Pixel* src[readRows];  ///< column 0 of each row that is read
-  std::int64_t left, end;      ///< columns in memory before column 0; the first after them that is not
   std::int64_t columns;        ///< of the region
-  BorderType type;
+  Beside left, right;
   Lanes constant;
-  typename Ends::Place last;  ///< of the last column in memory, in its vector
 
   /// `first` is the first row that is read.
-  [[gnu::always_inline]] BorderedRows(const BorderedRegion<Pixel>& region, std::int64_t first,
-                                      std::int64_t column)
-      : left(region.left),
-        end(region.end()),
-        columns(region.roi.width),
-        type(region.word.type()),
-        constant(Lanes::broadcast(region.value)),
-        last(Ends::place((end - 1 - column) & (Lanes::count - 1))) {
+  [[gnu::always_inline]] BorderedRows(const BorderedRegion<Pixel>& region, std::int64_t first)
+      : columns(region.roi.width),
+        left(besideOf(region.word, BorderWord::leftInMemory)),
+        right(besideOf(region.word, BorderWord::rightInMemory)),
+        constant(Lanes::broadcast(region.value)) {
     for (int i = 0; i < readRows; ++i) src[i] = region.rows.at(first + i);
   }
 
@@ -99,13 +98,12 @@ struct BorderedRows {
     return made;
   }
 
-  template <class Active>
-  [[gnu::always_inline]] Vectors load(std::int64_t column, Active lanes) const {
+  [[gnu::always_inline]] Vectors load(std::int64_t column) const {
     const auto with = [&](Lanes extreme, int r) {
-      return Operation::combine(extreme, Ends::load(src[r] + column, lanes));
+      return Operation::combine(extreme, Lanes::load(src[r] + column));
     };
     const auto extremeOf = [&](int first, int stop) {
-      Lanes extreme = firstExtreme<Operation>(Ends::load(src[first] + column, lanes));
+      Lanes extreme = firstExtreme<Operation>(Lanes::load(src[first] + column));
       for (int r = first + 1; r < stop; ++r) extreme = with(extreme, r);
       return extreme;
     };
@@ -125,61 +123,53 @@ struct BorderedRows {
     }
   }
 
-  /// The border in the vector at `column`: `nearest(r)` in row r, the constant, or mirrored columns.
-  template <class Nearest>
-  Vectors border(std::int64_t column, Nearest nearest) const {
-    if (type == BorderType::replicate) return each(nearest);
-    if (type == BorderType::mirror) return mirroredBorder(column);
-    return each([&](int) { return constant; });
+  /// Mirrored columns: those beside a row are the columns next to its end, in reverse. The other lanes are
+  /// zero.
+  [[gnu::noinline]] Vectors mirroredBefore() const {
+    return inReverse(
+        load(inset), [](int n) { return Lanes::count - n; }, [](int n) { return n - inset; });
   }
-  /// The columns within the reach; the other lanes are zero.
-  [[gnu::noinline]] Vectors mirroredBorder(std::int64_t column) const {
-    Pixel pixels[rows][Lanes::count] = {};
-    const auto mirror = [&](std::int64_t c) {
-      if (c < column || c >= column + Lanes::count) return;
-      const std::int64_t source = mirrored(c, columns), lastWhole = end - Lanes::count;
-      const std::int64_t first = lastWhole < 0 ? 0 : source < lastWhole ? source : lastWhole;
-      const Vectors extremes = lastWhole < 0 ? load(0, Lanes::first(end)) : load(first, AllLanes{});
-      for (int r = 0; r < rows; ++r) {
-        Pixel found[Lanes::count];
-        extremes.of[r].store(found);
-        pixels[r][c - column] = found[source - first];
-      }
-    };
-    for (int n = 1; n <= reach; ++n) {
-      mirror(-n);
-      mirror(end - 1 + n);
-    }
-    return each([&](int r) { return Lanes::load(pixels[r]); });
+  [[gnu::noinline]] Vectors mirroredAfter() const {
+    return inReverse(
+        load(columns - inset - Lanes::count), [](int n) { return n - 1; },
+        [](int n) { return Lanes::count - 1 + inset - n; });
   }
-  template <class Active>
-  Vectors bordered(const Vectors& found, Active lanes, const Vectors& border) const {
-    return each([&](int r) { return Ends::blend(lanes, found.of[r], border.of[r]); });
+  /// The columns within the reach are in the vector at the row's end, or in one that begins a column later.
+  static constexpr int inset = reach < Lanes::count ? 0 : 1;
+  template <class To, class From>
+  static Vectors inReverse(const Vectors& found, To to, From from) {
+    return each([&](int r) {
+      Pixel pixels[Lanes::count], reversed[Lanes::count] = {};
+      found.of[r].store(pixels);
+      for (int n = 1; n <= reach; ++n) reversed[to(n)] = pixels[from(n)];
+      return Lanes::load(reversed);
+    });
+  }
+
+  /// The vector before or after `column`, of which only the columns within the reach are read; the other
+  /// lanes are unspecified.
+  [[gnu::always_inline]] Vectors readBefore(std::int64_t column) const {
+    const Vectors found = load(column - reach);
+    return each([&](int r) { return Lanes::template following<reach, reach>(found.of[r], found.of[r]); });
+  }
+  [[gnu::always_inline]] Vectors readAfter(std::int64_t column) const {
+    const Vectors found = load(column + reach - Lanes::count);
+    return each([&](int r) { return Lanes::template before<reach, reach>(found.of[r], found.of[r]); });
   }
 
   /// The vector before `column`, which is the first column of `vector`.
   [[gnu::always_inline]] Vectors before(std::int64_t column, const Vectors& vector) const {
-    const std::int64_t available = column + left;
-    if (available >= Lanes::count) return load(column - Lanes::count, AllLanes{});
-    const Vectors first = column == 0 ? vector : load(0, Lanes::first(1));
-    const Vectors beside =
-        border(column - Lanes::count, [&](int r) { return Ends::broadcastFirst(first.of[r]); });
-    if (available == 0) return beside;
-    const auto lanes = Ends::last(available);
-    return bordered(load(column - Lanes::count, lanes), lanes, beside);
+    if (column != 0 || left == Beside::memory) return readBefore(column);
+    if (left == Beside::nearest) return each([&](int r) { return broadcastFirst(vector.of[r]); });
+    if (left == Beside::mirrored) return mirroredBefore();
+    return each([&](int) { return constant; });
   }
-
-  /// The vector at `column`, which may extend or lie beyond the last column; `previous` is the vector before
-  /// it.
-  [[gnu::always_inline]] Vectors from(std::int64_t column, const Vectors& previous) const {
-    const std::int64_t available = end - column;
-    if (available >= Lanes::count) return load(column, AllLanes{});
-    if (available <= 0)
-      return border(column, [&](int r) { return Ends::broadcastLane(previous.of[r], last); });
-    const auto lanes = Lanes::first(available);
-    const Vectors found = load(column, lanes);
-    return bordered(found, lanes,
-                    border(column, [&](int r) { return Ends::broadcastLane(found.of[r], last); }));
+  /// The vector after the last one of the row, `vector`.
+  [[gnu::always_inline]] Vectors after(const Vectors& vector) const {
+    if (right == Beside::nearest) return each([&](int r) { return broadcastLast(vector.of[r]); });
+    if (right == Beside::mirrored) return mirroredAfter();
+    if (right == Beside::constant) return each([&](int) { return constant; });
+    return readAfter(columns);
   }
 
   template <int... n>
@@ -194,31 +184,46 @@ struct BorderedRows {
     return each([&](int r) { return acrossRow(previous.of[r], vector.of[r], next.of[r], distances); });
   }
 
+  /// Strips but the last one are of whole vectors, after the peel. The last one is not narrower than a
+  /// vector.
   [[gnu::always_inline]] void run(Plane<Pixel> dst, std::int64_t column, std::int64_t stop,
                                   ResultStores<Lanes> stores) const {
     const auto store = [&](const Vectors& made, auto lanes) {
       for (int r = 0; r < rows; ++r) stores.store(made.of[r], dst.at(r, column), lanes);
     };
-    Vectors vector = from(column, Vectors{});
+    Vectors vector = load(column);
     Vectors previous = before(column, vector);
-    const std::int64_t whole = stop < end - Lanes::count ? stop : end - Lanes::count;
+    if constexpr (Lanes::areLines) {
+      if (column == 0 && stores.peel != 0) {
+        store(results(previous, vector, load(Lanes::count)), Lanes::first(stores.peel));
+        column = stores.peel;
+        previous = each([&](int r) { return fromLane(previous.of[r], vector.of[r], column); });
+        vector = load(column);
+      }
+    }
+    const std::int64_t last = columns - Lanes::count;
+    const std::int64_t whole = stop < columns ? stop : last;
     for (; column + Lanes::count <= whole; column += Lanes::count) {
-      const Vectors next = load(column + Lanes::count, AllLanes{});
+      const Vectors next = load(column + Lanes::count);
       store(results(previous, vector, next), AllLanes{});
       previous = vector;
       vector = next;
     }
-    for (; column < stop; column += Lanes::count) {
-      const Vectors next = from(column + Lanes::count, vector);
-      const Vectors made = results(previous, vector, next);
-      if (column + Lanes::count <= stop) {
-        store(made, AllLanes{});
-      } else {
-        store(made, Lanes::first(stop - column));
-      }
-      previous = vector;
-      vector = next;
+    if (column == stop) return;
+    if (column == last) return store(results(previous, vector, after(vector)), AllLanes{});
+
+    const std::int64_t beyond = last - column;  // columns after those of `vector`
+    if (beyond >= reach) {
+      store(results(previous, vector, readAfter(column + Lanes::count)), AllLanes{});
+    } else {
+      column = last - reach;
+      vector = load(column);
+      store(results(before(column, vector), vector, readAfter(column + Lanes::count)),
+            lastLanes<Lanes>(Lanes::count - reach + beyond));
     }
+    column = last;
+    vector = load(column);
+    store(results(readBefore(column), vector, after(vector)), lastLanes<Lanes>(beyond));
   }
 };
 
@@ -230,7 +235,7 @@ inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
   constexpr int above = (height - 1) / 2, rows = rowsAtOnce<Lanes, height>;
   std::int64_t r = 0;
   if (region.roi.height >= rows) {
-    BorderedRows<Operation, Lanes, width, height, rows> several(region, -above, begin);
+    BorderedRows<Operation, Lanes, width, height, rows> several(region, -above);
     for (;;) {
       several.run(dst.from(r, 0), begin, stop, stores);
       r += rows;
@@ -239,12 +244,11 @@ inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
     }
   }
   for (; r < region.roi.height; ++r) {
-    const BorderedRows<Operation, Lanes, width, height, 1> single(region, r - above, begin);
+    const BorderedRows<Operation, Lanes, width, height, 1> single(region, r - above);
     single.run(dst.from(r, 0), begin, stop, stores);
   }
 }
 
-/// With streaming stores, the peel before the first aligned vector is a strip of its own.
 template <class Operation, class Lanes, int width, int height>
 inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, MorphWork work) {
@@ -253,9 +257,9 @@ inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
   constexpr int readRows = height - 1 + rowsAtOnce<Lanes, height>;
   const std::int64_t strip = planStripColumns(region.roi.width, readRows, sizeof(typename Lanes::Pixel));
   ZORVAN_NOTE_PLAN("planStripColumns several strips", strip < columns);
-  std::int64_t begin = 0, stop = stores.peel != 0 ? stores.peel : strip;
+  std::int64_t begin = 0, stop = stores.peel + strip;
   for (; begin < columns; begin = stop, stop += strip) {
-    if (stop > columns) stop = columns;
+    if (stop > columns - Lanes::count) stop = columns;
     borderedStrip<Operation, Lanes, width, height>(region, dst, begin, stop, stores);
   }
   stores.finish();
