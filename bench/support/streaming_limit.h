@@ -7,7 +7,8 @@
 // several loops, and the fastest of them is the limit.
 //
 // A block is 256 pixels of every operand, so that operands with pixels of different sizes advance together.
-// For the pixels after the last whole block, a block is used that overlaps it.
+// For the pixels after the last whole block, a block is used that overlaps it. Smaller images are moved byte
+// by byte.
 
 #include <immintrin.h>
 
@@ -80,6 +81,16 @@ inline __attribute__((always_inline)) void moveBlock(std::byte* at, Vector& vect
   }
 }
 
+template <class Operand>
+inline void moveBytes(std::byte* at, std::int64_t bytes) {
+  std::byte value{};
+  for (std::int64_t i = 0; i < bytes; ++i) {
+    if constexpr (Operand::access != Access::write) value = at[i];
+    asm volatile("" : "+r"(value));
+    if constexpr (Operand::access != Access::read) at[i] = value;
+  }
+}
+
 template <Method method, class... Operands>
 void moveAll(const std::tuple<typename Operands::Pixel*...>& pixels, std::int64_t count) {
   Vector vector{};
@@ -90,6 +101,15 @@ void moveAll(const std::tuple<typename Operands::Pixel*...>& pixels, std::int64_
         },
         pixels);
   };
+  if (count < blockPixels) {
+    std::apply(
+        [&](auto*... of) {
+          (moveBytes<Operands>(reinterpret_cast<std::byte*>(of), count * Operands::pixelBytes), ...);
+        },
+        pixels);
+    return;
+  }
+
   const std::int64_t blocks = count / blockPixels;
   const std::int64_t blocksOfStream = blocks / method.streams;
   for (std::int64_t block = 0; block < blocksOfStream; ++block) {
