@@ -94,6 +94,9 @@ bool isMaskedArray(Value value) {
          py::isinstance(value, py::module_::import("numpy.ma").attr("MaskedArray"));
 }
 
+/// Not images of other libraries, which numpy can convert: some of them can be converted to numbers too.
+bool isNumber(Value value) { return PyArray_IsPythonNumber(value) || PyArray_IsScalar(value, Generic); }
+
 py::object arrayOf(Value value, const char* name, bool mayCopy) {
   const std::string subject = name;
   if (isMaskedArray(value)) {
@@ -101,7 +104,7 @@ py::object arrayOf(Value value, const char* name, bool mayCopy) {
                          ".data, with mask=~" + subject + ".mask to a function that takes a mask");
   }
   if (PyArray_Check(value)) return py::reinterpret_borrow<py::object>(value);
-  if (PyNumber_Check(value) != 0) {
+  if (isNumber(value)) {
     throw py::type_error(subject + " must be a numpy array, not the number " + textOf(value) +
                          ": add_constant and its like take numbers; numpy.full makes an array of one");
   }

@@ -187,8 +187,22 @@ def test_masked_arrays_are_refused():
 
 def test_numbers_are_refused():
     for copy in (False, True):
-        with pytest.raises(TypeError, match="b must be a numpy array, not the number 3: add_constant"):
-            zi.add(image(), 3, copy=copy)
+        for number in (3, np.uint8(3)):
+            with pytest.raises(TypeError, match="b must be a numpy array, not the number 3: add_constant"):
+                zi.add(image(), number, copy=copy)
+
+
+def test_images_of_other_libraries_are_copied():
+    class Image:
+        def __array__(self, *arguments):
+            return image()
+
+        def __float__(self):
+            raise TypeError("only images of one pixel are numbers")
+
+    np.testing.assert_array_equal(zi.invert(Image(), copy=True), ~image())
+    with pytest.raises(TypeError, match="src must be a numpy array, not .*Image: pass numpy.asarray"):
+        zi.invert(Image())
 
 
 # --- copy=True
