@@ -81,6 +81,7 @@ inline __attribute__((always_inline)) void moveBlock(std::byte* at, Vector& vect
   }
 }
 
+/// For images smaller than a block.
 template <class Operand>
 inline void moveBytes(std::byte* at, std::int64_t bytes) {
   std::byte value{};
