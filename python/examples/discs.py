@@ -87,7 +87,8 @@ def draw_and_count(options, size, folder):
         print(f"drawn: {size}x{size} pixels in {tiles}, {time.monotonic() - start:.1f} s")
 
         start = time.monotonic()
-        future = client.compute(count(dask.array.from_zarr(folder)))
+        # Inline: the array's handle would be a task of its own, which others wait for forever if its worker is killed.
+        future = client.compute(count(dask.array.from_zarr(folder, inline_array=True)))
         if options.kill:
             kill_one(client, future)
         found = future.result()
