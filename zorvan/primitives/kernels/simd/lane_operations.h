@@ -176,15 +176,6 @@ inline __m512i slli_epi32(__m512i x) {
 
 /// `a` where all bits of `mask` are set and `b` where none is.
 inline __m128i select(__m128i mask, __m128i a, __m128i b) { return (mask & a) | _mm_andnot_si128(mask, b); }
-inline __m128 select(__m128 mask, __m128 a, __m128 b) {
-  return _mm_or_ps(_mm_and_ps(mask, a), _mm_andnot_ps(mask, b));
-}
-#ifdef __AVX__
-inline __m256 select(__m256 mask, __m256 a, __m256 b) { return _mm256_blendv_ps(b, a, mask); }
-#endif
-#ifdef __AVX2__
-inline __m256i select(__m256i mask, __m256i a, __m256i b) { return _mm256_blendv_epi8(b, a, mask); }
-#endif
 
 /// Shifts by a constant.
 template <int count>
