@@ -192,6 +192,20 @@ void everyWord(const Pair<T, Spec>& pair) {
   }
 }
 
+/// Rows of one vector, of each width of vectors.
+template <class T, class Spec>
+void rowsOfOneVector(const Pair<T, Spec>& pair) {
+  Random random(options().seed);
+  for (const int bytes : {16, 32, 64}) {
+    for (const int side : {3, 5, 7, 9}) {
+      for (int i = repeats(1, 2, 12); i > 0; --i) {
+        const Size roi{bytes / static_cast<int>(sizeof(T)), 1 + random.below(12)};
+        if (!pair.agreesOn(drawCase(random, solidMask({side, side}), roi))) return;
+      }
+    }
+  }
+}
+
 /// Every width at every offset, in rows of results that lie alike.
 template <class T, class Spec>
 void everyOffset(const Pair<T, Spec>& pair) {
@@ -451,6 +465,7 @@ void registerMorph(const char* name, MorphRoutine<T, Spec>* reference,
   });
   add("", onPair(manyMasks<T, Spec>));
   add("_everyWord", onPair(everyWord<T, Spec>));
+  add("_rowsOfOneVector", onPair(rowsOfOneVector<T, Spec>));
   if (limitsAreLowered) {
     add("_everyOffset", onPair(everyOffset<T, Spec>));
   } else {
