@@ -15,6 +15,13 @@ def run(command, **options):
     return subprocess.run(command, capture_output=True, text=True, errors="replace", **options)
 
 
+def namesForOthers(path):
+    """The defined symbols that are global, or weak and exported."""
+    rows = (line.split() for line in run(["readelf", "--symbols", "--wide", path]).stdout.splitlines())
+    return {row[7] for row in rows if len(row) > 7 and row[6] != "UND"
+            and (row[4] == "GLOBAL" or row[4:6] == ["WEAK", "DEFAULT"])}
+
+
 class Build:
     """A build folder of the tests, which is only read. Paths of objects and programs are relative to it."""
 
@@ -67,10 +74,9 @@ class Build:
         return set(ENTRY.findall(run(["nm", "--defined-only", "--demangle", obj], cwd=self.folder).stdout))
 
     def missesNames(self, obj, output):
-        """Whether the new object lacks a name that the linker would then take from the old one."""
-        old, new = (set(line.split()[-1] for line in run(["nm", "--defined-only", "--extern-only", path]).stdout.splitlines()
-                        if line.split()[-2] in "TDBR") for path in (os.path.join(self.folder, obj), output))
-        return not old <= new
+        """Whether the new object lacks a name that the linker would then take from the old one. Weak names that are
+        not exported may be missing: the compiler has inlined the function everywhere."""
+        return not namesForOthers(os.path.join(self.folder, obj)) <= namesForOthers(output)
 
     def initialData(self, path):
         """The bytes with which the object's variables start."""
