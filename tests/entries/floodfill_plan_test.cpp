@@ -52,6 +52,13 @@ TEST(FloodFillPlan, SearchesByVectorsIfSixteenPixelsFollow) {
   EXPECT_FALSE(searchesByVectors(0, 0));
 }
 
+TEST(FloodFillPlan, UsesWindowsInLargeRegionsOfWholeBlocks) {
+  EXPECT_FALSE(usesWindows({127, 128}));
+  EXPECT_TRUE(usesWindows({128, 128}));
+  EXPECT_FALSE(usesWindows({15, 10000}));
+  EXPECT_TRUE(usesWindows({16, 1024}));
+}
+
 TEST(FloodFillPlan, FollowsColumnsOfRowsThatAreNotWholePagesApart) {
   for (const int step : {4096, 8192, -4096}) EXPECT_FALSE(followsColumns(step)) << step;
   for (const int step : {1, 64, 4095, 4097, 6144, -4100}) EXPECT_TRUE(followsColumns(step)) << step;

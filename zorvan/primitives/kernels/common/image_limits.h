@@ -215,5 +215,8 @@ constexpr auto narrowBandRows = imageLimit<std::int64_t>(16, 3);
 /// Rows this far apart have addresses with equal low bits, which the processor compares first.
 constexpr int aliasedStepBytes = imageLimit(4096, 64);
 
+/// From so many pixels on the runs of a region are searched in windows of bits.
+constexpr auto windowedFillPixels = imageLimit<std::int64_t>(0x4000, 100);
+
 }  // namespace
 }  // namespace Zorvan::Primitives

@@ -12,12 +12,29 @@
 
 #include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
+#include "zorvan/primitives/kernels/computervision/flood_window.h"
 #include "zorvan/primitives/kernels/simd/bits.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 namespace Zorvan::Primitives::FloodFill {
 namespace {
+
+template <int vectors>
+inline void storeVectors(u8* p, __m128i value) {
+  for (int i = 0; i < vectors; ++i) Vector16{value}.store(p + 16 * i);
+}
+
+/// Fills parts of `vectors`, the last of which overlaps the one before. In rows that follow each other the
+/// number of parts changes less often than that of vectors, and is predicted better.
+template <int vectors>
+inline void fillParts(u8* p, std::int64_t bytes, __m128i value) {
+  constexpr std::int64_t partBytes = 16 * vectors;
+  u8* const last = p + bytes - partBytes;
+  for (; p < last; p += partBytes) storeVectors<vectors>(p, value);
+  storeVectors<vectors>(last, value);
+}
 
 /// Vectors of the old and of the new value of 8-bit pixels.
 struct ByteBlock {
@@ -48,6 +65,27 @@ struct ByteBlock {
     const auto pixel = static_cast<u8>(_mm_cvtsi128_si32(value));
     for (; count > 0; ++p, --count) *p = pixel;
   }
+
+  void fillRun(u8* p, std::int64_t count) const {
+    if (count >= 32) {
+      fillParts<2>(p, count, value);
+    } else if (count >= 16) {
+      fillParts<1>(p, count, value);
+    } else if (count >= 8) {
+      fillTwice<8>(p, count);
+    } else if (count >= 4) {
+      fillTwice<4>(p, count);
+    } else {
+      p[0] = p[count / 2] = p[count - 1] = static_cast<u8>(_mm_cvtsi128_si32(value));
+    }
+  }
+
+ private:
+  template <int bytes>
+  void fillTwice(u8* p, std::int64_t count) const {
+    storeLow<bytes>(p, value);
+    storeLow<bytes>(p + count - bytes, value);
+  }
 };
 
 /// The matches of four vectors of four pixels, as 16 bits.
@@ -63,6 +101,21 @@ inline void fillDwords(u8* p, std::int64_t count, __m128i value) {
   for (; count > 0; p += 4, --count) storeAs<int>(p, pixel);
 }
 
+inline void fillDwordRun(u8* p, std::int64_t count, __m128i value) {
+  if (count >= 16) {
+    fillParts<4>(p, 4 * count, value);
+  } else if (count >= 8) {
+    fillParts<2>(p, 4 * count, value);
+  } else if (count >= 4) {
+    fillParts<1>(p, 4 * count, value);
+  } else {
+    const int pixel = _mm_cvtsi128_si32(value);
+    storeAs<int>(p, pixel);
+    storeAs<int>(p + count / 2 * 4, pixel);
+    storeAs<int>(p + (count - 1) * 4, pixel);
+  }
+}
+
 struct IntBlock {
   using Pixel = int;
   __m128i old, value;
@@ -76,6 +129,7 @@ struct IntBlock {
   }
   void fillBlock(u8* p) const { fill(p, 16); }
   void fill(u8* p, std::int64_t count) const { fillDwords(p, count, value); }
+  void fillRun(u8* p, std::int64_t count) const { fillDwordRun(p, count, value); }
 };
 
 /// Compares as floating-point numbers, like the comparison of a single pixel, for NaN and for both zeros.
@@ -93,6 +147,7 @@ struct FloatBlock {
   }
   void fillBlock(u8* p) const { fill(p, 16); }
   void fill(u8* p, std::int64_t count) const { fillDwords(p, count, _mm_castps_si128(value)); }
+  void fillRun(u8* p, std::int64_t count) const { fillDwordRun(p, count, _mm_castps_si128(value)); }
 };
 
 #ifdef __AVX512VL__
@@ -106,6 +161,7 @@ struct FloatBlock32 : FloatBlock {
     for (; count >= 8; p += 32, count -= 8) Vector32{eight}.store(p);
     storeMasked(firstLanes<__mmask8>(count), p, eight);
   }
+  void fillRun(u8* p, std::int64_t count) const { fill(p, count); }
 };
 #endif
 
@@ -116,6 +172,7 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
   using Pixels::at;
   using Pixels::isOld;
   using Pixels::last;
+  static constexpr bool hasWindows = false;
   static constexpr unsigned allMatch = 0xFFFF;
 
   Block block;
@@ -168,6 +225,64 @@ struct BlockRow : FillPixels<typename Block::Pixel> {
     if (__builtin_expect(others != 0, 0)) return x + lowestSetBit(others);
     return last + 1;
   }
+};
+
+/// Rows of at least 16 pixels, compared in windows of two blocks.
+template <class Block>
+struct BlockWindowRow : BlockRow<Block> {
+  using Blocks = BlockRow<Block>;
+  using Blocks::allMatch;
+  using Blocks::at;
+  using Blocks::last;
+  using T = typename Blocks::T;
+  static constexpr bool hasWindows = true;
+
+  int secondBlock;  ///< the place of a window's second block, which overlaps the first in narrower regions
+
+  BlockWindowRow(T oldPixel, T newPixel, std::int64_t lastColumn)
+      : Blocks(oldPixel, newPixel, lastColumn),
+        secondBlock(lastColumn < windowPixels - 1 ? static_cast<int>(lastColumn) - 15 : 16) {}
+
+  std::uint32_t window(u8* row, std::int64_t x) const {
+    return matches(row, x) | matches(row, x + secondBlock) << secondBlock;
+  }
+
+  /// The first column of a run that goes on before column `x`, or `x`.
+  std::int64_t startOfRun(u8* row, std::int64_t x) const {
+    for (; x >= 16; x -= 16) {
+      const unsigned others = matches(row, x - 16) ^ allMatch;
+      if (others != 0) return x - 15 + highestSetBit(others);
+    }
+    const unsigned others = (matches(row, 0) ^ allMatch) & static_cast<unsigned>(bitsBefore(x));
+    return others == 0 ? 0 : highestSetBit(others) + 1;
+  }
+
+  /// The last column of a run that goes on from column `x`, or `x - 1`.
+  std::int64_t endOfRun(u8* row, std::int64_t x) const {
+    for (; last - x > 15; x += 16) {
+      const unsigned others = matches(row, x) ^ allMatch;
+      if (others != 0) return x + lowestSetBit(others) - 1;
+    }
+    // The last block ends with the region and overlaps what is known.
+    const std::int64_t first = last - 15;
+    const unsigned others = (matches(row, first) ^ allMatch) & ~static_cast<unsigned>(bitsBefore(x - first));
+    return others == 0 ? last : first + lowestSetBit(others) - 1;
+  }
+
+  /// Whether all pixels of the blocks from `x` up to `end` hold the old value. Prefetches those `ahead` bytes
+  /// further.
+  bool isOldFrom(u8* row, std::int64_t x, std::int64_t end, std::int64_t ahead) const {
+    for (; x < end; x += 16) {
+      prefetch(at(row, x), ahead);
+      if (matches(row, x) != allMatch) return false;
+    }
+    return true;
+  }
+
+  void fillRun(u8* row, std::int64_t x, std::int64_t count) const { this->block.fillRun(at(row, x), count); }
+
+ private:
+  unsigned matches(u8* row, std::int64_t x) const { return this->block.matches(at(row, x)); }
 };
 
 }  // namespace

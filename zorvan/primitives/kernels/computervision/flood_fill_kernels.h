@@ -18,31 +18,40 @@ namespace {
 #ifndef __AVX512BW__
 template <class T>
 struct MaskedRow;
+template <class T>
+struct MaskedWindowRow;
 struct FloatBlock32;
 #endif
 
-using ByteRow = BlockRow<ByteBlock>;
-using IntRow = BlockRow<IntBlock>;
-using FloatRow = BlockRow<FloatBlock>;
-using FloatRow32 = BlockRow<FloatBlock32>;
-
+/// `Row` for all regions, `WindowRow` for large ones.
 template <class V, class T>
 struct Policy;
 template <class V>
 struct Policy<V, u8> {
-  using Row = ByVariant<V, ByteRow, ByteRow, ByteRow, ByteRow, ByteRow, MaskedRow<u8>>;
+  using Blocks = BlockRow<ByteBlock>;
+  using Windows = BlockWindowRow<ByteBlock>;
+  using Row = ByVariant<V, Blocks, Blocks, Blocks, Blocks, Blocks, MaskedRow<u8>>;
+  using WindowRow = ByVariant<V, Windows, Windows, Windows, Windows, Windows, MaskedWindowRow<u8>>;
 };
 template <class V>
 struct Policy<V, u16> {
   using Row = PlainRow<u16>;
+  using WindowRow = Row;
 };
 template <class V>
 struct Policy<V, int> {
-  using Row = ByVariant<V, PlainRow<int>, PlainRow<int>, PlainRow<int>, IntRow, IntRow, MaskedRow<int>>;
+  using Plain = PlainRow<int>;
+  using Blocks = BlockRow<IntBlock>;
+  using Windows = BlockWindowRow<IntBlock>;
+  using Row = ByVariant<V, Plain, Plain, Plain, Blocks, Blocks, MaskedRow<int>>;
+  using WindowRow = ByVariant<V, Plain, Plain, Plain, Windows, Windows, MaskedWindowRow<int>>;
 };
 template <class V>
 struct Policy<V, float> {
-  using Row = ByVariant<V, FloatRow, FloatRow, FloatRow, FloatRow, FloatRow, FloatRow32>;
+  using Blocks = BlockRow<FloatBlock>;
+  using Windows = BlockWindowRow<FloatBlock>;
+  using Row = ByVariant<V, Blocks, Blocks, Blocks, Blocks, Blocks, BlockRow<FloatBlock32>>;
+  using WindowRow = ByVariant<V, Windows, Windows, Windows, Windows, Windows, BlockWindowRow<FloatBlock32>>;
 };
 
 template <class V, class T>
@@ -59,8 +68,14 @@ int floodFill(T* image, int step, Size roi, Point seed, T newValue, _IppiConnect
   const T old = loadAs<T>(Row::at(rows.at(seed.y), seed.x));
   if (old == newValue) return ippStsNoErr;
 
-  const Row row(old, newValue, roi.width - 1);
-  const FilledArea area = Filler<Row>(row, rows, roi, buffer).run(seed);
+  const auto filled = [&](auto row) { return Filler<decltype(row)>(row, rows, roi, buffer).run(seed); };
+  using WindowRow = typename Policy<V, T>::WindowRow;
+  FilledArea area;
+  if (WindowRow::hasWindows && ZORVAN_PLANNED("usesWindows", usesWindows(roi))) {
+    area = filled(WindowRow(old, newValue, roi.width - 1));
+  } else {
+    area = filled(Row(old, newValue, roi.width - 1));
+  }
   region->area = static_cast<std::int32_t>(area.count);
   region->value[0] = newValue;
   region->value[1] = 0;

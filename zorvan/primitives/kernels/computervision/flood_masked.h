@@ -12,7 +12,9 @@
 
 #include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
+#include "zorvan/primitives/kernels/computervision/flood_window.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/vectors.h"
 
 #ifdef __AVX512BW__
@@ -34,6 +36,7 @@ struct MaskedRow : FillPixels<T> {
   using Pixels::last;
   using Mask = MaskOf<T>;
   static constexpr int lanes = 64 / sizeof(T);
+  static constexpr bool hasWindows = false;
 
   Vector64 oldLanes, newLanes;
 
@@ -79,12 +82,13 @@ struct MaskedRow : FillPixels<T> {
     return end - 1;
   }
 
- private:
+ protected:
   Mask matchesAt(const u8* p) const {
     return matches(static_cast<Mask>(~Mask{0}), Vector64::load(p).bits, oldLanes.bits);
   }
   Mask matchesAt(Mask mask, const u8* p) const { return matches(mask, loadMasked(mask, p), oldLanes.bits); }
 
+ private:
   /// Fills the run that ends with lane `count - 1`, before column `x`, and returns its first column.
   std::int64_t fillLast(u8* p, std::int64_t count, Mask others, std::int64_t x) const {
     const int before = 64 - __builtin_clzll(others);
@@ -101,6 +105,69 @@ struct MaskedRow : FillPixels<T> {
     const auto others = static_cast<Mask>(present & ~matchesAt(present, at(row, x)));
     if (__builtin_expect(others != 0, 0)) return x + __builtin_ctzll(others);
     return last + 1;
+  }
+};
+
+/// Rows that are compared in windows.
+template <class T>
+struct MaskedWindowRow : MaskedRow<T> {
+  using Lanes = MaskedRow<T>;
+  using Lanes::at;
+  using Lanes::lanes;
+  using Lanes::last;
+  using typename Lanes::Mask;
+  static constexpr bool hasWindows = true;
+
+  __mmask32 present;  ///< the columns of a window, fewer in narrower regions
+
+  MaskedWindowRow(T oldPixel, T newPixel, std::int64_t lastColumn)
+      : Lanes(oldPixel, newPixel, lastColumn),
+        present(firstLanes<__mmask32>(lastColumn < windowPixels ? lastColumn + 1 : windowPixels)) {}
+
+  std::uint32_t window(u8* row, std::int64_t x) const {
+    const u8* const p = at(row, x);
+    if constexpr (sizeof(T) == 1) {
+      const __m256i old32 = _mm512_castsi512_si256(this->oldLanes.bits);
+      return _mm256_mask_cmpeq_epi8_mask(present, loadMaskedBytes(present, p), old32);
+    } else {
+      const auto low = static_cast<Mask>(present), high = static_cast<Mask>(present >> lanes);
+      return this->matchesAt(low, p) | static_cast<std::uint32_t>(this->matchesAt(high, p + 64)) << lanes;
+    }
+  }
+
+  std::int64_t startOfRun(u8* row, std::int64_t x) const {
+    for (; x >= lanes; x -= lanes) {
+      const auto others = static_cast<Mask>(~this->matchesAt(at(row, x - lanes)));
+      if (others != 0) return x - lanes + 64 - __builtin_clzll(others);
+    }
+    const Mask before = firstLanes<Mask>(x);
+    const auto others = static_cast<Mask>(before & ~this->matchesAt(before, row));
+    return others == 0 ? 0 : 64 - __builtin_clzll(others);
+  }
+
+  std::int64_t endOfRun(u8* row, std::int64_t x) const {
+    for (; last - x >= lanes; x += lanes) {
+      const auto others = static_cast<Mask>(~this->matchesAt(at(row, x)));
+      if (others != 0) return x + __builtin_ctzll(others) - 1;
+    }
+    const Mask rest = firstLanes<Mask>(last - x + 1);
+    const auto others = static_cast<Mask>(rest & ~this->matchesAt(rest, at(row, x)));
+    return others == 0 ? last : x + __builtin_ctzll(others) - 1;
+  }
+
+  bool isOldFrom(u8* row, std::int64_t x, std::int64_t end, std::int64_t ahead) const {
+    for (; x < end; x += lanes) {
+      prefetch(at(row, x), ahead);
+      const Mask rest = firstLanes<Mask>(end - x);
+      if (this->matchesAt(rest, at(row, x)) != rest) return false;
+    }
+    return true;
+  }
+
+  void fillRun(u8* row, std::int64_t x, std::int64_t count) const {
+    u8* p = at(row, x);
+    for (; count >= lanes; p += 64, count -= lanes) this->newLanes.store(p);
+    if (count != 0) storeMasked(firstLanes<Mask>(count), p, this->newLanes.bits);
   }
 };
 

@@ -47,6 +47,8 @@ struct FillPixels {
 /// No vectors.
 template <class T>
 struct PlainRow : FillPixels<T> {
+  static constexpr bool hasWindows = false;
+
   PlainRow(T oldPixel, T newPixel, std::int64_t lastColumn) : FillPixels<T>{oldPixel, newPixel, lastColumn} {}
 
   std::int64_t extendRight(u8* row, std::int64_t x, std::int64_t) const {
