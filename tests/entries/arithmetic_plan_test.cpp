@@ -221,13 +221,17 @@ TEST(DividePlan, FloatRowsBeginOnABoundaryWhereAllAddressesAreMultiplesOf4) {
   EXPECT_EQ(peelOfFloats(64, 64, 67, 20, 16), 0);
 }
 
-TEST(DividePlan, FloatRowsWithoutPeelAndTailBeginOnCacheLines) {
-  EXPECT_TRUE(needNoPeelOrTail(128, 256, 64));
-  EXPECT_TRUE(needNoPeelOrTail(64, -64, 128));
-  EXPECT_FALSE(needNoPeelOrTail(96, 256, 64));
-  EXPECT_FALSE(needNoPeelOrTail(65, 256, 64));
-  EXPECT_FALSE(needNoPeelOrTail(128, 288, 64));  // the second row has a peel
-  for (const int n : {63, 65, 80}) EXPECT_FALSE(needNoPeelOrTail(128, 512, n)) << n;
+TEST(DividePlan, FloatRowsWithoutPeelAndTailBeginOnABoundary) {
+  EXPECT_TRUE(needNoPeelOrTail(128, 256, 64, 64, 64));
+  EXPECT_TRUE(needNoPeelOrTail(64, -64, 128, 64, 64));
+  EXPECT_FALSE(needNoPeelOrTail(96, 256, 64, 64, 64));
+  EXPECT_FALSE(needNoPeelOrTail(65, 256, 64, 64, 64));
+  EXPECT_FALSE(needNoPeelOrTail(128, 288, 64, 64, 64));  // the second row has a peel
+  for (const int n : {63, 65, 80}) EXPECT_FALSE(needNoPeelOrTail(128, 512, n, 64, 64)) << n;
+  EXPECT_TRUE(needNoPeelOrTail(80, 48, 96, 16, 32));
+  EXPECT_FALSE(needNoPeelOrTail(88, 48, 96, 16, 32));
+  EXPECT_FALSE(needNoPeelOrTail(80, 56, 96, 16, 32));
+  EXPECT_FALSE(needNoPeelOrTail(80, 48, 80, 16, 32));
 }
 
 }  // namespace

@@ -34,29 +34,25 @@ inline void dividePixels(const float* divisors, const float* numerators, float* 
   }
 }
 
-/// The reciprocal is refined, not the quotient as for integers: that would overflow for large floats.
-template <class F>
-inline F productWithReciprocal(F numerator, F divisor) {
-  const F r = reciprocalEstimate(divisor);
-  const F e = broadcastFloats<F>(1) - divisor * r;
-  return numerator * (r + e * (r + e * r));
-}
+/// c - a * b and a * b + c, rounded once where the variant has fused multiply-adds.
+#ifdef __FMA__
+inline __m256 minusProduct(__m256 c, __m256 a, __m256 b) { return _mm256_fnmadd_ps(a, b, c); }
+inline __m256 plusProduct(__m256 c, __m256 a, __m256 b) { return _mm256_fmadd_ps(a, b, c); }
+#else
+inline __m128 minusProduct(__m128 c, __m128 a, __m128 b) { return c - a * b; }
+inline __m128 plusProduct(__m128 c, __m128 a, __m128 b) { return c + a * b; }
+#endif
 
-/// Lanes with the sign bit set where the estimate is not usable: magnitudes below 2^-126, and those from
-/// 2^125 on, infinity and NaN among them. Above 2^126 the estimate is 0, and just below it may be 0.
-template <class I>
-inline I unusableDivisors(I divisorBits) {
-  const I smallestNormal = broadcastDwords<I>(0x00800000);
-  const I usableSpan = broadcastDwords<I>(0x7D800000 - 1);
-  const I magnitude = divisorBits & broadcastDwords<I>(0x7FFFFFFF);
-  const I above = sub_epi32(magnitude, smallestNormal);
-  return above | cmpgt_epi32(above, usableSpan);
-}
-inline int signMask(__m128i x) { return _mm_movemask_ps(asFloats(x)); }
 inline int zeroMask(__m128 x) { return _mm_movemask_ps(_mm_cmpeq_ps(x, _mm_setzero_ps())); }
-
+inline bool isBelowHalf(__m128 x) {
+  return _mm_movemask_ps(_mm_cmplt_ps(_mm_and_ps(x, asFloats(broadcastDwords<__m128i>(0x7FFFFFFF))),
+                                      broadcastFloats<__m128>(0.5F))) == 0xF;
+}
 #ifdef __AVX2__
-inline int signMask(__m256i x) { return _mm256_movemask_ps(asFloats(x)); }
+inline bool isBelowHalf(__m256 x) {
+  return _mm256_movemask_ps(_mm256_cmp_ps(_mm256_and_ps(x, asFloats(broadcastDwords<__m256i>(0x7FFFFFFF))),
+                                          broadcastFloats<__m256>(0.5F), _CMP_LT_OQ)) == 0xFF;
+}
 using QuotientLanes = VectorOfFloats<32>;
 #else
 using QuotientLanes = VectorOfFloats<16>;
@@ -72,43 +68,68 @@ using QuotientLanes = VectorOfFloats<16>;
   storeAs(dst + 4, n1 / d1);
 }
 
-/// Vectors of pixels. Returns false and writes nothing if the estimate of a divisor is not usable. There is
-/// one branch for all vectors, because the test takes about as long as the quotients.
+/// Vectors of pixels. Returns false and writes nothing if the estimate of a divisor is not usable: then the
+/// error of the estimate times the divisor is 1, infinite or NaN, and otherwise near 0, so that the sum of
+/// the errors shows it.
+///
+/// The reciprocal is refined, not the quotient as for integers: that would overflow for large floats.
 template <int vectors>
 inline bool divideByEstimates(const float* divisors, const float* numerators, float* dst) {
   constexpr int lanes = sizeof(QuotientLanes) / 4;
-  QuotientLanes d[vectors];
-  for (int j = 0; j < vectors; ++j) d[j] = loadAs<QuotientLanes>(divisors + j * lanes);
-  auto unusable = unusableDivisors(asIntegers(d[0]));
-  for (int j = 1; j < vectors; ++j) unusable = unusable | unusableDivisors(asIntegers(d[j]));
-  if (signMask(unusable) != 0) [[unlikely]]
+  QuotientLanes r[vectors], e[vectors];
+  for (int j = 0; j < vectors; ++j) {
+    const auto d = loadAs<QuotientLanes>(divisors + j * lanes);
+    r[j] = reciprocalEstimate(d);
+    e[j] = minusProduct(broadcastFloats<QuotientLanes>(1), d, r[j]);
+  }
+  QuotientLanes errors = e[0];
+  for (int j = 1; j < vectors; ++j) errors = errors + e[j];
+  if (!isBelowHalf(errors)) [[unlikely]]
     return false;
   for (int j = 0; j < vectors; ++j) {
-    storeAs(dst + j * lanes, productWithReciprocal(loadAs<QuotientLanes>(numerators + j * lanes), d[j]));
+    const auto numerator = loadAs<QuotientLanes>(numerators + j * lanes);
+    storeAs(dst + j * lanes, numerator * plusProduct(r[j], e[j], plusProduct(r[j], e[j], r[j])));
   }
   return true;
 }
 
-/// Returns whether any divisor of the row was 0.
-inline bool divideFloatRow(const float* divisors, const float* numerators, float* dst, std::int64_t n) {
-  constexpr int lanes = sizeof(QuotientLanes) / 4, unrolled = 4 * lanes;
-  bool anyZero = false;
-  const auto eights = [&](std::int64_t begin, std::int64_t end) {
-    for (std::int64_t i = begin; i != end; i += 8) {
-      if (divideByEstimates<8 / lanes>(divisors + i, numerators + i, dst + i)) continue;
-      divideEightFloats(divisors + i, numerators + i, dst + i, anyZero);
-    }
-  };
-  const std::int64_t peel = peelOfFloats(addressOf(divisors), addressOf(numerators), addressOf(dst), n, 16);
-  dividePixels(divisors, numerators, dst, 0, peel, anyZero);
-  std::int64_t i = peel;
-  for (; i + unrolled <= n; i += unrolled) {
-    if (divideByEstimates<4>(divisors + i, numerators + i, dst + i)) continue;
-    eights(i, i + unrolled);
+constexpr int unrolledQuotients = 4 * sizeof(QuotientLanes) / 4;  // floats in 4 vectors
+
+/// A multiple of 8 pixels from `begin` to `end`.
+inline void divideEights(const float* divisors, const float* numerators, float* dst, std::int64_t begin,
+                         std::int64_t end, bool& anyZero) {
+  for (std::int64_t i = begin; i != end; i += 8) {
+    if (divideByEstimates<32 / sizeof(QuotientLanes)>(divisors + i, numerators + i, dst + i)) continue;
+    divideEightFloats(divisors + i, numerators + i, dst + i, anyZero);
   }
-  const std::int64_t tail = i + ((n - i) & ~7);
-  eights(i, tail);
-  dividePixels(divisors, numerators, dst, tail, n, anyZero);
+}
+
+/// The pixels of an iteration, some of which have a divisor without a usable estimate.
+[[gnu::cold, gnu::noinline]] inline bool divideUnrolledByEights(const float* divisors,
+                                                                const float* numerators, float* dst) {
+  bool anyZero = false;
+  divideEights(divisors, numerators, dst, 0, unrolledQuotients, anyZero);
+  return anyZero;
+}
+
+/// Returns whether any divisor of the row was 0. `whole`: the row has no peel and no tail.
+template <bool whole>
+inline bool divideFloatRow(const float* divisors, const float* numerators, float* dst, std::int64_t n) {
+  bool anyZero = false;
+  std::int64_t i = 0;
+  if constexpr (!whole) {
+    i = peelOfFloats(addressOf(divisors), addressOf(numerators), addressOf(dst), n, 16);
+    dividePixels(divisors, numerators, dst, 0, i, anyZero);
+  }
+  for (; i + unrolledQuotients <= n; i += unrolledQuotients) {
+    if (divideByEstimates<4>(divisors + i, numerators + i, dst + i)) continue;
+    anyZero |= divideUnrolledByEights(divisors + i, numerators + i, dst + i);
+  }
+  if constexpr (!whole) {
+    const std::int64_t tail = i + ((n - i) & ~7);
+    divideEights(divisors, numerators, dst, i, tail, anyZero);
+    dividePixels(divisors, numerators, dst, tail, n, anyZero);
+  }
   return anyZero;
 }
 

@@ -16,23 +16,26 @@ namespace {
 
 using Ipp::ippStsDivByZero;
 
-/// 8 pixels at a time, peel and tail of single pixels.
+/// Vectors of pixels, peel and tail of single pixels. Rows of floats without a peel and a tail have a loop
+/// without the branches to them: in narrow images a row is an iteration or two.
 struct EstimatedQuotients {
   struct Constants {};
 
-  template <class T, Quotients>
+  template <class T, Quotients form>
   static bool row(const T* divisors, const T* numerators, T* dst, std::int64_t n,
                   const QuotientFactors& factors, Constants) {
-    return divideRow(divisors, numerators, dst, n, factors);
+    return divideRow<form>(divisors, numerators, dst, n, factors);
   }
   template <class Images>
   static int floatRows(const Images& images, Size roi) {
-    return images.eachRow(roi, [](auto... row) { return divideFloatRow(row...); });
+    if (needNoPeelOrTail(addressOf(images.dst.pixels), images.dst.step, roi.width, 16, unrolledQuotients)) {
+      return images.eachRow(roi, [](auto... row) { return divideFloatRow<true>(row...); });
+    }
+    return images.eachRow(roi, [](auto... row) { return divideFloatRow<false>(row...); });
   }
 };
 
-/// Vectors of 16 floats under masks. Rows of floats without a peel and a tail have a loop without the
-/// branches to them: in narrow images a row is an iteration or two.
+/// Vectors of 16 floats under masks. Rows of floats without a peel and a tail have a loop of their own too.
 struct MaskedQuotients {
 #ifdef __AVX512BW__
   using Constants = FourthBytes;
@@ -44,7 +47,7 @@ struct MaskedQuotients {
   }
   template <class Images>
   static int floatRows(const Images& images, Size roi) {
-    if (needNoPeelOrTail(addressOf(images.dst.pixels), images.dst.step, roi.width)) {
+    if (needNoPeelOrTail(addressOf(images.dst.pixels), images.dst.step, roi.width, 64, 64)) {
       return images.eachRow(roi, [](auto... row) { return divideFloatRowMasked<true>(row...); });
     }
     return images.eachRow(roi, [](auto... row) { return divideFloatRowMasked<false>(row...); });

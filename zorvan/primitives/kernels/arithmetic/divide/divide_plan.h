@@ -73,9 +73,10 @@ constexpr std::int64_t peelOfFloats(std::uintptr_t a, std::uintptr_t b, std::uin
   return peel < n ? peel : n;
 }
 
-/// Whether all float rows are multiples of 64 pixels that start on a cache line.
-constexpr bool needNoPeelOrTail(std::uintptr_t dst, std::int64_t dstStep, std::int64_t n) {
-  return dst % 64 == 0 && dstStep % 64 == 0 && n % 64 == 0;
+/// Whether all float rows start on a boundary and are multiples of this many pixels.
+constexpr bool needNoPeelOrTail(std::uintptr_t dst, std::int64_t dstStep, std::int64_t n, int boundary,
+                                int pixels) {
+  return dst % boundary == 0 && dstStep % boundary == 0 && n % pixels == 0;
 }
 
 }  // namespace

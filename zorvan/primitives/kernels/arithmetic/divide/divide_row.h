@@ -4,7 +4,8 @@
 // the newest.
 //
 // Peel and tail are divided pixel by pixel. In vectors the product of numerator and estimate is refined by
-// two Newton steps; a tie may be rounded to the other side than by a division.
+// two Newton steps; a tie may be rounded to the other side than by a division. Where a vector has 8
+// quotients, those of a whole vector of pixels are computed together.
 
 #include "zorvan/primitives/kernels/arithmetic/divide/divide_pixels.h"
 #include "zorvan/primitives/kernels/common/scaling.h"
@@ -64,14 +65,19 @@ inline void storeEight(T* p, EightDwords lanes) {
   }
 }
 
+/// Quotients of bytes stay below 2^31, at most 2^15 times a numerator, and saturate when they are packed.
+template <class T, class F>
+inline F limitedQuotient(F numerator, F divisor) {
+  const F q = estimatedQuotient(numerator, divisor);
+  if constexpr (sizeof(T) == 1) return q;
+  return clamped(q, lowest<T>, highest<T>);
+}
+
 template <class T, class F>
 inline F quotients(F numerator, F divisor, const QuotientFactors& factors, bool zeroes) {
   divisor = divisor * broadcastFloats<F>(factors.divisor);
   if (zeroes) divisor = divisor + where0(divisor, broadcastFloats<F>(factors.forZero));
-  const F q = estimatedQuotient(numerator * broadcastFloats<F>(factors.numerator), divisor);
-  // Quotients of bytes stay below 2^31, at most 2^15 times a numerator, and saturate when they are packed.
-  if constexpr (sizeof(T) == 1) return q;
-  return clamped(q, lowest<T>, highest<T>);
+  return limitedQuotient<T>(numerator * broadcastFloats<F>(factors.numerator), divisor);
 }
 
 template <class T>
@@ -95,8 +101,70 @@ inline EightDwords divideEight(__m128i divisors, __m128i numerators, const Quoti
 #endif
 }
 
-/// Returns whether any divisor of the row was 0.
+#ifdef __AVX2__
+/// 8 quotients. Divisors of 0 without a sign are replaced by one instruction: another divisor below the
+/// replacement has a saturated quotient too. `zeroes`: whether there may be one with a sign.
+template <Quotients form, class T>
+inline __m256i divideDwords(__m256i divisors, __m256i numerators, const QuotientFactors& factors,
+                            bool zeroes) {
+  __m256 d = cvtepi32_ps(divisors), n = cvtepi32_ps(numerators);
+  if constexpr (form == Quotients::scaledDivisor) d = d * broadcastFloats<__m256>(factors.divisor);
+  if constexpr (form == Quotients::scaledNumerator) n = n * broadcastFloats<__m256>(factors.numerator);
+  const __m256 forZero = broadcastFloats<__m256>(factors.forZero);
+  if constexpr (!std::is_signed_v<T>) {
+    d = max_ps(d, forZero);
+  } else if (zeroes) {
+    d = d + where0(d, forZero);
+  }
+  return _mm256_cvtps_epi32(limitedQuotient<T>(n, d));
+}
+/// 16 quotients, packed as `Packed`.
+template <Quotients form, class T, class Packed>
+inline __m256i divideWords(__m256i divisors, __m256i numerators, const QuotientFactors& factors,
+                           bool zeroes) {
+  using Word = std::conditional_t<std::is_signed_v<T>, s16, u16>;
+  const auto d = widened<Word>(divisors), n = widened<Word>(numerators);
+  return narrowed<Packed, __m256i>({divideDwords<form, T>(d.low, n.low, factors, zeroes),
+                                    divideDwords<form, T>(d.high, n.high, factors, zeroes)});
+}
+/// The quotients of a vector of pixels.
+template <Quotients form, class T>
+inline __m256i divideVector(__m256i divisors, __m256i numerators, const QuotientFactors& factors,
+                            bool zeroes) {
+  if constexpr (sizeof(T) == 2) {
+    return divideWords<form, T, T>(divisors, numerators, factors, zeroes);
+  } else {
+    const auto d = widened<u8>(divisors), n = widened<u8>(numerators);
+    return narrowed<u8, __m256i>({divideWords<form, T, s16>(d.low, n.low, factors, zeroes),
+                                  divideWords<form, T, s16>(d.high, n.high, factors, zeroes)});
+  }
+}
 template <class T>
+inline __m256i whereEqual0(__m256i pixels) {
+  return sizeof(T) == 1 ? cmpeq_epi8(pixels, zeroes<__m256i>()) : cmpeq_epi16(pixels, zeroes<__m256i>());
+}
+
+/// Divides whole vectors of a row from pixel `i` on and returns the place after them.
+template <Quotients form, class T>
+inline std::int64_t divideVectors(const T* divisors, const T* numerators, T* dst, std::int64_t i,
+                                  std::int64_t n, const QuotientFactors& factors, bool& anyZero) {
+  constexpr int pixels = 32 / sizeof(T);
+  if (n - i < pixels) return i;
+  __m256i zeroDivisors = zeroes<__m256i>();
+  for (; i + pixels <= n; i += pixels) {
+    const auto d = loadAs<__m256i>(divisors + i), x = loadAs<__m256i>(numerators + i);
+    const __m256i equal0 = whereEqual0<T>(d);
+    zeroDivisors = zeroDivisors | equal0;
+    const bool hasZero = std::is_signed_v<T> && movemask_epi8(equal0) != 0;
+    storeAs(dst + i, divideVector<form, T>(d, x, factors, hasZero));
+  }
+  anyZero |= movemask_epi8(zeroDivisors) != 0;
+  return i;
+}
+#endif
+
+/// Returns whether any divisor of the row was 0.
+template <Quotients form, class T>
 inline bool divideRow(const T* divisors, const T* numerators, T* dst, std::int64_t n,
                       const QuotientFactors& factors) {
   bool anyZero = false;
@@ -108,6 +176,9 @@ inline bool divideRow(const T* divisors, const T* numerators, T* dst, std::int64
     }
   };
   pixelsUpTo(peelOfIntegers(addressOf(dst), n, sizeof(T)));
+#ifdef __AVX2__
+  i = divideVectors<form>(divisors, numerators, dst, i, n, factors, anyZero);
+#endif
   for (; i + 8 <= n; i += 8) {
     const __m128i d = loadEight(divisors + i), x = loadEight(numerators + i);
     const bool zeroes = _mm_movemask_epi8(cmpeq_epi16(d, _mm_setzero_si128())) != 0;
