@@ -15,6 +15,7 @@
 // Any address; prefetches may lie outside the row.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_plan.h"
+#include "zorvan/primitives/kernels/common/extreme_values.h"
 #include "zorvan/primitives/kernels/simd/lane_operations.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
 #include "zorvan/primitives/kernels/simd/prefetch.h"
@@ -130,6 +131,58 @@ struct FloatRoots16 {
     return srcIsAligned ? rootBody16<true, false>(src, dst, n) : rootBody16<false, false>(src, dst, n);
   }
 };
+
+#ifdef __AVX__
+inline int trueRootsEight(__m256 x, __m256& root) {
+  root = _mm256_sqrt_ps(x);
+  return _mm256_movemask_ps(
+      _mm256_andnot_ps(_mm256_cmp_ps(x, x, _CMP_UNORD_Q), _mm256_cmp_ps(root, root, _CMP_UNORD_Q)));
+}
+
+/// 32-byte vectors.
+struct FloatRoots32 {
+  static constexpr bool streams = false;
+  static constexpr bool fuses = false;
+
+  template <bool streaming>
+  static bool row(const unsigned char* src, unsigned char* dst, std::int64_t n, std::int64_t) {
+    const std::int64_t peel = planPeel(addressOf(dst), n, Vector16::size);
+    int negative = trueRootsScalar(src, dst, peel);
+    src += 4 * peel;
+    dst += 4 * peel;
+    n -= peel;
+    for (; n >= rootUnrolledPixels; src += 64, dst += 64, n -= rootUnrolledPixels) {
+      prefetch(src, rootPrefetchBytes);
+      negative |= sixteenRoots(src, dst);
+    }
+    return (negative | trueRootsScalar(src, dst, n)) != 0;
+  }
+
+ private:
+  static __m256 estimatedRoot(__m256 x) {
+    const __m256 y = rsqrt_ps(x);
+    const __m256 t = x * y;
+    return t * -0.5F * (y * t - 3.0F);
+  }
+  static __m256 whereNotFinite(__m256 x) {
+    const __m256 magnitude = _mm256_andnot_ps(broadcastFloats<__m256>(-0.0F), x);
+    return _mm256_cmp_ps(magnitude, broadcastFloats<__m256>(infinite<float>), _CMP_NLT_UQ);
+  }
+  static int sixteenRoots(const unsigned char* src, unsigned char* dst) {
+    const __m256 x0 = loadAs<__m256>(src), x1 = loadAs<__m256>(src + 32);
+    __m256 root0 = estimatedRoot(x0), root1 = estimatedRoot(x1);
+    int negative = 0;
+    if (_mm256_movemask_ps(_mm256_or_ps(whereNotFinite(root0), whereNotFinite(root1))) != 0) {
+      negative = trueRootsEight(x0, root0) | trueRootsEight(x1, root1);
+    }
+    storeAs(dst, root0);
+    storeAs(dst + 32, root1);
+    return negative;
+  }
+};
+#else
+struct FloatRoots32;
+#endif
 
 #ifdef __AVX512DQ__
 inline __mmask16 negativeRoots(__m512 x, __m512 root) {

@@ -28,7 +28,7 @@ int squareFloats(const UnaryImages& images, Size roi) {
 
 template <class V>
 using RootFloatPolicy =
-    ByVariant<V, FloatRoots16, FloatRoots16, FloatRoots16, FloatRoots16, FloatRoots16, FloatRoots64>;
+    ByVariant<V, FloatRoots16, FloatRoots16, FloatRoots16, FloatRoots32, FloatRoots32, FloatRoots64>;
 
 /// 16-byte vectors, for images of every size.
 struct Absolute16 {
