@@ -156,7 +156,8 @@ inline void xorConstantShort(u8 constant, const u8* src, u8* dst, std::int64_t l
   }
 }
 
-/// Unrolled by 4: two loads and a store per block leave no time for the loop's own instructions.
+/// Unrolled by 4: two loads and a store per block leave no time for the loop's own instructions. Each block
+/// is stored before the next is loaded, so that loads and stores share the time.
 template <class Ends, class Op, bool prefetching>
 [[gnu::always_inline]] inline void combineBlocks(const u8* src1, const u8* src2, u8* dst,
                                                  std::int64_t length) {
@@ -166,7 +167,13 @@ template <class Ends, class Op, bool prefetching>
   const std::int64_t end = peel + ((length - peel) & ~63);
   Ends::write(rows, dst, 0, peel);
   Ends::write(rows, dst, end, length);
-  const std::int64_t i = writeBlocks<Vector, 256, Stores::plain, prefetching>(rows, dst, peel, end);
+  std::int64_t i = peel;
+  for (; end - i >= 256; i += 256) {
+    for (int line = 0; prefetching && line < 256; line += 64) rows.prefetch(i + line);
+    for (int line = 0; line < 256; line += 64) {
+      LogicalBlock<Vector, 64>(rows, i + line).template write<Stores::plain>(dst + i + line);
+    }
+  }
   writeBlocks<Vector, 64, Stores::plain>(rows, dst, i, end);
 }
 
