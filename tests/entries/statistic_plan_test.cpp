@@ -52,15 +52,20 @@ TEST(MaskedSumPlan, SumsOfBytesAreUnrolledBelow0x800000Pixels) {
 }
 
 TEST(MaskedSumPlan, RowsOfWordsShareLanesThatHoldThem) {
-  EXPECT_EQ(wordRowsInLanes(1), 16384);
-  EXPECT_EQ(wordRowsInLanes(64), 16384);
-  EXPECT_EQ(wordRowsInLanes(65), 8192);
-  EXPECT_EQ(wordRowsInLanes(640), 1638);
-  EXPECT_EQ(wordRowsInLanes(0x80000), 2);
-  EXPECT_EQ(wordRowsInLanes(0x80001), 1);
-  EXPECT_EQ(wordRowsInLanes(0x100000), 1);
-  EXPECT_EQ(wordRowsInLanes(0x100001), 1);
-  EXPECT_EQ(wordRowsInLanes(0x7FFFFFFF), 1);
+  EXPECT_EQ(wordRowsInLanes<64>(1), 16384);
+  EXPECT_EQ(wordRowsInLanes<64>(64), 16384);
+  EXPECT_EQ(wordRowsInLanes<64>(65), 8192);
+  EXPECT_EQ(wordRowsInLanes<64>(640), 1638);
+  EXPECT_EQ(wordRowsInLanes<64>(0x80000), 2);
+  EXPECT_EQ(wordRowsInLanes<64>(0x80001), 1);
+  EXPECT_EQ(wordRowsInLanes<64>(0x100000), 1);
+  EXPECT_EQ(wordRowsInLanes<64>(0x100001), 1);
+  EXPECT_EQ(wordRowsInLanes<64>(0x7FFFFFFF), 1);
+  EXPECT_EQ(wordRowsInLanes<32>(64), 8192);
+  EXPECT_EQ(wordRowsInLanes<32>(65), 4096);
+  EXPECT_EQ(wordRowsInLanes<32>(0x40000), 2);
+  EXPECT_EQ(wordRowsInLanes<32>(0x40001), 1);
+  EXPECT_EQ(wordRowsInLanes<32>(0x7FFFFFFF), 1);
 }
 
 TEST(PrefetchPlan, RegionsInTheNearCachesAreNotPrefetched) {

@@ -88,37 +88,59 @@ struct ByteSquares {
   Integers sums() const { return add_epi32(even, odd); }
 };
 
+/// Calls `part` for parts of the region whose squares fit the lanes: strips of long rows, or several short
+/// rows, since to empty the lanes takes longer than to sum a short row.
+template <int vectorBytes, class Part>
+inline void forEachPart(Plane<const u8> src, Plane<const u8> mask, Size roi, Part part) {
+  for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
+    const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
+    const std::int64_t rowsInLanes = squaresInLanes / ((pixels + vectorBytes - 1) & -vectorBytes);
+    ZORVAN_NOTE_PLAN("squares of all rows in the lanes", rowsInLanes >= roi.height);
+    for (std::int64_t r = 0; r < roi.height; r += rowsInLanes) {
+      const std::int64_t rows = roi.height - r < rowsInLanes ? roi.height - r : rowsInLanes;
+      part(src.from(r, c), mask.from(r, c), rows, pixels);
+    }
+  }
+}
+
 /// 32 pixels per iteration; the tail is filled up with zeros.
 class ByteMoments32 {
  public:
   static Moments of(Plane<const u8> src, Plane<const u8> mask, Size roi) {
     ByteMoments32 moments;
     return withPrefetch(roi, 2, [&](auto prefetchAfter) {
-      forEachPiece(src, mask, roi, [&](const u8* p, const u8* m, std::int64_t pixels) {
-        moments.piece(p, m, pixels, prefetchAfter);
-      });
+      forEachPart<32>(src, mask, roi, [&](auto... part) { moments.add(part..., prefetchAfter); });
       return Moments{moments.count_, static_cast<double>(sumOfQwords(moments.sums_)),
                      sumOf(moments.squares_)};
     });
   }
 
  private:
-  void piece(const u8* p, const u8* m, std::int64_t left, auto prefetchAfter) {
+  void add(Plane<const u8> src, Plane<const u8> mask, std::int64_t rows, std::int64_t pixels,
+           auto prefetchAfter) {
     ByteSquares<Vector32> squares;
-    const auto add = [&](__m256i pixels, __m256i mask) {
-      const __m256i none = unselected(mask);
-      pixels = _mm256_andnot_si256(none, pixels);
-      count_ += static_cast<std::uint32_t>(countClear(none));
-      sums_ = _mm256_add_epi64(sums_, _mm256_sad_epu8(pixels, _mm256_setzero_si256()));
-      squares.add(pixels);
+    __m256i sums = sums_;
+    std::uint32_t count = count_;
+    const auto addVector = [&](__m256i bytes, __m256i selection) {
+      const __m256i none = unselected(selection);
+      bytes = _mm256_andnot_si256(none, bytes);
+      count += static_cast<std::uint32_t>(countClear(none));
+      sums = _mm256_add_epi64(sums, _mm256_sad_epu8(bytes, _mm256_setzero_si256()));
+      squares.add(bytes);
     };
-    for (; left >= 32; p += 32, m += 32, left -= 32) {
-      prefetchAfter(p);
-      prefetchAfter(m);
-      add(Vector32::load(p).bits, Vector32::load(m).bits);
-    }
-    if (left != 0) add(loadFirst32(p, left), loadFirst32(m, left));
+    const auto addRow = [&](const u8* p, const u8* m) {
+      std::int64_t c = 0;
+      for (; pixels - c >= 32; c += 32) {
+        prefetchAfter(p + c);
+        prefetchAfter(m + c);
+        addVector(Vector32::load(p + c).bits, Vector32::load(m + c).bits);
+      }
+      if (c != pixels) addVector(loadFirst32(p + c, pixels - c), loadFirst32(m + c, pixels - c));
+    };
+    forEachRow(rows, addRow, src, mask);
     squares_ = addWidened(squares_, squares.sums());
+    sums_ = sums;
+    count_ = count;
   }
 
   __m256i sums_ = _mm256_setzero_si256();
@@ -128,22 +150,13 @@ class ByteMoments32 {
 #endif
 
 #ifdef __AVX512BW__
-/// 64 pixels per iteration; the tail is masked. Short rows share lanes of squares as long as these can hold
-/// them: to empty the lanes would take longer than to sum a short row. Long rows are cut into strips.
+/// 64 pixels per iteration; the tail is masked.
 class ByteMoments64 {
  public:
   static Moments of(Plane<const u8> src, Plane<const u8> mask, Size roi) {
     ByteMoments64 moments;
     return withPrefetch(roi, 2, [&](auto prefetchAfter) {
-      for (std::int64_t c = 0; c < roi.width; c += squaresInLanes) {
-        const std::int64_t pixels = roi.width - c < squaresInLanes ? roi.width - c : squaresInLanes;
-        const std::int64_t rowsInLanes = squaresInLanes / ((pixels + 63) / 64 * 64);
-        ZORVAN_NOTE_PLAN("squares of all rows in the lanes", rowsInLanes >= roi.height);
-        for (std::int64_t r = 0; r < roi.height; r += rowsInLanes) {
-          const std::int64_t rows = roi.height - r < rowsInLanes ? roi.height - r : rowsInLanes;
-          moments.add(src.from(r, c), mask.from(r, c), rows, pixels, prefetchAfter);
-        }
-      }
+      forEachPart<64>(src, mask, roi, [&](auto... part) { moments.add(part..., prefetchAfter); });
       return Moments{moments.count_, static_cast<double>(sumOfQwords(moments.sums_)),
                      sumOf(moments.squares_)};
     });

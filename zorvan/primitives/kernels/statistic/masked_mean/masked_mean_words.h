@@ -73,59 +73,66 @@ struct MaskedWords32;
 struct MaskedWords64;
 
 #ifdef __AVX2__
-/// 16 pixels per iteration, then 8, then scalar.
+/// Calls `sum` for as many rows at a time as the lanes of a vector hold, at least one.
+template <int vectorBytes, class Sum>
+inline void forEachRowsInLanes(Plane<const u16> src, Plane<const u8> mask, Size roi, Sum sum) {
+  const int rowsInLanes = wordRowsInLanes<vectorBytes>(roi.width);
+  ZORVAN_NOTE_PLAN("wordRowsInLanes of all rows", rowsInLanes >= roi.height);
+  for (std::int64_t from = 0; from < roi.height; from += rowsInLanes) {
+    sum(src.from(from, 0), mask.from(from, 0),
+        roi.height - from < rowsInLanes ? roi.height - from : rowsInLanes);
+  }
+}
+
+/// 16 pixels per iteration, then 8, then scalar. Short rows share lanes as long as these can hold their sums:
+/// to empty the lanes takes longer than to sum a short row.
 struct MaskedWords32 {
   static MaskedSum of(Plane<const u16> src, Plane<const u8> mask, Size roi) {
     return withPrefetch(roi, 3, [&](auto prefetchAfter) {
       __m256d total = _mm256_setzero_pd();
-      double scalarSum = 0;
+      std::int64_t scalarSum = 0;
       std::uint32_t count = 0;
-      const auto addRow = [&](const u16* p, const u8* m) {
-        std::int64_t left = roi.width;
-        __m256i even = _mm256_setzero_si256(), odd = even;
+      forEachRowsInLanes<32>(src, mask, roi, [&](auto srcRows, auto maskRows, std::int64_t rows) {
+        UnsignedPairs<Vector32> pairs;
         const auto add = [&](__m256i words, __m128i selection) {
           const __m128i none = unselected(selection);
-          words = _mm256_andnot_si256(_mm256_cvtepi8_epi16(none), words);
-          even = _mm256_add_epi32(even, _mm256_and_si256(words, _mm256_set1_epi32(0xFFFF)));
-          odd = _mm256_add_epi32(odd, _mm256_srli_epi32(words, 16));
+          pairs.add(_mm256_andnot_si256(_mm256_cvtepi8_epi16(none), words));
           count += countSelected16(none);
         };
-        for (; left >= 16; p += 16, m += 16, left -= 16) {
-          prefetchAfter(p);
-          add(Vector32::load(p).bits, Vector16::load(m).bits);
-        }
-        if (left >= 8) {
-          add(_mm256_zextsi128_si256(Vector16::load(p).bits), loadLow<8>(m));
-          p += 8, m += 8, left -= 8;
-        }
-        std::uint32_t sum = 0;
-        for (; left != 0; ++p, ++m, --left) {
-          const std::int32_t bits = selectedBits(*m);
-          sum += static_cast<std::uint32_t>(loadAs<u16>(p) & bits);
-          count += static_cast<std::uint32_t>(1 & bits);
-        }
-        total = addWidened(addWidened(total, even), odd);
-        scalarSum += sum;
-      };
-      forEachRow(roi.height, addRow, src, mask);
-      return MaskedSum{count, sumOf(total) + scalarSum};
+        const auto addRow = [&](const u16* p, const u8* m) {
+          std::int64_t left = roi.width;
+          for (; left >= 16; p += 16, m += 16, left -= 16) {
+            prefetchAfter(p);
+            prefetchAfter(m);
+            add(Vector32::load(p).bits, Vector16::load(m).bits);
+          }
+          if (left >= 8) {
+            add(_mm256_zextsi128_si256(Vector16::load(p).bits), loadLow<8>(m));
+            p += 8, m += 8, left -= 8;
+          }
+          for (; left != 0; ++p, ++m, --left) {
+            const std::int32_t bits = selectedBits(*m);
+            scalarSum += loadAs<u16>(p) & bits;
+            count += static_cast<std::uint32_t>(1 & bits);
+          }
+        };
+        forEachRow(rows, addRow, srcRows, maskRows);
+        total = addWidened(addWidened(total, pairs.low()), pairs.high);
+      });
+      return MaskedSum{count, sumOf(total) + static_cast<double>(scalarSum)};
     });
   }
 };
 #endif
 
 #ifdef __AVX512BW__
-/// 64 pixels per iteration; the tail is masked. Short rows share lanes as long as these can hold their sums:
-/// to empty the lanes takes longer than to sum a short row.
+/// 64 pixels per iteration; the tail is masked.
 struct MaskedWords64 {
   static MaskedSum of(Plane<const u16> src, Plane<const u8> mask, Size roi) {
     return withPrefetch(roi, 3, [&](auto prefetchAfter) {
       __m512d total = _mm512_setzero_pd();
       std::uint32_t count = 0;
-      const int rowsInLanes = wordRowsInLanes(roi.width);
-      ZORVAN_NOTE_PLAN("wordRowsInLanes of all rows", rowsInLanes >= roi.height);
-      for (std::int64_t from = 0; from < roi.height; from += rowsInLanes) {
-        const std::int64_t rows = roi.height - from < rowsInLanes ? roi.height - from : rowsInLanes;
+      forEachRowsInLanes<64>(src, mask, roi, [&](auto srcRows, auto maskRows, std::int64_t rows) {
         UnsignedPairs<Vector64> pairs;
         const auto addRow = [&](const u16* p, const u8* m) {
           forEachSelection(m, roi.width, [&](std::int64_t c, __mmask64 selected) {
@@ -136,9 +143,9 @@ struct MaskedWords64 {
             count += static_cast<std::uint32_t>(countOf(selected));
           });
         };
-        forEachRow(rows, addRow, src.from(from, 0), mask.from(from, 0));
+        forEachRow(rows, addRow, srcRows, maskRows);
         total = addWidened(addWidened(total, pairs.low()), pairs.high);
-      }
+      });
       return MaskedSum{count, sumOf(total)};
     });
   }

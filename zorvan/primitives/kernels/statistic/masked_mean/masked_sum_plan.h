@@ -17,10 +17,13 @@ constexpr bool unrollsByteSum(Size roi) { return wrappedCount(roi) < unrolledByt
 /// Additions to a lane of floats before it is added to a double and cleared.
 constexpr int floatAdditions = 480;
 
-/// Rows of words whose sums may go into the same lanes; one at least.
+/// Rows of words whose sums may go into the same lanes; one at least. Each 64 pixels add two words to a lane
+/// of 64-byte vectors, and four to one of 32 bytes.
+template <int vectorBytes>
 constexpr int wordRowsInLanes(int width) {
-  const int iterations = (width - 1) / 64 + 1;
-  return iterations < wordIterationsInLanes ? wordIterationsInLanes / iterations : 1;
+  const int additions = ((width - 1) / 64 + 1) * (128 / vectorBytes);
+  constexpr int wordsInLanes = 2 * wordIterationsInLanes;
+  return additions < wordsInLanes ? wordsInLanes / additions : 1;
 }
 
 }  // namespace
