@@ -103,7 +103,7 @@ inline void putVectorQuotients(int variant, InVectors vectors, const float* divi
                                float* quotients, int) {
   for (int i = vectors.begin; i < vectors.end; i += 8) {
     const bool usable = std::all_of(divisors + i, divisors + i + 8, [](float divisor) {
-      return std::abs(1 - divisor * reciprocalEstimate(divisor)) < 0.5F;
+      return std::abs(divisor) >= 0x1p-126F && std::abs(divisor) < 0x1p125F;
     });
     for (int j = i; usable && j < i + 8; ++j) {
       quotients[j] = refinedQuotientOfFloats(variant, divisors[j], numerators[j]);
