@@ -45,14 +45,9 @@ inline float reciprocalEstimate(float x) { return _mm_cvtss_f32(_mm_rcp_ss(_mm_s
   return _mm_cvtss_f32(_mm_rcp14_ss(_mm_setzero_ps(), _mm_set_ss(x)));
 }
 
-/// The quotient of floats with two Newton steps on the reciprocal, in the variant before the newest by fused
-/// multiply-adds.
-inline float refinedQuotientOfFloats(int variant, float divisor, float numerator) {
+/// The quotient of floats with two Newton steps on the reciprocal.
+inline float refinedQuotientOfFloats(float divisor, float numerator) {
   const float r = reciprocalEstimate(divisor);
-  if (variant == newestVariant - 1) {
-    const float e = std::fma(-divisor, r, 1.0F);
-    return numerator * std::fma(e, std::fma(e, r, r), r);
-  }
   const float e = 1 - divisor * r;
   const float inner = r + e * r;
   return numerator * (r + e * inner);
@@ -98,15 +93,15 @@ void putVectorQuotients(int variant, InVectors vectors, const T* divisors, const
   }
 }
 
-/// All eight pixels of a vector are divided if the estimate of one divisor is not usable.
-inline void putVectorQuotients(int variant, InVectors vectors, const float* divisors, const float* numerators,
+/// All eight pixels of a vector are divided if one divisor has no usable estimate.
+inline void putVectorQuotients(int, InVectors vectors, const float* divisors, const float* numerators,
                                float* quotients, int) {
   for (int i = vectors.begin; i < vectors.end; i += 8) {
     const bool usable = std::all_of(divisors + i, divisors + i + 8, [](float divisor) {
       return std::abs(divisor) >= 0x1p-126F && std::abs(divisor) < 0x1p125F;
     });
     for (int j = i; usable && j < i + 8; ++j) {
-      quotients[j] = refinedQuotientOfFloats(variant, divisors[j], numerators[j]);
+      quotients[j] = refinedQuotientOfFloats(divisors[j], numerators[j]);
     }
   }
 }

@@ -43,19 +43,10 @@ inline __m256 weightEight(const unsigned char* mask) {
   return _mm256_andnot_ps(asFloats(lanes), broadcastFloats<__m256>(1.0F));
 }
 
-/// With weights of 1.0 and 0.0 a fused multiply-add has the same result as a product and a sum.
-inline __m256 weightedSum(__m256 before, __m256 pixels, __m256 weight) {
-#ifdef __FMA__
-  return _mm256_fmadd_ps(pixels, weight, before);
-#else
-  return before + pixels * weight;
-#endif
-}
-
 template <class Source>
 inline void addWeightedEight(const unsigned char* src, const unsigned char* mask, unsigned char* srcDst) {
   const __m256 before = asFloats(Vector32::load(srcDst).bits);
-  Vector32{asIntegers(weightedSum(before, Source::eight(src), weightEight(mask)))}.store(srcDst);
+  Vector32{asIntegers(before + Source::eight(src) * weightEight(mask))}.store(srcDst);
 }
 
 /// Iterations of `unrolledPixels` from a 32-byte boundary on, then vectors of `tailPixels`, 4 or 8, then

@@ -34,15 +34,6 @@ inline void dividePixels(const float* divisors, const float* numerators, float* 
   }
 }
 
-/// c - a * b and a * b + c, rounded once where the variant has fused multiply-adds.
-#ifdef __FMA__
-inline __m256 minusProduct(__m256 c, __m256 a, __m256 b) { return _mm256_fnmadd_ps(a, b, c); }
-inline __m256 plusProduct(__m256 c, __m256 a, __m256 b) { return _mm256_fmadd_ps(a, b, c); }
-#else
-inline __m128 minusProduct(__m128 c, __m128 a, __m128 b) { return c - a * b; }
-inline __m128 plusProduct(__m128 c, __m128 a, __m128 b) { return c + a * b; }
-#endif
-
 /// Lanes with all bits set where the estimate is not usable: magnitudes below 2^-126, and those from 2^125
 /// on, infinity and NaN among them. Above 2^126 the estimate is 0, and just below it may be 0.
 ///
@@ -90,8 +81,8 @@ inline bool divideByEstimates(const float* divisors, const float* numerators, fl
   for (int j = 0; j < vectors; ++j) {
     const auto numerator = loadAs<QuotientLanes>(numerators + j * lanes);
     const QuotientLanes r = reciprocalEstimate(d[j]);
-    const QuotientLanes e = minusProduct(broadcastFloats<QuotientLanes>(1), d[j], r);
-    storeAs(dst + j * lanes, numerator * plusProduct(r, e, plusProduct(r, e, r)));
+    const QuotientLanes e = broadcastFloats<QuotientLanes>(1) - d[j] * r;
+    storeAs(dst + j * lanes, numerator * (r + e * (r + e * r)));
   }
   return true;
 }
