@@ -25,39 +25,55 @@ using namespace Primitives;
 /// the height.
 std::shared_ptr<u8[]> makeStructuringMask(Size maskSize);
 
-/// Makes the mask, and holds the arguments of the entries that are not images.
+/// Regions and masks with sides below this limit need less memory than the entries' 32-bit numbers can count.
+constexpr int largeSide = 4096;
+constexpr bool isBelowLargeSide(Size size) { return size.width < largeSide && size.height < largeSide; }
+static_assert(MorphMeasures<ExactNumber>({largeSide, largeSide}, {largeSide, largeSide}, sizeof(float))
+                  .compound()
+                  .buffer.fits());
+
+/// The lengths of the containers of a call.
+struct MorphLengths {
+  int spec, buffer;
+};
+
+/// The lengths that the entry `getSize` reports. It calculates in 32 bits, which wrap: where the true `sizes`
+/// do not fit them, the length is 0, which makes the allocation throw.
+template <class GetSize, class Sizes>
+MorphLengths queryLengths(Size roi, Size mask, int pixelBytes, GetSize getSize, Sizes sizes) {
+  MorphLengths lengths{};
+  if (getSize(roi, mask, &lengths.spec, &lengths.buffer) != ippStsNoErr) {
+    throw TextException("Morph border get size error.");
+  }
+  if (isBelowLargeSide(roi) && isBelowLargeSide(mask)) return lengths;
+  const MorphSizes<ExactNumber> exact = (MorphMeasures<ExactNumber>(roi, mask, pixelBytes).*sizes)();
+  return {exact.spec.fits() ? lengths.spec : 0, exact.buffer.fits() ? lengths.buffer : 0};
+}
+
+/// Makes the mask and allocates, and holds the arguments of the entries that are not images.
 template <class T>
 class IppIMorphologyBase_Src_Dst : public Methods::Method_2M<T, T> {
  public:
-  IppIMorphologyBase_Src_Dst(Size sizeOfMask, Rect rect)
-      : roiSize{rect.width, rect.height},
-        maskSize(sizeOfMask),
-        mask(sizeOfMask, makeStructuringMask(sizeOfMask), 0) {}
-
   virtual u8* GetMaskPointer() { return mask.buffer().get(); }
   virtual u8* GetSpecPointer() { return spec.buffer().get(); }
   virtual u8* GetBufferPointer() { return buffer.buffer().get(); }
 
  protected:
+  /// The containers are constructed with their blocks, since each assignment would share and release one. In
+  /// braces, the arguments are evaluated in their order, so the width of the mask is tested first.
+  template <class GetSize, class Sizes>
+  IppIMorphologyBase_Src_Dst(Size sizeOfMask, Size roi, GetSize getSize, Sizes sizes)
+      : IppIMorphologyBase_Src_Dst{sizeOfMask, roi, makeStructuringMask(sizeOfMask),
+                                   queryLengths(roi, sizeOfMask, sizeof(T), getSize, sizes)} {}
   ~IppIMorphologyBase_Src_Dst() = default;
 
-  /// Queries the sizes, allocates, and initialises the state. The sizes of the entries wrap on 32 bits: if
-  /// `trueSizes` do not fit, the length 0 makes the allocation throw.
-  template <class Spec, class GetSize, class Init, class TrueSizes>
-  void prepare(GetSize getSize, Init init, const TrueSizes& trueSizes) {
-    int specSize = 0, bufferSize = 0;
-    if (getSize(roiSize, maskSize, &specSize, &bufferSize) != ippStsNoErr) {
-      throw TextException("Morph border get size error.");
-    }
-    spec = IppS::IppSMemory<u8>(trueSizes.spec.fits() ? specSize : 0);
-    buffer = IppS::IppSMemory<u8>(trueSizes.buffer.fits() ? bufferSize : 0);
+  template <class Spec, class Init>
+  void initialise(Init init) {
     auto* const record = reinterpret_cast<Spec*>(this->GetSpecPointer());
     if (init(roiSize, this->GetMaskPointer(), maskSize, record, this->GetBufferPointer()) != ippStsNoErr) {
       throw TextException("Morph border init error.");
     }
   }
-
-  MorphMeasures<ExactNumber> measures() const { return {roiSize, maskSize, sizeof(T)}; }
 
   static constexpr bool isFloat = std::is_same_v<T, float>;
 
@@ -67,17 +83,28 @@ class IppIMorphologyBase_Src_Dst : public Methods::Method_2M<T, T> {
   IppS::IppSMemory<u8> spec;
   IppS::IppSMemory<u8> buffer;
   std::int32_t borderType = 1;  ///< replicate; nothing in the facade changes it
+
+ private:
+  IppIMorphologyBase_Src_Dst(Size sizeOfMask, Size roi, std::shared_ptr<u8[]> cells, MorphLengths lengths)
+      : roiSize(roi),
+        maskSize(sizeOfMask),
+        mask(sizeOfMask, std::move(cells), 0),
+        spec(lengths.spec),
+        buffer(lengths.buffer) {}
 };
 
 /// Prepares an erosion or dilation.
 template <class T>
 class IppIMorphologyBorder_Src_Dst : public IppIMorphologyBase_Src_Dst<T> {
+  using Base = IppIMorphologyBase_Src_Dst<T>;
+
  public:
-  IppIMorphologyBorder_Src_Dst(Size sizeOfMask, Rect rect) : IppIMorphologyBase_Src_Dst<T>(sizeOfMask, rect) {
-    this->template prepare<MorphSpec>(
-        this->isFloat ? ippiMorphologyBorderGetSize_32f_C1R : ippiMorphologyBorderGetSize_8u_C1R,
-        this->isFloat ? ippiMorphologyBorderInit_32f_C1R : ippiMorphologyBorderInit_8u_C1R,
-        this->measures().single());
+  IppIMorphologyBorder_Src_Dst(Size sizeOfMask, Rect rect)
+      : Base(sizeOfMask, {rect.width, rect.height},
+             Base::isFloat ? ippiMorphologyBorderGetSize_32f_C1R : ippiMorphologyBorderGetSize_8u_C1R,
+             &MorphMeasures<ExactNumber>::single) {
+    this->template initialise<MorphSpec>(Base::isFloat ? ippiMorphologyBorderInit_32f_C1R
+                                                       : ippiMorphologyBorderInit_8u_C1R);
   }
 
  protected:
@@ -88,12 +115,15 @@ class IppIMorphologyBorder_Src_Dst : public IppIMorphologyBase_Src_Dst<T> {
 /// Prepares an opening or closing.
 template <class T>
 class IppIMorphologyAdvanced_Src_Dst : public IppIMorphologyBase_Src_Dst<T> {
+  using Base = IppIMorphologyBase_Src_Dst<T>;
+
  public:
   IppIMorphologyAdvanced_Src_Dst(Size sizeOfMask, Rect rect)
-      : IppIMorphologyBase_Src_Dst<T>(sizeOfMask, rect) {
-    this->template prepare<MorphAdvSpec>(
-        this->isFloat ? ippiMorphAdvGetSize_32f_C1R : ippiMorphAdvGetSize_8u_C1R,
-        this->isFloat ? ippiMorphAdvInit_32f_C1R : ippiMorphAdvInit_8u_C1R, this->measures().compound());
+      : Base(sizeOfMask, {rect.width, rect.height},
+             Base::isFloat ? ippiMorphAdvGetSize_32f_C1R : ippiMorphAdvGetSize_8u_C1R,
+             &MorphMeasures<ExactNumber>::compound) {
+    this->template initialise<MorphAdvSpec>(Base::isFloat ? ippiMorphAdvInit_32f_C1R
+                                                          : ippiMorphAdvInit_8u_C1R);
   }
 
  protected:
