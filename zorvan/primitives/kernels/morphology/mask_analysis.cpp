@@ -180,8 +180,11 @@ void tabulateSolid(const Cells& cells, const Table16& columns, const Table16& ru
   std::memset(cells.at, setCell, static_cast<std::size_t>(cells.width * cells.height));
   columns.set(0, static_cast<std::int32_t>(cells.width));
   for (std::ptrdiff_t c = 0; c < cells.width; ++c) columns.set(1 + c, static_cast<std::int32_t>(c));
-  const std::ptrdiff_t entry = cells.width + 1;
-  for (std::ptrdiff_t r = 1; r < cells.height; ++r) columns.copy(r * entry, 0, entry);
+  // Each copy doubles the number of rows.
+  const std::ptrdiff_t entry = cells.width + 1, end = entry * cells.height;
+  for (std::ptrdiff_t made = entry; made < end; made *= 2) {
+    columns.copy(made, 0, made < end - made ? made : end - made);
+  }
   for (std::ptrdiff_t r = 0; r < cells.height; ++r) {
     runs.set(2 * r, static_cast<std::int32_t>(cells.width));
     runs.set(2 * r + 1, 0);
