@@ -104,10 +104,20 @@ TEST(LaplacePlan, VectorsInsideARowHaveTheirNeighboursInItAndLeaveNothingOut) {
 }
 
 TEST(LaplacePlan, BandsHaveMoreRowsInTheNearestCache) {
-  EXPECT_EQ(planBandRows(1), 64);
-  EXPECT_EQ(planBandRows(32768), 64);
-  EXPECT_EQ(planBandRows(32769), 8);
-  EXPECT_EQ(planBandRows(std::int64_t{1} << 40), 8);
+  EXPECT_EQ(planBandRows(1, false), 64);
+  EXPECT_EQ(planBandRows(32768, false), 64);
+  EXPECT_EQ(planBandRows(32769, false), 8);
+  EXPECT_EQ(planBandRows(std::int64_t{1} << 40, false), 8);
+}
+
+TEST(LaplacePlan, BandsHaveFewRowsWhereTheseCollide) {
+  EXPECT_EQ(planBandRows(1, true), 4);
+  EXPECT_EQ(planBandRows(std::int64_t{1} << 40, true), 4);
+  EXPECT_TRUE(planColliding(4096, 4096, false));
+  EXPECT_TRUE(planColliding(8192, 3 * 4096, false));
+  EXPECT_FALSE(planColliding(4096, 4096, true));
+  EXPECT_FALSE(planColliding(4096, 4096 + 64, false));
+  EXPECT_FALSE(planColliding(2048, 4096, false));
 }
 
 TEST(LaplacePlan, TheSumsOfAllColumnsOfABandFitTheirRoom) {

@@ -203,6 +203,11 @@ constexpr auto morphPackedBytes = imageLimit<std::int64_t>(2048, 192);
 constexpr auto laplaceNearestBytes = imageLimit<std::int64_t>(32 << 10, 256);
 constexpr int laplaceBandRows = imageLimit(8, 2), laplaceNearestBandRows = imageLimit(64, 7);
 
+/// Rows that are multiples of this size apart compete for the same lines of a nearest cache, which has room
+/// for a band of four rows that are read and four that are written.
+constexpr auto collidingStepBytes = imageLimit<std::int64_t>(4096, 64);
+constexpr int laplaceCollidingBandRows = imageLimit(4, 3);
+
 /// The sums that the columns of one band hand on to the next one. Longer rows are divided, but not much
 /// shorter ones: the hardware's prefetcher starts anew for each part.
 constexpr int laplaceCarriedBytes = imageLimit(32 << 10, 1024);

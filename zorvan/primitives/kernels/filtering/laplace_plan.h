@@ -36,12 +36,18 @@ constexpr VectorsInside planInside(std::int64_t rowBytes, std::int64_t reachByte
   return {first, count, made < last};
 }
 
+/// Whether rows compete for the same lines of a nearest cache. Streaming stores need none.
+constexpr bool planColliding(std::int64_t srcStep, std::int64_t dstStep, bool streams) {
+  return !streams && srcStep % collidingStepBytes == 0 && dstStep % collidingStepBytes == 0;
+}
+
 /// Columns of vectors that go from the top of a region to its bottom before the next ones, by the size of the
 /// sums of one.
 constexpr int planColumns(int sumBytes) { return laplaceCarriedBytes / sumBytes; }
 
-/// Rows of a band, by the size of the result.
-constexpr int planBandRows(std::int64_t resultBytes) {
+/// Rows of a band, by the size of the result and whether the rows of both images collide in a nearest cache.
+constexpr int planBandRows(std::int64_t resultBytes, bool collide) {
+  if (collide) return laplaceCollidingBandRows;
   return resultBytes <= laplaceNearestBytes ? laplaceNearestBandRows : laplaceBandRows;
 }
 

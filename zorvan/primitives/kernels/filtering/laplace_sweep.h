@@ -124,7 +124,9 @@ struct Sweep {
   static void sweep(const Region<T>& region, std::int64_t peel, Stores stores) {
     const std::int64_t bytes = region.size.width * std::int64_t{sizeof(T)};
     const VectorsInside inside = planInside(bytes, reachBytes, peel, V::size);
-    const int rows = planBandRows(bytes * region.size.height);
+    const bool collide = ZORVAN_PLANNED(
+        "planColliding", planColliding(region.rows.src.step, region.dst.step, Stores::streams));
+    const int rows = planBandRows(bytes * region.size.height, collide);
     Band band;
     band.step = region.dst.step;
     for (std::int64_t first = 0; first == 0 || first < inside.count; first += mostInside) {
