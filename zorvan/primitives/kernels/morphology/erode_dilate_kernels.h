@@ -86,14 +86,14 @@ struct ScanningKernels {
   }
 };
 
-/// The newer variants: a kernel for each form of mask. Bordered kernels use `ForNarrowBytes` in rows that are
+/// The newer variants: a kernel for each form of mask. Bordered kernels use `ForShortRows` in rows that are
 /// too short for longer vectors.
-template <class ForBytes, class ForFloats, class ForNarrowBytes = ForBytes>
+template <class ForBytes, class ForFloats, class ForShortRows>
 struct FormKernels {
   template <class Pixel>
   using Lanes = PixelLanes<Pixel, std::conditional_t<sizeof(Pixel) == 1, ForBytes, ForFloats>>;
   template <class Pixel>
-  using NarrowLanes = PixelLanes<Pixel, std::conditional_t<sizeof(Pixel) == 1, ForNarrowBytes, ForFloats>>;
+  using NarrowLanes = PixelLanes<Pixel, ForShortRows>;
   template <class Pixel>
   static constexpr int leastBordered = 3;
 
@@ -142,7 +142,7 @@ struct FormKernels {
 template <class V>
 using MorphPolicy =
     ByVariant<V, ScanningKernels<Vector16, Vector16, noneBordered>, ScanningKernels<Vector16, Vector16, 5>,
-              FormKernels<Vector16, Vector16>, FormKernels<Vector16, Vector32>,
+              FormKernels<Vector16, Vector16, Vector16>, FormKernels<Vector16, Vector32, Vector16>,
               FormKernels<Vector32, Vector32, Vector16>, FormKernels<Vector64, Vector64, Vector32>>;
 
 template <class V>

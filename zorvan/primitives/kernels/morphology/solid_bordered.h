@@ -123,6 +123,23 @@ struct BorderedRows {
     }
   }
 
+  /// The same for four rows under a mask of more than three. `use(r, extreme)` gets the extremes of each row
+  /// as soon as they are computed, which needs fewer registers than all of them at once.
+  template <class Use>
+  [[gnu::always_inline]] void eachExtreme(std::int64_t column, Use use) const {
+    const auto with = [&](Lanes extreme, int r) {
+      return Operation::combine(extreme, Lanes::load(src[r] + column));
+    };
+    Lanes shared = firstExtreme<Operation>(Lanes::load(src[3] + column));
+    for (int r = 4; r < height; ++r) shared = with(shared, r);
+    const Lanes upper = with(with(shared, 2), 1);
+    use(0, with(upper, 0));
+    use(1, with(upper, height));
+    const Lanes lower = with(with(shared, height), height + 1);
+    use(2, with(lower, 2));
+    use(3, with(lower, height + 2));
+  }
+
   /// Mirrored columns: those beside a row are the columns next to its end, in reverse. The other lanes are
   /// zero.
   [[gnu::noinline]] Vectors mirroredBefore() const {
@@ -179,9 +196,11 @@ struct BorderedRows {
     ((extreme = Operation::combine(extreme, Lanes::template following<n + 1, reach>(vector, next))), ...);
     return extreme;
   }
+  static Lanes resultOf(Lanes previous, Lanes vector, Lanes next) {
+    return acrossRow(previous, vector, next, std::make_integer_sequence<int, reach>());
+  }
   static Vectors results(const Vectors& previous, const Vectors& vector, const Vectors& next) {
-    constexpr auto distances = std::make_integer_sequence<int, reach>();
-    return each([&](int r) { return acrossRow(previous.of[r], vector.of[r], next.of[r], distances); });
+    return each([&](int r) { return resultOf(previous.of[r], vector.of[r], next.of[r]); });
   }
 
   /// Strips but the last one are of whole vectors, after the peel. The last one is not narrower than a
@@ -204,10 +223,18 @@ struct BorderedRows {
     const std::int64_t last = columns - Lanes::count;
     const std::int64_t whole = stop < columns ? stop : last;
     for (; column + Lanes::count <= whole; column += Lanes::count) {
-      const Vectors next = load(column + Lanes::count);
-      store(results(previous, vector, next), AllLanes{});
-      previous = vector;
-      vector = next;
+      if constexpr (rows == 4 && height > 3) {
+        eachExtreme(column + Lanes::count, [&](int r, Lanes next) {
+          stores.store(resultOf(previous.of[r], vector.of[r], next), dst.at(r, column), AllLanes{});
+          previous.of[r] = vector.of[r];
+          vector.of[r] = next;
+        });
+      } else {
+        const Vectors next = load(column + Lanes::count);
+        store(results(previous, vector, next), AllLanes{});
+        previous = vector;
+        vector = next;
+      }
     }
     if (column == stop) return;
     if (column == last) return store(results(previous, vector, after(vector)), AllLanes{});
