@@ -156,12 +156,13 @@ struct MaskedWindowRow : MaskedRow<T> {
   }
 
   bool isOldFrom(u8* row, std::int64_t x, std::int64_t end, std::int64_t ahead) const {
-    for (; x < end; x += lanes) {
+    for (; end - x >= lanes; x += lanes) {
       prefetch(at(row, x), ahead);
-      const Mask rest = firstLanes<Mask>(end - x);
-      if (this->matchesAt(rest, at(row, x)) != rest) return false;
+      if (this->matchesAt(at(row, x)) != static_cast<Mask>(~Mask{0})) return false;
     }
-    return true;
+    if (x >= end) return true;
+    const Mask rest = firstLanes<Mask>(end - x);
+    return this->matchesAt(rest, at(row, x)) == rest;
   }
 
   void fillRun(u8* row, std::int64_t x, std::int64_t count) const {
