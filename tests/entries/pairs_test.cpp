@@ -77,7 +77,8 @@ void expectPairs(int variant, bool division, int width, int f, Call call) {
   const int step = width * static_cast<int>(sizeof(T));
   const auto [wantStatus, gotStatus] = call(pairs, step, roi, want.data(), got.data());
   EXPECT_EQ(gotStatus, wantStatus);
-  for (std::size_t row = 0; division && row < got.size(); row += static_cast<std::size_t>(width)) {
+  for (int y = 0; division && y < roi.height; ++y) {
+    const auto row = static_cast<std::size_t>(y * width);
     const T *divisors = &pairs.first[row], *numerators = &pairs.second[row];
     const InVectors vectors = vectorsOfRow(variant, divisors, numerators, &got[row], width);
     putVectorQuotients(variant, vectors, divisors, numerators, &want[row], f);

@@ -239,7 +239,7 @@ struct BorderedRows {
     if (column == stop) return;
     if (column == last) return store(results(previous, vector, after(vector)), AllLanes{});
 
-    const std::int64_t beyond = last - column;  // columns after those of `vector`
+    std::int64_t beyond = last - column;  // columns after those of `vector`
     if (beyond >= reach) {
       store(results(previous, vector, readAfter(column + Lanes::count)), AllLanes{});
     } else {
@@ -247,6 +247,7 @@ struct BorderedRows {
       vector = load(column);
       store(results(before(column, vector), vector, readAfter(column + Lanes::count)),
             lastLanes<Lanes>(Lanes::count - reach + beyond));
+      beyond = reach;
     }
     column = last;
     vector = load(column);
