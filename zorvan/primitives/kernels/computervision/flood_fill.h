@@ -117,10 +117,11 @@ class Filler {
 
  private:
   /// Whether the run is a single pixel and its parent's row needs no search: another such run may follow.
-  /// Without windows a search costs less, so the parent must be such a pixel too.
+  /// A single pixel lies beside its parent, if it has one. Without windows a search costs less, so the parent
+  /// must be such a pixel too.
   static bool isInColumn(const FillSegment& run) {
     if (run.left != run.right) return false;
-    if constexpr (Row::hasWindows) return run.parentLeft <= run.left && run.parentRight >= run.left;
+    if constexpr (Row::hasWindows) return run.parentLeft <= run.parentRight;
     return run.parentLeft == run.left && run.parentRight == run.left;
   }
 
