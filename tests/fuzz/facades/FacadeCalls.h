@@ -49,7 +49,8 @@ struct RegionCall {
   Sharing sharing = Sharing::none;
   double tolerance = 0;
   Before* before = nothing;
-  bool allocatesForImage = false;  ///< memory of the size of the first image
+  bool allocatesForImage = false;   ///< memory of the size of the first image
+  bool beginsWithNewImage = false;  ///< of that size, before any test
 };
 
 /// A facade that returns a new image. The definition writes the region of the last operand.

@@ -65,11 +65,14 @@ class Fuzz {
     std::string expected;
     Numbers actualNumbers, expectedNumbers;
     const bool fits = std::apply([&](auto&... picture) { return (picture.fits(rect_) && ...); }, pictures);
-    if (!fits) {
+    const Size first = std::get<0>(pictures).size;
+    const bool isLarge = std::int64_t{first.width} * first.height > mostPixels;
+    if (call.beginsWithNewImage && (isLarge || !isHeld(pictures))) return;
+    if (call.beginsWithNewImage && (first.width < 1 || first.height < 1)) {
+      expected = "invalid image size";
+    } else if (!fits) {
       expected = ippException(29);
     } else {
-      const Size first = std::get<0>(pictures).size;
-      const bool isLarge = std::int64_t{first.width} * first.height > mostPixels;
       if (!mayRun(pictures) || (call.allocatesForImage && isLarge)) return;
       expected = call.before(fixed_, rect_, first);
       if (expected.empty()) {
@@ -225,6 +228,14 @@ class Fuzz {
     return std::apply(
         [&](const auto&... picture) { return (picture.isNull || ...) || (picture.holds(rect_) && ...); },
         pictures);
+  }
+
+  /// The same where an image is used before another is known to be null.
+  template <class... T>
+  bool isHeld(const std::tuple<Picture<T>...>& pictures) const {
+    if (rect_.width < 1 || rect_.height < 1) return true;
+    return std::apply(
+        [&](const auto&... picture) { return ((picture.isNull || picture.holds(rect_)) && ...); }, pictures);
   }
 
   static bool isNear(double actual, double expected, double tolerance) {

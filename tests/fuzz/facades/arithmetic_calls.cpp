@@ -1,5 +1,6 @@
 // Calls of IppIArithmetic.
 
+#include <algorithm>
 #include <type_traits>
 #include <vector>
 
@@ -14,6 +15,38 @@ using Ipp::ByPixelType;
 constexpr double quotientOf8u = 1;  // which rounds a tie in either direction in vectors
 template <class T>
 constexpr double quotient = std::is_same_v<T, float> ? estimate : quotientOf8u;
+
+template <class T>
+void clearUnselected(Size roi, Operand<T> image, Operand<u8> mask) {
+  for (int y = 0; y < roi.height; ++y) {
+    T* const pixels = image.pixels + y * (image.step / static_cast<int>(sizeof(T)));
+    const u8* const selected = mask.pixels + y * mask.step;
+    for (int x = 0; x < roi.width; ++x) {
+      if (selected[x] == 0) pixels[x] = 0;
+    }
+  }
+}
+
+/// The pixels that are not selected have undefined results, so they are cleared afterwards.
+template <class T>
+void addConstant(const Fixed& fixed, Rect rect, IppIMemory<T>& image, IppIMemory<u8>& mask) {
+  IppIArithmetic<T>::AddCWithMask(image, mask, fixed.as<T>(), rect);
+  clearUnselected<T>({rect.width, rect.height}, {image.ToIppStream(rect), image.imageStep()},
+                     {mask.ToIppStream(rect), mask.imageStep()});
+}
+template <class T>
+int addPlainConstant(const Fixed& fixed, Size roi, Operand<T> image, Operand<u8> mask) {
+  const auto pixels =
+      static_cast<std::size_t>(std::max(roi.width, 0)) * static_cast<std::size_t>(std::max(roi.height, 0));
+  std::vector<T> addend(pixels + 1);
+  const int step = std::max(roi.width, 1) * static_cast<int>(sizeof(T));
+  const ByPixelType set{ENTRY(Set_8u_C1MR), ENTRY(Set_32f_C1MR)};
+  int status = set(fixed.as<T>(), addend.data(), step, roi, mask.pixels, mask.step);
+  if (status != 0) return status;
+  status = SCALED(Add, C1I)(addend.data(), step, image.pixels, image.step, roi, 0);
+  if (status == 0) clearUnselected<T>(roi, image, mask);
+  return status;
+}
 
 #define ARITHMETIC(T)                                                                          \
   THREE_IMAGES(IppIArithmetic, Add, T, 0, (SCALED(Add, C1))),                                  \
@@ -41,6 +74,15 @@ constexpr double quotient = std::is_same_v<T, float> ? estimate : quotientOf8u;
         return ByPixelType{ENTRY(AddC_8u_C1IRSfs), unscaled(ENTRY(AddC_32f_C1IR))}(fixed.as<T>(), a.pixels, \
                                                                                    a.step, roi, 0);         \
       }}),                                                                                                  \
+      CALL(RegionCall<T, u8>{"AddCWithMask<" #T ">",                                                        \
+                             [](IN, Rect rect, IppIMemory<T>& a, IppIMemory<u8>& mask) {                    \
+                               UNUSED, addConstant(fixed, rect, a, mask);                                   \
+                             },                                                                             \
+                             [](IN, Size roi, Operand<T> a, Operand<u8> mask) {                             \
+                               UNUSED;                                                                      \
+                               return addPlainConstant(fixed, roi, a, mask);                                \
+                             },                                                                             \
+                             Sharing::none, 0, nothing, true, true}),                                       \
       CALL(RegionCall<T, u8, float>{                                                                        \
           "AddWithMask<" #T ">",                                                                            \
           [](IN, Rect rect, IppIMemory<T>& a, IppIMemory<u8>& mask, IppIMemory<float>& sum) {               \
