@@ -25,9 +25,12 @@ def instructions(part, path):
     complaints, starts, targets = {}, {}, {}
     for i in binaries.instructions(path):
         # In an object a jump to elsewhere has the address behind it, which may be the section's end.
-        starts.setdefault(i.section, set()).update((i.address, i.address + len(i.code) // 3 + 1))
-        if jump := DIRECT_JUMP.fullmatch(f"{i.name} {i.operands}"):
-            targets.setdefault(i.section, {})[int(jump[1], 16)] = i
+        if i.section not in starts:
+            starts[i.section], targets[i.section] = set(), {}
+        starts[i.section].add(i.address)
+        starts[i.section].add(i.address + len(i.code) // 3 + 1)
+        if i.name[0] in "jc" and (jump := DIRECT_JUMP.fullmatch(f"{i.name} {i.operands}")):
+            targets[i.section][int(jump[1], 16)] = i
         why = instruction_sets.complaint(part, i.name, i.operands, i.code)
         if why:
             text = f"{path}: {i.name} {why}"

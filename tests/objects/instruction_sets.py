@@ -110,7 +110,7 @@ BROADCAST_OF_REGISTER = re.compile(r"vbroadcasts[sd] [xyz]mm\d+,xmm\d+")
 WORD_TO_MEMORY = re.compile(r"pextrw (?:WORD PTR )?(?:[cdefgs]s:)?\[.*")
 # The first byte after the prefixes of all vector instructions of AVX-512. With registers below 16 only it tells such an
 # instruction from that of AVX, or broadcast and rounding, which objdump prints among the operands.
-CODE_OF_AVX512 = re.compile(r"(?:(?:2e|36|3e|26|64|65|67) )*62 .*")
+CODE_OF_AVX512 = re.compile(r"(?:(?:2e|36|3e|26|64|65|67) )*62 ")
 
 VECTOR_FEATURES_BEFORE_AVX = ["SSE", "SSE2", "SSE3", "SSSE3", "SSE4.1", "SSE4.2"]
 
@@ -142,6 +142,11 @@ def allowed(part):
 
 def complaint(part, name, operands, code):
     """Why an object of this type may not use the instruction of these bytes; None if it may."""
+    return _complaint(part, name, operands, CODE_OF_AVX512.match(code) is not None)
+
+
+@functools.cache
+def _complaint(part, name, operands, hasCodeOfAvx512):
     features, registers = allowed(part)
     needed = featuresOf(name)
     if not needed:
@@ -151,7 +156,7 @@ def complaint(part, name, operands, code):
     for register, pattern in _registers.items():
         if register not in registers and pattern.search(operands):
             return f"uses {register} registers"
-    if "AVX-512F" not in features and CODE_OF_AVX512.fullmatch(code):
+    if "AVX-512F" not in features and hasCodeOfAvx512:
         return "is encoded for AVX-512"
     if "SSE4.1" not in features and WORD_TO_MEMORY.fullmatch(f"{name} {operands}"):
         return "needs SSE4.1 to write memory"
