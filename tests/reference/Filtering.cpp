@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 #include <type_traits>
+#include <vector>
 
 #include "tests/reference/Images.h"
 #include "tests/reference/Reference.h"
@@ -63,13 +64,21 @@ T filtered5x5(const T (&p)[5][5]) {
 template <int extent, class T>
 void filter(const T* src, int srcStep, T* dst, int dstStep, Size roi, int border, T value) {
   constexpr int reach = extent / 2;
+  const int columns = roi.width + 2 * reach, rows = roi.height + 2 * reach;
+  std::vector<T> extended;
+  extended.reserve(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns));
+  for (int r = 0; r < rows; ++r) {
+    for (int c = 0; c < columns; ++c) {
+      extended.push_back(pixelAt(src, srcStep, roi, extent, border, value, r - reach, c - reach));
+    }
+  }
+
   for (int y = 0; y < roi.height; ++y) {
     for (int x = 0; x < roi.width; ++x) {
       T p[extent][extent];
       for (int r = 0; r < extent; ++r) {
-        for (int c = 0; c < extent; ++c) {
-          p[r][c] = pixelAt(src, srcStep, roi, extent, border, value, y + r - reach, x + c - reach);
-        }
+        for (int c = 0; c < extent; ++c)
+          p[r][c] = extended[static_cast<std::size_t>((y + r) * columns + x + c)];
       }
       if constexpr (extent == 3) {
         put(dst, dstStep, y, x, filtered3x3(p));
