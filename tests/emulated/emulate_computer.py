@@ -4,8 +4,8 @@
 The emulator of single programs, qemu-user, has no AVX-512. Bochs has, but it emulates a whole computer: each starts
 from a CD with Debian's kernel, programs of the folder BUILD and their libraries, and is about a hundred times slower
 than a real processor. The programs of the entries test VariantAvx512 in few cases; the others select it. `few` are the
-programs that run all operations in a short time. `all` run on as many computers as there are processors. FOLDER gets
-the CDs and all output.
+programs that run all operations in a short time. As many computers run as there are processors. FOLDER gets the CDs and
+all output.
 """
 import glob
 import os
@@ -171,9 +171,8 @@ def main():
     else:
         programs += sorted(glob.glob(f"{tests}/entries/*_tests") + glob.glob(f"{tests}/entries/*_tests_lowered")
                            + glob.glob(f"{tests}/facades/*_tests"))
-    computers = 1 if sys.argv[3] == "few" else os.cpu_count()
     os.makedirs(folder, exist_ok=True)
-    sys.exit(0 if run(folder, programs, computers) else 1)
+    sys.exit(0 if run(folder, programs, min(os.cpu_count(), len(programs))) else 1)
 
 
 main()

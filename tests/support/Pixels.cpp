@@ -1,6 +1,7 @@
 #include "tests/support/Pixels.h"
 
 #include <cstring>
+#include <type_traits>
 #include <utility>
 
 #include "zorvan/foundation/PixelTypes.h"
@@ -24,7 +25,11 @@ void fillPixels(void* at, std::size_t count, Content content, std::uint64_t seed
   const auto& special = specialValues<T>();
   switch (content) {
     case Content::random:
-      return fill(at, count, [&] { return randomValue<T>(random); });
+      if constexpr (std::is_integral_v<T>) {
+        return fillRandom(static_cast<unsigned char*>(at), count * sizeof(T), seed);
+      } else {
+        return fill(at, count, [&] { return randomValue<T>(random); });
+      }
     case Content::halfEmpty:
       return fill(at, count, [&] { return random.below(2) != 0 ? randomValue<T>(random) : T{}; });
     case Content::special:
