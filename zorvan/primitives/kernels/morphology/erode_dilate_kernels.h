@@ -30,13 +30,13 @@ struct MorphMask {
   bool has(std::uint32_t flag) const { return (spec.flags & flag) != 0; }
 };
 
-template <class Operation, class Lanes>
+template <class Operation, class Lanes, int leastBordered>
 inline void computeSolid(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                          Size mask, MorphWork work) {
   if (planPackedRows(src.step, roi.width, mask.width, sizeof(typename Lanes::Pixel))) {
     computePackedSolid<Operation, Lanes>(src, dst, roi, mask);
   } else {
-    separateImage<Operation, Lanes>(src, dst, roi, mask, work);
+    separateImage<Operation, Lanes, leastBordered>(src, dst, roi, mask, work);
   }
 }
 
@@ -79,7 +79,7 @@ struct ScanningKernels {
     const Reach reach = Reach::ofMask(mask.size());
     const auto first = src.from(-reach.above, -reach.left);
     if (ZORVAN_PLANNED("planOldMorphForm solid", planOldMorphForm(mask.spec.flags) == MorphForm::separable)) {
-      computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
+      computeSolid<Operation, Lanes<Pixel>, leastBordered<Pixel>>(first, dst, roi, mask.size(), work);
     } else {
       scanImage<Operation>(first, dst, roi, mask.size(), mask.spec.cells);
     }
@@ -106,7 +106,8 @@ struct FormKernels {
     const TabledCells table(mask.spec);
     switch (ZORVAN_PLANNED("planMorphForm", planMorphForm(mask.spec.flags, [&] { return table.count(); }))) {
       case MorphForm::separable:
-        return computeSolid<Operation, Lanes<Pixel>>(first, dst, roi, mask.size(), work);
+        return computeSolid<Operation, Lanes<Pixel>, leastBordered<Pixel>>(first, dst, roi, mask.size(),
+                                                                           work);
       case MorphForm::known3:
         return computeShaped<Operation, 2, 2>(first, dst, roi, packed, KnownCells<KnownShape3>());
       case MorphForm::known5:

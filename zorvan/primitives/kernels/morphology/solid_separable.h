@@ -170,44 +170,52 @@ inline void separateRows(Plane<const typename Lanes::Pixel> src, Plane<typename 
   }
 }
 
-template <class Operation, class Lanes, int width>
+/// The height for which there is code of its own. Squares from the side `leastBordered` on come here in
+/// regions that are a few pixels wide only.
+template <int width, int height, int leastBordered>
+constexpr int knownHeight = width == height&& width >= leastBordered ? 0 : height;
+
+template <class Operation, class Lanes, int leastBordered, int width>
 inline void separateByHeight(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
                              Size roi, Size mask, Plane<typename Lanes::Pixel> ring,
                              const ResultStores<Lanes>& stores) {
+  constexpr int three = knownHeight<width, 3, leastBordered>, five = knownHeight<width, 5, leastBordered>;
   switch (mask.height) {
     case 1:
       return separateRows<Operation, Lanes, width>(src, dst, roi, mask);
     case 3:
-      return separateBand<Operation, Lanes, width, 3>(src, dst, roi, mask, ring, stores);
+      return separateBand<Operation, Lanes, width, three>(src, dst, roi, mask, ring, stores);
     case 5:
-      return separateBand<Operation, Lanes, width, 5>(src, dst, roi, mask, ring, stores);
+      return separateBand<Operation, Lanes, width, five>(src, dst, roi, mask, ring, stores);
     default:
       return separateBand<Operation, Lanes, width, 0>(src, dst, roi, mask, ring, stores);
   }
 }
 
-template <class Operation, class Lanes>
+template <class Operation, class Lanes, int leastBordered>
 inline void separateBySize(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                            Size mask, Plane<typename Lanes::Pixel> ring, const ResultStores<Lanes>& stores) {
-  if (mask.width == 7 && mask.height == 7) {
-    return separateBand<Operation, Lanes, 7, 7>(src, dst, roi, mask, ring, stores);
-  }
-  if (mask.width == 9 && mask.height == 9) {
-    return separateBand<Operation, Lanes, 9, 9>(src, dst, roi, mask, ring, stores);
+  if constexpr (leastBordered == noneBordered) {
+    if (mask.width == 7 && mask.height == 7) {
+      return separateBand<Operation, Lanes, 7, 7>(src, dst, roi, mask, ring, stores);
+    }
+    if (mask.width == 9 && mask.height == 9) {
+      return separateBand<Operation, Lanes, 9, 9>(src, dst, roi, mask, ring, stores);
+    }
   }
   switch (mask.width) {
     case 3:
-      return separateByHeight<Operation, Lanes, 3>(src, dst, roi, mask, ring, stores);
+      return separateByHeight<Operation, Lanes, leastBordered, 3>(src, dst, roi, mask, ring, stores);
     case 5:
-      return separateByHeight<Operation, Lanes, 5>(src, dst, roi, mask, ring, stores);
+      return separateByHeight<Operation, Lanes, leastBordered, 5>(src, dst, roi, mask, ring, stores);
     default:
-      return separateByHeight<Operation, Lanes, 0>(src, dst, roi, mask, ring, stores);
+      return separateByHeight<Operation, Lanes, leastBordered, 0>(src, dst, roi, mask, ring, stores);
   }
 }
 
 /// `src` is the first pixel of the region's first neighbourhood. Wide regions go in bands of columns, so that
 /// the ring stays in the nearest cache.
-template <class Operation, class Lanes>
+template <class Operation, class Lanes, int leastBordered>
 inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
                           Size mask, MorphWork work) {
   using Pixel = typename Lanes::Pixel;
@@ -224,7 +232,8 @@ inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename
     const Plane<Pixel> ring{reinterpret_cast<Pixel*>(first),
                             planRingStep(band.width, mask.height, sizeof(Pixel))};
     const ResultStores<Lanes>& stores = band.width >= 2 * Lanes::count ? wide : narrow;
-    separateBySize<Operation, Lanes>(src.from(0, column), dst.from(0, column), band, mask, ring, stores);
+    separateBySize<Operation, Lanes, leastBordered>(src.from(0, column), dst.from(0, column), band, mask,
+                                                    ring, stores);
   }
   wide.finish();
 }
