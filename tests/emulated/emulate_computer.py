@@ -4,8 +4,8 @@
 The emulator of single programs, qemu-user, has no AVX-512. Bochs has, but it emulates a whole computer: each starts
 from a CD with Debian's kernel, programs of the folder BUILD and their libraries, and is about a hundred times slower
 than a real processor. The programs of the entries test VariantAvx512 in few cases; the others select it. `few` are the
-programs that run all operations in a short time. As many computers run as there are processors. FOLDER gets the CDs and
-all output.
+programs that run all operations in a short time, and those that run the fuzzers' inputs. As many computers run as there
+are processors. FOLDER gets the CDs and all output.
 """
 import glob
 import os
@@ -21,7 +21,8 @@ ROOT = os.path.abspath(f"{os.path.dirname(__file__)}/../..")
 WRONG_ROOTS = ["Overlap.Arithmetic32f/*"]
 
 # The files of the source tree that programs read.
-FILES = ["docs/variants.md", "tests/entries/results.txt", "tests/package/exported_names.txt"]
+FILES = ["docs/variants.md", "tests/entries/results.txt", "tests/package/exported_names.txt",
+         *(os.path.relpath(corpus, ROOT) for corpus in glob.glob(f"{ROOT}/tests/fuzz/corpus/*.txt"))]
 
 # Large regions, which run the same instructions as small ones with the low limits, and one that needs more memory than
 # the computer has.
@@ -63,6 +64,8 @@ def fetch_kernel(folder):
 
 
 def arguments(program):
+    if "/fuzz/" in program:
+        return f"'{ROOT}/tests/fuzz/corpus/{program.partition('/replay_')[2]}.txt'"
     arguments = ["--gtest_brief=1", "--gtest_color=no", "--gtest_filter=-" + ":".join(WRONG_ROOTS + LARGE)]
     if "/entries/" in program and not program.endswith("plan_tests"):
         arguments += ["--level=few", "--variant=VariantAvx512", "--expected-index=5"]
@@ -164,7 +167,7 @@ def run(folder, programs, count):
 def main():
     build, folder = (os.path.abspath(path) for path in sys.argv[1:3])
     tests = f"{build}/tests"
-    programs = [f"{tests}/frame/frame_processor_test"]
+    programs = [f"{tests}/frame/frame_processor_test", *sorted(glob.glob(f"{tests}/fuzz/replay_*"))]
     if sys.argv[3] == "few":
         for name in ("results", "overlap", "variant_differences"):
             programs += [f"{tests}/entries/{name}_tests", f"{tests}/entries/{name}_tests_lowered"]
