@@ -32,6 +32,13 @@ struct Operand {
   int step;
 };
 
+/// The stride of an image of this size without gaps; of an empty one, which is never read, that of one pixel.
+template <class T>
+int tightStep(Size size) {
+  const int columns = size.height < 1 || size.width < 1 ? 1 : size.width;
+  return columns * static_cast<int>(sizeof(T));
+}
+
 enum class Sharing { none, oneImage };
 
 using Before = std::string(const Fixed& fixed, Rect rect, Size first);

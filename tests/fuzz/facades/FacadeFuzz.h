@@ -114,12 +114,10 @@ class Fuzz {
     if (expected.empty() && (size.width < 1 || size.height < 1)) expected = "invalid image size";
     if (expected.empty()) {
       Numbers none;
-      const int columns = rect_.height < 1 ? 1 : std::max(1, rect_.width);  // of an empty region any number
-      const int step = columns * static_cast<int>(sizeof(Result));
       expected = ippException(std::apply(
           [&](auto&... picture) {
             return call.plain(fixed_, none, roi(), picture.operand(rect_)...,
-                              Operand<Result>{region.data(), step});
+                              Operand<Result>{region.data(), tightStep<Result>(roi())});
           },
           pictures));
     }

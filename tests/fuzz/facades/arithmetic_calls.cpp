@@ -39,7 +39,7 @@ int addPlainConstant(const Fixed& fixed, Size roi, Operand<T> image, Operand<u8>
   const auto pixels =
       static_cast<std::size_t>(std::max(roi.width, 0)) * static_cast<std::size_t>(std::max(roi.height, 0));
   std::vector<T> addend(pixels + 1);
-  const int step = std::max(roi.width, 1) * static_cast<int>(sizeof(T));
+  const int step = tightStep<T>(roi);
   const ByPixelType set{ENTRY(Set_8u_C1MR), ENTRY(Set_32f_C1MR)};
   int status = set(fixed.as<T>(), addend.data(), step, roi, mask.pixels, mask.step);
   if (status != 0) return status;
