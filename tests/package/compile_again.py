@@ -4,8 +4,8 @@
 usage: compile_again.py build source copy variant compiler argument...
 
 Starts the compiler; CMake calls it as a launcher. For kernels of other variants it compares only what the compiler
-would read, which takes a tenth of the time: the options and the preprocessed text. If both are those of the build, so is
-the object."""
+would read, which takes a tenth of the time: the options and the preprocessed text. If both are those of the build,
+so is the object."""
 
 import json
 import pathlib
