@@ -147,8 +147,8 @@ class Trial:
                     if program.startswith(f"tests/{folder}/")]
         family = os.path.basename(os.path.dirname(self.path))
         programs.sort(key=lambda program: family not in program)
+        programs += ["tests/entries/plan_tests", "tests/entries/copy_leaf2_tests"]
         if not folders:
-            programs = ["tests/entries/plan_tests", "tests/entries/copy_leaf2_tests"]
             near = [obj for obj in self.build.compilers if "zorvan_base.dir" in obj
                     and os.path.dirname(self.source(obj)) == os.path.dirname(self.path)]
             entries = set().union(*map(self.build.entries, near))
