@@ -4,8 +4,8 @@
 The emulator of single programs, qemu-user, has no AVX-512. Bochs has, but it emulates a whole computer: each starts
 from a CD with Debian's kernel, programs of the folder BUILD and their libraries, and is about a hundred times slower
 than a real processor. The programs of the entries test VariantAvx512 in few cases; the others select it. `few` are the
-programs that run all operations in a short time, and those that run the fuzzers' inputs. As many computers run as there
-are processors. FOLDER gets the CDs and all output.
+programs that run all operations in a short time, and those that run the fuzzers' inputs. FOLDER gets the CDs and all
+output.
 """
 import glob
 import os
@@ -46,6 +46,10 @@ log: {folder}/log
 panic: action=fatal
 error: action=ignore
 """
+
+
+# Each has a gigabyte of memory.
+COMPUTERS = min(os.cpu_count(), 4)
 
 
 def fetch_kernel(folder):
@@ -175,7 +179,7 @@ def main():
         programs += sorted(glob.glob(f"{tests}/entries/*_tests") + glob.glob(f"{tests}/entries/*_tests_lowered")
                            + glob.glob(f"{tests}/facades/*_tests"))
     os.makedirs(folder, exist_ok=True)
-    sys.exit(0 if run(folder, programs, min(os.cpu_count(), len(programs))) else 1)
+    sys.exit(0 if run(folder, programs, COMPUTERS) else 1)
 
 
 main()

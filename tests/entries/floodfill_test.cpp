@@ -208,7 +208,7 @@ void pagedRows(const FillEntry<T>& entry, int variant) {
 template <class T>
 void allSmallImages(const FillEntry<T>& entry, int variant) {
   std::vector<Size> sizes = {{3, 3}, {2, 4}, {5, 2}};
-  if (options().level == Level::full) sizes = {{4, 3}, {3, 4}, {5, 2}, {2, 5}, {11, 1}};
+  if (options().level == Level::full) sizes.insert(sizes.end(), {{4, 3}, {3, 4}, {2, 5}, {11, 1}});
   for (const Size roi : sizes) {
     for (int image = 0; image < 1 << (roi.width * roi.height); ++image) {
       for (int at = 0; at < roi.width * roi.height; ++at) {

@@ -15,6 +15,7 @@ import shutil
 import subprocess
 import sys
 
+
 def preprocessed(arguments, folder):
     position = arguments.index("-o")
     arguments = [*arguments[:position], *arguments[position + 2 :]]

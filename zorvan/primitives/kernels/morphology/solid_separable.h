@@ -170,10 +170,10 @@ inline void separateRows(Plane<const typename Lanes::Pixel> src, Plane<typename 
   }
 }
 
-/// The height for which there is code of its own. Squares from the side `leastBordered` on come here in
-/// regions that are a few pixels wide only.
+/// The height for which there is code of its own. Squares from the side `leastBordered` on come here only in
+/// regions too narrow for the bordered kernels.
 template <int width, int height, int leastBordered>
-constexpr int knownHeight = width == height&& width >= leastBordered ? 0 : height;
+constexpr int knownHeight = (width == height) && (width >= leastBordered) ? 0 : height;
 
 template <class Operation, class Lanes, int leastBordered, int width>
 inline void separateByHeight(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
