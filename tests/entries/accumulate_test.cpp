@@ -112,6 +112,27 @@ void exactConversion(int variant) {
   }
 }
 
+/// Long rows of whole iterations: the first begins on a line, the others do not.
+void rowsAtDifferentOffsets(int variant) {
+  constexpr int width = 192, height = 5;
+  for (const int more : {0, 4, 32, 60}) {
+    const auto step = static_cast<std::size_t>(width + more / 4);
+    const std::vector<float> src(width * height, 2);
+    std::vector<u8> mask(width * height);
+    for (std::size_t i = 0; i < mask.size(); ++i) mask[i] = i % 3 == 0 ? 0 : 1;
+    alignas(64) float sums[(width + 15) * height];
+    std::fill(std::begin(sums), std::end(sums), 1.0F);
+    ASSERT_EQ(floatsOf(variant)(src.data(), 4 * width, mask.data(), width, sums, 4 * static_cast<int>(step),
+                                {width, height}),
+              0);
+    for (std::size_t i = 0; i < step * height; ++i) {
+      const std::size_t row = i / step, column = i % step;
+      const float expected = column >= width || mask[row * width + column] == 0 ? 1 : 3;
+      ASSERT_EQ(sums[i], expected) << "row " << row << ", column " << column << ", " << more << " bytes more";
+    }
+  }
+}
+
 /// Steps on both sides of their minima, and the status that comes first where several are invalid.
 void badSteps(int variant) {
   constexpr int w = 6;
@@ -185,6 +206,7 @@ void Zorvan::Test::registerEntryTests() {
   registerForEachVariant("Accumulate", "UnselectedPixels", unselectedPixels);
   registerForEachVariant("Accumulate", "SkippedPixelsKeepTheirBits", skippedPixelsKeepTheirBits);
   registerForEachVariant("Accumulate", "ExactConversion", exactConversion);
+  registerForEachVariant("Accumulate", "RowsAtDifferentOffsets", rowsAtDifferentOffsets);
   registerForEachVariant("Accumulate", "BadSteps", badSteps);
   registerForEachVariant("Accumulate", "WidthsBeyondAnyStep", widthsBeyondAnyStep);
 }

@@ -211,7 +211,8 @@ template <class T, class Spec>
 void everyOffset(const Pair<T, Spec>& pair) {
   const std::vector<MorphMaskCells> masks = allMasks();
   const MorphMaskCells solids[] = {solidMask({3, 3}), solidMask({5, 5}), solidMask({7, 7}),
-                                   solidMask({9, 9}), solidMask({4, 4}), solidMask({2, 7})};
+                                   solidMask({9, 9}), solidMask({4, 4}), solidMask({2, 7}),
+                                   solidMask({5, 3}), solidMask({3, 9})};
   bool agrees = true;
   forEachOffset([&](int width, int offset, Random& random) {
     const MorphMaskCells& mask = random.below(2) != 0 ? random.oneOf(solids) : random.oneOf(masks);
@@ -257,11 +258,13 @@ void streams(const Pair<T, Spec>& pair) {
   Random random(options().seed);
   const Size roi{70016 / e, 61};
   EXPECT_TRUE(planStreaming(resultBytes(roi, e), 70016, 70016));
-  for (int i = repeats(0, 1, 4); i > 0; --i) {
-    MorphCase c = drawCase(random, solidMask({3, 3}), roi);
-    c.placement = {Placement::Edge::inside, random.oneOf(shifts)};
-    c.gap = 0;
-    if (!pair.agreesOn(c)) return;
+  for (const Size mask : {Size{3, 3}, Size{3, 5}}) {
+    for (int i = repeats(0, 1, 4); i > 0; --i) {
+      MorphCase c = drawCase(random, solidMask(mask), roi);
+      c.placement = {Placement::Edge::inside, random.oneOf(shifts)};
+      c.gap = 0;
+      if (!pair.agreesOn(c)) return;
+    }
   }
 }
 

@@ -391,6 +391,17 @@ void selectedNans(int variant) {
     returning[3] = returning[64 * 295 + 9] = 9;
     for (int column = 0; column < 64; ++column) returning[64 + column] = nan;
     expectExtremes(extremesOf(routine, allSelected(returning, {64, 300})), 1, {0, 0}, 9, {3, 0});
+    for (int column = 0; column < 64; ++column) {
+      Masked<float> one = allSelected(std::vector<float>(64 * 300, 5), {64, 300});
+      const auto at = [&](int row) -> float& {
+        return one.pixels[static_cast<std::size_t>(64 * row + column)];
+      };
+      at(1) = nan;
+      at(0) = at(295) = 9;
+      expectExtremes(extremesOf(routine, one), 5, {column == 0 ? 1 : 0, 0}, 9, {column, 0});
+      at(0) = at(295) = 1;
+      expectExtremes(extremesOf(routine, one), 1, {column, 0}, 5, {column == 0 ? 1 : 0, 0});
+    }
   }
   // A NaN in front of the extremes is none of them: later pixels fill its lane.
   std::vector<float> inFront(64 * 2, 5);
