@@ -85,9 +85,12 @@ struct Fill32Limits {
 /// Rows are joined if both width and height are below it.
 constexpr int joinMaskedBelow = imageLimit(32768, 48);
 
-struct EmptyStoreLimits {
+struct MaskedStoreLimits {
   static constexpr auto skipAboveBytes =
       imageLimit<std::int64_t>(0x8000, 256);  // the nearest cache has room for it
+  /// Of image and mask. Where any cache has room for them, prefetches take more time than they save.
+  static constexpr auto prefetchFromBytes = imageLimit<std::int64_t>(0x1000000, 1024);
+  static constexpr auto prefetchDistance = imageLimit<std::int64_t>(1024, 64);
 };
 
 // ---- conversions ----

@@ -35,11 +35,18 @@ constexpr MaskedPlan planMasked(Size roi, bool tight) {
   return {roi.height, roi.width};
 }
 
-/// Whether stores without a selected pixel are skipped. That saves the transfer of a cache line, and costs a
-/// branch that is hard to predict: it pays for images that lie in farther caches.
+/// What is done about stores without a selected pixel, and about lines that are not in a cache.
+enum class MaskedStores { all, selected, prefetched };
+
+/// To skip an empty store saves the transfer of a cache line, and costs a branch that is hard to predict: it
+/// pays for images that lie in farther caches. Those that lie in memory wait for each line that a masked
+/// store completes, unless it was prefetched.
 template <int pixelBytes>
-constexpr bool planSkipsEmptyStores(const MaskedPlan& plan) {
-  return plan.rows * plan.pixels * pixelBytes > EmptyStoreLimits::skipAboveBytes;
+constexpr MaskedStores planMaskedStores(const MaskedPlan& plan) {
+  const std::int64_t pixels = plan.rows * plan.pixels;
+  if (pixels * pixelBytes <= MaskedStoreLimits::skipAboveBytes) return MaskedStores::all;
+  const bool inMemory = pixels * (pixelBytes + 1) >= MaskedStoreLimits::prefetchFromBytes;
+  return inMemory ? MaskedStores::prefetched : MaskedStores::selected;
 }
 
 struct MaskedRowPlan {

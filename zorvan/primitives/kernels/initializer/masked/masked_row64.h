@@ -9,6 +9,7 @@
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/initializer/masked/masked_row.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 
 #ifdef __AVX512BW__
 namespace Zorvan::Primitives::Masked {
@@ -44,26 +45,45 @@ inline void storeSelected(RowSource<Pixel> source, u8* dst, MaskOf<Pixel> select
 }
 
 /// Processes whole stores and returns the number of their pixels. A store without a selected pixel still
-/// costs the processor a look-up of its cache line: `skipping` avoids that, and the load from the source.
-template <bool skipping, class Source>
+/// costs the processor a look-up of its cache line: to skip it avoids that, and the load from the source.
+template <MaskedStores form, class Source>
 inline std::int64_t maskedStores(Source source, u8* dst, const u8* mask, std::int64_t pixels) {
   using Pixel = typename Source::Pixel;
   constexpr std::int64_t pixelBytes = sizeof(Pixel);
-  constexpr std::int64_t perStore = 64 / pixelBytes;
-  const auto store = [&](std::int64_t i) {
+  constexpr std::int64_t perStore = 64 / pixelBytes, perIteration = 4 * perStore;
+  constexpr std::int64_t distance = MaskedStoreLimits::prefetchDistance;
+  const auto store = [&]<bool prefetching>(std::int64_t i) {
     const auto selected = selectedOfAll<Pixel>(mask + i);
-    if (skipping && isNone(selected)) return;
+    if (form != MaskedStores::all && isNone(selected)) return;
+    if (prefetching) prefetchForWrite(dst + i * pixelBytes + distance);
     storeSelected(source.from(i), dst + i * pixelBytes, selected);
   };
   std::int64_t i = 0;
-  for (; i + 4 * perStore <= pixels; i += 4 * perStore) {
-    store(i);
-    store(i + perStore);
-    store(i + 2 * perStore);
-    store(i + 3 * perStore);
-  }
-  for (; i + perStore <= pixels; i += perStore) store(i);
+  const auto storeUntil = [&]<bool prefetching>(std::int64_t end) {
+    for (; i + perIteration <= end; i += perIteration) {
+      for (int j = 0; j < 4; ++j) store.template operator()<prefetching>(i + j * perStore);
+    }
+  };
+  // No lines after the row: they may belong to another thread.
+  if (form == MaskedStores::prefetched) storeUntil.template operator()<true>(pixels - distance / pixelBytes);
+  storeUntil.template operator()<false>(pixels);
+  for (; i + perStore <= pixels; i += perStore) store.template operator()<false>(i);
   return i;
+}
+
+template <class Source>
+using MaskedStoresFunction = std::int64_t(Source source, u8* dst, const u8* mask, std::int64_t pixels);
+
+template <class Source>
+inline MaskedStoresFunction<Source>* maskedStoresOf(MaskedStores form) {
+  switch (form) {
+    case MaskedStores::all:
+      return maskedStores<MaskedStores::all, Source>;
+    case MaskedStores::selected:
+      return maskedStores<MaskedStores::selected, Source>;
+    default:
+      return maskedStores<MaskedStores::prefetched, Source>;
+  }
 }
 
 /// A row by mask registers, its ends by stores of fewer lanes. Rows of up to `byPixelsUpTo` pixels are
@@ -81,9 +101,8 @@ struct RowByMaskRegisters {
 
     if (plan.peel != 0) storeSelected(source, dst, selectedOfFirst<Pixel>(plan.peel, mask));
     std::int64_t done = plan.peel;
-    const auto stores = ZORVAN_PLANNED("planSkipsEmptyStores", planSkipsEmptyStores<pixelBytes>(image))
-                            ? maskedStores<true, Source>
-                            : maskedStores<false, Source>;
+    const auto stores =
+        maskedStoresOf<Source>(ZORVAN_PLANNED("planMaskedStores", planMaskedStores<pixelBytes>(image)));
     done += stores(source.from(done), dst + done * pixelBytes, mask + done, pixels - done);
     if (done == pixels) return;
     storeSelected(source.from(done), dst + done * pixelBytes,
