@@ -21,16 +21,16 @@
 namespace Zorvan::Primitives::FloodFill {
 namespace {
 
-template <int vectors>
-inline void storeVectors(u8* p, __m128i value) {
-  for (int i = 0; i < vectors; ++i) Vector16{value}.store(p + 16 * i);
+template <int vectors, class Vector>
+inline void storeVectors(u8* p, Vector value) {
+  for (int i = 0; i < vectors; ++i) value.store(p + Vector::size * i);
 }
 
 /// Fills parts of `vectors`, the last of which overlaps the one before. In rows that follow each other the
 /// number of parts changes less often than that of vectors, and is predicted better.
-template <int vectors>
-inline void fillParts(u8* p, std::int64_t bytes, __m128i value) {
-  constexpr std::int64_t partBytes = 16 * vectors;
+template <int vectors, class Vector>
+inline void fillParts(u8* p, std::int64_t bytes, Vector value) {
+  constexpr std::int64_t partBytes = Vector::size * vectors;
   u8* const last = p + bytes - partBytes;
   for (; p < last; p += partBytes) storeVectors<vectors>(p, value);
   storeVectors<vectors>(last, value);
@@ -68,9 +68,9 @@ struct ByteBlock {
 
   void fillRun(u8* p, std::int64_t count) const {
     if (count >= 32) {
-      fillParts<2>(p, count, value);
+      fillParts<2>(p, count, Vector16{value});
     } else if (count >= 16) {
-      fillParts<1>(p, count, value);
+      fillParts<1>(p, count, Vector16{value});
     } else if (count >= 8) {
       fillTwice<8>(p, count);
     } else if (count >= 4) {
@@ -103,11 +103,11 @@ inline void fillDwords(u8* p, std::int64_t count, __m128i value) {
 
 inline void fillDwordRun(u8* p, std::int64_t count, __m128i value) {
   if (count >= 16) {
-    fillParts<4>(p, 4 * count, value);
+    fillParts<4>(p, 4 * count, Vector16{value});
   } else if (count >= 8) {
-    fillParts<2>(p, 4 * count, value);
+    fillParts<2>(p, 4 * count, Vector16{value});
   } else if (count >= 4) {
-    fillParts<1>(p, 4 * count, value);
+    fillParts<1>(p, 4 * count, Vector16{value});
   } else {
     const int pixel = _mm_cvtsi128_si32(value);
     storeAs<int>(p, pixel);
@@ -151,9 +151,13 @@ struct FloatBlock {
 };
 
 #ifdef __AVX512VL__
-/// Float pixels filled with stores of 32 bytes.
+/// Float pixels filled with stores of 32 bytes, and compared as one vector.
 struct FloatBlock32 : FloatBlock {
   using FloatBlock::FloatBlock;
+
+  unsigned matches(const u8* p) const {
+    return _mm512_cmp_ps_mask(loadAs<__m512>(p), _mm512_broadcastss_ps(old), _CMP_EQ_OQ);
+  }
 
   void fillBlock(u8* p) const { fill(p, 16); }
   void fill(u8* p, std::int64_t count) const {
@@ -161,7 +165,16 @@ struct FloatBlock32 : FloatBlock {
     for (; count >= 8; p += 32, count -= 8) Vector32{eight}.store(p);
     storeMasked(firstLanes<__mmask8>(count), p, eight);
   }
-  void fillRun(u8* p, std::int64_t count) const { fill(p, count); }
+  void fillRun(u8* p, std::int64_t count) const {
+    const __m256i eight = _mm256_broadcastd_epi32(_mm_castps_si128(value));
+    if (count >= 16) {
+      fillParts<2>(p, 4 * count, Vector32{eight});
+    } else if (count >= 8) {
+      fillParts<1>(p, 4 * count, Vector32{eight});
+    } else {
+      storeMasked(firstLanes<__mmask8>(count), p, eight);
+    }
+  }
 };
 #endif
 

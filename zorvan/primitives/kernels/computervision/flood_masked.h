@@ -10,6 +10,7 @@
 // A run that begins at the first column of the search, or ends with the region, has a branch of its own: a
 // column that is computed from a comparison would delay the next row, whose search begins there.
 
+#include "zorvan/primitives/kernels/computervision/flood_blocks.h"
 #include "zorvan/primitives/kernels/computervision/flood_fill_plan.h"
 #include "zorvan/primitives/kernels/computervision/flood_pixels.h"
 #include "zorvan/primitives/kernels/computervision/flood_window.h"
@@ -166,9 +167,12 @@ struct MaskedWindowRow : MaskedRow<T> {
   }
 
   void fillRun(u8* row, std::int64_t x, std::int64_t count) const {
-    u8* p = at(row, x);
-    for (; count >= lanes; p += 64, count -= lanes) this->newLanes.store(p);
-    if (count != 0) storeMasked(firstLanes<Mask>(count), p, this->newLanes.bits);
+    u8* const p = at(row, x);
+    if (count >= lanes) {
+      fillParts<1>(p, count * std::int64_t{sizeof(T)}, this->newLanes);
+    } else {
+      storeMasked(firstLanes<Mask>(count), p, this->newLanes.bits);
+    }
   }
 };
 
