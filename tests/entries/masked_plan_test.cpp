@@ -46,22 +46,24 @@ TEST(MaskedPlan, ThePixelCountDoesNotOverflow) {
 TEST(MaskedPlan, EmptyStoresAreSkippedInLargeImages) {
   constexpr auto all = MaskedStores::all, selected = MaskedStores::selected;
   for (const std::int64_t bytes : {0x7FFF, 0x8000, 0x8001}) {
-    EXPECT_EQ((planMaskedStores<1>({1, bytes})), bytes > 0x8000 ? selected : all) << bytes;
+    EXPECT_EQ((planMaskedStores<1, 0>({1, bytes})), bytes > 0x8000 ? selected : all) << bytes;
   }
-  EXPECT_EQ((planMaskedStores<4>({1, 0x2000})), all);
-  EXPECT_EQ((planMaskedStores<4>({1, 0x2001})), selected);
-  EXPECT_EQ((planMaskedStores<2>({128, 128})), all);  // rows apart count together
-  EXPECT_EQ((planMaskedStores<2>({128, 129})), selected);
+  EXPECT_EQ((planMaskedStores<4, 0>({1, 0x2000})), all);
+  EXPECT_EQ((planMaskedStores<4, 0>({1, 0x2001})), selected);
+  EXPECT_EQ((planMaskedStores<2, 0>({128, 128})), all);  // rows apart count together
+  EXPECT_EQ((planMaskedStores<2, 0>({128, 129})), selected);
 }
 
 TEST(MaskedPlan, LinesOfImagesInMemoryArePrefetched) {
   constexpr auto selected = MaskedStores::selected, prefetched = MaskedStores::prefetched;
-  EXPECT_EQ((planMaskedStores<1>({1, 0x7FFFFF})), selected);
-  EXPECT_EQ((planMaskedStores<1>({1, 0x800000})), prefetched);  // the mask counts too
-  EXPECT_EQ((planMaskedStores<4>({1, 0x333333})), selected);
-  EXPECT_EQ((planMaskedStores<4>({1, 0x333334})), prefetched);
-  EXPECT_EQ((planMaskedStores<1>({0x1000, 0x7FF})), selected);
-  EXPECT_EQ((planMaskedStores<1>({0x1000, 0x800})), prefetched);
+  EXPECT_EQ((planMaskedStores<1, 0>({1, 0x7FFFFF})), selected);
+  EXPECT_EQ((planMaskedStores<1, 0>({1, 0x800000})), prefetched);  // the mask counts too
+  EXPECT_EQ((planMaskedStores<4, 0>({1, 0x333333})), selected);
+  EXPECT_EQ((planMaskedStores<4, 0>({1, 0x333334})), prefetched);
+  EXPECT_EQ((planMaskedStores<2, 2>({1, 0x333333})), selected);
+  EXPECT_EQ((planMaskedStores<2, 2>({1, 0x333334})), prefetched);  // and so does the source of a copy
+  EXPECT_EQ((planMaskedStores<1, 0>({0x1000, 0x7FF})), selected);
+  EXPECT_EQ((planMaskedStores<1, 0>({0x1000, 0x800})), prefetched);
 }
 
 TEST(MaskedRowPlan, ShortRowsGoPixelByPixel) {

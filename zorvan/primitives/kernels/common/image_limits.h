@@ -88,7 +88,7 @@ constexpr int joinMaskedBelow = imageLimit(32768, 48);
 struct MaskedStoreLimits {
   static constexpr auto skipAboveBytes =
       imageLimit<std::int64_t>(0x8000, 256);  // the nearest cache has room for it
-  /// Of image and mask. Where any cache has room for them, prefetches take more time than they save.
+  /// Of all images. Where any cache has room for them, prefetches take more time than they save.
   static constexpr auto prefetchFromBytes = imageLimit<std::int64_t>(0x1000000, 1024);
   static constexpr auto prefetchDistance = imageLimit<std::int64_t>(1024, 64);
 };

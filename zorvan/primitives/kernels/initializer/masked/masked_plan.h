@@ -40,12 +40,13 @@ enum class MaskedStores { all, selected, prefetched };
 
 /// To skip an empty store saves the transfer of a cache line, and costs a branch that is hard to predict: it
 /// pays for images that lie in farther caches. Those that lie in memory wait for each line that a masked
-/// store completes, unless it was prefetched.
-template <int pixelBytes>
+/// store completes, unless it was prefetched. `pixelBytes` are written, `bytesRead` read from the source,
+/// and one byte from the mask.
+template <int pixelBytes, int bytesRead>
 constexpr MaskedStores planMaskedStores(const MaskedPlan& plan) {
   const std::int64_t pixels = plan.rows * plan.pixels;
   if (pixels * pixelBytes <= MaskedStoreLimits::skipAboveBytes) return MaskedStores::all;
-  const bool inMemory = pixels * (pixelBytes + 1) >= MaskedStoreLimits::prefetchFromBytes;
+  const bool inMemory = pixels * (pixelBytes + bytesRead + 1) >= MaskedStoreLimits::prefetchFromBytes;
   return inMemory ? MaskedStores::prefetched : MaskedStores::selected;
 }
 

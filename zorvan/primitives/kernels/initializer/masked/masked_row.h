@@ -19,6 +19,7 @@ namespace {
 template <class Bits>
 struct ValueSource {
   using Pixel = Bits;
+  static constexpr int bytesRead = 0;  ///< for each pixel
   Bits value;
 
   Bits pixel(std::int64_t) const { return value; }
@@ -33,6 +34,7 @@ struct ValueSource {
 template <class Bits>
 struct RowSource {
   using Pixel = Bits;
+  static constexpr int bytesRead = sizeof(Bits);
   const u8* row;
 
   Bits pixel(std::int64_t i) const { return loadAs<Bits>(row + i * std::int64_t{sizeof(Bits)}); }

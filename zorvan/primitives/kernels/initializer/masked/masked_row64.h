@@ -101,8 +101,8 @@ struct RowByMaskRegisters {
 
     if (plan.peel != 0) storeSelected(source, dst, selectedOfFirst<Pixel>(plan.peel, mask));
     std::int64_t done = plan.peel;
-    const auto stores =
-        maskedStoresOf<Source>(ZORVAN_PLANNED("planMaskedStores", planMaskedStores<pixelBytes>(image)));
+    const auto stores = maskedStoresOf<Source>(
+        ZORVAN_PLANNED("planMaskedStores", planMaskedStores<pixelBytes, Source::bytesRead>(image)));
     done += stores(source.from(done), dst + done * pixelBytes, mask + done, pixels - done);
     if (done == pixels) return;
     storeSelected(source.from(done), dst + done * pixelBytes,
