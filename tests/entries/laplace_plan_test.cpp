@@ -133,6 +133,18 @@ TEST(LaplacePlan, StreamsLargeRegionsWithRowsInStep) {
   EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4128, 63, 1));
 }
 
+TEST(LaplacePlan, PrefetchesLargeRegionsInsideTheirRows) {
+  EXPECT_FALSE(planPrefetch({4096, 1023}, 1));
+  EXPECT_TRUE(planPrefetch({4096, 1024}, 1));
+  EXPECT_FALSE(planPrefetch({1023, 1025}, 4));
+  EXPECT_TRUE(planPrefetch({1024, 1024}, 4));
+  EXPECT_EQ(planPrefetchedColumns(511, 20, 32), 0);
+  EXPECT_EQ(planPrefetchedColumns(512, 20, 32), 1);
+  EXPECT_EQ(planPrefetchedColumns(512 + 31, 20, 32), 1);
+  EXPECT_EQ(planPrefetchedColumns(512 + 32, 20, 32), 2);
+  EXPECT_EQ(planPrefetchedColumns(5000, 20, 32), 20);
+}
+
 TEST(LaplacePlan, StreamedVectorsBeginAtTheEndOfTheRowOrHaveTheirNeighbours) {
   EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 0, 2));
   EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4096, 1, 2));

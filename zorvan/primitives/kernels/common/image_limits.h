@@ -215,6 +215,10 @@ constexpr int laplaceCollidingBandRows = imageLimit(4, 3);
 /// shorter ones: the hardware's prefetcher starts anew for each part.
 constexpr int laplaceCarriedBytes = imageLimit(32 << 10, 1024);
 
+/// Results from this size on lie in far caches or in memory, as do their sources.
+constexpr auto laplacePrefetchFromBytes = imageLimit<std::int64_t>(4 << 20, 512);
+constexpr auto laplacePrefetchDistance = imageLimit<std::int64_t>(512, 64);
+
 /// Rows of narrow regions that are copied at a time.
 constexpr auto narrowBandRows = imageLimit<std::int64_t>(16, 3);
 

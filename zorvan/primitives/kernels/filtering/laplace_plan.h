@@ -59,5 +59,19 @@ constexpr bool planStreaming(Size roi, int pixelBytes, std::int64_t dstStep, std
          peelBytes % pixelBytes == 0 && (peelBytes == 0 || peelBytes >= reach * pixelBytes);
 }
 
+/// Whether images are so large that they lie in far caches or in memory.
+constexpr bool planPrefetch(Size roi, int pixelBytes) {
+  return std::int64_t{roi.width} * roi.height * pixelBytes >= laplacePrefetchFromBytes;
+}
+
+/// How many of the columns of vectors prefetch for writing: none for lines after the row, which may belong to
+/// another thread. `bytesToLast` lie between the first column and the row's last vector.
+constexpr std::int64_t planPrefetchedColumns(std::int64_t bytesToLast, std::int64_t columns,
+                                             std::int64_t vectorBytes) {
+  const std::int64_t room = bytesToLast - laplacePrefetchDistance;
+  const std::int64_t fit = room < 0 ? 0 : room / vectorBytes + 1;
+  return fit < columns ? fit : columns;
+}
+
 }  // namespace
 }  // namespace Zorvan::Primitives::Laplace

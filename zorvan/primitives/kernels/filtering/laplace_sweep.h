@@ -13,6 +13,7 @@
 #include "zorvan/primitives/kernels/filtering/row_ends.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_rows.h"
 #include "zorvan/primitives/kernels/simd/partial.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 #include "zorvan/primitives/kernels/simd/short_runs.h"
 
 namespace Zorvan::Primitives::Laplace {
@@ -39,13 +40,26 @@ struct Region {
 
 template <class V>
 struct PlainStores {
-  static constexpr bool streams = false;
+  static constexpr bool streams = false, prefetchesForWrite = false;
+  static void prefetchAfter(const unsigned char*, const unsigned char*) {}
   void store(V vector, unsigned char* p) const { vector.store(p); }
+};
+/// The rows of a band lie in different pages, where the processor's own prefetches end too early.
+template <class V>
+struct PrefetchedStores : PlainStores<V> {
+  static constexpr bool prefetchesForWrite = true;
+  static void prefetchAfter(const unsigned char* src, const unsigned char* dst) {
+    prefetchLine(src + laplacePrefetchDistance);
+    prefetchForWrite(dst + laplacePrefetchDistance);
+  }
 };
 /// Of aligned vectors.
 template <class V>
 struct StreamingStores {
-  static constexpr bool streams = true;
+  static constexpr bool streams = true, prefetchesForWrite = false;
+  static void prefetchAfter(const unsigned char* src, const unsigned char*) {
+    prefetchLine(src + laplacePrefetchDistance);
+  }
   void store(V vector, unsigned char* p) const { vector.stream(p); }
 };
 
@@ -69,7 +83,11 @@ struct Sweep {
         return fenceStores();
       }
     }
-    sweep(region, 0, PlainStores<V>{});
+    if (ZORVAN_PLANNED("planLaplacePrefetch", planPrefetch(region.size, sizeof(T)))) {
+      sweep(region, 0, PrefetchedStores<V>{});
+    } else {
+      sweep(region, 0, PlainStores<V>{});
+    }
   }
 
  private:
@@ -114,7 +132,10 @@ struct Sweep {
       const unsigned char* const* const end = row + count;
       const std::int64_t toNext = step;
       unsigned char* to = dst + at;
-      for (; row != end; ++row, to += toNext) stores.store(filter.take(loads, *row + at), to);
+      for (; row != end; ++row, to += toNext) {
+        Stores::prefetchAfter(*row + at, to);
+        stores.store(filter.take(loads, *row + at), to);
+      }
       if (!isLast) state.assign(filter);
     }
   };
@@ -164,7 +185,14 @@ struct Sweep {
     Filter* state = band.carried;
     if (last == 0) return band.filterColumn(0, state, Ends<true, true>(region.ends), PlainStores<V>{});
     if (first == 0) band.filterColumn(0, state++, Ends<true, false>(region.ends), PlainStores<V>{});
-    band.filterColumns(inside.first + first * V::size, columns, state, stores);
+    const std::int64_t at = inside.first + first * V::size;
+    if constexpr (Stores::prefetchesForWrite) {
+      const std::int64_t ahead = planPrefetchedColumns(last - at, columns, V::size);
+      band.filterColumns(at, ahead, state, stores);
+      band.filterColumns(at + ahead * V::size, columns - ahead, state + ahead, PlainStores<V>{});
+    } else {
+      band.filterColumns(at, columns, state, stores);
+    }
     if (first + columns < inside.count) return;
     state += columns;
     if (inside.overlaps) band.filterColumn(last - reachBytes, state++, Inside{}, PlainStores<V>{});
