@@ -48,7 +48,7 @@ struct PlainStores {
 template <class V>
 struct PrefetchedStores : PlainStores<V> {
   static constexpr bool prefetchesForWrite = true;
-  static void prefetchAfter(const unsigned char* src, const unsigned char* dst) {
+  [[gnu::always_inline]] static void prefetchAfter(const unsigned char* src, const unsigned char* dst) {
     prefetchLine(src + laplacePrefetchDistance);
     prefetchForWrite(dst + laplacePrefetchDistance);
   }
@@ -57,7 +57,7 @@ struct PrefetchedStores : PlainStores<V> {
 template <class V>
 struct StreamingStores {
   static constexpr bool streams = true, prefetchesForWrite = false;
-  static void prefetchAfter(const unsigned char* src, const unsigned char*) {
+  [[gnu::always_inline]] static void prefetchAfter(const unsigned char* src, const unsigned char*) {
     prefetchLine(src + laplacePrefetchDistance);
   }
   void store(V vector, unsigned char* p) const { vector.stream(p); }
