@@ -22,9 +22,14 @@ inline void prefetch(const void* p, std::int64_t distance = 2048) {
 /// inline and unroll it.
 [[gnu::always_inline]] inline void prefetchLine(const void* p) { __builtin_prefetch(p); }
 
-/// The line at `p`, in a state in which it can be written.
+/// The line at `p`, in a state in which it can be written; in the older variants for reading, since not all
+/// of their processors know the other instruction.
 inline void prefetchForWrite(const void* p) {
+#ifdef __AVX2__
   asm volatile("prefetchw %0" : : "m"(*static_cast<const char*>(p)));
+#else
+  prefetch(p, 0);
+#endif
 }
 
 }  // namespace
