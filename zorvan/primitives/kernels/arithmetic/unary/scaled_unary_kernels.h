@@ -4,6 +4,7 @@
 // in the width of their vectors only.
 
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_lookup.h"
+#include "zorvan/primitives/kernels/arithmetic/unary/byte_roots.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/byte_rows.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/root_tables.h"
 #include "zorvan/primitives/kernels/arithmetic/unary/unary_images.h"
@@ -59,6 +60,9 @@ template <class Vector>
 void rootsOfBytes(const UnaryImages& images, Size roi, int f) {
   const auto run = [&](const auto& operation) { eachByteRow<Vector>(operation, images, roi); };
   if (f < -7) return run(BytesOtherThanZero{});
+#ifdef __SSSE3__
+  if (f == 0) return run(RootOfByte{});
+#endif
   if (f <= 0) {
     const int k = -f;
     const u8* const table = rootTables()[k];
