@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <limits>
 
 #include "tests/support/EntryTests.h"
@@ -431,25 +432,36 @@ void wordFolding(MorphRoutine<T, MorphSpec>* reference, MorphRoutine<T, MorphSpe
   }
 }
 
-/// Infinities never pass the start value of the accumulation.
+/// The result for an image of equal pixels.
+std::vector<float> resultFor(float pixel, const MorphMaskCells& mask,
+                             MorphRoutine<float, MorphSpec>* routine) {
+  const Size roi{21, 9};
+  int specBytes = 0, bufferBytes = 0;
+  MorphState<MorphSpec, float>::sizes(roi, mask.size, &specBytes, &bufferBytes);
+  std::vector<u8> state(static_cast<std::size_t>(specBytes)), work(static_cast<std::size_t>(bufferBytes));
+  auto* const spec = reinterpret_cast<MorphSpec*>(state.data());
+  MorphState<MorphSpec, float>::fill(roi, mask.cells.data(), mask.size, spec, work.data());
+  const std::vector<float> src(189, pixel);
+  std::vector<float> dst(189);
+  EXPECT_EQ(routine(src.data(), 84, dst.data(), 84, roi, 1, 0, spec, work.data()), 0);
+  return dst;
+}
+
+/// Infinities never pass the start value of the accumulation. A NaN replaces the value before it.
 void startValues(int variant) {
   const float infinity = std::numeric_limits<float>::infinity(), most = std::numeric_limits<float>::max();
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  auto* const dilate = table.ippiMorphDilateBorder_32f_C1R.routine[1 + variant];
+  auto* const erode = table.ippiMorphErodeBorder_32f_C1R.routine[1 + variant];
   for (const MorphMaskCells& mask :
        {solidMask({3, 3}), solidMask({5, 5}), solidMask({1, 3}), solidMask({3, 1}), crossOf(5, 2, 1),
         drawn({3, 1}, "#.#"), drawn({3, 3}, ".#.###.#.")}) {
-    int specBytes = 0, bufferBytes = 0;
-    const Size roi{21, 9};
-    MorphState<MorphSpec, float>::sizes(roi, mask.size, &specBytes, &bufferBytes);
-    std::vector<u8> state(static_cast<std::size_t>(specBytes)), work(static_cast<std::size_t>(bufferBytes));
-    auto* const spec = reinterpret_cast<MorphSpec*>(state.data());
-    MorphState<MorphSpec, float>::fill(roi, mask.cells.data(), mask.size, spec, work.data());
-    std::vector<float> low(189, -infinity), high(189, infinity), dst(189);
-    table.ippiMorphDilateBorder_32f_C1R.routine[1 + variant](low.data(), 84, dst.data(), 84, roi, 1, 0, spec,
-                                                             work.data());
-    EXPECT_EQ(dst, std::vector<float>(189, -most));
-    table.ippiMorphErodeBorder_32f_C1R.routine[1 + variant](high.data(), 84, dst.data(), 84, roi, 1, 0, spec,
-                                                            work.data());
-    EXPECT_EQ(dst, std::vector<float>(189, most));
+    EXPECT_EQ(resultFor(-infinity, mask, dilate), std::vector<float>(189, -most));
+    EXPECT_EQ(resultFor(infinity, mask, erode), std::vector<float>(189, most));
+    for (auto* const routine : {dilate, erode}) {
+      const std::vector<float> nans = resultFor(nan, mask, routine);
+      EXPECT_TRUE(std::ranges::all_of(nans, [](float pixel) { return std::isnan(pixel); }));
+    }
   }
 }
 
