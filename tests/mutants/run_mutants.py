@@ -42,7 +42,7 @@ import builds
 import changes
 import same_code
 
-SECONDS = 120  # of processor time for one program: a fault may make a loop endless
+SECONDS = 60  # of processor time for one process: a fault may make a loop endless
 BYTES = 8 << 30
 
 # The folders of test programs for the parts of the library, in the order in which they run.
@@ -76,7 +76,7 @@ def limitResources():
 def execute(program, *options):
     """Runs a test program until its first failure."""
     ended = builds.run([program, "--gtest_fail_fast", "--gtest_brief=1", *options], preexec_fn=limitResources,
-                       timeout=30 * SECONDS)
+                       timeout=4 * SECONDS)  # a program may start many processes
     if ended.returncode == 0:
         return
     failed = re.search(r"\[  FAILED  \] ([^\s,]+)", ended.stdout)
