@@ -220,23 +220,23 @@ TYPED_TEST(Morphology, ReportsWrongSizes) {
   }
 }
 
-/// The length of the work memory is 6 times that of a row, or 3 times that of a column, and wraps to a small
-/// one. The images have one pixel in memory: a region that is refused is not read.
+/// The length of the work memory is about 6 times that of a row, or 3 times that of a column, and wraps to a
+/// small one. The images have one pixel in memory: a region that is refused is not read.
 TYPED_TEST(Morphology, RefusesRegionsWhoseWorkMemoryHasNoLength) {
   using T = TypeParam;
   const int bytes = sizeof(T);
-  std::vector<T> one(1);
-  for (const Size size : {Size{715827884 / bytes, 1}, Size{1, 1431655768 / bytes}}) {
+  const auto expectRefused = [](Size size, Size mask) {
+    std::vector<T> one(1);
     auto src = IppIMemory<T>::CreateContainer(one.data(), size);
     auto dst = IppIMemory<T>::CreateContainer(one.data(), size);
     for (const auto& operation : operations<T>()) {
-      EXPECT_EQ(plainTextOf([&] {
-                  operation.filling(src, dst, src.SizeToRoi(), Size{3, 3});
-                }),
-                "invalid length")
-          << operation.name << " of " << size.width << " x " << size.height;
+      EXPECT_EQ(plainTextOf([&] { operation.filling(src, dst, src.SizeToRoi(), mask); }), "invalid length")
+          << operation.name << " of " << size.width << " x " << size.height << ", " << mask.width << " x "
+          << mask.height;
     }
-  }
+  };
+  for (const Size mask : {Size{3, 3}, Size{4097, 3}}) expectRefused({715827884 / bytes, 1}, mask);
+  for (const Size mask : {Size{3, 3}, Size{3, 4097}}) expectRefused({1, 1431655768 / bytes}, mask);
 }
 
 TYPED_TEST(Morphology, NeedsImagesWithPixels) {
