@@ -22,6 +22,7 @@ continues. The order of faults depends on the seed and on the sources only.
 import argparse
 import collections
 import concurrent.futures
+import contextlib
 import difflib
 import filecmp
 import json
@@ -75,13 +76,20 @@ def limitResources():
 
 def execute(program, *options):
     """Runs a test program until its first failure."""
-    ended = builds.run([program, "--gtest_fail_fast", "--gtest_brief=1", *options], preexec_fn=limitResources,
-                       timeout=4 * SECONDS)  # a program may start many processes
-    if ended.returncode == 0:
+    with subprocess.Popen([program, "--gtest_fail_fast", "--gtest_brief=1", *options], stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, text=True, errors="replace", start_new_session=True,
+                          preexec_fn=limitResources) as running:
+        try:
+            output, _ = running.communicate(timeout=4 * SECONDS)
+        finally:
+            # A program may have started others. One that waits for ever keeps the pipe open.
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(running.pid, signal.SIGKILL)
+    if running.returncode == 0:
         return
-    failed = re.search(r"\[  FAILED  \] ([^\s,]+)", ended.stdout)
-    how = failed[1] if failed else f"ended by {signal.Signals(-ended.returncode).name}" if ended.returncode < 0 \
-        else f"ended with {ended.returncode}"
+    failed = re.search(r"\[  FAILED  \] ([^\s,]+)", output)
+    how = failed[1] if failed else f"ended by {signal.Signals(-running.returncode).name}" if running.returncode < 0 \
+        else f"ended with {running.returncode}"
     raise Killed(f"{os.path.basename(program)}: {how}")
 
 
@@ -313,8 +321,16 @@ def main():
             with lock:
                 results.append(fault)
 
+    def workOrEndAll(worker):
+        nonlocal waiting
+        try:
+            work(worker)
+        except BaseException:
+            waiting = iter(())
+            raise
+
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        list(pool.map(work, range(options.jobs)))
+        list(pool.map(workOrEndAll, range(options.jobs)))
 
     print()
     for fault in results:
