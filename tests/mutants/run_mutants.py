@@ -140,7 +140,8 @@ class Trial:
     def run(self, program, objects, *options):
         if objects:
             output = os.path.join(self.folder, os.path.basename(program))
-            self.build.link(program, objects, output)
+            if not self.build.link(program, objects, output):
+                raise Refused
             try:
                 execute(output, *options)
             finally:
