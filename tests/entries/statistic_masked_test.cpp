@@ -135,6 +135,19 @@ void floatMeansAreEmptiedIntoDoubles(int variant) {
   }
 }
 
+/// A lane with 2^24 loses each 1 that is added, until it is emptied after about 480 additions.
+void lanesTakeAbout480Additions(int variant) {
+  const auto routine = ROUTINE(ippiMean_32f_C1MR, variant);
+  constexpr int count = 1 << 16;
+  for (const int width : {count, 4096, 64}) {
+    std::vector<float> pixels(count, 1.0f);
+    pixels[0] = 0x1p24f;
+    const double sum = meanOf(routine, allSelected(std::move(pixels), {width, count / width})) * count;
+    const double lost = 0x1p24 + (count - 1) - sum;
+    EXPECT_NEAR(lost, 480, 5) << width;
+  }
+}
+
 void whatIsNotSelectedDoesNotCount(int variant) {
   for (const int width : {1, 3, 8, 9, 16, 17, 40, 64, 100}) {
     const auto count = static_cast<std::size_t>(width) * 3;
@@ -446,6 +459,7 @@ void registerEntryTests() {
   add("byteMeansAreExact", byteMeansAreExact);
   add("longRowsOfWords", longRowsOfWords);
   add("floatMeansAreEmptiedIntoDoubles", floatMeansAreEmptiedIntoDoubles);
+  add("lanesTakeAbout480Additions", lanesTakeAbout480Additions);
   add("whatIsNotSelectedDoesNotCount", whatIsNotSelectedDoesNotCount);
   add("byteDeviationsFollowTheirRounding", byteDeviationsFollowTheirRounding);
   add("smallDeviationsTakeASecondPass", smallDeviationsTakeASecondPass);
