@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "zorvan/operations/computervision/ComputerVisionMethods.h"
+#include "zorvan/primitives/kernels/computervision/flood_window.h"
 
 namespace Zorvan::Primitives::FloodFill {
 namespace {
@@ -57,6 +60,25 @@ TEST(FloodFillPlan, UsesWindowsInLargeRegionsOfWholeBlocks) {
   EXPECT_TRUE(usesWindows({128, 128}));
   EXPECT_FALSE(usesWindows({15, 10000}));
   EXPECT_TRUE(usesWindows({16, 1024}));
+}
+
+TEST(FloodFillPlan, WindowsHaveAPlaceForEachEndOfARunAndOfItsParent) {
+  for (std::int64_t last = 15; last < 200; ++last) {
+    for (std::int64_t first = 0; first <= last; ++first) {
+      for (std::int64_t end = first; end <= last; ++end) {
+        const EndWindows windows = EndWindows::around(first, end, last);
+        const std::int64_t between = windows.right - windows.left - windows.rightPlace();
+        const std::int64_t firstFrom = std::max<std::int64_t>(first - nearColumns, 0);
+        const std::int64_t firstTo = std::min(first + nearColumns, last);
+        const std::int64_t endFrom = std::max<std::int64_t>(end - nearColumns, 0);
+        const std::int64_t endTo = std::min(end + nearColumns, last);
+        const bool inBoth = firstFrom >= windows.left && endTo - windows.left - between < 2 * windowPixels;
+        const bool inTheirOwn =
+            between == 0 || (firstTo < windows.left + windowPixels && endFrom >= windows.right);
+        ASSERT_TRUE(inBoth && inTheirOwn) << "columns " << first << " to " << end << " of 0 to " << last;
+      }
+    }
+  }
 }
 
 TEST(FloodFillPlan, FollowsColumnsOfRowsThatAreNotWholePagesApart) {

@@ -157,9 +157,8 @@ class Filler {
 
   /// Whether the ends of a run lie near those of its parent. Those of its child probably do too.
   static bool hasNearEnds(const FillSegment& run) {
-    constexpr std::int32_t near = 8;
     const auto isNear = [](std::int32_t a, std::int32_t b) {
-      return static_cast<std::uint32_t>(a - b + near) <= 2 * near;
+      return static_cast<std::uint32_t>(a - b + nearColumns) <= 2 * nearColumns;
     };
     return isNear(run.left, run.parentLeft) && isNear(run.right, run.parentRight) &&
            run.parentLeft <= run.parentRight;

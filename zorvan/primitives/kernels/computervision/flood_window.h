@@ -16,6 +16,9 @@ namespace {
 
 inline constexpr int windowPixels = 32;
 
+/// How far the ends of a run may be from those of its parent, for which there are places in the windows too.
+inline constexpr std::int32_t nearColumns = 8;
+
 /// The first column of the window with column `x` in its middle, or nearest to it in the region.
 constexpr std::int64_t windowAround(std::int64_t x, std::int64_t last, std::int64_t pixels = windowPixels) {
   const std::int64_t first = x - pixels / 2;
@@ -57,7 +60,7 @@ struct EndWindows {
   /// In the region's columns, 0 to `last`. Blocks of 16 pixels fit between the windows, unless the run ends
   /// near the region's last column.
   static EndWindows around(std::int64_t first, std::int64_t end, std::int64_t last) {
-    if (end - first < 48) {
+    if (end - first + 1 + 2 * nearColumns < 2 * windowPixels) {
       const std::int64_t left = windowAround((first + end) / 2, last, 2 * windowPixels);
       return {left, windowAround(left + windowPixels + windowPixels / 2, last)};
     }
