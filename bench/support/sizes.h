@@ -21,8 +21,11 @@ inline const std::vector<Size> limitSizes = {
     {1024, 1000}, {1024, 1048},  // 1 MiB of bytes, 4 MiB of floats
     {1536, 1000}, {1536, 1048},  // 3 MiB in two images of bytes, 6 MiB of floats
     {2048, 1500}, {2048, 1572},  // 6 MiB of 16-bit pixels, 24 MiB in two images of floats
+    {1792, 1000}, {1792, 1048},  // 7 MiB of floats
     {2048, 2000}, {2048, 2096},  // 4 MiB of bytes
+    {2560, 1400}, {2560, 1468},  // 7 MiB of 16-bit pixels
     {3072, 2000}, {3072, 2096},  // 6 MiB of bytes
+    {3584, 2000}, {3584, 2096},  // 7 MiB of bytes
     {4096, 3000}, {4096, 3144},  // 24 MiB in two images of bytes
 };
 

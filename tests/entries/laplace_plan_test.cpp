@@ -126,11 +126,16 @@ TEST(LaplacePlan, TheSumsOfAllColumnsOfABandFitTheirRoom) {
 }
 
 TEST(LaplacePlan, StreamsLargeRegionsWithRowsInStep) {
-  EXPECT_FALSE(planStreaming({4096, 1023}, 1, 4096, 63, 1));
-  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 63, 1));
-  EXPECT_TRUE(planStreaming({1024, 1025}, 4, 4096, 60, 1));
-  EXPECT_FALSE(planStreaming({1024, 1025}, 4, 4096, 61, 1));
-  EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4128, 63, 1));
+  EXPECT_FALSE(planStreaming({4096, 1023}, 1, 4096, 63, 1, 64));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 63, 1, 64));
+  EXPECT_TRUE(planStreaming({1024, 1025}, 4, 4096, 60, 1, 64));
+  EXPECT_FALSE(planStreaming({1024, 1025}, 4, 4096, 61, 1, 64));
+  EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4128, 63, 1, 64));
+  for (const int vectorBytes : {16, 32}) {
+    EXPECT_FALSE(planStreaming({4096, 1791}, 1, 4096, 15, 1, vectorBytes));
+    EXPECT_TRUE(planStreaming({4096, 1792}, 1, 4096, 15, 1, vectorBytes));
+    EXPECT_FALSE(planStreaming({4096, 1792}, 1, 4128, 15, 1, vectorBytes));
+  }
 }
 
 TEST(LaplacePlan, PrefetchesLargeRegionsInsideTheirRows) {
@@ -146,11 +151,11 @@ TEST(LaplacePlan, PrefetchesLargeRegionsInsideTheirRows) {
 }
 
 TEST(LaplacePlan, StreamedVectorsBeginAtTheEndOfTheRowOrHaveTheirNeighbours) {
-  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 0, 2));
-  EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4096, 1, 2));
-  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 2, 2));
-  EXPECT_FALSE(planStreaming({4096, 1024}, 4, 16384, 4, 2));
-  EXPECT_TRUE(planStreaming({4096, 1024}, 4, 16384, 8, 2));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 0, 2, 64));
+  EXPECT_FALSE(planStreaming({4096, 1024}, 1, 4096, 1, 2, 64));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 1, 4096, 2, 2, 64));
+  EXPECT_FALSE(planStreaming({4096, 1024}, 4, 16384, 4, 2, 64));
+  EXPECT_TRUE(planStreaming({4096, 1024}, 4, 16384, 8, 2, 64));
 }
 
 }  // namespace

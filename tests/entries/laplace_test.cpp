@@ -290,11 +290,11 @@ void largeRegionsOfShortRows(const LaplaceEntry<T>& entry, int variant) {
   const bool full = options().level == Level::full;
   for (const int vectorBytes : full ? std::vector{16, 32, 64} : std::vector{64}) {
     const int width = vectorBytes / e + reach + 1;
-    const Size roi{width, (4 << 20) / (width * e) + 1};
+    const Size roi{width, 0x700000 / (width * e) + 1};
     LaplaceCase c = anyCase<T>(roi, 55, 1, random);
     c.moreSrcBytes = 0;
     c.srcPlacement = {Placement::Edge::front, 0};
-    c.moreDstBytes = -width * e & (vectorBytes - 1);
+    c.moreDstBytes = -width * e & 63;  // rows that begin at the same place in a line
     c.dstPlacement = {Placement::Edge::inside, vectorBytes - reach * e};
     c.content = Content::random;
     if (!agreeOn(entry, variant, c, anyValue<T>(random))) return;

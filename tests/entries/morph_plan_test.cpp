@@ -100,13 +100,30 @@ TEST(MorphStrips, HoldTheRowsThatAreReadInTheirShareOfTheCache) {
 
 TEST(MorphStreaming, TakesLargeResultsWithBlocksInStep) {
   EXPECT_EQ(resultBytes({1024, 1024}, 4), streamFromBytes);
-  EXPECT_FALSE(planStreaming(streamFromBytes - 1, 1024, 1024));
-  EXPECT_TRUE(planStreaming(streamFromBytes, 1024, 1024));
-  EXPECT_TRUE(planStreaming(streamFromBytes + 1, 1024, 4096));
-  EXPECT_FALSE(planStreaming(streamFromBytes, 1024, 1025));
-  EXPECT_FALSE(planStreaming(streamFromBytes, 127, 128));
-  EXPECT_TRUE(planStreaming(streamFromBytes, 128, 128));
-  EXPECT_FALSE(planStreaming(0, 1024, 1024));
+  EXPECT_FALSE(planStreaming(streamFromBytes - 1, 1024, 1024, 64));
+  EXPECT_TRUE(planStreaming(streamFromBytes, 1024, 1024, 64));
+  EXPECT_TRUE(planStreaming(streamFromBytes + 1, 1024, 4096, 64));
+  EXPECT_FALSE(planStreaming(streamFromBytes, 1024, 1025, 64));
+  EXPECT_FALSE(planStreaming(streamFromBytes, 127, 128, 64));
+  EXPECT_TRUE(planStreaming(streamFromBytes, 128, 128, 64));
+  EXPECT_FALSE(planStreaming(0, 1024, 1024, 64));
+}
+
+TEST(MorphStreaming, TakesLargerResultsInPartsOfLines) {
+  EXPECT_EQ(resultBytes({1024, 1792}, 4), streamPartsFromBytes);
+  for (const int vectorBytes : {16, 32}) {
+    EXPECT_FALSE(planStreaming(streamPartsFromBytes - 1, 1024, 1024, vectorBytes));
+    EXPECT_TRUE(planStreaming(streamPartsFromBytes, 1024, 1024, vectorBytes));
+    EXPECT_FALSE(planStreaming(streamPartsFromBytes, 127, 128, vectorBytes));
+    EXPECT_TRUE(planStreaming(streamPartsFromBytes, 128, 128, vectorBytes));
+    EXPECT_FALSE(planStreaming(streamPartsFromBytes, 1024, 1024 + 32, vectorBytes));
+  }
+}
+
+TEST(MorphPrefetch, TakesLargeSources) {
+  EXPECT_FALSE(planPrefetch(resultBytes({1024, 1792}, 4) - 1));
+  EXPECT_TRUE(planPrefetch(resultBytes({1024, 1792}, 4)));
+  EXPECT_FALSE(planPrefetch(0));
 }
 
 TEST(MorphBands, MindWhatAnyWordWithSidesInMemoryReads) {

@@ -257,8 +257,10 @@ template <class T, class Spec>
 void streams(const Pair<T, Spec>& pair) {
   constexpr int e = sizeof(T), shifts[] = {0, 4, 60};
   Random random(options().seed);
-  const Size roi{70016 / e, 61};
-  EXPECT_TRUE(planStreaming(resultBytes(roi, e), 70016, 70016));
+  const Size roi{70016 / e, 105};
+  for (const int vectorBytes : {16, 64}) {
+    EXPECT_TRUE(planStreaming(resultBytes(roi, e), 70016, 70016, vectorBytes));
+  }
   for (const Size mask : {Size{3, 3}, Size{3, 5}}) {
     for (int i = repeats(0, 1, 4); i > 0; --i) {
       MorphCase c = drawCase(random, solidMask(mask), roi);

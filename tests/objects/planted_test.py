@@ -357,7 +357,7 @@ class Streaming(Planted):
                "ippiConvert_32s8u_C1R", "ippiConvert_32s32f_C1R", "ippiAdd_32f_C1R", "ippiSqr_8u_C1RSfs",
                "ippiSqr_32f_C1R", "ippiSqrt_32f_C1R", "ippiAbs_32f_C1R", "ippiNot_8u_C1R", "ippiCompareC_16s_C1R",
                "ippiCompareC_8u_C1R", "ippiFilterLaplaceBorder_8u_C1R", "ippiMorphErodeBorder_8u_C1R",
-               "ippiMorphOpenBorder_8u_C1R"]
+               "ippiMorphErodeBorder_32f_C1R", "ippiMorphOpenBorder_8u_C1R"]
     STORE = "movntdq %xmm0, (%rdi)\n"
     TABLE = """lea .Ltable(%rip), %rax
         movslq (%rax,%rdi,4), %rdx

@@ -23,8 +23,9 @@ STREAMING = [
     ("ippiNot_8u_C1R", "VariantSse42", "VariantAvx512"),
     ("ippiCompareC_16s_C1R", "VariantSse2", "VariantAvx512"),
     ("ippiCompareC_(8u|32f)_C1R", "VariantSse2", "VariantAvx"),
-    ("ippiFilterLaplaceBorder_.*_C1R", "VariantAvx512", "VariantAvx512"),
-    ("ippiMorph(Erode|Dilate|Open|Close)Border_.*_C1R", "VariantAvx512", "VariantAvx512"),
+    ("ippiFilterLaplaceBorder_.*_C1R", "VariantSse2", "VariantAvx512"),
+    ("ippiMorph(Erode|Dilate|Open|Close)Border_8u_C1R", "VariantSsse3", "VariantAvx512"),
+    ("ippiMorph(Erode|Dilate|Open|Close)Border_32f_C1R", "VariantSse2", "VariantAvx512"),
 ]
 # The forms that work in place may share the code of the others.
 MAY_SHARE = re.compile("ippi(Not_8u_C1IR|Sqrt?_(8u_C1IRSfs|32f_C1IR))")

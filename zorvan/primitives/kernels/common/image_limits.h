@@ -177,8 +177,10 @@ constexpr int extremeBlockPixels = imageLimit(8192, 100);
 
 // ---- neighbourhoods: morphology and the Laplace filter ----
 
-/// Larger results would only evict their source rows from the caches.
+/// Larger results would only evict their source rows from the caches. Lines that are stored in several
+/// vectors take longer, so they are streamed later.
 constexpr auto streamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
+constexpr auto streamPartsFromBytes = imageLimit<std::int64_t>(0x700000, 64);
 
 // ---- morphology ----
 
@@ -186,6 +188,10 @@ constexpr auto streamFromBytes = imageLimit<std::int64_t>(4 << 20, 64);
 /// rows; but bands do not get narrower than the second value. Bands are whole cache lines.
 constexpr auto morphRingBytes = imageLimit<std::int64_t>(16 << 10, 320);
 constexpr auto morphLeastBandBytes = imageLimit<std::int64_t>(512, 64);
+
+/// Images from this size on come from far caches or from memory. Below it, prefetches take more time than
+/// they save.
+constexpr auto morphPrefetchFromBytes = imageLimit<std::int64_t>(0x700000, 512);
 
 /// The source rows of several rows of the result take at most this size of a second-level cache, which
 /// delivers them as fast as they are combined.

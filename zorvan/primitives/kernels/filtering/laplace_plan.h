@@ -54,8 +54,8 @@ constexpr int planBandRows(std::int64_t resultBytes, bool collide) {
 /// Whether a region takes streaming stores. The first aligned vector begins at `peelBytes`; it needs its left
 /// neighbours in the row unless it is the first.
 constexpr bool planStreaming(Size roi, int pixelBytes, std::int64_t dstStep, std::int64_t peelBytes,
-                             int reach) {
-  return mayStream(std::int64_t{roi.width} * roi.height * pixelBytes, dstStep) &&
+                             int reach, int vectorBytes) {
+  return mayStream(std::int64_t{roi.width} * roi.height * pixelBytes, dstStep, vectorBytes) &&
          peelBytes % pixelBytes == 0 && (peelBytes == 0 || peelBytes >= reach * pixelBytes);
 }
 

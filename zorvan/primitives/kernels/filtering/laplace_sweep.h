@@ -6,6 +6,9 @@
 // the band's top to its bottom, with its sums in registers; then it hands them on to the next band, so that
 // each source row is loaded and weighted once. Rows that are not whole vectors end with one that overlaps the
 // one before.
+//
+// Large results are streamed in whole lines. Where a line has several vectors, as many adjacent columns are
+// collected on the stack, down the band.
 
 #include "zorvan/primitives/kernels/common/plan_outcomes.h"
 #include "zorvan/primitives/kernels/common/plane.h"
@@ -62,6 +65,11 @@ struct StreamingStores {
   }
   void store(V vector, unsigned char* p) const { vector.stream(p); }
 };
+/// Of vectors that are streamed later, as whole lines.
+template <class V>
+struct StagingStores : StreamingStores<V> {
+  void store(V vector, unsigned char* p) const { vector.storeAligned(p); }
+};
 
 /// Regions at least as wide as a vector.
 template <class Filter>
@@ -74,14 +82,16 @@ struct Sweep {
   static constexpr int around = 2 * Filter::reach;
   static constexpr std::int64_t reachBytes = Filter::reach * sizeof(T);
 
+  /// Integers in the shortest vectors take longer to filter than to store, unless rows collide.
+  static constexpr bool isFast = V::size > 16 || sizeof(T) == 4;
+
   static void run(const Region<T>& region) {
-    if constexpr (V::size == streamedBlockBytes) {
-      const std::int64_t peel = bytesToBoundary(region.dst.pixels, V::size);
-      if (ZORVAN_PLANNED("planLaplaceStreaming",
-                         planStreaming(region.size, sizeof(T), region.dst.step, peel, Filter::reach))) {
-        sweep(region, peel, StreamingStores<V>{});
-        return fenceStores();
-      }
+    const std::int64_t peel = bytesToBoundary(region.dst.pixels, V::size);
+    const bool gains = isFast || planColliding(region.rows.src.step, region.dst.step, false);
+    if (ZORVAN_PLANNED("planLaplaceStreaming", gains && planStreaming(region.size, sizeof(T), region.dst.step,
+                                                                      peel, Filter::reach, V::size))) {
+      sweep(region, peel, StreamingStores<V>{});
+      return fenceStores();
     }
     if (ZORVAN_PLANNED("planLaplacePrefetch", planPrefetch(region.size, sizeof(T)))) {
       sweep(region, 0, PrefetchedStores<V>{});
@@ -107,7 +117,7 @@ struct Sweep {
     /// `loads` is a copy, so that its members stay in registers.
     template <class Loads, class Stores>
     [[gnu::noinline]] void filterColumn(std::int64_t at, Filter* state, Loads loads, Stores stores) const {
-      filterRows(at, *state, loads, stores);
+      filterRows(at, *state, loads, stores, dst + at, step);
     }
 
     /// Adjacent columns of vectors, all inside the rows.
@@ -115,13 +125,36 @@ struct Sweep {
     [[gnu::noinline]] void filterColumns(std::int64_t at, std::int64_t columns, Filter* state,
                                          Stores stores) const {
       Filter* const end = state + columns;
-      for (; state != end; ++state, at += V::size) filterRows(at, *state, Inside{}, stores);
+      for (; state != end; ++state, at += V::size) filterRows(at, *state, Inside{}, stores, dst + at, step);
+    }
+
+    /// The same by streaming stores of whole lines, each of several vectors. The first column is aligned.
+    [[gnu::noinline]] void streamColumns(std::int64_t at, std::int64_t columns, Filter* state) const {
+      constexpr int lineVectors = streamedBlockBytes / V::size;
+      const std::int64_t toLine = bytesToBoundary(dst + at, streamedBlockBytes) / V::size;
+      const std::int64_t before = toLine < columns ? toLine : columns;
+      filterColumns(at, before, state, PlainStores<V>{});
+      at += before * V::size, state += before, columns -= before;
+
+      alignas(streamedBlockBytes) unsigned char lines[laplaceNearestBandRows * streamedBlockBytes];
+      for (; columns >= lineVectors; columns -= lineVectors, at += streamedBlockBytes) {
+        for (int i = 0; i < lineVectors; ++i, ++state) {
+          filterRows(at + i * V::size, *state, Inside{}, StagingStores<V>{}, lines + i * V::size,
+                     streamedBlockBytes);
+        }
+        const unsigned char* line = lines;
+        unsigned char* to = dst + at;
+        for (std::int64_t r = 0; r < count; ++r, line += streamedBlockBytes, to += step) {
+          for (int i = 0; i < lineVectors; ++i) V::load(line + i * V::size).stream(to + i * V::size);
+        }
+      }
+      filterColumns(at, columns, state, PlainStores<V>{});
     }
 
    private:
     template <class Loads, class Stores>
-    [[gnu::always_inline]] void filterRows(std::int64_t at, Filter& state, const Loads& loads,
-                                           Stores stores) const {
+    [[gnu::always_inline]] void filterRows(std::int64_t at, Filter& state, const Loads& loads, Stores stores,
+                                           unsigned char* to, std::int64_t toNext) const {
       const unsigned char* const* row = rows;
       Filter filter{};
       if (isFirst) {
@@ -130,8 +163,6 @@ struct Sweep {
         filter.assign(state);
       }
       const unsigned char* const* const end = row + count;
-      const std::int64_t toNext = step;
-      unsigned char* to = dst + at;
       for (; row != end; ++row, to += toNext) {
         Stores::prefetchAfter(*row + at, to);
         stores.store(filter.take(loads, *row + at), to);
@@ -190,6 +221,8 @@ struct Sweep {
       const std::int64_t ahead = planPrefetchedColumns(last - at, columns, V::size);
       band.filterColumns(at, ahead, state, stores);
       band.filterColumns(at + ahead * V::size, columns - ahead, state + ahead, PlainStores<V>{});
+    } else if constexpr (Stores::streams && V::size < streamedBlockBytes) {
+      band.streamColumns(at, columns, state);
     } else {
       band.filterColumns(at, columns, state, stores);
     }

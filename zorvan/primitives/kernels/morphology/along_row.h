@@ -25,58 +25,60 @@ inline void alongRow(std::int64_t width, Block block, std::int64_t column = 0) {
   block(column, Lanes::first(width - column));
 }
 
-/// Work memory for the ring of rows, and the bytes of the whole result, of which a kernel may compute a part.
-/// 0 bytes for an intermediate image, which the next pass reads from the caches: no streaming stores.
-struct MorphWork {
-  unsigned char* ring;
-  std::int64_t resultBytes;
+/// Bytes of the whole images, of which a kernel may compute a part; 0 for an intermediate image, which stays
+/// in the caches.
+struct FarBytes {
+  std::int64_t read, written;
 };
 
-/// Stores of a result, through the caches.
-template <class Lanes, bool areLines = Lanes::areLines>
-struct ResultStores {
-  using Pixel = typename Lanes::Pixel;
+struct MorphWork {
+  unsigned char* ring;  ///< memory for the ring of rows
+  FarBytes bytes;
+};
+
+/// How a kernel accesses images in near caches: by plain loads and stores.
+template <class Lanes>
+struct NearAccess {
+  static constexpr bool isFar = false, streams = false;
   static constexpr std::int64_t peel = 0;
 
-  ResultStores() = default;
-  ResultStores(Plane<Pixel>, Size, MorphWork) {}
-
   template <class Active>
-  void store(Lanes result, Pixel* at, Active lanes) const {
+  void store(Lanes result, typename Lanes::Pixel* at, Active lanes) const {
     result.store(at, lanes);
   }
-  void finish() const {}
 };
 
-/// Blocks of whole cache lines: streaming stores where the plan chooses them. These take aligned blocks, so a
-/// row begins with a peel of `peel` pixels.
+/// How it accesses those that lie in far caches or in memory.
 template <class Lanes>
-struct ResultStores<Lanes, true> {
+struct FarAccess {
   using Pixel = typename Lanes::Pixel;
-  static_assert(Lanes::count * sizeof(Pixel) == streamedBlockBytes);
-  bool streaming = false;
-  std::int64_t peel = 0;
+  static constexpr bool isFar = true;
 
-  ResultStores() = default;
-  ResultStores(Plane<Pixel> dst, Size roi, MorphWork work) {
+  bool prefetches = false;  ///< the rows that are read or written next
+  bool streams = false;     ///< stores whole lines past the caches
+  std::int64_t peel = 0;    ///< pixels before the first of these lines
+
+  FarAccess() = default;
+  FarAccess(Plane<Pixel> dst, Size roi, FarBytes bytes) {
+    prefetches = ZORVAN_PLANNED("planPrefetch", planPrefetch(bytes.read));
     const std::int64_t peelBytes = bytesToBoundary(dst.pixels, streamedBlockBytes);
-    streaming = peelBytes % std::int64_t{sizeof(Pixel)} == 0 &&
-                planStreaming(work.resultBytes, roi.width * std::int64_t{sizeof(Pixel)}, dst.step);
-    if (streaming) peel = peelBytes / std::int64_t{sizeof(Pixel)};
-    ZORVAN_NOTE_PLAN("planStreaming", streaming);
+    const std::int64_t rowBytes = roi.width * std::int64_t{sizeof(Pixel)};
+    streams = ZORVAN_PLANNED("planStreaming",
+                             peelBytes % std::int64_t{sizeof(Pixel)} == 0 &&
+                                 planStreaming(bytes.written, rowBytes, dst.step, Lanes::Vector::size));
+    if (streams) peel = peelBytes / std::int64_t{sizeof(Pixel)};
   }
 
+  /// A block, which is a line if it is whole.
   void store(Lanes result, Pixel* at, AllLanes) const {
-    if (streaming) {
+    static_assert(Lanes::areLines);
+    if (streams) {
       result.stream(at);
     } else {
       result.store(at);
     }
   }
   void store(Lanes result, Pixel* at, typename Lanes::Partial lanes) const { result.store(at, lanes); }
-  void finish() const {
-    if (streaming) fenceStores();
-  }
 };
 
 /// The same where no pixel may be computed twice, with a block of `peel` pixels before the whole ones.

@@ -185,7 +185,7 @@ constexpr bool isMorphBorder(int word) {
 /// Stripes with their border are copied into the work memory after the ring; the rest is read in place.
 template <class V, class Operation, class T>
 inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size roi, BorderWord word, T value,
-                         const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {
+                         const MorphSpec* spec, u8* buffer, FarBytes bytes) {
   if (word.type() == BorderType::defaultValue) {
     word.bits = (word.bits & ~BorderWord::typeBits) | static_cast<int>(BorderType::constant);
     value = Operation::neutral(T{});
@@ -195,7 +195,7 @@ inline int erodeOrDilate(const T* src, int srcStep, T* dst, int dstStep, Size ro
   if ((maskSize.width == 1 && maskSize.height == 1) || mask.has(MorphSpec::noneSet)) {
     return copyRegion<V>(src, srcStep, dst, dstStep, roi);
   }
-  const MorphWork work{alignWork(buffer), streamedBytes};
+  const MorphWork work{alignWork(buffer), bytes};
   constexpr int least = MorphPolicy<V>::template leastBordered<T>;
   if constexpr (least <= largestBordered) {
     if (mask.has(MorphSpec::allSet) && planBordered(maskSize, least)) {
@@ -232,21 +232,21 @@ constexpr int sidesInHigherBits(Operation, T, int) {
 /// An erosion or dilation with all tests of its arguments: an entry, or a pass of a compound operation.
 template <class V, class Operation, class T>
 inline int morph(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
-                 const MorphSpec* spec, u8* buffer, std::int64_t streamedBytes) {
+                 const MorphSpec* spec, u8* buffer, FarBytes bytes) {
   const int status = testMorphImages(src, srcStep, dst, dstStep, roi, spec, buffer);
   if (status != ippStsNoErr) return status;
   if (!isMorphBorder(borderType)) return ippStsBorderErr;
   const BorderWord word{borderType | sidesInHigherBits(Operation(), T(), borderType)};
-  return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, word, borderValue, spec, buffer,
-                                     streamedBytes);
+  return erodeOrDilate<V, Operation>(src, srcStep, dst, dstStep, roi, word, borderValue, spec, buffer, bytes);
 }
 
 /// The entries: an erosion or dilation alone.
 template <class V, class Operation, class T>
 int morphOnce(const T* src, int srcStep, T* dst, int dstStep, Size roi, int borderType, T borderValue,
               const MorphSpec* spec, u8* buffer) {
+  const std::int64_t bytes = resultBytes(roi, sizeof(T));
   return morph<V, Operation>(src, srcStep, dst, dstStep, roi, borderType, borderValue, spec, buffer,
-                             resultBytes(roi, sizeof(T)));
+                             FarBytes{bytes, bytes});
 }
 
 }  // namespace

@@ -90,10 +90,14 @@ constexpr std::int64_t resultBytes(Size roi, int pixelBytes) {
   return std::int64_t{roi.width} * pixelBytes * roi.height;
 }
 
-/// Whether a result takes streaming stores: rows need at least two blocks.
-constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep) {
-  return mayStream(bytes, dstStep) && rowBytes >= 2 * streamedBlockBytes;
+/// Whether a result takes streaming stores: rows need at least two lines.
+constexpr bool planStreaming(std::int64_t bytes, std::int64_t rowBytes, std::int64_t dstStep,
+                             int vectorBytes) {
+  return mayStream(bytes, dstStep, vectorBytes) && rowBytes >= 2 * streamedBlockBytes;
 }
+
+/// Whether to prefetch the rows of a source.
+constexpr bool planPrefetch(std::int64_t bytes) { return bytes >= morphPrefetchFromBytes; }
 
 /// Whether an operation may read outside its region. Any bit above the type can allow it: bits 4 to 7 in
 /// every entry, bits 8 to 11 in one of them. Negative words are valid too.

@@ -62,6 +62,7 @@ int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, int bor
   const int bands = readPixels.overlaps(written) ? 1 : planBands(roi, mask.size(), betweenStep);
 
   ZORVAN_NOTE_PLAN("planBands several", bands > 1);
+  const std::int64_t bytes = resultBytes(roi, sizeof(T));
   int made = 0, done = 0;  // rows of the intermediate image and of the result
   for (int band = 1; band <= bands; ++band) {
     const int kept = made - done + (done == 0 ? 0 : reach.above);  // rows in the window
@@ -70,7 +71,7 @@ int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, int bor
     const int below = band == bands ? 0 : BorderWord::belowInMemory;
     const int first = morph<V, First>(source.at(made, 0), srcStep, window.at(kept, 0), betweenStep,
                                       Size{roi.width, newRows}, borderType | above | below, borderValue,
-                                      both.first, buffer, 0);
+                                      both.first, buffer, FarBytes{bytes, 0});
     if (first != ippStsNoErr) return first;
     made += newRows;
 
@@ -78,7 +79,7 @@ int morphTwice(const T* src, int srcStep, T* dst, int dstStep, Size roi, int bor
     const int second =
         morph<V, Second, T>(window.at(done == 0 ? 0 : reach.above, 0), betweenStep, result.at(done, 0),
                             dstStep, Size{roi.width, resultRows}, secondBorder | above | below, borderValue,
-                            both.second, buffer, resultBytes(roi, sizeof(T)));
+                            both.second, buffer, FarBytes{0, bytes});
     if (second != ippStsNoErr) return second;
     done += resultRows;
     if (band < bands) {

@@ -110,7 +110,8 @@ struct PixelLanes {
   using Partial = typename PartialOf<T, masks>::type;
   static constexpr int count = V::size / static_cast<int>(sizeof(T));
   static constexpr bool hasMasks = masks;
-  static constexpr bool areLines = V::size == 64;
+  static constexpr int lineVectors = 64 / V::size, linePixels = lineVectors * count;  ///< of a cache line
+  static constexpr bool areLines = lineVectors == 1;
   Bits bits;
 
   static Partial first(std::int64_t n) {

@@ -13,6 +13,10 @@
 // from the vectors before and after it. The last vector ends with the row and computes some pixels again, so
 // all loads are of whole vectors. Wide regions go in strips of columns, so that source rows that are read
 // again for the next rows of the result stay in a near cache.
+//
+// Large images: the rows that follow are prefetched, since the processor's own prefetches end with each page,
+// which may have a single row. Results are streamed in whole lines, which are collected in registers where a
+// line has several vectors.
 
 #include <utility>
 
@@ -22,6 +26,7 @@
 #include "zorvan/primitives/kernels/morphology/lane_ends.h"
 #include "zorvan/primitives/kernels/morphology/morph_plan.h"
 #include "zorvan/primitives/kernels/neighbourhood/border_rows.h"
+#include "zorvan/primitives/kernels/simd/prefetch.h"
 
 namespace Zorvan::Primitives::Morphology {
 namespace {
@@ -57,6 +62,11 @@ struct BorderedRegion {
 template <class Lanes, int height>
 constexpr int rowsAtOnce = Lanes::hasMasks || height > 3 ? 4 : 2;
 
+/// Whether the kernel is so fast that it waits for memory: the comparisons for large masks take longer in the
+/// shortest vectors.
+template <class Lanes, int width>
+constexpr bool isFast = width <= 5 || Lanes::lineVectors <= 2;
+
 /// Column-wise extremes for `rows` rows of the result: 1, 2 or 4.
 template <class Lanes, int rows>
 struct Extremes {
@@ -72,13 +82,15 @@ struct BorderedRows {
   static constexpr int reach = (width - 1) / 2, readRows = height - 1 + rows;
 
   const Pixel* src[readRows];  ///< column 0 of each row that is read
+  std::int64_t pitch;          ///< pixels from one source row to the next
   std::int64_t columns;        ///< of the region
   Beside left, right;
   Lanes constant;
 
   /// `first` is the first row that is read.
   [[gnu::always_inline]] BorderedRows(const BorderedRegion<Pixel>& region, std::int64_t first)
-      : columns(region.roi.width),
+      : pitch(region.rows.src.step / std::int64_t{sizeof(Pixel)}),
+        columns(region.roi.width),
         left(besideOf(region.word, BorderWord::leftInMemory)),
         right(besideOf(region.word, BorderWord::rightInMemory)),
         constant(Lanes::broadcast(region.value)) {
@@ -203,39 +215,69 @@ struct BorderedRows {
     return each([&](int r) { return resultOf(previous.of[r], vector.of[r], next.of[r]); });
   }
 
-  /// Strips but the last one are of whole vectors, after the peel. The last one is not narrower than a
+  /// The lines of the rows that the next call reads, and of those that it writes through the caches.
+  [[gnu::always_inline]] void prefetchNext(Plane<Pixel> dst, std::int64_t column, bool streams) const {
+    for (int r = 0; r < rows; ++r) {
+      prefetchLine(src[readRows - 1] + (r + 1) * pitch + column);
+      if (!streams) prefetchLine(dst.at(r + rows, column));
+    }
+  }
+
+  /// Strips but the last one are of whole lines, after the peel. The last one is not narrower than a
   /// vector.
+  template <class Access>
   [[gnu::always_inline]] void run(Plane<Pixel> dst, std::int64_t column, std::int64_t stop,
-                                  ResultStores<Lanes> stores) const {
+                                  Access access) const {
     const auto store = [&](const Vectors& made, auto lanes) {
-      for (int r = 0; r < rows; ++r) stores.store(made.of[r], dst.at(r, column), lanes);
+      for (int r = 0; r < rows; ++r) made.of[r].store(dst.at(r, column), lanes);
     };
     Vectors vector = load(column);
     Vectors previous = before(column, vector);
-    if constexpr (Lanes::areLines) {
-      if (column == 0 && stores.peel != 0) {
-        store(results(previous, vector, load(Lanes::count)), Lanes::first(stores.peel));
-        column = stores.peel;
-        previous = each([&](int r) { return fromLane(previous.of[r], vector.of[r], column); });
-        vector = load(column);
-      }
-    }
-    const std::int64_t last = columns - Lanes::count;
-    const std::int64_t whole = stop < columns ? stop : last;
-    for (; column + Lanes::count <= whole; column += Lanes::count) {
+    // Passes the results of `vector` to `use(r, result)`, and goes on to the next one.
+    const auto pass = [&](auto use) __attribute__((always_inline)) {
       if constexpr (rows == 4 && height > 3) {
         eachExtreme(column + Lanes::count, [&](int r, Lanes next) {
-          stores.store(resultOf(previous.of[r], vector.of[r], next), dst.at(r, column), AllLanes{});
+          use(r, resultOf(previous.of[r], vector.of[r], next));
           previous.of[r] = vector.of[r];
           vector.of[r] = next;
         });
       } else {
         const Vectors next = load(column + Lanes::count);
-        store(results(previous, vector, next), AllLanes{});
+        const Vectors made = results(previous, vector, next);
+        for (int r = 0; r < rows; ++r) use(r, made.of[r]);
         previous = vector;
         vector = next;
       }
+      column += Lanes::count;
+    };
+    const auto storeNext = [&]() __attribute__((always_inline)) {
+      pass([&](int r, Lanes made) { made.store(dst.at(r, column)); });
+    };
+    const std::int64_t last = columns - Lanes::count;
+    const std::int64_t whole = stop < columns ? stop : last;
+    if constexpr (Access::isFar) {
+      if (const std::int64_t rest = access.peel % Lanes::count; column == 0 && rest != 0) {
+        store(results(previous, vector, load(Lanes::count)), Lanes::first(rest));
+        column = rest;
+        previous = each([&](int r) { return fromLane(previous.of[r], vector.of[r], rest); });
+        vector = load(column);
+      }
+      const std::int64_t firstLine = access.streams ? access.peel : columns;
+      while (column + Lanes::linePixels <= whole) {
+        if (access.prefetches) prefetchNext(dst, column, access.streams);
+        if (column < firstLine) {
+          storeNext();
+          continue;
+        }
+        const Plane<Pixel> to = dst.from(0, column);
+        Vectors line[Lanes::lineVectors];
+        for (Vectors& part : line) pass([&](int r, Lanes made) { part.of[r] = made; });
+        for (int r = 0; r < rows; ++r) {
+          for (int i = 0; i < Lanes::lineVectors; ++i) line[i].of[r].stream(to.at(r, i * Lanes::count));
+        }
+      }
     }
+    while (column + Lanes::count <= whole) storeNext();
     if (column == stop) return;
     if (column == last) return store(results(previous, vector, after(vector)), AllLanes{});
 
@@ -256,16 +298,16 @@ struct BorderedRows {
 };
 
 /// The strip of columns from `begin` to `stop`.
-template <class Operation, class Lanes, int width, int height>
+template <class Operation, class Lanes, int width, int height, class Access>
 inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, std::int64_t begin, std::int64_t stop,
-                          ResultStores<Lanes> stores) {
+                          Access access) {
   constexpr int above = (height - 1) / 2, rows = rowsAtOnce<Lanes, height>;
   std::int64_t r = 0;
   if (region.roi.height >= rows) {
     BorderedRows<Operation, Lanes, width, height, rows> several(region, -above);
     for (;;) {
-      several.run(dst.from(r, 0), begin, stop, stores);
+      several.run(dst.from(r, 0), begin, stop, access);
       r += rows;
       if (r + rows > region.roi.height) break;
       several.advance(region, r + above + rows - 1);
@@ -273,24 +315,32 @@ inline void borderedStrip(const BorderedRegion<typename Lanes::Pixel>& region,
   }
   for (; r < region.roi.height; ++r) {
     const BorderedRows<Operation, Lanes, width, height, 1> single(region, r - above);
-    single.run(dst.from(r, 0), begin, stop, stores);
+    single.run(dst.from(r, 0), begin, stop, access);
   }
 }
 
 template <class Operation, class Lanes, int width, int height>
 inline void borderedImage(const BorderedRegion<typename Lanes::Pixel>& region,
                           Plane<typename Lanes::Pixel> dst, MorphWork work) {
-  const ResultStores<Lanes> stores(dst, region.roi, work);
   const std::int64_t columns = region.roi.width;
   constexpr int readRows = height - 1 + rowsAtOnce<Lanes, height>;
   const std::int64_t strip = planStripColumns(region.roi.width, readRows, sizeof(typename Lanes::Pixel));
   ZORVAN_NOTE_PLAN("planStripColumns several strips", strip < columns);
-  std::int64_t begin = 0, stop = stores.peel + strip;
-  for (; begin < columns; begin = stop, stop += strip) {
-    if (stop > columns - Lanes::count) stop = columns;
-    borderedStrip<Operation, Lanes, width, height>(region, dst, begin, stop, stores);
+  const auto alongStrips = [&](std::int64_t firstStop, auto access) {
+    std::int64_t begin = 0, stop = firstStop;
+    for (; begin < columns; begin = stop, stop += strip) {
+      if (stop > columns - Lanes::count) stop = columns;
+      borderedStrip<Operation, Lanes, width, height>(region, dst, begin, stop, access);
+    }
+  };
+  if constexpr (isFast<Lanes, width>) {
+    const FarAccess<Lanes> access(dst, region.roi, work.bytes);
+    if (access.prefetches || access.streams) {
+      alongStrips(access.peel + strip, access);
+      return fenceStores();
+    }
   }
-  stores.finish();
+  alongStrips(strip, NearAccess<Lanes>());
 }
 
 }  // namespace

@@ -91,6 +91,10 @@ struct ColumnPass {
   }
 };
 
+/// Two rows of the result are written alternately, so streaming stores have to be of whole lines.
+template <class Lanes>
+using RingAccess = std::conditional_t<Lanes::areLines, FarAccess<Lanes>, NearAccess<Lanes>>;
+
 /// The cache lines at these pixels of two rows.
 template <class Pixel>
 inline void prefetchRows(Plane<const Pixel> src, Plane<Pixel> dst) {
@@ -103,11 +107,11 @@ inline void prefetchRows(Plane<const Pixel> src, Plane<Pixel> dst) {
 /// `width` and `height` are those of the mask where it is of a common size, else 0.
 template <class Operation, class Lanes, int width, int height>
 inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
-                         Size mask, Plane<typename Lanes::Pixel> ring, ResultStores<Lanes> stores) {
+                         Size mask, Plane<typename Lanes::Pixel> ring, RingAccess<Lanes> access) {
   using Pixel = typename Lanes::Pixel;
   const std::int64_t places = mask.height - 1;
   const std::int64_t wholeColumns = ring.step / std::int64_t{sizeof(Pixel)} - Lanes::count;
-  const std::int64_t peel = stores.peel;
+  const std::int64_t peel = access.peel;
   ColumnPass<Operation, Lanes, height> columns{ring, places};
 
   /// `block(column, lanes, ringLanes)`
@@ -140,8 +144,8 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
       const RowPass<Operation, Lanes, 2, width> row(newRows, column, mask.width, lanes);
       const Lanes shared = columns.addOthers(row.of[0], column, ringLanes);
       const Lanes last = Lanes::load(replaced.at(0, column), ringLanes);
-      stores.store(Operation::combine(shared, last), results.at(0, column), lanes);
-      stores.store(Operation::combine(shared, row.of[1]), results.at(1, column), lanes);
+      access.store(Operation::combine(shared, last), results.at(0, column), lanes);
+      access.store(Operation::combine(shared, row.of[1]), results.at(1, column), lanes);
       row.of[0].store(replaced.at(0, column), ringLanes);
       row.of[1].store(replaced.at(1, column), ringLanes);
     });
@@ -153,7 +157,7 @@ inline void separateBand(Plane<const typename Lanes::Pixel> src, Plane<typename 
       const RowPass<Operation, Lanes, 1, width> row(src.from(r + places, 0), column, mask.width, lanes);
       const Lanes shared = columns.addOthers(row.of[0], column, ringLanes);
       const Lanes last = Lanes::load(ring.at(oldest, column), ringLanes);
-      stores.store(Operation::combine(shared, last), dst.at(r, column), lanes);
+      access.store(Operation::combine(shared, last), dst.at(r, column), lanes);
     });
   }
 }
@@ -178,38 +182,38 @@ constexpr int knownHeight = (width == height) && (width >= leastBordered) ? 0 : 
 template <class Operation, class Lanes, int leastBordered, int width>
 inline void separateByHeight(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst,
                              Size roi, Size mask, Plane<typename Lanes::Pixel> ring,
-                             const ResultStores<Lanes>& stores) {
+                             const RingAccess<Lanes>& access) {
   constexpr int three = knownHeight<width, 3, leastBordered>, five = knownHeight<width, 5, leastBordered>;
   switch (mask.height) {
     case 1:
       return separateRows<Operation, Lanes, width>(src, dst, roi, mask);
     case 3:
-      return separateBand<Operation, Lanes, width, three>(src, dst, roi, mask, ring, stores);
+      return separateBand<Operation, Lanes, width, three>(src, dst, roi, mask, ring, access);
     case 5:
-      return separateBand<Operation, Lanes, width, five>(src, dst, roi, mask, ring, stores);
+      return separateBand<Operation, Lanes, width, five>(src, dst, roi, mask, ring, access);
     default:
-      return separateBand<Operation, Lanes, width, 0>(src, dst, roi, mask, ring, stores);
+      return separateBand<Operation, Lanes, width, 0>(src, dst, roi, mask, ring, access);
   }
 }
 
 template <class Operation, class Lanes, int leastBordered>
 inline void separateBySize(Plane<const typename Lanes::Pixel> src, Plane<typename Lanes::Pixel> dst, Size roi,
-                           Size mask, Plane<typename Lanes::Pixel> ring, const ResultStores<Lanes>& stores) {
+                           Size mask, Plane<typename Lanes::Pixel> ring, const RingAccess<Lanes>& access) {
   if constexpr (leastBordered == noneBordered) {
     if (mask.width == 7 && mask.height == 7) {
-      return separateBand<Operation, Lanes, 7, 7>(src, dst, roi, mask, ring, stores);
+      return separateBand<Operation, Lanes, 7, 7>(src, dst, roi, mask, ring, access);
     }
     if (mask.width == 9 && mask.height == 9) {
-      return separateBand<Operation, Lanes, 9, 9>(src, dst, roi, mask, ring, stores);
+      return separateBand<Operation, Lanes, 9, 9>(src, dst, roi, mask, ring, access);
     }
   }
   switch (mask.width) {
     case 3:
-      return separateByHeight<Operation, Lanes, leastBordered, 3>(src, dst, roi, mask, ring, stores);
+      return separateByHeight<Operation, Lanes, leastBordered, 3>(src, dst, roi, mask, ring, access);
     case 5:
-      return separateByHeight<Operation, Lanes, leastBordered, 5>(src, dst, roi, mask, ring, stores);
+      return separateByHeight<Operation, Lanes, leastBordered, 5>(src, dst, roi, mask, ring, access);
     default:
-      return separateByHeight<Operation, Lanes, leastBordered, 0>(src, dst, roi, mask, ring, stores);
+      return separateByHeight<Operation, Lanes, leastBordered, 0>(src, dst, roi, mask, ring, access);
   }
 }
 
@@ -223,19 +227,20 @@ inline void separateImage(Plane<const typename Lanes::Pixel> src, Plane<typename
   ZORVAN_NOTE_PLAN("planRingColumns several bands", bandWidth < roi.width);
   // The memory of the ring has at least 32 unused bytes and begins at a multiple of 32.
   unsigned char* const first = work.ring + bytesToBoundary(work.ring, 64);
-  // The first columns of all bands have the same offset from a block, but the last band may be too narrow for
+  // The first columns of all bands have the same offset from a line, but the last band may be too narrow for
   // streaming.
-  const ResultStores<Lanes> wide(dst, roi, work), narrow;
+  RingAccess<Lanes> wide, narrow;
+  if constexpr (RingAccess<Lanes>::isFar) wide = RingAccess<Lanes>(dst, roi, work.bytes);
   for (std::int64_t column = 0; column < roi.width; column += bandWidth) {
     const std::int64_t left = roi.width - column;
     const Size band{static_cast<int>(left < bandWidth ? left : bandWidth), roi.height};
     const Plane<Pixel> ring{reinterpret_cast<Pixel*>(first),
                             planRingStep(band.width, mask.height, sizeof(Pixel))};
-    const ResultStores<Lanes>& stores = band.width >= 2 * Lanes::count ? wide : narrow;
+    const RingAccess<Lanes>& access = band.width >= 2 * Lanes::count ? wide : narrow;
     separateBySize<Operation, Lanes, leastBordered>(src.from(0, column), dst.from(0, column), band, mask,
-                                                    ring, stores);
+                                                    ring, access);
   }
-  wide.finish();
+  if (wide.streams) fenceStores();
 }
 
 }  // namespace
