@@ -17,17 +17,17 @@ TEST(MaskedPlan, RowsApartStayApart) {
 }
 
 TEST(MaskedPlan, RowsWithGapsStayApart) {
-  EXPECT_EQ(planMasked<MaskedRows::joinedBelow32768>({10, 3}, false).rows, 3);
+  EXPECT_EQ(planMasked<MaskedRows::joinedIfSmall>({10, 3}, false).rows, 3);
   EXPECT_EQ(planMasked<MaskedRows::joinedUnlessOverflow>({10, 3}, false).rows, 3);
 }
 
 TEST(MaskedPlan, NeitherSideReaches32768) {
   for (const int side : {32766, 32767, 32768, 32769}) {
     const bool joined = side < 32768;
-    const MaskedPlan wide = planMasked<MaskedRows::joinedBelow32768>({side, 2}, true);
+    const MaskedPlan wide = planMasked<MaskedRows::joinedIfSmall>({side, 2}, true);
     EXPECT_EQ(wide.rows, joined ? 1 : 2);
     EXPECT_EQ(wide.pixels, joined ? side * 2 : side);
-    const MaskedPlan high = planMasked<MaskedRows::joinedBelow32768>({2, side}, true);
+    const MaskedPlan high = planMasked<MaskedRows::joinedIfSmall>({2, side}, true);
     EXPECT_EQ(high.rows, joined ? 1 : side);
     EXPECT_EQ(high.pixels, joined ? side * 2 : 2);
   }

@@ -34,9 +34,9 @@ IppSMemory<T>::IppSMemory() : length_(0) {}
 template <class T>
 IppSMemory<T>::IppSMemory(int length) : length_(length), buffer_(Ipp::shareBlock(Allocate(length))) {}
 
-// Interface contract: a copy takes nothing over. Its length is not set until it is assigned to.
+// Interface contract: a copy takes nothing over.
 template <class T>
-IppSMemory<T>::IppSMemory(const IppSMemory&) {}
+IppSMemory<T>::IppSMemory(const IppSMemory&) : length_(0) {}
 
 template <class T>
 IppSMemory<T>& IppSMemory<T>::operator=(const IppSMemory& source) = default;

@@ -37,7 +37,7 @@ struct ZORVAN_IPP_API Point {
 ///
 /// A region that passes the test can still lie partly outside the pixel block: `x + height` may exceed the
 /// image's height, and `y + width` its width, and no failure is reported. The caller must keep `x + height`
-/// within the height and `y + width` within the width.
+/// within the height and `y + width` within the width, and `x` times the image's width below 2^31.
 struct ZORVAN_IPP_API Rect {
   std::int32_t x;       ///< the first row
   std::int32_t y;       ///< the first column

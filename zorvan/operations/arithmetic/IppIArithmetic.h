@@ -9,9 +9,10 @@ namespace Zorvan::Ipp::Image {
 
 /// Arithmetic on the pixels of images. Pixel types are `u8` and `float`.
 ///
-/// Results of `u8` saturate to 0 to 255; a result that is not an integer is rounded to nearest with ties to
-/// even. `float` follows IEEE arithmetic in the processor's current rounding mode: results that overflow
-/// become infinities, and infinities and NaN propagate, unless stated otherwise at an operation.
+/// Results of `u8` saturate to 0 to 255; a result that is not an integer is rounded to nearest, quotients
+/// halfway between two integers to either of them, in the default rounding mode. `float` follows IEEE
+/// arithmetic in the processor's current rounding mode: results that overflow become infinities, and
+/// infinities and NaN propagate, unless stated otherwise at an operation.
 ///
 /// Subtract subtracts its *first* image, and Divide divides by its *first* image.
 ///
@@ -41,8 +42,8 @@ class ZORVAN_IPP_API IppIArithmetic {
   /// `image = image + value`.
   static void AddC(IppIMemory<T>& image, T value, Rect rect);
 
-  /// `srcDst = srcDst + src` where `mask` is not zero. The sum is a float for both pixel types, rounded to
-  /// nearest once for each pixel.
+  /// `srcDst = srcDst + src` where `mask` is not zero. The sum is a float for both pixel types, rounded
+  /// once for each pixel, in the current rounding mode.
   ///
   /// The pixels that are not selected keep their values, with two exceptions that depend on the processor:
   /// -0.0 may become 0.0, and an infinite or NaN pixel of a float `src` may make the pixel NaN.

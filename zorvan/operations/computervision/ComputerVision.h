@@ -37,9 +37,10 @@ class ZORVAN_IPP_API ComputerVision {
   ///
   /// Throws IppException 29 (ippStsWrongIntersectROI) if `rect` does not fit the image, -8
   /// (ippStsNullPtrErr) for an image without a buffer or when memory runs out, -11 (ippStsOutOfRangeErr) for
-  /// a seed outside the region; std::exception, "invalid length", for a region with a width or height
-  /// below 1. If there is no memory for the text of a failure, std::bad_alloc is thrown instead. Nothing is
-  /// written then.
+  /// a seed outside the region, -16 (ippStsStepErr) for a region wider than the image, which passes the test
+  /// if `rect.x` is negative; std::exception, "invalid length", for a region with a width or height below 1.
+  /// If there is no memory for the text of a failure, std::bad_alloc is thrown instead. Nothing is written
+  /// then.
   ///
   /// Each call allocates work memory of about 8 bytes per pixel of the region, which is enough for every
   /// image. Throws std::exception, "invalid length", for regions of more than 357913935 pixels.

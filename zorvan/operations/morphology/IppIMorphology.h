@@ -17,6 +17,9 @@ namespace Zorvan::Ipp::Image {
 ///     dilation(x, y) = max src(x + i, y + j)    i from -((width - 1) / 2) to width / 2, j likewise
 ///     erosion(x, y)  = min src(x + i, y + j)
 ///
+/// A rectangle whose width or height is even may be up to 65535 pixels wide: the columns of wider ones are
+/// not counted right.
+///
 /// Opening is a dilation of the erosion, closing an erosion of the dilation. In both, the second operation
 /// uses the neighbourhood rotated by 180 degrees. A pixel outside the region counts as the nearest pixel of
 /// the region: nothing around the region is read, even if the image has pixels there. A rectangle of 1 by 1

@@ -48,7 +48,7 @@ class ZORVAN_IPP_API Statistic {
   /// infinities is the lowest finite value.
   static T Max(IppIMemory<T>& image, Rect rect);
 
-  /// The mean of the region: the sum of its pixels divided by their number.
+  /// The mean of the region: the sum of its pixels divided by their number, which must be below 2^31.
   ///
   /// The sum of integer pixels is exact. Their mean is truncated to an integer, not rounded: of 1 and 2 it
   /// is 1. The sum of `float` pixels is formed in double precision, and the mean is rounded to float; a

@@ -51,8 +51,8 @@ extern ProcessWide<std::int32_t> featureMaskValid;
 /// The size of the cache and the state of its query. One value, so that no thread reads a size with another
 /// state.
 struct CacheProbe {
-  /// The size of the largest data or unified cache; -1 before the query, and if the processor does not report
-  /// it.
+  /// The size of the largest data or unified cache; -1 before the query and on processors that are not
+  /// supported, 0 if the processor does not report it.
   std::int32_t cacheSizeBytes;
   /// 1: not probed yet; 0: size known; 36: processor not supported; 37: cache size unknown.
   std::int32_t cacheProbeState;

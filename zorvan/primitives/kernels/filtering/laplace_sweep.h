@@ -22,16 +22,6 @@
 namespace Zorvan::Primitives::Laplace {
 namespace {
 
-/// The bytes of a row.
-template <class T>
-inline const unsigned char* bytesOf(const T* row) {
-  return reinterpret_cast<const unsigned char*>(row);
-}
-template <class T>
-inline unsigned char* bytesOf(T* row) {
-  return reinterpret_cast<unsigned char*>(row);
-}
-
 /// A region with its border, and the result.
 template <class T>
 struct Region {

@@ -7,7 +7,8 @@ namespace {
 enum class Stores {
   plain,      ///< at any address
   aligned,    ///< at a multiple of the vector's width
-  streaming,  ///< likewise, non-temporal: `fenceStores` ends every path that uses them
+  streaming,  ///< likewise, non-temporal: `fenceStores` ends every path that uses them, but for long sums of
+              ///< floats
 };
 
 template <Stores stores, class Vector>

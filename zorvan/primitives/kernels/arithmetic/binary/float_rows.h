@@ -34,6 +34,8 @@ struct FloatProduct {
   }
 };
 
+/// Interface contract: no fence follows the streaming stores of long sums. The page on variants says what
+/// that means to other threads.
 enum class FloatStores { anyAddress, aligned, streaming };
 
 /// Prefetches the first source only.

@@ -28,7 +28,7 @@ struct Form {
 constexpr MaskedEnd byPixels = MaskedEnd::byPixels;
 constexpr MaskedEnd byBlock = MaskedEnd::byBlock;
 constexpr MaskedRows apart = MaskedRows::apart;
-constexpr MaskedRows joinedBelow32768 = MaskedRows::joinedBelow32768;
+constexpr MaskedRows joinedIfSmall = MaskedRows::joinedIfSmall;
 constexpr MaskedRows joinedUnlessOverflow = MaskedRows::joinedUnlessOverflow;
 
 // Rows, then: block, peel, tail, stores of full blocks, and the longest row that is processed pixel by pixel;
@@ -39,22 +39,21 @@ using WordsApart16 = Form<apart, RowInBlocks<WordBlock16, byPixels, byPixels, St
 using Sparse16 = Form<apart, RowInBlocks<SparseBlock16, byPixels, byPixels, Stores::streaming>>;
 using Nibbles16 = Form<joinedUnlessOverflow, RowInBlocks<NibbleBlock16, byPixels, byBlock, Stores::aligned>>;
 #ifdef __SSE4_2__
-using Quarters16 =
-    Form<joinedBelow32768, RowInBlocks<ShuffledBlock16, byPixels, byBlock, Stores::aligned, 16>>;
+using Quarters16 = Form<joinedIfSmall, RowInBlocks<ShuffledBlock16, byPixels, byBlock, Stores::aligned, 16>>;
 #else
 struct Quarters16;
 #endif
 #ifdef __AVX2__
-using Bytes32 = Form<joinedBelow32768, RowInBlocks<ByteBlock32, byBlock, byBlock, Stores::plain, 32>>;
+using Bytes32 = Form<joinedIfSmall, RowInBlocks<ByteBlock32, byBlock, byBlock, Stores::plain, 32>>;
 using Words32 = Form<joinedUnlessOverflow, RowInBlocks<WordBlock32, byBlock, byBlock, Stores::plain>>;
-using Dwords32 = Form<joinedBelow32768, RowInBlocks<DwordBlock32, byPixels, byBlock, Stores::plain, 32>>;
+using Dwords32 = Form<joinedIfSmall, RowInBlocks<DwordBlock32, byPixels, byBlock, Stores::plain, 32>>;
 #else
 struct Bytes32;
 struct Words32;
 struct Dwords32;
 #endif
 #ifdef __AVX512BW__
-using Registers64 = Form<joinedBelow32768, RowByMaskRegisters<32>>;
+using Registers64 = Form<joinedIfSmall, RowByMaskRegisters<32>>;
 using WordRegisters64 = Form<joinedUnlessOverflow, RowByMaskRegisters<15>>;
 #else
 struct Registers64;

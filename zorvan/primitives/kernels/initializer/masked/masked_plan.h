@@ -12,7 +12,7 @@ namespace Zorvan::Primitives::Masked {
 namespace {
 
 /// When rows without gaps are joined to one long row.
-enum class MaskedRows { apart, joinedBelow32768, joinedUnlessOverflow };
+enum class MaskedRows { apart, joinedIfSmall, joinedUnlessOverflow };
 
 struct MaskedPlan {
   std::int64_t rows;
@@ -28,7 +28,7 @@ template <MaskedRows joining>
 constexpr MaskedPlan planMasked(Size roi, bool tight) {
   const std::int64_t pixels = std::int64_t{roi.width} * roi.height;
   bool joined = false;
-  if (joining == MaskedRows::joinedBelow32768)
+  if (joining == MaskedRows::joinedIfSmall)
     joined = tight && roi.width < joinMaskedBelow && roi.height < joinMaskedBelow;
   if (joining == MaskedRows::joinedUnlessOverflow) joined = tight && pixels <= INT32_MAX;
   if (joined) return {1, pixels};
